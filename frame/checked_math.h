@@ -1,0 +1,385 @@
+// checked_math.h: arithmetic in binary64 that fails instead of going astray.
+//
+// A formula over Checked numbers reads as it stands in a book. It is worked out
+// in one go, in the order written, and looked at once: a finite outcome proves
+// that nothing overflowed and nothing invalid was asked. Only an outcome that is
+// not finite is worked out again, step by step, to find the first operation
+// that raised an exception of IEEE 754:
+//   zero-divide             failure 11
+//   invalid, overflow       failure 6
+// and, in the elementary functions, 5 for an argument outside their domain.
+// Underflow and lost digits say nothing. An infinity or a quiet NaN that a
+// caller hands in raises nothing by itself: it travels on until an operation
+// on it does. A comparison with NaN is failure 6.
+#pragma once
+
+#include <cfloat>
+#include <cmath>
+#include <concepts>
+#include <cstdint>
+#include <limits>
+#include <type_traits>
+
+#include "frame/elementary.h"
+#include "frame/run_failure.h"
+
+static_assert(FLT_EVAL_METHOD == 0, "binary64 without extended intermediate results");
+static_assert(std::numeric_limits<double>::is_iec559 && std::numeric_limits<float>::is_iec559);
+
+namespace orv2_geo {
+
+namespace checked {
+
+/// Base of every piece of a formula.
+struct Formula {};
+
+template <class E>
+concept Piece = std::derived_from<E, Formula>;
+
+/// Types that widen to binary64 without loss.
+template <class T>
+concept Exact = std::same_as<T, double> || std::same_as<T, float> ||
+                std::same_as<T, std::int32_t> || std::same_as<T, std::int16_t>;
+
+template <class T>
+concept Operand = Piece<T> || Exact<T>;
+
+inline bool is_finite(double value) noexcept { return std::abs(value) <= DBL_MAX; }
+
+// One operation with its own test: where a failing formula finds its culprit.
+double sum(double a, double b);
+double difference(double a, double b);
+double product(double a, double b);
+double quotient(double dividend, double divisor);
+
+/// The formula again, each operation with its own test.
+template <Piece E>
+[[gnu::noinline, gnu::cold]] double settle_stepwise(E formula) {
+  return formula.stepwise();
+}
+
+/// The value of a formula, tested.
+template <Piece E>
+inline double settle(const E& formula) {
+  bool sound = true;
+  const double value = formula.quick(sound);
+  if (sound && is_finite(value)) [[likely]]
+    return value;
+  return settle_stepwise(formula);
+}
+
+/// A piece that stands for its value wherever a number is needed.
+template <class Self>
+struct Valued : Formula {
+  operator double() const { return settle(static_cast<const Self&>(*this)); }
+};
+
+}  // namespace checked
+
+/// A number in a checked formula. Making one from a formula tests the formula.
+class Checked : public checked::Formula {
+ public:
+  /// Known to have been tested, or to be the caller's own: may hide nothing.
+  static constexpr bool settled = true;
+
+  constexpr Checked() noexcept = default;
+  template <checked::Exact T>
+  constexpr Checked(T value) noexcept : value_(static_cast<double>(value)) {}
+  template <checked::Piece E>
+    requires(!std::same_as<E, Checked>)
+  Checked(const E& formula) : value_(checked::settle(formula)) {}
+
+  constexpr double value() const noexcept { return value_; }
+  constexpr operator double() const noexcept { return value_; }
+  explicit operator bool() const = delete;
+
+  double quick(bool&) const noexcept { return value_; }
+  double stepwise() const noexcept { return value_; }
+
+ private:
+  double value_ = 0.0;
+};
+
+namespace checked {
+
+template <Operand T>
+using Term = std::conditional_t<Piece<T>, T, Checked>;
+
+/// A piece that a division, a function or a comparison can swallow: what it
+/// hides must be seen before.
+template <Piece E>
+inline double quick_seen(const E& piece, bool& sound) noexcept {
+  const double value = piece.quick(sound);
+  if constexpr (!E::settled) sound = sound & is_finite(value);
+  return value;
+}
+
+template <Piece A, Piece B>
+struct Sum : Valued<Sum<A, B>> {
+  static constexpr bool settled = false;
+  A a;
+  B b;
+  Sum(const A& left, const B& right) : a(left), b(right) {}
+  double quick(bool& sound) const noexcept {
+    const double left = a.quick(sound);
+    return left + b.quick(sound);
+  }
+  double stepwise() const {
+    const double left = a.stepwise();
+    return sum(left, b.stepwise());
+  }
+};
+
+template <Piece A, Piece B>
+struct Difference : Valued<Difference<A, B>> {
+  static constexpr bool settled = false;
+  A a;
+  B b;
+  Difference(const A& left, const B& right) : a(left), b(right) {}
+  double quick(bool& sound) const noexcept {
+    const double left = a.quick(sound);
+    return left - b.quick(sound);
+  }
+  double stepwise() const {
+    const double left = a.stepwise();
+    return difference(left, b.stepwise());
+  }
+};
+
+template <Piece A, Piece B>
+struct Product : Valued<Product<A, B>> {
+  static constexpr bool settled = false;
+  A a;
+  B b;
+  Product(const A& left, const B& right) : a(left), b(right) {}
+  double quick(bool& sound) const noexcept {
+    const double left = a.quick(sound);
+    return left * b.quick(sound);
+  }
+  double stepwise() const {
+    const double left = a.stepwise();
+    return product(left, b.stepwise());
+  }
+};
+
+template <Piece A, Piece B>
+struct Quotient : Valued<Quotient<A, B>> {
+  static constexpr bool settled = false;
+  A a;
+  B b;
+  Quotient(const A& dividend, const B& divisor) : a(dividend), b(divisor) {}
+  double quick(bool& sound) const noexcept {
+    const double dividend = a.quick(sound);
+    return dividend / quick_seen(b, sound);  // an overflowed divisor would hide in a zero
+  }
+  double stepwise() const {
+    const double dividend = a.stepwise();
+    return quotient(dividend, b.stepwise());
+  }
+};
+
+template <Piece A>
+struct Negation : Valued<Negation<A>> {
+  static constexpr bool settled = A::settled;
+  A a;
+  explicit Negation(const A& operand) : a(operand) {}
+  double quick(bool& sound) const noexcept { return -a.quick(sound); }
+  double stepwise() const { return -a.stepwise(); }
+};
+
+/// A function of one argument: F::plain works it out, F::tested also fails.
+template <class F, Piece A>
+struct Function : Valued<Function<F, A>> {
+  static constexpr bool settled = false;
+  A a;
+  explicit Function(const A& argument) : a(argument) {}
+  double quick(bool& sound) const noexcept {
+    if constexpr (F::hides) return F::plain(quick_seen(a, sound));
+    return F::plain(a.quick(sound));
+  }
+  double stepwise() const { return F::tested(a.stepwise()); }
+};
+
+template <Piece A, Piece B>
+struct Power : Valued<Power<A, B>> {
+  static constexpr bool settled = false;
+  A a;
+  B b;
+  Power(const A& base, const B& exponent) : a(base), b(exponent) {}
+  double quick(bool& sound) const noexcept {
+    const double base = quick_seen(a, sound);
+    const double exponent = quick_seen(b, sound);
+    return elementary::power(base, exponent);
+  }
+  double stepwise() const {
+    const double base = a.stepwise();
+    return elementary::tested_power(base, b.stepwise());
+  }
+};
+
+[[noreturn]] void unordered();
+
+/// Both sides of a comparison, worked out and tested, left first.
+struct Sides {
+  double a;
+  double b;
+};
+
+template <Operand A, Operand B>
+inline Sides sides(const A& left, const B& right) {
+  const Checked a(left);
+  const Checked b(right);
+  if (std::isunordered(a.value(), b.value())) [[unlikely]]
+    unordered();
+  return {a.value(), b.value()};
+}
+
+template <class A, class B>
+concept Operands = Operand<A> && Operand<B> && (Piece<A> || Piece<B>);
+
+template <class A, class B>
+  requires Operands<A, B>
+inline auto operator+(const A& a, const B& b) {
+  return Sum<Term<A>, Term<B>>(a, b);
+}
+template <class A, class B>
+  requires Operands<A, B>
+inline auto operator-(const A& a, const B& b) {
+  return Difference<Term<A>, Term<B>>(a, b);
+}
+template <class A, class B>
+  requires Operands<A, B>
+inline auto operator*(const A& a, const B& b) {
+  return Product<Term<A>, Term<B>>(a, b);
+}
+template <class A, class B>
+  requires Operands<A, B>
+inline auto operator/(const A& a, const B& b) {
+  return Quotient<Term<A>, Term<B>>(a, b);
+}
+template <Piece A>
+inline auto operator-(const A& a) {
+  return Negation<A>(a);
+}
+
+template <class A, class B>
+  requires Operands<A, B>
+inline bool operator<(const A& left, const B& right) {
+  const auto [a, b] = sides(left, right);
+  return a < b;
+}
+template <class A, class B>
+  requires Operands<A, B>
+inline bool operator<=(const A& left, const B& right) {
+  const auto [a, b] = sides(left, right);
+  return a <= b;
+}
+template <class A, class B>
+  requires Operands<A, B>
+inline bool operator>(const A& left, const B& right) {
+  const auto [a, b] = sides(left, right);
+  return a > b;
+}
+template <class A, class B>
+  requires Operands<A, B>
+inline bool operator>=(const A& left, const B& right) {
+  const auto [a, b] = sides(left, right);
+  return a >= b;
+}
+template <class A, class B>
+  requires Operands<A, B>
+inline bool operator==(const A& left, const B& right) {
+  const auto [a, b] = sides(left, right);
+  return a == b;
+}
+template <class A, class B>
+  requires Operands<A, B>
+inline bool operator!=(const A& left, const B& right) {
+  const auto [a, b] = sides(left, right);
+  return a != b;
+}
+
+}  // namespace checked
+
+/// The elementary functions, in radians. Their failures: square root of a
+/// negative, logarithm of zero or below, power of a negative with a fractional
+/// exponent and of zero with a negative one: 5. Overflow, and an infinite
+/// argument of a sine, cosine or tangent: 6.
+template <checked::Piece A>
+inline auto sqrt(const A& a) {
+  return checked::Function<elementary::SquareRoot, A>(a);
+}
+template <checked::Piece A>
+inline auto atan(const A& a) {
+  return checked::Function<elementary::ArcTangent, A>(a);
+}
+template <checked::Piece A>
+inline auto sin(const A& a) {
+  return checked::Function<elementary::Sine, A>(a);
+}
+template <checked::Piece A>
+inline auto cos(const A& a) {
+  return checked::Function<elementary::Cosine, A>(a);
+}
+template <checked::Piece A>
+inline auto tan(const A& a) {
+  return checked::Function<elementary::Tangent, A>(a);
+}
+template <checked::Piece A>
+inline auto exp(const A& a) {
+  return checked::Function<elementary::Exponential, A>(a);
+}
+template <checked::Piece A>
+inline auto ln(const A& a) {
+  return checked::Function<elementary::NaturalLogarithm, A>(a);
+}
+template <checked::Piece A>
+inline auto abs(const A& a) {
+  return checked::Function<elementary::AbsoluteValue, A>(a);
+}
+
+/// base to the exponent, by the power function even where a product would do:
+/// the two differ in the last bit now and then.
+template <class A, class B>
+  requires checked::Operands<A, B>
+inline auto power(const A& base, const B& exponent) {
+  return checked::Power<checked::Term<A>, checked::Term<B>>(base, exponent);
+}
+
+/// Greatest whole number not above the value, staying a float.
+inline Checked floor(Checked value) noexcept { return std::floor(value.value()); }
+
+/// -1, 0 or 1. Failure 6 for NaN.
+inline std::int16_t sign(Checked value) {
+  if (value > 0.0) return 1;
+  return value < 0.0 ? std::int16_t{-1} : std::int16_t{0};
+}
+
+/// To the nearest integer, ties to the even one. Failure 6 outside the range.
+inline std::int32_t to_i32(Checked value) {
+  // -2147483648.5 is a tie and goes to the even end of the range.
+  if (!(value.value() >= -2147483648.5 && value.value() < 2147483647.5)) [[unlikely]]
+    raise(failure::overflow);
+  return static_cast<std::int32_t>(std::lrint(value.value()));
+}
+inline std::int16_t to_i16(Checked value) {
+  if (!(value.value() >= -32768.5 && value.value() < 32767.5)) [[unlikely]]
+    raise(failure::overflow);
+  return static_cast<std::int16_t>(std::lrint(value.value()));
+}
+
+/// f32 to f64, exact.
+inline Checked widen(float value) noexcept { return Checked(value); }
+
+/// f64 to f32 with a test: failure 6 when a finite value leaves the f32 range.
+inline float narrow(Checked value) {
+  const auto narrowed = static_cast<float>(value.value());
+  if (std::isinf(narrowed) && !std::isinf(value.value())) [[unlikely]]
+    raise(failure::overflow);
+  return narrowed;
+}
+
+/// f64 to f32 without a test: a value beyond the f32 range becomes an infinity.
+inline float narrow_plain(Checked value) noexcept { return static_cast<float>(value.value()); }
+
+}  // namespace orv2_geo

@@ -1,0 +1,232 @@
+// geo_arrays.h: the five one-dimensional arrays, each with its own bounds.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <type_traits>
+
+#include "frame/export.h"
+#include "frame/run_failure.h"
+#include "frame/text.h"
+
+namespace orv2_geo {
+
+/// Who owns the storage of an array that is not the library's own: a C host's
+/// buffer, a component host's array. The array works on the owner's elements
+/// in place and resizes only through the owner.
+class ORV2_PUBLIC ArrayOwner {
+ public:
+  virtual ~ArrayOwner() = default;
+
+  /// Gives the owner's array the bounds lower to lower + count - 1 and answers
+  /// with the address of its elements. With `keep`, elements whose index
+  /// exists in both ranges survive; all others are zero or empty text.
+  /// Failures: the owner's; 10 when the storage is fixed, 7 when it is refused.
+  virtual void* resize(std::int32_t lower, std::uint32_t count, bool keep) = 0;
+};
+
+/// What the five arrays share: bounds, dimensions, locks and the storage, apart
+/// from the element type.
+class ORV2_PUBLIC ArrayBase {
+ public:
+  ArrayBase(const ArrayBase&) = delete;
+  ArrayBase& operator=(const ArrayBase&) = delete;
+
+  bool allocated() const noexcept { return allocated_; }
+
+  /// 1 for every array that the library makes; 0 when unallocated.
+  std::uint16_t dimensions() const noexcept { return dimensions_; }
+
+  /// Elements of the first dimension; 0 when unallocated.
+  std::uint32_t count() const noexcept { return count_; }
+
+  /// The bounds of the first dimension. Failure 9 when unallocated.
+  std::int32_t lower() const {
+    if (!allocated_) raise(failure::subscript_out_of_range);
+    return lower_;
+  }
+  std::int32_t upper() const;
+
+  /// A locked array cannot be resized (failure 10).
+  bool locked() const noexcept { return locks_ != 0; }
+  void lock() noexcept { ++locks_; }
+  void unlock() noexcept {
+    if (locks_ != 0) --locks_;
+  }
+
+  /// Works from now on the owner's elements, in place. `owner` and `elements`
+  /// must outlive the array or its next release. With a dimension count other
+  /// than 1 no element can be reached.
+  /// Failures: 10 when locked; 9 when the bounds do not fit 32 bits.
+  void adopt(ArrayOwner& owner, void* elements, std::int32_t lower, std::uint32_t count,
+             std::uint16_t dimensions = 1);
+
+  /// Back to unallocated; foreign storage stays with its owner.
+  /// Failure 10 when locked.
+  void release();
+
+ protected:
+  /// How elements of a type lie in memory and end.
+  struct Element {
+    std::size_t size;
+    void (*end)(void* elements, std::uint32_t count) noexcept;  // null: nothing to do
+  };
+
+  ArrayBase() noexcept = default;
+  ~ArrayBase() = default;
+
+  void size(const Element& element, std::int64_t lower, std::int64_t upper, bool keep);
+  void allocate(const Element& element, std::int32_t lower, std::uint32_t count,
+                std::uint16_t dimensions);
+  void discard(const Element& element) noexcept;
+  void take(ArrayBase& other) noexcept;
+
+  void* elements_ = nullptr;
+  ArrayOwner* owner_ = nullptr;
+  std::int32_t lower_ = 0;
+  std::uint32_t legal_ = 0;  // elements that an index can reach: one compare answers for all cases
+  std::uint32_t count_ = 0;
+  std::uint32_t locks_ = 0;
+  std::uint16_t dimensions_ = 0;
+  bool allocated_ = false;
+
+ private:
+  static std::uint32_t counted(std::int64_t lower, std::int64_t upper);
+  void* resized_copy(const Element& element, std::int32_t lower, std::uint32_t count, bool keep);
+  void describe(void* elements, std::int32_t lower, std::uint32_t count,
+                std::uint16_t dimensions) noexcept;
+};
+
+/// An array of T with any lower bound, possibly unallocated. Every access is
+/// checked: an index outside the bounds, an unallocated array and one whose
+/// dimension count is not 1 are failure 9, before anything is read or written.
+template <class T>
+class GeoArray : public ArrayBase {
+ public:
+  using value_type = T;
+
+  GeoArray() noexcept = default;
+
+  /// Zeros (or empty texts) from `lower` to `upper`. Failures: 9 when `upper`
+  /// is below `lower`; 7 when there is no memory.
+  GeoArray(std::int32_t lower, std::int32_t upper) { size(lower, upper); }
+
+  /// A whole copy, bounds included; the copy owns its storage. Failure 7.
+  GeoArray(const GeoArray& other) { copy(other); }
+  GeoArray(GeoArray&& other) noexcept { take(other); }
+  ~GeoArray() { discard(element); }
+
+  /// Makes this array a whole copy of `other`, bounds included.
+  /// Failures: 10 when locked; 7; this array is then as it was.
+  GeoArray& operator=(const GeoArray& other) {
+    if (this != &other) assign(other);
+    return *this;
+  }
+  GeoArray& operator=(GeoArray&& other) {
+    if (this == &other) return *this;
+    if (owner_ != nullptr || locked()) return *this = static_cast<const GeoArray&>(other);
+    discard(element);
+    take(other);
+    return *this;
+  }
+
+  T& operator()(std::int32_t index) {
+    const std::uint32_t place = offset(index);
+    if (place >= legal_) [[unlikely]]
+      raise(failure::subscript_out_of_range);
+    return data()[place];
+  }
+  const T& operator()(std::int32_t index) const {
+    return const_cast<GeoArray&>(*this)(index);  // the same check, the same element
+  }
+
+  /// Sizing without keeping: zeros from `lower` to `upper`, whatever was there.
+  /// Failures: 9 when `upper` is below `lower`; 10 when locked; 7; the array is
+  /// then as it was.
+  void size(std::int32_t lower, std::int32_t upper) {
+    ArrayBase::size(element, lower, upper, false);
+  }
+
+  /// Sizing with keeping: elements whose index exists in both ranges survive,
+  /// the others are zero. Failures as for size, and 9 on a dimension count
+  /// other than 1.
+  void size_keeping(std::int32_t lower, std::int32_t upper) {
+    ArrayBase::size(element, lower, upper, true);
+  }
+
+  /// Makes this the library's own array of `count` zeros (0 is allowed) from
+  /// `lower`, with any dimension count. Failures: 10 when locked; 9 when the
+  /// upper bound does not fit 32 bits; 7.
+  void make(std::int32_t lower, std::uint32_t count, std::uint16_t dimensions = 1) {
+    allocate(element, lower, count, dimensions);
+  }
+
+  T* data() noexcept { return static_cast<T*>(elements_); }
+  const T* data() const noexcept { return static_cast<const T*>(elements_); }
+
+  /// Elements that an index can reach: 0 unless allocated with one dimension.
+  std::uint32_t legal_count() const noexcept { return legal_; }
+
+ private:
+  static void end_elements(void* elements, std::uint32_t count) noexcept {
+    for (std::uint32_t i = 0; i < count; ++i) static_cast<T*>(elements)[i].~T();
+  }
+  static constexpr Element element{
+      sizeof(T), std::is_trivially_destructible_v<T> ? nullptr : &GeoArray::end_elements};
+
+  std::uint32_t offset(std::int32_t index) const noexcept {
+    return static_cast<std::uint32_t>(index) - static_cast<std::uint32_t>(lower_);
+  }
+
+  void assign(const GeoArray& other) {
+    if (locked()) raise(failure::array_locked);
+    if (!other.allocated()) return release_elements();
+    if (owner_ == nullptr) {
+      GeoArray whole(other);
+      discard(element);
+      take(whole);
+    } else {
+      // Foreign storage stays the owner's: its bounds follow, then its elements.
+      const GeoArray whole(other);
+      ArrayBase::size(element, whole.lower_, std::int64_t{whole.lower_} + whole.count_ - 1, false);
+      for (std::uint32_t i = 0; i < count_; ++i) data()[i] = whole.data()[i];
+    }
+  }
+
+  void release_elements() {
+    if (owner_ == nullptr) discard(element);
+    release();
+  }
+
+  void copy(const GeoArray& other) {
+    if (!other.allocated()) return;
+    allocate(element, other.lower_, other.count_, other.dimensions_);
+    try {
+      for (std::uint32_t i = 0; i < count_; ++i) data()[i] = other.data()[i];
+    } catch (...) {
+      discard(element);
+      throw;
+    }
+  }
+};
+
+using DoubleArray = GeoArray<double>;
+using SingleArray = GeoArray<float>;
+using LongArray = GeoArray<std::int32_t>;
+using ShortArray = GeoArray<std::int16_t>;
+using StringArray = GeoArray<Text>;
+
+/// Keeps an array locked while one of its elements is in use by reference.
+class ArrayLock {
+ public:
+  explicit ArrayLock(ArrayBase& array) noexcept : array_(array) { array_.lock(); }
+  ~ArrayLock() { array_.unlock(); }
+  ArrayLock(const ArrayLock&) = delete;
+  ArrayLock& operator=(const ArrayLock&) = delete;
+
+ private:
+  ArrayBase& array_;
+};
+
+}  // namespace orv2_geo

@@ -1,0 +1,17 @@
+// memory.h: the library's heap, where a refusal is a RunFailure.
+#pragma once
+
+#include <cstddef>
+
+namespace orv2_geo {
+
+/// `bytes` of zeroed memory. Failure 7 when there is none.
+void* obtain_zeroed(std::size_t bytes);
+
+/// `bytes` of memory with any content. Failure 7 when there is none.
+void* obtain(std::size_t bytes);
+
+/// Gives back what obtain or obtain_zeroed lent; null is harmless.
+void give_back(void* memory) noexcept;
+
+}  // namespace orv2_geo

@@ -1,0 +1,142 @@
+#include "library/catalogue.h"
+
+#include <array>
+#include <bit>
+#include <cstdint>
+#include <cstring>
+
+#include "angles/cgeo_Algorismos.h"
+#include "angles/cgeo_FuncDeriv.h"
+#include "arrays/cgeo_Matrices.h"
+#include "frame/names.h"
+#include "sorting/cgeo_Ordena.h"
+#include "survey/cgeo_Geometria.h"
+#include "survey/cgeo_api.h"
+#include "terrain/cgeo_Terreno.h"
+
+namespace orv2_geo {
+
+namespace {
+
+constexpr std::size_t class_count = 7;
+
+const std::array<const ClassDescription*, class_count>& classes() noexcept {
+  static const std::array<const ClassDescription*, class_count> all{
+      &cgeo_Algorismos::description(), &cgeo_FuncDeriv::description(),
+      &cgeo_Terreno::description(),    &cgeo_api::description(),
+      &cgeo_Ordena::description(),     &cgeo_Geometria::description(),
+      &cgeo_Matrices::description(),
+  };
+  return all;
+}
+
+// Eight bytes of a name, case put out of sight. Bytes that are no letters may
+// lose a bit too, which costs a longer look at worst.
+std::uint64_t eight_bytes(const char* bytes) noexcept {
+  std::uint64_t word = 0;
+  std::memcpy(&word, bytes, sizeof(word));
+  return word | 0x2020202020202020U;
+}
+
+std::uint32_t hash_of(std::string_view name, std::uint64_t seed) noexcept {
+  constexpr std::uint64_t odd = 0x9e3779b97f4a7c15U;
+  std::uint64_t hash = seed + name.size();
+  const auto mix = [&](std::uint64_t word) {
+    hash = (hash ^ word) * odd;
+    hash ^= hash >> 32U;
+  };
+  std::size_t i = 0;
+  for (; i + 8 <= name.size(); i += 8) mix(eight_bytes(name.data() + i));
+  if (name.size() >= 8) {
+    mix(eight_bytes(name.data() + name.size() - 8));
+  } else {
+    char rest[8] = {};
+    std::memcpy(rest, name.data(), name.size());
+    mix(eight_bytes(rest));
+  }
+  return static_cast<std::uint32_t>(hash >> 7U);
+}
+
+// Compares eight bytes at a time; only names whose bits differ in case alone
+// get to the letters.
+bool is_name(std::string_view name, std::string_view given) noexcept {
+  return name.size() == given.size() &&
+         (std::memcmp(name.data(), given.data(), name.size()) == 0 || same_name(name, given));
+}
+
+// The names of one class, each in a slot of its own: a seed is sought under
+// which no two names meet.
+class NameTable {
+ public:
+  explicit NameTable(const ClassDescription& of_class) noexcept : members_(of_class.members) {
+    while (!fill()) ++seed_;
+  }
+
+  // The first position of the name, or nothing.
+  std::optional<std::size_t> find(std::string_view name) const noexcept {
+    const std::uint8_t position = slots_[hash_of(name, seed_) % slot_count];
+    if (position == nobody || !is_name(members_[position].name, name)) return std::nullopt;
+    return position;
+  }
+
+ private:
+  static constexpr std::size_t slot_count = 512;
+  static constexpr std::uint8_t nobody = 0xff;
+
+  bool fill() noexcept {
+    slots_.fill(nobody);
+    for (std::size_t i = 0; i < members_.size(); ++i) {
+      // The two sides of a property share a name and stand side by side.
+      if (i != 0 && members_[i].name == members_[i - 1].name) continue;
+      std::uint8_t& slot = slots_[hash_of(members_[i].name, seed_) % slot_count];
+      if (slot != nobody) return false;
+      slot = static_cast<std::uint8_t>(i);
+    }
+    return true;
+  }
+
+  std::span<const MemberDescription> members_;
+  std::uint64_t seed_ = 0;
+  std::array<std::uint8_t, slot_count> slots_{};
+};
+
+struct NameTables {
+  std::array<NameTable, class_count> tables;
+
+  template <std::size_t... i>
+  explicit NameTables(std::index_sequence<i...>) noexcept : tables{NameTable(*classes()[i])...} {}
+};
+
+const NameTable& names_of(const ClassDescription& of_class) noexcept {
+  static const NameTables all{std::make_index_sequence<class_count>{}};
+  std::size_t i = 0;
+  while (i + 1 < class_count && classes()[i] != &of_class) ++i;
+  return all.tables[i];
+}
+
+}  // namespace
+
+std::span<const ClassDescription* const> catalogue() noexcept { return classes(); }
+
+const ClassDescription* find_class(std::string_view registered_name) noexcept {
+  for (const ClassDescription* one : classes()) {
+    if (same_name(one->registered_name, registered_name)) return one;
+  }
+  return nullptr;
+}
+
+std::optional<std::size_t> find_member(const ClassDescription& of_class, std::string_view name,
+                                       Wanted wanted) noexcept {
+  const std::optional<std::size_t> first = names_of(of_class).find(name);
+  if (!first) return std::nullopt;
+  const bool property = of_class.members[*first].kind != MemberKind::method;
+  switch (wanted) {
+    case Wanted::any: return first;
+    case Wanted::method: return property ? std::nullopt : first;
+    case Wanted::property_read: return property ? first : std::nullopt;
+    case Wanted::property_write: return property ? std::optional(*first + 1) : std::nullopt;
+  }
+  return std::nullopt;
+}
+
+}  // namespace orv2_geo

@@ -1,0 +1,170 @@
+// form.h: a modal form as data: a table of controls and the routines behind
+// their events. Whoever shows it, reads the controls and reports what the
+// person did.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "frame/export.h"
+#include "frame/late_bound.h"
+#include "frame/text.h"
+
+namespace orv2_geo {
+
+enum class ControlKind : std::uint8_t {
+  label = 0,
+  text_box = 1,
+  check_box = 2,
+  option_button = 3,
+  button = 4,
+  frame = 5,
+  progress_bar = 6,
+  grid = 7,
+};
+
+/// Cell alignments of a grid's column, all centred vertically.
+enum class CellAlignment : std::int16_t { left = 1, centre = 4, right = 7 };
+
+/// One line of a form's design. Places and sizes are in twips; inside a frame
+/// they are relative to it.
+struct ControlDesign {
+  std::string_view name;  // a member of a control array carries its number: "Opt3D(1)"
+  ControlKind kind = ControlKind::label;
+  std::int32_t left = 0;
+  std::int32_t top = 0;
+  std::int32_t width = 0;
+  std::int32_t height = 0;
+  std::int16_t tab_index = 0;
+  std::u16string_view text;
+  std::string_view container;  // empty: the form itself
+  bool visible = true;
+  bool enabled = true;
+  double value = 0.0;          // ticked or selected: non-zero
+  bool is_default = false;     // answers to Enter
+  bool is_cancel = false;      // answers to Escape
+  bool sizes_itself = false;   // a label as wide as its text
+  CellAlignment alignment = CellAlignment::left;
+  std::int32_t background = -1;  // 0xRRGGBB; -1: the form's own
+};
+
+class Form;
+
+/// The cells of a grid control.
+struct Grid {
+  Text format_string;
+  std::int32_t rows = 0;
+  std::int32_t cols = 0;
+  std::int32_t fixed_rows = 0;
+  std::int32_t fixed_cols = 0;
+  std::string_view font = "Courier New";
+  std::map<std::int32_t, std::int16_t> alignments;
+  std::map<std::pair<std::int32_t, std::int32_t>, Text> cells;
+
+  /// Fields between vertical bars become the header texts and set the columns.
+  void set_format_string(const Text& format);
+  void set_cell(std::int32_t row, std::int32_t col, const Text& text);  // 9 outside the grid
+  void set_alignment(std::int32_t col, std::int16_t alignment);         // 9 outside the grid
+  Text cell(std::int32_t row, std::int32_t col) const;
+  std::int16_t alignment(std::int32_t col) const;
+};
+
+/// A control on a form. It is a late-bound object like a host's own: the
+/// properties Visible, Enabled, Caption, Text, Value, Min and max can be set by
+/// name, so a progress bar is a progress indicator with nothing added.
+class ORV2_PUBLIC Control final : public LateBound {
+ public:
+  explicit Control(const ControlDesign& design);
+
+  const ControlDesign& design() const noexcept { return design_; }
+  bool visible() const noexcept { return visible_; }
+  bool enabled() const noexcept { return enabled_; }
+  const Text& text() const noexcept { return text_; }
+  double value() const noexcept { return value_; }
+  double min() const noexcept { return min_; }
+  double max() const noexcept { return max_; }
+  Grid& grid() noexcept { return grid_; }
+  const Grid& grid() const noexcept { return grid_; }
+
+  void set_visible(bool visible) noexcept { visible_ = visible; }
+  void set_enabled(bool enabled) noexcept { enabled_ = enabled; }
+  void set_text(const Text& text) { text_ = text; }
+  void set_value(double value) noexcept { value_ = value; }
+
+  Variant call(std::string_view name, std::span<const Argument> arguments) override;
+  void set_property(std::string_view name, const Variant& value) override;
+
+ private:
+  ControlDesign design_;
+  bool visible_;
+  bool enabled_;
+  Text text_;
+  double value_;
+  double min_ = 0.0;
+  double max_ = 100.0;
+  Grid grid_;
+};
+
+/// A modal form. The routines behind its events are set by its owner; the
+/// actions below are the person's and act, as on a real screen, only on what is
+/// visible and enabled, its container included.
+class ORV2_PUBLIC Form {
+ public:
+  Form(std::string_view name, std::u16string_view caption, std::int32_t width, std::int32_t height,
+       std::span<const ControlDesign> controls);
+  Form(const Form&) = delete;
+  Form& operator=(const Form&) = delete;
+
+  const std::string& name() const noexcept { return name_; }
+  const Text& caption() const noexcept { return caption_; }
+  std::int32_t width() const noexcept { return width_; }
+  std::int32_t height() const noexcept { return height_; }
+  std::size_t size() const noexcept { return controls_.size(); }
+  Control& control(std::size_t i) const { return *controls_[i]; }
+
+  /// The control of that name, case ignored. Failure 438 when there is none.
+  Control& control(std::string_view name) const;
+  ObjectRef object(std::string_view name) const { return ObjectRef(&control(name)); }
+
+  /// Still on the screen.
+  bool open() const noexcept { return open_; }
+
+  // For the form's owner.
+  void on_click(std::string_view name, std::function<void()> routine);
+  void show_modal();  ///< Blocks until the form is hidden or closed.
+  void hide() noexcept { open_ = false; }
+  void unload() noexcept { open_ = false; }
+
+  // The person's actions. An action that cannot reach its control does nothing.
+  // A failure in the routine behind an event reaches the driver.
+  void click(std::string_view name);
+  void select(std::string_view name);
+  void set_text(std::string_view name, const Text& text);
+  void press_enter();
+  void press_escape();
+  void close() noexcept { open_ = false; }  ///< The title bar's box.
+
+  /// Leaves as the cancel button would; without one that can act, closes.
+  void cancel();
+
+ private:
+  bool reachable(const Control& control) const;
+  void fire_click(const Control& control);
+  void press_button(bool ControlDesign::*role);
+
+  std::string name_;
+  Text caption_;
+  std::int32_t width_;
+  std::int32_t height_;
+  bool open_ = false;
+  std::vector<Control*> controls_;
+  std::vector<ObjectRef> owned_;
+  std::map<std::string, std::function<void()>, std::less<>> clicks_;
+};
+
+}  // namespace orv2_geo

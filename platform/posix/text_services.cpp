@@ -1,0 +1,71 @@
+// The part of the text services that the system's locale answers.
+#include "platform/text_services.h"
+
+#include <clocale>
+#include <cwchar>
+#include <cwctype>
+#include <langinfo.h>
+#include <locale.h>
+#include <string>
+
+namespace orv2_geo::text_services {
+
+namespace {
+
+// The user's locale, looked up once; a name that is not installed gives C.
+locale_t user_locale() {
+  static const locale_t locale = [] {
+    const locale_t named = newlocale(LC_ALL_MASK, "", nullptr);
+    return named != nullptr ? named : newlocale(LC_ALL_MASK, "C", nullptr);
+  }();
+  return locale;
+}
+
+// Folded to lower case, in the wide characters that the collation takes.
+std::wstring folded(std::u16string_view text) {
+  std::wstring wide;
+  wide.reserve(text.size());
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    char32_t point = text[i];
+    const bool pair = point >= 0xd800 && point < 0xdc00 && i + 1 < text.size() &&
+                      text[i + 1] >= 0xdc00 && text[i + 1] < 0xe000;
+    if (pair) point = 0x10000 + ((point - 0xd800) << 10U) + (text[++i] - 0xdc00U);
+    wide.push_back(static_cast<wchar_t>(towlower_l(static_cast<wint_t>(point), user_locale())));
+  }
+  return wide;
+}
+
+}  // namespace
+
+char16_t decimal_sign() {
+  static const char16_t sign = [] {
+    const char* radix = nl_langinfo_l(RADIXCHAR, user_locale());
+    const locale_t before = uselocale(user_locale());
+    wchar_t wide = L'.';
+    std::mbstate_t state{};
+    const std::size_t length = std::mbrtowc(&wide, radix, std::char_traits<char>::length(radix), &state);
+    uselocale(before);
+    const bool read = length != 0 && length != std::size_t(-1) && length != std::size_t(-2);
+    return read && wide < 0x10000 ? static_cast<char16_t>(wide) : u'.';
+  }();
+  return sign;
+}
+
+int compare(std::u16string_view a, std::u16string_view b) {
+  const std::wstring left = folded(a);
+  const std::wstring right = folded(b);
+  // The collation stops at a zero; what stands behind one counts as well.
+  std::size_t i = 0;
+  std::size_t j = 0;
+  while (true) {
+    const int order = wcscoll_l(left.c_str() + i, right.c_str() + j, user_locale());
+    if (order != 0) return order;
+    i += std::wcslen(left.c_str() + i);
+    j += std::wcslen(right.c_str() + j);
+    const bool left_ends = i++ == left.size();
+    const bool right_ends = j++ == right.size();
+    if (left_ends || right_ends) return static_cast<int>(right_ends) - static_cast<int>(left_ends);
+  }
+}
+
+}  // namespace orv2_geo::text_services

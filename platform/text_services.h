@@ -1,0 +1,41 @@
+// text_services.h: numbers and texts the way of the user's locale.
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+#include "frame/text.h"
+
+namespace orv2_geo::text_services {
+
+/// The decimal sign of the user's locale. A locale that the environment names
+/// but the system does not have counts as the C locale, here and below.
+char16_t decimal_sign();
+
+/// The default text of a number: up to 15 significant digits, trailing zeros
+/// dropped, exponent form outside the plain range, the locale's decimal sign.
+Text default_text(double number);
+Text default_text(std::int32_t number);
+
+/// The same with one blank in front of a number that is not negative.
+Text signed_text(std::int32_t number);
+
+/// Reads the longest leading part that is a number, with the point as decimal
+/// sign in every locale; blanks, tabs and line feeds are passed over. A text
+/// with no such part gives 0. Failure 6 when the number is out of range.
+double leading_number(std::u16string_view text);
+
+/// Reads a whole text as a number with the locale's decimal sign, blanks
+/// around it allowed. Failures: 13 when it is none, 6 out of range.
+double number_from_text(std::u16string_view text);
+
+/// The number with at least one integer digit and exactly `decimals` (0 or
+/// more) decimals, taken from its form with 15 significant digits and rounded
+/// half away from zero; the locale's decimal sign; no minus before a zero.
+Text pattern_format(double number, int decimals);
+
+/// Negative, zero or positive as `a` comes before, with or after `b` in the
+/// collation of the user's locale, case ignored.
+int compare(std::u16string_view a, std::u16string_view b);
+
+}  // namespace orv2_geo::text_services

@@ -1,0 +1,43 @@
+// user_interface.h: the port through which boxes and forms reach a person.
+#pragma once
+
+#include <cstdint>
+
+#include "frame/export.h"
+#include "frame/text.h"
+
+namespace orv2_geo {
+
+class Form;
+
+/// What shows boxes and forms. A host can install its own on each thread on
+/// which it uses the library; without one the system's is used.
+class ORV2_PUBLIC UserInterface {
+ public:
+  virtual ~UserInterface() = default;
+
+  /// Shows `text` with an OK button and returns when it is dismissed. `flags`
+  /// is 0, or 16 for the critical icon; `caption` is null for the default one.
+  virtual void error_box(const Text& text, std::int32_t flags, const Text* caption) = 0;
+
+  /// Shows `form` and passes the user's actions on to it until it is no longer
+  /// open. A form left open on return is cancelled.
+  virtual void show_modal(Form& form) = 0;
+
+  /// Lets waiting events be handled, in the middle of a routine.
+  virtual void handle_events() {}
+};
+
+/// The interface in force on this thread.
+UserInterface& user_interface();
+
+/// Installs `driver` on this thread, or the system's own when it is null.
+/// `driver` must live until another one is installed. Answers with the driver
+/// installed before.
+ORV2_PUBLIC UserInterface* install_user_interface(UserInterface* driver) noexcept;
+
+/// The system's own interface: on a system without a screen it writes to
+/// standard error and leaves forms as their cancel button would.
+UserInterface& system_user_interface();
+
+}  // namespace orv2_geo
