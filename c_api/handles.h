@@ -1,0 +1,104 @@
+// handles.h: numbers in place of pointers, so that a wrong one is a failure.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+
+#include "c_api/orv2_geo.h"
+#include "frame/argument.h"
+#include "library/object.h"
+
+namespace orv2_geo::c_api {
+
+enum class Kind : std::uint8_t { object, array, text };
+
+/// What a handle stands for.
+class Item {
+ public:
+  explicit Item(Kind of_kind) noexcept : kind(of_kind) {}
+  Item(const Item&) = delete;
+  Item& operator=(const Item&) = delete;
+  virtual ~Item() = default;
+
+  const Kind kind;
+};
+
+/// An object of the library, or a host's own.
+struct ObjectItem final : Item {
+  explicit ObjectItem(ObjectRef any, Object* of_library = nullptr) noexcept
+      : Item(Kind::object), object(std::move(any)), own(of_library) {}
+  const ObjectRef object;
+  Object* const own;  // null for a host's object
+};
+
+/// An array of one of the five types.
+struct ArrayItem : Item {
+  ArrayItem(Type of_type, ArrayBase& array) noexcept
+      : Item(Kind::array), type(of_type), base(array) {}
+  const Type type;
+  ArrayBase& base;
+};
+
+template <class A>
+struct TypedArrayItem final : ArrayItem {
+  TypedArrayItem() noexcept : ArrayItem(interface_type<A>, array) {}
+  std::unique_ptr<ArrayOwner> owner;  // of a host's buffer; ends after the array
+  A array;
+};
+
+/// A text variable.
+struct TextItem final : Item {
+  TextItem() noexcept : Item(Kind::text) {}
+  Text text;
+};
+
+/// A new handle with one reference, of this thread. Failure 7.
+orv2_handle handle_for(std::unique_ptr<Item> item);
+
+/// What the handle stands for. Failures: 5 for a handle that is wrong, stale,
+/// of another kind or of another thread.
+Item& item_of(orv2_handle handle, Kind kind);
+
+inline ObjectItem& object_item(orv2_handle handle) {
+  if (handle == 0) raise(failure::object_not_set);
+  return static_cast<ObjectItem&>(item_of(handle, Kind::object));
+}
+inline ArrayItem& array_item(orv2_handle handle) {
+  return static_cast<ArrayItem&>(item_of(handle, Kind::array));
+}
+inline Text& text_of(orv2_handle handle) {
+  return static_cast<TextItem&>(item_of(handle, Kind::text)).text;
+}
+
+/// The object behind a handle, or none for 0.
+inline ObjectRef object_of(orv2_handle handle) {
+  return handle == 0 ? ObjectRef() : object_item(handle).object;
+}
+
+/// The typed array behind an item that is known to be of that type.
+template <class A>
+A& array_of(ArrayItem& item) {
+  return static_cast<TypedArrayItem<A>&>(item).array;
+}
+
+/// One reference more or less; from another thread too. Failure 5.
+void add_reference(orv2_handle handle);
+void drop_reference(orv2_handle handle);
+
+/// Keeps what a handle stands for alive for the length of a call.
+class Pin {
+ public:
+  explicit Pin(orv2_handle handle);
+  ~Pin();
+  Pin(const Pin&) = delete;
+  Pin& operator=(const Pin&) = delete;
+
+ private:
+  std::uint32_t index_;
+};
+
+/// True while a thread's left-over handles are freed at its end: hosts are no
+/// longer called back then.
+bool thread_is_ending() noexcept;
+
+}  // namespace orv2_geo::c_api

@@ -1,0 +1,167 @@
+// Objects, their members and the catalogue across the C boundary.
+#include <bit>
+
+#include "c_api/guard.h"
+#include "c_api/handles.h"
+#include "c_api/orv2_geo.h"
+#include "c_api/values.h"
+#include "library/catalogue.h"
+#include "library/object.h"
+#include "platform/text_services.h"
+
+using namespace orv2_geo;
+using namespace orv2_geo::c_api;
+
+namespace {
+
+const ClassDescription& class_at(size_t index) {
+  const auto classes = catalogue();
+  if (index >= classes.size()) raise(failure::subscript_out_of_range);
+  return *classes[index];
+}
+
+const MemberDescription& member_at(size_t class_index, size_t position) {
+  const auto members = class_at(class_index).members;
+  if (position >= members.size()) raise(failure::subscript_out_of_range);
+  return members[position];
+}
+
+Object& library_object(ObjectItem& item) {
+  if (item.own == nullptr) raise(failure::invalid_call);  // a host's own object
+  return *item.own;
+}
+
+bool all_plain(const orv2_value* arguments, size_t count) noexcept {
+  bool plain = true;
+  for (size_t i = 0; i < count; ++i) plain = plain & is_plain(arguments[i]);
+  return plain;
+}
+
+// An answer that is a variant takes the longer way.
+void call_variant(Object& object, size_t position, std::span<const Argument> arguments,
+                  orv2_value* result) {
+  Variant answer;
+  object.invoke(position, {arguments, &answer, nullptr, &text_services::number_from_text});
+  if (result != nullptr) *result = value_of(answer);
+}
+
+void call_with(Object& object, size_t position, std::span<const Argument> arguments,
+               orv2_value* result) {
+  const auto members = object.description().members;
+  if (position < members.size() && members[position].result == Type::variant) {
+    return call_variant(object, position, arguments, result);
+  }
+  Argument answer;
+  answer.tag = by_value(Type::none);
+  object.invoke(position, {arguments, nullptr, &answer, &text_services::number_from_text});
+  if (result != nullptr) *result = std::bit_cast<orv2_value>(answer);
+}
+
+void pass_on(Object& object, size_t position, const orv2_value* arguments, size_t count,
+             orv2_value* result) {
+  if (count > most_arguments) raise(failure::wrong_argument_count);
+  if (count != 0) needed(arguments);
+  if (all_plain(arguments, count)) [[likely]] {
+    const auto* plain = reinterpret_cast<const Argument*>(arguments);
+    return call_with(object, position, {plain, count}, result);
+  }
+  const Translated translated(arguments, count);
+  call_with(object, position, translated.arguments(), result);
+}
+
+void call_object(Object& object, size_t position, const orv2_value* arguments, size_t count,
+                 orv2_value* result) {
+  const char* const source = object.description().registered_name;
+  try {
+    pass_on(object, position, arguments, count, result);
+  } catch (...) {
+    leave_signed(source);
+  }
+}
+
+}  // namespace
+
+size_t orv2_class_count(void) { return catalogue().size(); }
+
+int32_t orv2_class_at(size_t index, orv2_class_info* info) {
+  return guarded([&] {
+    const ClassDescription& one = class_at(index);
+    *needed(info) = {one.name.data(), one.registered_name, one.members.size()};
+  });
+}
+
+int32_t orv2_member_at(size_t class_index, size_t position, orv2_member_info* info) {
+  return guarded([&] {
+    const MemberDescription& member = member_at(class_index, position);
+    *needed(info) = {member.name.data(), static_cast<int32_t>(member.kind),
+                     by_value(member.result), member.parameters.size()};
+  });
+}
+
+int32_t orv2_parameter_at(size_t class_index, size_t position, size_t parameter,
+                          orv2_parameter_info* info) {
+  return guarded([&] {
+    const auto parameters = member_at(class_index, position).parameters;
+    if (parameter >= parameters.size()) raise(failure::subscript_out_of_range);
+    const ParameterDescription& one = parameters[parameter];
+    *needed(info) = {one.name.data(),
+                     one.by_reference ? by_reference(one.type) : by_value(one.type),
+                     Bool(one.optional).bits, Bool(one.has_default).bits, one.default_value};
+  });
+}
+
+int32_t orv2_create(const char* registered_name, orv2_handle* object) {
+  return guarded([&] {
+    needed(object);
+    const ObjectRef created = create(needed(registered_name));
+    auto* const own = static_cast<Object*>(created.get());
+    *object = handle_for(std::make_unique<ObjectItem>(created, own));
+  });
+}
+
+int32_t orv2_reference(orv2_handle object) {
+  return guarded([&] { add_reference(object); });
+}
+
+int32_t orv2_release(orv2_handle object) {
+  return guarded([&] {
+    if (object != 0) drop_reference(object);
+  });
+}
+
+int32_t orv2_class_of(orv2_handle object, size_t* class_index) {
+  return guarded([&] {
+    needed(class_index);
+    const ClassDescription* const mine = &library_object(object_item(object)).description();
+    const auto classes = catalogue();
+    size_t i = 0;
+    while (classes[i] != mine) ++i;
+    *class_index = i;
+  });
+}
+
+int32_t orv2_find_member(orv2_handle object, const char* name, int32_t kind, size_t* position) {
+  return guarded([&] {
+    const ClassDescription& mine = library_object(object_item(object)).description();
+    needed(position);
+    if (kind < ORV2_METHOD || kind > ORV2_ANY) raise(failure::invalid_call);
+    const auto found = find_member(mine, needed(name), static_cast<Wanted>(kind));
+    if (!found) raise(failure::no_such_member);
+    *position = *found;
+  });
+}
+
+int32_t orv2_call(orv2_handle object, size_t position, const orv2_value* arguments, size_t count,
+                  orv2_value* result) {
+  return guarded([&] {
+    call_object(library_object(object_item(object)), position, arguments, count, result);
+  });
+}
+
+int32_t orv2_call_name(orv2_handle object, const char* name, const orv2_value* arguments,
+                       size_t count, orv2_value* result) {
+  return guarded([&] {
+    Object& called = library_object(object_item(object));
+    call_object(called, called.position_of(needed(name), count), arguments, count, result);
+  });
+}

@@ -1,0 +1,114 @@
+#include "c_api/values.h"
+
+#include <bit>
+#include <type_traits>
+#include <variant>
+
+#include "c_api/guard.h"
+
+namespace orv2_geo::c_api {
+
+Translated::Translated(const orv2_value* values, std::size_t count) : count_(count) {
+  for (std::size_t i = 0; i < count; ++i) arguments_[i] = translated(values[i]);
+}
+
+Argument Translated::translated(const orv2_value& value) {
+  if (is_plain(value)) return std::bit_cast<Argument>(value);
+  const Type type = type_of(value.tag);
+  if (type == Type::text || value.tag == ORV2_UTF8) return text_argument(value);
+  if (is_array(type)) return array_argument(value);
+  if (type == Type::object) return object_argument(value);
+  // A scalar that is not plain has a null pointer; anything else is no tag.
+  const bool scalar = type >= Type::i16 && type <= Type::boolean && is_by_reference(value.tag);
+  raise(scalar ? failure::invalid_call : failure::type_mismatch);
+}
+
+Argument Translated::text_argument(const orv2_value& value) {
+  if (value.tag == ORV2_UTF8) {
+    texts_.push_back(Text::from_utf8(needed(value.as.utf8)));
+    return Argument::of_value(texts_.back());
+  }
+  Text& text = text_of(value.as.handle);
+  pin(value.as.handle);
+  return is_by_reference(value.tag) ? Argument::of(text) : Argument::of_value(text);
+}
+
+Argument Translated::array_argument(const orv2_value& value) {
+  ArrayItem& item = array_item(value.as.handle);
+  pin(value.as.handle);
+  // The tag must name the array's own type: nothing is converted.
+  if (item.type != type_of(value.tag)) raise(failure::type_mismatch);
+  Argument argument;
+  argument.tag = by_reference(item.type);
+  switch (item.type) {
+    case Type::double_array: argument.variable = &array_of<DoubleArray>(item); break;
+    case Type::single_array: argument.variable = &array_of<SingleArray>(item); break;
+    case Type::long_array: argument.variable = &array_of<LongArray>(item); break;
+    case Type::short_array: argument.variable = &array_of<ShortArray>(item); break;
+    default: argument.variable = &array_of<StringArray>(item); break;
+  }
+  return argument;
+}
+
+Argument Translated::object_argument(const orv2_value& value) {
+  if (!is_by_reference(value.tag)) {
+    objects_.push_back(object_of(value.as.handle));
+    return Argument::of_value(objects_.back());
+  }
+  auto* const host_variable = static_cast<orv2_handle*>(needed(value.as.pointer));
+  // One host variable is one variable of the call.
+  for (const auto& [known, variable] : object_variables_) {
+    if (known == host_variable) return Argument::of(*variable);
+  }
+  objects_.push_back(object_of(*host_variable));
+  object_variables_.emplace_back(host_variable, &objects_.back());
+  return Argument::of(objects_.back());
+}
+
+orv2_value value_of(const Variant& variant) {
+  return std::visit(
+      [](const auto& held) -> orv2_value {
+        using T = std::remove_cvref_t<decltype(held)>;
+        orv2_value value{};
+        if constexpr (std::is_arithmetic_v<T> || std::is_same_v<T, Bool>) {
+          return std::bit_cast<orv2_value>(Argument(held));
+        } else if constexpr (!std::is_same_v<T, std::monostate>) {
+          raise(failure::type_mismatch);
+        }
+        return value;
+      },
+      variant.value());
+}
+
+Variant variant_of(const orv2_value& value) {
+  switch (value.tag) {
+    case ORV2_NONE: return {};
+    case ORV2_I16: return value.as.i16;
+    case ORV2_I32: return value.as.i32;
+    case ORV2_F32: return value.as.f32;
+    case ORV2_F64: return value.as.f64;
+    case ORV2_BOOL: return Bool::raw(value.as.boolean);
+    case ORV2_UTF8: return Text::from_utf8(needed(value.as.utf8));
+    case ORV2_TEXT: return Text(text_of(value.as.handle));
+    case ORV2_OBJECT: return object_of(value.as.handle);
+    default: raise(failure::type_mismatch);
+  }
+}
+
+ForHost::ForHost(std::span<const Argument> arguments) : count_(arguments.size()) {
+  if (count_ > most_arguments) raise(failure::wrong_argument_count);
+  for (std::size_t i = 0; i < count_; ++i) {
+    const auto value = std::bit_cast<orv2_value>(arguments[i]);
+    if (arguments[i].tag == by_value(Type::text)) {
+      texts_.push_back(arguments[i].text->to_utf8());
+      values_[i].tag = ORV2_UTF8;
+      values_[i].as.utf8 = texts_.back().c_str();
+    } else if (is_plain(value)) {
+      values_[i] = value;
+    } else {
+      raise(failure::type_mismatch);
+    }
+  }
+}
+
+}  // namespace orv2_geo::c_api
