@@ -54,7 +54,7 @@ std::uint32_t hash_of(std::string_view name, std::uint64_t seed) noexcept {
     std::memcpy(rest, name.data(), name.size());
     mix(eight_bytes(rest));
   }
-  return static_cast<std::uint32_t>(hash >> 7U);
+  return static_cast<std::uint32_t>((hash * odd) >> 40U);  // every letter reaches these bits
 }
 
 // Compares eight bytes at a time; only names whose bits differ in case alone
