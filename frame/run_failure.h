@@ -49,6 +49,10 @@ class ORV2_PUBLIC RunFailure : public std::exception {
   /// A failure of the catalogue, not yet signed by a class.
   explicit RunFailure(std::int32_t number) noexcept : number_(number) {}
 
+  /// A failure of the catalogue, signed. `source` must live as long as the
+  /// program.
+  static RunFailure signed_by(std::int32_t number, const char* source) noexcept;
+
   /// A failure with words of its own, UTF-8. Without memory for the words the
   /// failure keeps its number and the catalogue's description.
   RunFailure(std::int32_t number, std::string_view description, std::string_view source) noexcept;
