@@ -187,8 +187,7 @@ int32_t orv2_form_alignment(orv2_form* form, size_t index, int32_t col, int32_t*
   });
 }
 
-int32_t orv2_form_cell(orv2_form* form, size_t index, int32_t row, int32_t col,
-                       const char** text) {
+int32_t orv2_form_cell(orv2_form* form, size_t index, int32_t row, int32_t col, const char** text) {
   return guarded([&] {
     const Grid& grid = grid_at(form, index);
     const bool inside = row >= 0 && row < grid.rows && col >= 0 && col < grid.cols;
@@ -206,9 +205,7 @@ int32_t orv2_form_select(orv2_form* form, const char* name) {
 }
 
 int32_t orv2_form_set_text(orv2_form* form, const char* name, const char* text) {
-  return guarded([&] {
-    needed(form)->form.set_text(needed(name), Text::from_utf8(needed(text)));
-  });
+  return guarded([&] { needed(form)->form.set_text(needed(name), Text::from_utf8(needed(text))); });
 }
 
 int32_t orv2_form_press_enter(orv2_form* form) {
