@@ -145,7 +145,7 @@ _soname = "liborv2_geo.so.2"
 _file_names = (_soname, "liborv2_geo.so")
 _presets = ("release", "debug", "clang", "bench", "asan")
 
-_lock = threading.Lock()
+_lock = threading.RLock()
 _loaded = None
 _loaded_from = None
 

@@ -178,7 +178,7 @@ def wrapped(handle):
 # ---- Classes ----------------------------------------------------------------
 
 
-_making = threading.Lock()
+_making = threading.RLock()
 
 
 def classes():
