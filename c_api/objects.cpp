@@ -31,10 +31,17 @@ Object& library_object(ObjectItem& item) {
   return *item.own;
 }
 
-bool all_plain(const orv2_value* arguments, size_t count) noexcept {
-  bool plain = true;
-  for (size_t i = 0; i < count; ++i) plain = plain & is_plain(arguments[i]);
-  return plain;
+// Whether every argument has its parameter's own tag, and a variable where it is
+// by reference: then there is nothing to translate and nothing to convert.
+bool all_exact(const MemberDescription& member, const orv2_value* arguments, size_t count) {
+  const std::span<const std::uint16_t> tags = member.exact_tags;
+  if (member.invoke_exact == nullptr || count != tags.size()) return false;
+  bool exact = true;
+  for (size_t i = 0; i < count; ++i) {
+    const bool pointed = arguments[i].as.pointer != nullptr || !is_by_reference(tags[i]);
+    exact = exact && arguments[i].tag == tags[i] && pointed;
+  }
+  return exact;
 }
 
 // An answer that is a variant takes the longer way.
@@ -45,15 +52,11 @@ void call_variant(Object& object, size_t position, std::span<const Argument> arg
   if (result != nullptr) *result = value_of(answer);
 }
 
-void call_with(Object& object, size_t position, std::span<const Argument> arguments,
-               orv2_value* result) {
-  const auto members = object.description().members;
-  if (position < members.size() && members[position].result == Type::variant) {
-    return call_variant(object, position, arguments, result);
-  }
+void call_scalar(Object& object, size_t position, std::span<const Argument> arguments,
+                 orv2_value* result, bool exact) {
   Argument answer;
   answer.tag = by_value(Type::none);
-  object.invoke(position, {arguments, nullptr, &answer, &text_services::number_from_text});
+  object.invoke(position, {arguments, nullptr, &answer, &text_services::number_from_text}, exact);
   if (result != nullptr) *result = std::bit_cast<orv2_value>(answer);
 }
 
@@ -61,12 +64,16 @@ void pass_on(Object& object, size_t position, const orv2_value* arguments, size_
              orv2_value* result) {
   if (count > most_arguments) raise(failure::wrong_argument_count);
   if (count != 0) needed(arguments);
-  if (all_plain(arguments, count)) [[likely]] {
+  const auto members = object.description().members;
+  if (position >= members.size()) raise(failure::no_such_member);
+  const bool variant = members[position].result == Type::variant;
+  if (!variant && all_exact(members[position], arguments, count)) [[likely]] {
     const auto* plain = reinterpret_cast<const Argument*>(arguments);
-    return call_with(object, position, {plain, count}, result);
+    return call_scalar(object, position, {plain, count}, result, true);
   }
   const Translated translated(arguments, count);
-  call_with(object, position, translated.arguments(), result);
+  if (variant) return call_variant(object, position, translated.arguments(), result);
+  call_scalar(object, position, translated.arguments(), result, false);
 }
 
 void call_object(Object& object, size_t position, const orv2_value* arguments, size_t count,

@@ -6,7 +6,9 @@ target_compile_options(orv2_flags INTERFACE
   # No product and sum in one rounding: every operation rounds by itself.
   -ffp-contract=off
   # Nobody reads errno after a square root.
-  -fno-math-errno)
+  -fno-math-errno
+  # Numbers packed in pairs and torn apart again cost more than they save.
+  -fno-tree-slp-vectorize)
 if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(i.86|x86)$" OR CMAKE_SIZEOF_VOID_P EQUAL 4)
   # 32-bit: binary64 in the vector unit, without x87's longer intermediates.
   target_compile_options(orv2_flags INTERFACE -msse2 -mfpmath=sse)

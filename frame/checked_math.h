@@ -13,12 +13,15 @@
 // on it does. A comparison with NaN is failure 6.
 #pragma once
 
+#include <bit>
 #include <cfloat>
 #include <cmath>
 #include <concepts>
+#include <cstddef>
 #include <cstdint>
 #include <limits>
 #include <type_traits>
+#include <utility>
 
 #include "frame/elementary.h"
 #include "frame/run_failure.h"
@@ -30,11 +33,12 @@ namespace orv2_geo {
 
 namespace checked {
 
-/// Base of every piece of a formula.
-struct Formula {};
-
+/// A piece of a formula says so of itself. (A common base class would pad every
+/// piece that holds another, and keep formulas out of the registers.)
 template <class E>
-concept Piece = std::derived_from<E, Formula>;
+concept Piece = requires {
+  requires E::is_piece;
+};
 
 /// Types that widen to binary64 without loss.
 template <class T>
@@ -44,7 +48,12 @@ concept Exact = std::same_as<T, double> || std::same_as<T, float> ||
 template <class T>
 concept Operand = Piece<T> || Exact<T>;
 
-inline bool is_finite(double value) noexcept { return std::abs(value) <= DBL_MAX; }
+// In whole numbers: the exponent is not all ones. It leaves the floating-point
+// units to the formula.
+inline bool is_finite(double value) noexcept {
+  constexpr std::uint64_t all_ones = 0xffe0000000000000U;
+  return std::bit_cast<std::uint64_t>(value) << 1U < all_ones;
+}
 
 // One operation with its own test: where a failing formula finds its culprit.
 double sum(double a, double b);
@@ -52,36 +61,48 @@ double difference(double a, double b);
 double product(double a, double b);
 double quotient(double dividend, double divisor);
 
-/// The formula again, each operation with its own test.
-template <Piece E>
-[[gnu::noinline, gnu::cold]] double settle_stepwise(E formula) {
-  return formula.stepwise();
+/// The formula E again over these numbers, each operation with its own test.
+/// The numbers come one by one, so that a sound formula never has to stand in
+/// memory as a whole.
+template <Piece E, std::same_as<double>... Numbers>
+[[gnu::noinline, gnu::cold]] double settle_stepwise(Numbers... numbers) {
+  const double all[] = {numbers...};
+  return E::over(all).stepwise();
+}
+
+template <Piece E, std::size_t... i>
+[[gnu::always_inline]] inline double settle_stepwise(const E& formula, std::index_sequence<i...>) {
+  return settle_stepwise<E>(formula.template number<i>()...);
 }
 
 /// The value of a formula, tested.
 template <Piece E>
-inline double settle(const E& formula) {
+[[gnu::always_inline]] inline double settle(const E& formula) {
   bool sound = true;
   const double value = formula.quick(sound);
-  if (sound && is_finite(value)) [[likely]]
+  if (sound && is_finite(value)) [[likely]] {
     return value;
-  return settle_stepwise(formula);
+  }
+  return settle_stepwise(formula, std::make_index_sequence<E::size>{});
 }
 
 /// A piece that stands for its value wherever a number is needed.
 template <class Self>
-struct Valued : Formula {
+struct Valued {
+  static constexpr bool is_piece = true;
+
   operator double() const { return settle(static_cast<const Self&>(*this)); }
 };
 
 }  // namespace checked
 
 /// A number in a checked formula. Making one from a formula tests the formula.
-class Checked : public checked::Formula {
+class Checked {
  public:
+  static constexpr bool is_piece = true;
+
   /// Known to have been tested, or to be the caller's own: may hide nothing.
   static constexpr bool settled = true;
-
   constexpr Checked() noexcept = default;
   template <checked::Exact T>
   constexpr Checked(T value) noexcept : value_(static_cast<double>(value)) {}
@@ -93,7 +114,16 @@ class Checked : public checked::Formula {
   constexpr operator double() const noexcept { return value_; }
   explicit operator bool() const = delete;
 
-  double quick(bool&) const noexcept { return value_; }
+  // What every piece of a formula offers: how many numbers it is over, the i-th
+  // of them, the same piece over others; its value with one look at the end, and
+  // its value with a look at each operation.
+  static constexpr std::size_t size = 1;
+  template <std::size_t>
+  [[gnu::always_inline]] double number() const noexcept {
+    return value_;
+  }
+  static Checked over(const double* numbers) noexcept { return *numbers; }
+  [[gnu::always_inline]] double quick(bool&) const noexcept { return value_; }
   double stepwise() const noexcept { return value_; }
 
  private:
@@ -105,22 +135,55 @@ namespace checked {
 template <Operand T>
 using Term = std::conditional_t<Piece<T>, T, Checked>;
 
-/// A piece that a division, a function or a comparison can swallow: what it
-/// hides must be seen before.
+/// The value of a piece that a division or a function can swallow: an overflow
+/// in it would come out as a zero.
 template <Piece E>
-inline double quick_seen(const E& piece, bool& sound) noexcept {
+[[gnu::always_inline]] inline double quick_seen(const E& piece, bool& sound) noexcept {
   const double value = piece.quick(sound);
-  if constexpr (!E::settled) sound = sound & is_finite(value);
+  if constexpr (!E::settled) sound = sound && is_finite(value);
   return value;
 }
 
-template <Piece A, Piece B>
-struct Sum : Valued<Sum<A, B>> {
+/// What the pieces with two operands share.
+template <class Self, Piece A, Piece B>
+struct Binary : Valued<Self> {
   static constexpr bool settled = false;
+  static constexpr std::size_t size = A::size + B::size;
   A a;
   B b;
-  Sum(const A& left, const B& right) : a(left), b(right) {}
-  double quick(bool& sound) const noexcept {
+  Binary(const A& left, const B& right) : a(left), b(right) {}
+  template <std::size_t i>
+  [[gnu::always_inline]] double number() const noexcept {
+    if constexpr (i < A::size) {
+      return a.template number<i>();
+    } else {
+      return b.template number<i - A::size>();
+    }
+  }
+  static Self over(const double* numbers) {
+    return Self(A::over(numbers), B::over(numbers + A::size));
+  }
+};
+
+/// What the pieces with one operand share.
+template <class Self, Piece A>
+struct Unary : Valued<Self> {
+  static constexpr std::size_t size = A::size;
+  A a;
+  explicit Unary(const A& operand) : a(operand) {}
+  template <std::size_t i>
+  [[gnu::always_inline]] double number() const noexcept {
+    return a.template number<i>();
+  }
+  static Self over(const double* numbers) { return Self(A::over(numbers)); }
+};
+
+template <Piece A, Piece B>
+struct Sum : Binary<Sum<A, B>, A, B> {
+  using Binary<Sum, A, B>::Binary;
+  using Binary<Sum, A, B>::a;
+  using Binary<Sum, A, B>::b;
+  [[gnu::always_inline]] double quick(bool& sound) const noexcept {
     const double left = a.quick(sound);
     return left + b.quick(sound);
   }
@@ -131,12 +194,11 @@ struct Sum : Valued<Sum<A, B>> {
 };
 
 template <Piece A, Piece B>
-struct Difference : Valued<Difference<A, B>> {
-  static constexpr bool settled = false;
-  A a;
-  B b;
-  Difference(const A& left, const B& right) : a(left), b(right) {}
-  double quick(bool& sound) const noexcept {
+struct Difference : Binary<Difference<A, B>, A, B> {
+  using Binary<Difference, A, B>::Binary;
+  using Binary<Difference, A, B>::a;
+  using Binary<Difference, A, B>::b;
+  [[gnu::always_inline]] double quick(bool& sound) const noexcept {
     const double left = a.quick(sound);
     return left - b.quick(sound);
   }
@@ -147,12 +209,11 @@ struct Difference : Valued<Difference<A, B>> {
 };
 
 template <Piece A, Piece B>
-struct Product : Valued<Product<A, B>> {
-  static constexpr bool settled = false;
-  A a;
-  B b;
-  Product(const A& left, const B& right) : a(left), b(right) {}
-  double quick(bool& sound) const noexcept {
+struct Product : Binary<Product<A, B>, A, B> {
+  using Binary<Product, A, B>::Binary;
+  using Binary<Product, A, B>::a;
+  using Binary<Product, A, B>::b;
+  [[gnu::always_inline]] double quick(bool& sound) const noexcept {
     const double left = a.quick(sound);
     return left * b.quick(sound);
   }
@@ -163,12 +224,11 @@ struct Product : Valued<Product<A, B>> {
 };
 
 template <Piece A, Piece B>
-struct Quotient : Valued<Quotient<A, B>> {
-  static constexpr bool settled = false;
-  A a;
-  B b;
-  Quotient(const A& dividend, const B& divisor) : a(dividend), b(divisor) {}
-  double quick(bool& sound) const noexcept {
+struct Quotient : Binary<Quotient<A, B>, A, B> {
+  using Binary<Quotient, A, B>::Binary;
+  using Binary<Quotient, A, B>::a;
+  using Binary<Quotient, A, B>::b;
+  [[gnu::always_inline]] double quick(bool& sound) const noexcept {
     const double dividend = a.quick(sound);
     return dividend / quick_seen(b, sound);  // an overflowed divisor would hide in a zero
   }
@@ -179,21 +239,21 @@ struct Quotient : Valued<Quotient<A, B>> {
 };
 
 template <Piece A>
-struct Negation : Valued<Negation<A>> {
+struct Negation : Unary<Negation<A>, A> {
   static constexpr bool settled = A::settled;
-  A a;
-  explicit Negation(const A& operand) : a(operand) {}
-  double quick(bool& sound) const noexcept { return -a.quick(sound); }
+  using Unary<Negation, A>::Unary;
+  using Unary<Negation, A>::a;
+  [[gnu::always_inline]] double quick(bool& sound) const noexcept { return -a.quick(sound); }
   double stepwise() const { return -a.stepwise(); }
 };
 
 /// A function of one argument: F::plain works it out, F::tested also fails.
 template <class F, Piece A>
-struct Function : Valued<Function<F, A>> {
+struct Function : Unary<Function<F, A>, A> {
   static constexpr bool settled = false;
-  A a;
-  explicit Function(const A& argument) : a(argument) {}
-  double quick(bool& sound) const noexcept {
+  using Unary<Function, A>::Unary;
+  using Unary<Function, A>::a;
+  [[gnu::always_inline]] double quick(bool& sound) const noexcept {
     if constexpr (F::hides) return F::plain(quick_seen(a, sound));
     return F::plain(a.quick(sound));
   }
@@ -201,12 +261,11 @@ struct Function : Valued<Function<F, A>> {
 };
 
 template <Piece A, Piece B>
-struct Power : Valued<Power<A, B>> {
-  static constexpr bool settled = false;
-  A a;
-  B b;
-  Power(const A& base, const B& exponent) : a(base), b(exponent) {}
-  double quick(bool& sound) const noexcept {
+struct Power : Binary<Power<A, B>, A, B> {
+  using Binary<Power, A, B>::Binary;
+  using Binary<Power, A, B>::a;
+  using Binary<Power, A, B>::b;
+  [[gnu::always_inline]] double quick(bool& sound) const noexcept {
     const double base = quick_seen(a, sound);
     const double exponent = quick_seen(b, sound);
     return elementary::power(base, exponent);
@@ -237,61 +296,69 @@ inline Sides sides(const A& left, const B& right) {
 template <class A, class B>
 concept Operands = Operand<A> && Operand<B> &&(Piece<A> || Piece<B>);
 
+}  // namespace checked
+
 template <class A, class B>
-requires Operands<A, B>
-inline auto operator+(const A& a, const B& b) { return Sum<Term<A>, Term<B>>(a, b); }
+requires checked::Operands<A, B>
+inline auto operator+(const A& a, const B& b) {
+  return checked::Sum<checked::Term<A>, checked::Term<B>>(a, b);
+}
 template <class A, class B>
-requires Operands<A, B>
-inline auto operator-(const A& a, const B& b) { return Difference<Term<A>, Term<B>>(a, b); }
+requires checked::Operands<A, B>
+inline auto operator-(const A& a, const B& b) {
+  return checked::Difference<checked::Term<A>, checked::Term<B>>(a, b);
+}
 template <class A, class B>
-requires Operands<A, B>
-inline auto operator*(const A& a, const B& b) { return Product<Term<A>, Term<B>>(a, b); }
+requires checked::Operands<A, B>
+inline auto operator*(const A& a, const B& b) {
+  return checked::Product<checked::Term<A>, checked::Term<B>>(a, b);
+}
 template <class A, class B>
-requires Operands<A, B>
-inline auto operator/(const A& a, const B& b) { return Quotient<Term<A>, Term<B>>(a, b); }
-template <Piece A>
+requires checked::Operands<A, B>
+inline auto operator/(const A& a, const B& b) {
+  return checked::Quotient<checked::Term<A>, checked::Term<B>>(a, b);
+}
+template <checked::Piece A>
 inline auto operator-(const A& a) {
-  return Negation<A>(a);
+  return checked::Negation<A>(a);
 }
 
 template <class A, class B>
-requires Operands<A, B>
+requires checked::Operands<A, B>
 inline bool operator<(const A& left, const B& right) {
-  const auto [a, b] = sides(left, right);
+  const auto [a, b] = checked::sides(left, right);
   return a < b;
 }
 template <class A, class B>
-requires Operands<A, B>
+requires checked::Operands<A, B>
 inline bool operator<=(const A& left, const B& right) {
-  const auto [a, b] = sides(left, right);
+  const auto [a, b] = checked::sides(left, right);
   return a <= b;
 }
 template <class A, class B>
-requires Operands<A, B>
+requires checked::Operands<A, B>
 inline bool operator>(const A& left, const B& right) {
-  const auto [a, b] = sides(left, right);
+  const auto [a, b] = checked::sides(left, right);
   return a > b;
 }
 template <class A, class B>
-requires Operands<A, B>
+requires checked::Operands<A, B>
 inline bool operator>=(const A& left, const B& right) {
-  const auto [a, b] = sides(left, right);
+  const auto [a, b] = checked::sides(left, right);
   return a >= b;
 }
 template <class A, class B>
-requires Operands<A, B>
+requires checked::Operands<A, B>
 inline bool operator==(const A& left, const B& right) {
-  const auto [a, b] = sides(left, right);
+  const auto [a, b] = checked::sides(left, right);
   return a == b;
 }
 template <class A, class B>
-requires Operands<A, B>
+requires checked::Operands<A, B>
 inline bool operator!=(const A& left, const B& right) {
-  const auto [a, b] = sides(left, right);
+  const auto [a, b] = checked::sides(left, right);
   return a != b;
 }
-
-}  // namespace checked
 
 /// The elementary functions, in radians. Their failures: square root of a
 /// negative, logarithm of zero or below, power of a negative with a fractional

@@ -10,6 +10,7 @@
 //   };
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -56,6 +57,12 @@ struct MemberDescription {
   Type result = Type::none;
   std::span<const ParameterDescription> parameters;
   void (*invoke)(void* object, const Call& call) = nullptr;
+
+  /// The quick way of a member whose parameters are all numbers and flags, for
+  /// arguments that all have their parameter's own tag: nothing is looked at,
+  /// nothing converted. Null for the other members.
+  std::span<const std::uint16_t> exact_tags;
+  void (*invoke_exact)(void* object, const Call& call) = nullptr;
 };
 
 /// One public class: its registered name, its members in interface order, and
@@ -186,6 +193,11 @@ struct Signature {
   static constexpr std::array<Type, arity> types{interface_type<std::remove_cvref_t<P>>...};
   static constexpr std::array<bool, arity> by_reference{std::is_reference_v<P>...};
   using Slots = std::tuple<Slot<P>...>;
+  template <std::size_t i>
+  using Parameter = std::tuple_element_t<i, std::tuple<P...>>;
+  static constexpr std::array<std::uint16_t, arity> exact_tags{
+      std::is_reference_v<P> ? orv2_geo::by_reference(interface_type<std::remove_cvref_t<P>>)
+                             : by_value(interface_type<P>)...};
 };
 template <class C, class R, class... P>
 Signature<C, R, P...> signature_of(R (C::*)(P...));
@@ -234,6 +246,48 @@ void invoke(void* object, const Call& call) {
   (std::make_index_sequence<S::arity>{});
 }
 
+// An argument that has its parameter's own tag.
+template <class P>
+P exact(const Argument& given) {
+  using T = std::remove_cvref_t<P>;
+  if constexpr (std::is_reference_v<P>) {
+    return *static_cast<T*>(given.variable);
+  } else if constexpr (std::is_same_v<T, double>) {
+    return given.f64;
+  } else if constexpr (std::is_same_v<T, float>) {
+    return given.f32;
+  } else {
+    static_assert(std::is_same_v<T, std::int32_t>, "no member takes another type by value");
+    return given.i32;
+  }
+}
+
+template <auto member>
+void invoke_exact(void* object, const Call& call) {
+  using S = SignatureOf<member>;
+  [&]<std::size_t... i>(std::index_sequence<i...>) {
+    auto& self = *static_cast<typename S::Class*>(object);
+    const Argument* given = call.arguments.data();
+    if constexpr (std::is_void_v<typename S::Result>) {
+      (self.*member)(exact<typename S::template Parameter<i>>(given[i])...);
+    } else {
+      answer(call, (self.*member)(exact<typename S::template Parameter<i>>(given[i])...));
+    }
+  }
+  (std::make_index_sequence<S::arity>{});
+}
+
+template <auto member>
+constexpr auto quick_way() -> void (*)(void*, const Call&) {
+  constexpr auto scalar = [](Type type) { return type >= Type::i16 && type <= Type::boolean; };
+  using S = SignatureOf<member>;
+  if constexpr (std::all_of(S::types.begin(), S::types.end(), scalar)) {
+    return &invoke_exact<member>;
+  } else {
+    return nullptr;
+  }
+}
+
 template <class C, class T>
 C class_of(T C::*);
 template <class C, class T>
@@ -264,22 +318,28 @@ struct Property {
 template <auto member, Parameter... names>
 constexpr MemberDescription method(std::string_view name) {
   using S = description::SignatureOf<member>;
-  return {name, MemberKind::method, interface_type<typename S::Result>,
-          description::parameters_of<member, names...>, &description::invoke<member, names...>};
+  return {name,
+          MemberKind::method,
+          interface_type<typename S::Result>,
+          description::parameters_of<member, names...>,
+          &description::invoke<member, names...>,
+          S::exact_tags,
+          description::quick_way<member>()};
 }
 
 /// A line of a class's table: the read side of a public variable.
 template <auto variable>
 constexpr MemberDescription property_read(std::string_view name) {
   using P = description::Property<variable>;
-  return {name, MemberKind::property_read, interface_type<typename P::T>, {}, &P::read};
+  return {name,   MemberKind::property_read, interface_type<typename P::T>, {}, &P::read, {},
+          nullptr};
 }
 
 /// A line of a class's table: the write side of a public variable.
 template <auto variable>
 constexpr MemberDescription property_write(std::string_view name) {
   using P = description::Property<variable>;
-  return {name, MemberKind::property_write, Type::none, P::written, &P::write};
+  return {name, MemberKind::property_write, Type::none, P::written, &P::write, {}, nullptr};
 }
 
 /// The description of class C from its table.

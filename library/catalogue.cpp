@@ -30,23 +30,29 @@ const std::array<const ClassDescription*, class_count>& classes() noexcept {
   return all;
 }
 
+std::uint64_t word_at(const char* bytes) noexcept {
+  std::uint64_t word = 0;
+  std::memcpy(&word, bytes, sizeof(word));
+  return word;
+}
+
 // Eight bytes of a name, case put out of sight. Bytes that are no letters may
 // lose a bit too, which costs a longer look at worst.
 std::uint64_t eight_bytes(const char* bytes) noexcept {
-  std::uint64_t word = 0;
-  std::memcpy(&word, bytes, sizeof(word));
-  return word | 0x2020202020202020U;
+  return word_at(bytes) | 0x2020202020202020U;
 }
 
+// Each eight bytes have a multiplier of their own, so that the products do not
+// wait for each other.
 std::uint32_t hash_of(std::string_view name, std::uint64_t seed) noexcept {
   constexpr std::uint64_t odd = 0x9e3779b97f4a7c15U;
-  std::uint64_t hash = seed + name.size();
+  std::uint64_t multiplier = odd + 2 * seed;
+  std::uint64_t hash = name.size();
   const auto mix = [&](std::uint64_t word) {
-    hash = (hash ^ word) * odd;
-    hash ^= hash >> 32U;
+    hash += word * multiplier;
+    multiplier += 0xd1b54a32d192ed02U;  // even: odd stays odd
   };
-  std::size_t i = 0;
-  for (; i + 8 <= name.size(); i += 8) mix(eight_bytes(name.data() + i));
+  for (std::size_t i = 0; i + 8 <= name.size(); i += 8) mix(eight_bytes(name.data() + i));
   if (name.size() >= 8) {
     mix(eight_bytes(name.data() + name.size() - 8));
   } else {
@@ -54,15 +60,31 @@ std::uint32_t hash_of(std::string_view name, std::uint64_t seed) noexcept {
     std::memcpy(rest, name.data(), name.size());
     mix(eight_bytes(rest));
   }
-  return static_cast<std::uint32_t>((hash * odd) >> 40U);  // every letter reaches these bits
+  return static_cast<std::uint32_t>((hash ^ hash >> 32U) * odd >> 40U);  // every letter gets here
 }
 
-// Compares eight bytes at a time; only names whose bits differ in case alone
-// get to the letters.
-bool is_name(std::string_view name, std::string_view given) noexcept {
-  return name.size() == given.size() &&
-         (std::memcmp(name.data(), given.data(), name.size()) == 0 || same_name(name, given));
+// Whether eight letters, digits or underscores of a name are those given, case
+// of letters ignored: bytes may differ in the bit of case alone, and only where
+// the name has a letter (bit 0x40 set, and not the underscore's 31 below it).
+bool same_eight(const char* name, const char* given) noexcept {
+  const std::uint64_t word = word_at(name);
+  const std::uint64_t differing = word ^ word_at(given);
+  const std::uint64_t high = (word & 0x4040404040404040U) >> 1U;
+  const std::uint64_t no_letter = (word & 0x1f1f1f1f1f1f1f1fU) + 0x0505050505050505U;
+  return (differing & ~(high & ~no_letter)) == 0;
 }
+
+bool is_name(std::string_view name, std::string_view given) noexcept {
+  if (name.size() != given.size()) return false;
+  if (name.size() < 8) return same_name(name, given);
+  for (std::size_t i = 0; i + 8 <= name.size(); i += 8) {
+    if (!same_eight(name.data() + i, given.data() + i)) return false;
+  }
+  const std::size_t last = name.size() - 8;
+  return same_eight(name.data() + last, given.data() + last);
+}
+
+constexpr std::size_t nowhere = static_cast<std::size_t>(-1);
 
 // The names of one class, each in a slot of its own: a seed is sought under
 // which no two names meet.
@@ -72,10 +94,10 @@ class NameTable {
     while (!fill()) ++seed_;
   }
 
-  // The first position of the name, or nothing.
-  std::optional<std::size_t> find(std::string_view name) const noexcept {
+  // The first position of the name, or nowhere.
+  std::size_t find(std::string_view name) const noexcept {
     const std::uint8_t position = slots_[hash_of(name, seed_) % slot_count];
-    if (position == nobody || !is_name(members_[position].name, name)) return std::nullopt;
+    if (position == nobody || !is_name(members_[position].name, name)) return nowhere;
     return position;
   }
 
@@ -108,8 +130,7 @@ struct NameTables {
 };
 
 // The first position of a name in a class of the catalogue, or of a host's own.
-std::optional<std::size_t> first_named(const ClassDescription& of_class,
-                                       std::string_view name) noexcept {
+std::size_t first_named(const ClassDescription& of_class, std::string_view name) noexcept {
   static const NameTables all{std::make_index_sequence<class_count>{}};
   for (std::size_t i = 0; i < class_count; ++i) {
     if (classes()[i] == &of_class) return all.tables[i].find(name);
@@ -117,7 +138,7 @@ std::optional<std::size_t> first_named(const ClassDescription& of_class,
   for (std::size_t i = 0; i < of_class.members.size(); ++i) {
     if (same_name(of_class.members[i].name, name)) return i;
   }
-  return std::nullopt;
+  return nowhere;
 }
 
 }  // namespace
@@ -133,16 +154,12 @@ const ClassDescription* find_class(std::string_view registered_name) noexcept {
 
 std::optional<std::size_t> find_member(const ClassDescription& of_class, std::string_view name,
                                        Wanted wanted) noexcept {
-  const std::optional<std::size_t> first = first_named(of_class, name);
-  if (!first) return std::nullopt;
-  const bool property = of_class.members[*first].kind != MemberKind::method;
-  switch (wanted) {
-    case Wanted::any: return first;
-    case Wanted::method: return property ? std::nullopt : first;
-    case Wanted::property_read: return property ? first : std::nullopt;
-    case Wanted::property_write: return property ? std::optional(*first + 1) : std::nullopt;
-  }
-  return std::nullopt;
+  const std::size_t first = first_named(of_class, name);
+  if (first == nowhere) return std::nullopt;
+  const bool property = of_class.members[first].kind != MemberKind::method;
+  if (wanted == Wanted::any) return first;
+  if (property == (wanted == Wanted::method)) return std::nullopt;
+  return wanted == Wanted::property_write ? first + 1 : first;
 }
 
 }  // namespace orv2_geo

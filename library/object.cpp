@@ -10,8 +10,6 @@ namespace orv2_geo {
 
 namespace {
 
-thread_local char thread_mark;
-
 // An answer by value becomes a variant of its type.
 Variant variant_of(const Argument& answer) {
   switch (type_of(answer.tag)) {
@@ -43,20 +41,21 @@ Argument argument_of(const Variant& value) {
 
 }  // namespace
 
-const void* this_thread_mark() noexcept { return &thread_mark; }
+constinit thread_local char thread_mark = 0;
 
 Object::Object(const ClassDescription& of_class)
     : class_(of_class), instance_(of_class.begin()), thread_(this_thread_mark()) {}
 
 Object::~Object() { class_.end(instance_); }
 
-void Object::invoke(std::size_t position, const Call& call) {
+void Object::invoke(std::size_t position, const Call& call, bool exact) {
   const char* const source = class_.registered_name;  // the object may be gone at the end
   try {
     if (thread_ != this_thread_mark()) raise(failure::invalid_call);
     if (position >= class_.members.size()) raise(failure::no_such_member);
     const ObjectRef during_the_call(this);
-    class_.members[position].invoke(instance_, call);
+    const MemberDescription& member = class_.members[position];
+    (exact ? member.invoke_exact : member.invoke)(instance_, call);
   } catch (...) {
     leave_signed(source);
   }

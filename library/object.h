@@ -37,8 +37,9 @@ class ORV2_PUBLIC Object final : public LateBound {
   /// Writes the property `name`. Failures as for call.
   void set_property(std::string_view name, const Variant& value) override;
 
-  /// Calls the member at `position`; the answer goes where `call` says.
-  void invoke(std::size_t position, const Call& call);
+  /// Calls the member at `position`; the answer goes where `call` says. With
+  /// `exact`, all arguments are known to have their parameter's own tag.
+  void invoke(std::size_t position, const Call& call, bool exact = false);
 
   /// Where a call of `name` with so many arguments goes. Failure 438.
   std::size_t position_of(std::string_view name, std::size_t argument_count) const;
@@ -63,6 +64,7 @@ class ORV2_PUBLIC Object final : public LateBound {
 ORV2_PUBLIC ObjectRef create(std::string_view registered_name);
 
 /// A mark that differs from thread to thread.
-const void* this_thread_mark() noexcept;
+extern constinit thread_local char thread_mark;
+inline const void* this_thread_mark() noexcept { return &thread_mark; }
 
 }  // namespace orv2_geo

@@ -1,0 +1,193 @@
+// Measures between a point and a straight piece. Routines that look alike
+// differ at their edges, each on purpose.
+#include "angles/cgeo_Algorismos.h"
+#include "frame/checked_integer.h"
+#include "frame/checked_math.h"
+#include "plane/single_variant.h"
+
+namespace orv2_geo {
+
+namespace {
+
+struct PlanePoint {
+  Checked x;
+  Checked y;
+};
+
+struct Segment {
+  PlanePoint start;
+  PlanePoint end;
+  Checked dx = end.x - start.x;
+  Checked dy = end.y - start.y;
+
+  bool is_point() const {
+    const bool no_width = dx == 0.0;
+    const bool no_height = dy == 0.0;
+    return no_width && no_height;
+  }
+};
+
+Checked distance(PlanePoint p, PlanePoint q) {
+  const Checked ex = p.x - q.x;
+  const Checked ey = p.y - q.y;
+  return sqrt(ey * ey + ex * ex);
+}
+
+// Orthogonal projection, parameter u along the segment. A squared length that
+// underflows to zero divides by zero like any other.
+PlanePoint nearest_on(const Segment& s, PlanePoint p) {
+  const Checked u =
+      ((p.x - s.start.x) * s.dx + (p.y - s.start.y) * s.dy) / (s.dy * s.dy + s.dx * s.dx);
+  if (u < 0.0) return s.start;
+  if (u > 1.0) return s.end;
+  return {u * s.dx + s.start.x, u * s.dy + s.start.y};
+}
+
+// Whether three values rise strictly; both comparisons are always made.
+bool rising(Checked a, Checked b, Checked c) {
+  const bool first = a < b;
+  const bool second = b < c;
+  return first && second;
+}
+
+// Whether `a`, `b`, `c` rise strictly in X or in Y.
+bool rising(PlanePoint a, PlanePoint b, PlanePoint c) {
+  const bool in_x = rising(a.x, b.x, c.x);
+  const bool in_y = rising(a.y, b.y, c.y);
+  return in_x || in_y;
+}
+
+// 1: T lies beyond P; 3: beyond q; 2: between them or on them. The first case
+// that fits counts, so a point off the line gets a code too.
+std::int16_t position_code(PlanePoint P, PlanePoint q, PlanePoint T) {
+  if (rising(q, P, T)) return 1;
+  if (rising(T, P, q)) return 1;
+  if (rising(P, q, T)) return 3;
+  if (rising(T, q, P)) return 3;
+  return 2;
+}
+
+}  // namespace
+
+float cgeo_Algorismos::Distancia_Punto_Punto_l(const std::int32_t& X1, const std::int32_t& Y1,
+                                               std::int32_t X2, std::int32_t Y2) const try {
+  // Whole numbers as long as it can: a square that leaves 32 bits is a failure.
+  const auto widened = [](Checked32 whole) { return narrow_plain(whole.value()); };
+  if (X1 == X2) return widened(abs(Checked32(Y2) - Y1));
+  if (Y1 == Y2) return widened(abs(Checked32(X2) - X1));
+  const Checked32 dy = Checked32(Y2) - Y1;
+  const Checked32 dx = Checked32(X2) - X1;
+  const Checked32 square = dy * dy + dx * dx;
+  return narrow_plain(sqrt(Checked(square.value())));
+} catch (...) {
+  leave_signed(registered_name);
+}
+
+double cgeo_Algorismos::Distancia_Punto_Linea(const double& Px, const double& Py, const double& RX1,
+                                              const double& RY1, const double& RX2,
+                                              const double& RY2) const try {
+  const PlanePoint p{Px, Py};
+  const Segment s{{RX1, RY1}, {RX2, RY2}};
+  return distance(p, s.is_point() ? s.start : nearest_on(s, p));
+} catch (...) {
+  leave_signed(registered_name);
+}
+
+double cgeo_Algorismos::Toca_Punto_Recta(const double& Px, const double& Py, const double& X1,
+                                         const double& Y1, const double& X2, const double& Y2,
+                                         const double& tolerancia) const try {
+  const PlanePoint p{Px, Py};
+  const Segment s{{X1, Y1}, {X2, Y2}};
+  // A segment that is a point answers with the distance itself, never negative,
+  // and the tolerance is not looked at.
+  if (s.is_point()) return distance(p, s.start);
+  return distance(p, nearest_on(s, p)) < tolerancia ? -1.0 : 0.0;  // strict: touching is apart
+} catch (...) {
+  leave_signed(registered_name);
+}
+
+Bool cgeo_Algorismos::Toca_Punto_Recta_SN(const double& Px, const double& Py, const double& X1,
+                                          const double& Y1, const double& X2, const double& Y2,
+                                          const double& tolerancia) const try {
+  const PlanePoint p{Px, Py};
+  const Segment s{{X1, Y1}, {X2, Y2}};
+  if (s.is_point()) return true;                       // wherever the point is
+  return distance(p, nearest_on(s, p)) <= tolerancia;  // inclusive: touching is near
+} catch (...) {
+  leave_signed(registered_name);
+}
+
+double cgeo_Algorismos::Longitud_Linea(const double& x0, const double& y0, const double& X1,
+                                       const double& Y1, const double& X2, const double& Y2) const
+    try {
+  if (Checked(X1) == X2) return abs(Checked(X1) - x0);
+  if (Checked(Y1) == Y2) return abs(Checked(Y1) - y0);
+  const Checked dx = Checked(X2) - X1;
+  const Checked dy = Checked(Y2) - Y1;
+  return abs(dy * x0 - dx * y0 + Checked(Y1) * X2 - Checked(X1) * Y2) / sqrt(dy * dy + dx * dx);
+} catch (...) {
+  leave_signed(registered_name);
+}
+
+std::int16_t cgeo_Algorismos::PntOnLine(const double& Px, const double& Py, const double& qx,
+                                        const double& qy, const double& Tx, const double& Ty) const
+    try {
+  return position_code({Px, Py}, {qx, qy}, {Tx, Ty});
+} catch (...) {
+  leave_signed(registered_name);
+}
+
+std::int16_t cgeo_Algorismos::PntOnLine_s(const float& Px, const float& Py, const float& qx,
+                                          const float& qy, const float& Tx, const float& Ty) const
+    try {
+  const PlanePoint P{widen(Px), widen(Py)};
+  const PlanePoint q{widen(qx), widen(qy)};
+  const PlanePoint T{widen(Tx), widen(Ty)};
+  // Collinear within the longer side; this test is the f32 member's own.
+  const Checked width = widen(narrow(abs(q.x - P.x)));
+  const Checked height = widen(narrow(abs(q.y - P.y)));
+  const Checked longer = height < width ? width : height;
+  const Checked off = widen(narrow(abs((T.x - P.x) * (q.y - P.y) - (q.x - P.x) * (T.y - P.y))));
+  if (off >= longer) return 0;
+  return position_code(P, q, T);
+} catch (...) {
+  leave_signed(registered_name);
+}
+
+float cgeo_Algorismos::Distancia_Punto_Linea_s(const float& Px, const float& Py, const float& X1,
+                                               const float& Y1, const float& X2,
+                                               const float& Y2) const try {
+  return plane::single_variant(*this, &cgeo_Algorismos::Distancia_Punto_Linea, Px, Py, X1, Y1, X2,
+                               Y2);
+} catch (...) {
+  leave_signed(registered_name);
+}
+
+float cgeo_Algorismos::Toca_Punto_Recta_s(const float& Px, const float& Py, const float& X1,
+                                          const float& Y1, const float& X2, const float& Y2,
+                                          const float& tolerancia) const try {
+  return plane::single_variant(*this, &cgeo_Algorismos::Toca_Punto_Recta, Px, Py, X1, Y1, X2, Y2,
+                               tolerancia);
+} catch (...) {
+  leave_signed(registered_name);
+}
+
+double cgeo_Algorismos::Toca_Punto_Recta_sSN(const float& Px, const float& Py, const float& X1,
+                                             const float& Y1, const float& X2, const float& Y2,
+                                             const float& tolerancia) const try {
+  // Over the number form, not the flag form, and its answer stays f64.
+  return plane::widened_call(*this, &cgeo_Algorismos::Toca_Punto_Recta, Px, Py, X1, Y1, X2, Y2,
+                             tolerancia);
+} catch (...) {
+  leave_signed(registered_name);
+}
+
+float cgeo_Algorismos::Longitud_Linea_s(const float& x0, const float& y0, const float& X1,
+                                        const float& Y1, const float& X2, const float& Y2) const
+    try {
+  return plane::single_variant(*this, &cgeo_Algorismos::Longitud_Linea, x0, y0, X1, Y1, X2, Y2);
+} catch (...) {
+  leave_signed(registered_name);
+}
+
+}  // namespace orv2_geo

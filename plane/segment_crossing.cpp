@@ -1,0 +1,124 @@
+// How two straight pieces meet.
+#include "angles/cgeo_Algorismos.h"
+#include "frame/checked_math.h"
+#include "plane/single_variant.h"
+
+namespace orv2_geo {
+
+namespace {
+
+// Whether two values do not lie strictly on the same side of two others: c
+// against d, and a against b the other way round.
+bool on_both_sides(Checked a, Checked b, Checked c, Checked d) {
+  return (c <= d && a >= b) || (c >= d && a <= b);
+}
+
+// Whether the ends of one piece, F and G, do not lie strictly on the same side
+// of the line through the other, from S to E. Touching counts. An axis-parallel
+// line is compared with directly, free of rounding.
+bool line_parts(Checked Sx, Checked Sy, Checked Ex, Checked Ey, Checked Fx, Checked Fy, Checked Gx,
+                Checked Gy) {
+  if (Sx == Ex) return on_both_sides(Fx, Sx, Gx, Sx);
+  if (Sy == Ey) return on_both_sides(Fy, Sy, Gy, Sy);
+  const Checked width = Ex - Sx;
+  const Checked height = Ey - Sy;
+  return on_both_sides((Fy - Sy) * width, (Fx - Sx) * height, (Gy - Sy) * width,
+                       height * (Gx - Sx));
+}
+
+// Elevation of the line through (Ax, Ay) and (Bx, By) at x; Ax and Bx differ.
+Checked on_line_at(Checked x, Checked Ax, Checked Ay, Checked Bx, Checked By) {
+  return (By - Ay) * (x - Ax) / (Bx - Ax) + Ay;
+}
+
+// Writes the point in which the two endless lines meet. Parallel is exact
+// equality of slopes; false then, and nothing written. The caller may pass one
+// variable twice, so each is read where it is used.
+bool lines_meet(const double& X1, const double& Y1, const double& X2, const double& Y2,
+                const double& x3, const double& y3, const double& X4, const double& Y4, double& xi,
+                double& yi) {
+  const bool first_vertical = Checked(X1) == X2;
+  const bool second_vertical = Checked(x3) == X4;
+  if (first_vertical && second_vertical) return false;
+  if (first_vertical) {
+    xi = X1;
+    yi = on_line_at(xi, x3, y3, X4, Y4);
+    return true;
+  }
+  if (second_vertical) {
+    xi = x3;
+    yi = on_line_at(xi, X1, Y1, X2, Y2);
+    return true;
+  }
+  const Checked m1 = (Checked(Y2) - Y1) / (Checked(X2) - X1);
+  const Checked b1 = Y1 - m1 * X1;
+  const Checked m2 = (Checked(Y4) - y3) / (Checked(X4) - x3);
+  const Checked b2 = y3 - m2 * x3;
+  if (m1 == m2) return false;
+  xi = (b2 - b1) / (m1 - m2);
+  yi = Checked(xi) * m1 + b1;
+  return true;
+}
+
+}  // namespace
+
+Bool cgeo_Algorismos::Se_cruzan_2lineas(const double& X1, const double& Y1, const double& X2,
+                                        const double& Y2, const double& x3, const double& y3,
+                                        const double& X4, const double& Y4) const try {
+  // By lines, not by extents: collinear pieces that lie apart pass both.
+  const bool first_parts = line_parts(X1, Y1, X2, Y2, x3, y3, X4, Y4);
+  const bool second_parts = line_parts(x3, y3, X4, Y4, X1, Y1, X2, Y2);
+  return first_parts && second_parts;
+} catch (...) {
+  leave_signed(registered_name);
+}
+
+Bool cgeo_Algorismos::Intersec_XY_2lineas(const double& X1, const double& Y1, const double& X2,
+                                          const double& Y2, const double& x3, const double& y3,
+                                          const double& X4, const double& Y4, double& xi,
+                                          double& yi) const try {
+  return lines_meet(X1, Y1, X2, Y2, x3, y3, X4, Y4, xi, yi);
+} catch (...) {
+  leave_signed(registered_name);
+}
+
+Bool cgeo_Algorismos::Cruce_XY_2lineas(const double& X1, const double& Y1, const double& X2,
+                                       const double& Y2, const double& x3, const double& y3,
+                                       const double& X4, const double& Y4, double& xi,
+                                       double& yi) const try {
+  if (!Se_cruzan_2lineas(X1, Y1, X2, Y2, x3, y3, X4, Y4)) return false;
+  return lines_meet(X1, Y1, X2, Y2, x3, y3, X4, Y4, xi, yi);
+} catch (...) {
+  leave_signed(registered_name);
+}
+
+Bool cgeo_Algorismos::se_cruzan_2lineass_s(const float& X1, const float& Y1, const float& X2,
+                                           const float& Y2, const float& x3, const float& y3,
+                                           const float& X4, const float& Y4) const try {
+  return plane::single_variant(*this, &cgeo_Algorismos::Se_cruzan_2lineas, X1, Y1, X2, Y2, x3, y3,
+                               X4, Y4);
+} catch (...) {
+  leave_signed(registered_name);
+}
+
+Bool cgeo_Algorismos::Intersec_XY_2lineas_s(const float& X1, const float& Y1, const float& X2,
+                                            const float& Y2, const float& x3, const float& y3,
+                                            const float& X4, const float& Y4, float& xi,
+                                            float& yi) const try {
+  return plane::single_variant(*this, &cgeo_Algorismos::Intersec_XY_2lineas, X1, Y1, X2, Y2, x3, y3,
+                               X4, Y4, xi, yi);
+} catch (...) {
+  leave_signed(registered_name);
+}
+
+Bool cgeo_Algorismos::Cruce_XY_2lineas_s(const float& X1, const float& Y1, const float& X2,
+                                         const float& Y2, const float& x3, const float& y3,
+                                         const float& X4, const float& Y4, float& xi,
+                                         float& yi) const try {
+  return plane::single_variant(*this, &cgeo_Algorismos::Cruce_XY_2lineas, X1, Y1, X2, Y2, x3, y3,
+                               X4, Y4, xi, yi);
+} catch (...) {
+  leave_signed(registered_name);
+}
+
+}  // namespace orv2_geo
