@@ -1,0 +1,59 @@
+#include "tests/support/refused_memory.h"
+
+#include <atomic>
+#include <cstdlib>
+#include <new>
+
+namespace {
+
+thread_local long left_to_pass = -1;
+thread_local bool refused = false;
+std::atomic<long> in_use{0};
+
+void* obtained(std::size_t bytes) noexcept {
+  if (left_to_pass == 0) {
+    left_to_pass = -1;
+    refused = true;
+    return nullptr;
+  }
+  if (left_to_pass > 0) --left_to_pass;
+  void* memory = bytes > 0x7fffffffff ? nullptr : std::malloc(bytes != 0 ? bytes : 1);
+  if (memory != nullptr) ++in_use;
+  return memory;
+}
+
+void given_back(void* memory) noexcept {
+  if (memory != nullptr) --in_use;
+  std::free(memory);
+}
+
+}  // namespace
+
+void* operator new(std::size_t bytes) {
+  void* memory = obtained(bytes);
+  if (memory == nullptr) throw std::bad_alloc();
+  return memory;
+}
+void* operator new[](std::size_t bytes) { return operator new(bytes); }
+void* operator new(std::size_t bytes, const std::nothrow_t&) noexcept { return obtained(bytes); }
+void* operator new[](std::size_t bytes, const std::nothrow_t&) noexcept { return obtained(bytes); }
+void operator delete(void* memory) noexcept { given_back(memory); }
+void operator delete[](void* memory) noexcept { given_back(memory); }
+void operator delete(void* memory, std::size_t) noexcept { given_back(memory); }
+void operator delete[](void* memory, std::size_t) noexcept { given_back(memory); }
+void operator delete(void* memory, const std::nothrow_t&) noexcept { given_back(memory); }
+void operator delete[](void* memory, const std::nothrow_t&) noexcept { given_back(memory); }
+
+namespace orv2_geo::testing_support {
+
+RefusedAllocation::RefusedAllocation(long let_pass) noexcept {
+  left_to_pass = let_pass;
+  refused = false;
+}
+RefusedAllocation::~RefusedAllocation() { left_to_pass = -1; }
+
+bool RefusedAllocation::happened() noexcept { return refused; }
+
+long allocations_in_use() noexcept { return in_use; }
+
+}  // namespace orv2_geo::testing_support
