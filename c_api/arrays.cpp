@@ -74,8 +74,9 @@ Text text_from(const uint16_t* units, size_t count) {
 }
 
 void show(const Text& text, const uint16_t** units, size_t* count) {
-  *needed(count) = text.size();
+  needed(count);
   *needed(units) = reinterpret_cast<const uint16_t*>(text.data());
+  *count = text.size();
 }
 
 }  // namespace
