@@ -100,7 +100,7 @@ class ThreadSlots {
     Item* const item = std::exchange(slot.item, nullptr);
     slot.thread.store(nullptr, std::memory_order_relaxed);
     slot.ended = false;
-    slot.next = std::exchange(free_, &slot);
+    if (!is_worn_out(slot)) slot.next = std::exchange(free_, &slot);
     delete item;
   }
 
@@ -124,6 +124,11 @@ class ThreadSlots {
     if (slot.next != nullptr) slot.next->previous = slot.previous;
     if (used_ == &slot) used_ = slot.next;
     slot.next = slot.previous = nullptr;
+  }
+
+  static bool is_worn_out(const Slot& slot) noexcept {
+    const std::uint32_t next = slot.generation.load(std::memory_order_relaxed);
+    return next == 0 || next > last_generation;
   }
 
   static void leave(Slot& slot) noexcept {
