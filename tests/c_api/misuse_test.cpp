@@ -423,7 +423,7 @@ TEST(Kinds, OfMembersThatDoNotExistAreAnInvalidCall) {
   }
 }
 
-TEST(HostObjects, OfAnotherSizeAreAnInvalidCall) {
+TEST(HostCallbacks, OfAnotherSizeAreAnInvalidCall) {
   for (const std::size_t size : {std::size_t{0}, sizeof(orv2_host_object) - 1, ~std::size_t{0}}) {
     const orv2_host_object callbacks{size, nullptr, nullptr, nullptr};
     expect_refused(5, "size",
