@@ -77,6 +77,7 @@ class ORV2_PUBLIC ArrayBase {
   ~ArrayBase() = default;
 
   void size(const Element& element, std::int64_t lower, std::int64_t upper, bool keep);
+  void size_at_owner(std::int32_t lower, std::uint32_t count, bool keep);
   void allocate(const Element& element, std::int32_t lower, std::uint32_t count,
                 std::uint16_t dimensions);
   void discard(const Element& element) noexcept;
@@ -189,7 +190,7 @@ class GeoArray : public ArrayBase {
     } else {
       // Foreign storage stays the owner's: its bounds follow, then its elements.
       const GeoArray whole(other);
-      ArrayBase::size(element, whole.lower_, std::int64_t{whole.lower_} + whole.count_ - 1, false);
+      size_at_owner(whole.lower_, whole.count_, false);  // a size of nothing included
       for (std::uint32_t i = 0; i < count_; ++i) data()[i] = whole.data()[i];
     }
   }
