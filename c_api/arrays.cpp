@@ -169,8 +169,7 @@ int32_t orv2_array_get_text(orv2_handle array, int32_t index, const uint16_t** u
   return guarded([&] { show(string_array(array)(index), units, count); });
 }
 
-int32_t orv2_array_set_text(orv2_handle array, int32_t index, const uint16_t* units,
-                            size_t count) {
+int32_t orv2_array_set_text(orv2_handle array, int32_t index, const uint16_t* units, size_t count) {
   return guarded([&] { string_array(array)(index) = text_from(units, count); });
 }
 

@@ -157,10 +157,9 @@ constexpr std::uint32_t generation_of(orv2_handle handle) {
 // The slot of a handle in force, on whatever thread.
 Slot& live_slot(orv2_handle handle) {
   Slot* const slot = slot_at(index_of(handle));
-  const bool live =
-      slot != nullptr &&
-      slot->generation.load(std::memory_order_relaxed) == generation_of(handle) &&
-      slot->thread.load(std::memory_order_relaxed) != nullptr;
+  const bool live = slot != nullptr &&
+                    slot->generation.load(std::memory_order_relaxed) == generation_of(handle) &&
+                    slot->thread.load(std::memory_order_relaxed) != nullptr;
   if (!live) [[unlikely]]
     raise(failure::invalid_call);
   return *slot;
