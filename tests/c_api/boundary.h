@@ -16,9 +16,8 @@ namespace orv2_geo::testing_support {
 inline constexpr char algorismos[] = "Orv2_Geo.cgeo_Algorismos";
 inline constexpr char func_deriv[] = "Orv2_Geo.cgeo_FuncDeriv";
 
-inline constexpr std::uint16_t array_types[] = {ORV2_DOUBLE_ARRAY, ORV2_SINGLE_ARRAY,
-                                                ORV2_LONG_ARRAY, ORV2_SHORT_ARRAY,
-                                                ORV2_STRING_ARRAY};
+inline constexpr std::uint16_t array_types[] = {
+    ORV2_DOUBLE_ARRAY, ORV2_SINGLE_ARRAY, ORV2_LONG_ARRAY, ORV2_SHORT_ARRAY, ORV2_STRING_ARRAY};
 
 /// A handle that is released at the end of its block.
 class Owned {

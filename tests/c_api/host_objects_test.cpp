@@ -17,7 +17,8 @@
 namespace orv2_geo::testing_support {
 namespace {
 
-using Calling = std::function<std::int32_t(const char*, const orv2_value*, std::size_t, orv2_value*)>;
+using Calling =
+    std::function<std::int32_t(const char*, const orv2_value*, std::size_t, orv2_value*)>;
 using Setting = std::function<std::int32_t(const char*, const orv2_value*)>;
 
 struct Host {
@@ -82,15 +83,19 @@ TEST_F(HostObjects, SeeScalarsAsTheyAreAndTextsAsUtf8) {
 TEST_F(HostObjects, AnswerWithAnyScalarATextOrAnObject) {
   const Owned other(new_object());
   const Owned words(new_text(u"si"));
-  const orv2_value answers[] = {tagged(ORV2_NONE),    tagged(ORV2_I16, 7),
-                                tagged(ORV2_I32, 8),  by_value_of(1.5F),
-                                by_value_of(2.5),     tagged(ORV2_BOOL, 0xffff),
-                                utf8("no"),           tagged(ORV2_TEXT, words),
-                                tagged(ORV2_OBJECT, other), tagged(ORV2_OBJECT, 0)};
-  const Variant expected[] = {Variant(),       std::int16_t{7},  std::int32_t{8},
-                              1.5F,            2.5,              Bool(true),
-                              Text(u"no"),     Text(u"si"),      c_api::object_of(other),
-                              ObjectRef()};
+  const orv2_value answers[] = {tagged(ORV2_NONE),
+                                tagged(ORV2_I16, 7),
+                                tagged(ORV2_I32, 8),
+                                by_value_of(1.5F),
+                                by_value_of(2.5),
+                                tagged(ORV2_BOOL, 0xffff),
+                                utf8("no"),
+                                tagged(ORV2_TEXT, words),
+                                tagged(ORV2_OBJECT, other),
+                                tagged(ORV2_OBJECT, 0)};
+  const Variant expected[] = {
+      Variant(),   std::int16_t{7}, std::int32_t{8},         1.5F,       2.5, Bool(true),
+      Text(u"no"), Text(u"si"),     c_api::object_of(other), ObjectRef()};
   for (std::size_t i = 0; i < std::size(answers); ++i) {
     host.on_call = [&](const char*, const orv2_value*, std::size_t, orv2_value* result) {
       *result = answers[i];

@@ -123,8 +123,7 @@ TEST_F(NullPointers, InPlaceOfAnInputAreAnInvalidCall) {
       {"array_set_text", [&] { return orv2_array_set_text(texts, 0, nullptr, 1); }},
       {"text_new", [&] { return orv2_text_new(nullptr, 1, &results.handle); }},
       {"text_set", [&] { return orv2_text_set(text, nullptr, 1); }},
-      {"host_object_new",
-       [&] { return orv2_host_object_new(nullptr, nullptr, &results.handle); }},
+      {"host_object_new", [&] { return orv2_host_object_new(nullptr, nullptr, &results.handle); }},
   };
   for (const NullRow& row : rows) expect_refused(5, row.name, row.call);
 }
@@ -333,9 +332,8 @@ TEST(Tags, AnUnknownOneIsAMismatchAtEveryPlace) {
     orv2_value arguments[] = {pointing_at(&numbers[0]), pointing_at(&numbers[1]),
                               pointing_at(&numbers[2])};
     arguments[place].tag = 0x77;
-    expect_refused(13, "Azimut", [&] {
-      return orv2_call_name(object, "Azimut", arguments, 3, &results.value);
-    });
+    expect_refused(13, "Azimut",
+                   [&] { return orv2_call_name(object, "Azimut", arguments, 3, &results.value); });
   }
 }
 

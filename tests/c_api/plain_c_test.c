@@ -482,8 +482,8 @@ static int32_t host_set(void* context, const char* name, const orv2_value* value
   return 0;
 }
 
-static int32_t host_call(void* context, const char* name, const orv2_value* arguments,
-                         size_t count, orv2_value* result) {
+static int32_t host_call(void* context, const char* name, const orv2_value* arguments, size_t count,
+                         orv2_value* result) {
   (void)context, (void)name, (void)arguments, (void)count, (void)result;
   return 0;
 }
