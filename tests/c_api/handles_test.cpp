@@ -87,12 +87,15 @@ TEST(OneThread, CyclesOfCreationAndReleaseUseTheSameSlots) {
 TEST(OneThread, ASlotWhoseGenerationsAreUsedUpIsRetired) {
   const std::uint32_t usual = std::exchange(c_api::last_generation, 1000);
   std::set<orv2_handle> seen;
+  std::set<std::uint64_t> slots;
   for (int i = 0; i < 5000; ++i) {
     const orv2_handle object = new_object();
     EXPECT_NE(object, 0U);
     EXPECT_TRUE(seen.insert(object).second);
+    slots.insert(object & index_mask);
     orv2_release(object);
   }
+  EXPECT_GE(slots.size(), 5U);
   c_api::last_generation = usual;
 }
 
