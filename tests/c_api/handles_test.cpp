@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <functional>
 #include <set>
 #include <thread>
@@ -245,6 +246,25 @@ TEST(OtherThreads, SlotsOfEndedThreadsAreUsedAgain) {
   EXPECT_LE(slots.size(), 10U);
 }
 
+TEST(OtherThreads, ALateReleaseNeverReachesTheNextItemOfItsSlot) {
+  std::atomic<orv2_handle> ending{0};
+  std::atomic<bool> over{false};
+  std::atomic<int> tries{0};
+  std::thread late([&] {
+    for (; !over; ++tries) orv2_release(ending);
+  });
+  for (int round = 0; round < 500; ++round) {
+    // Its thread ends while the other still releases it; its slot comes here.
+    std::thread([&] { ending = new_text(); }).join();
+    const orv2_handle reused[] = {new_text(), new_text()};
+    for (const int now = tries; tries < now + 2;) std::this_thread::yield();
+    const Owned settled(new_array());
+    for (const orv2_handle handle : reused) EXPECT_EQ(orv2_release(handle), 0);
+  }
+  over = true;
+  late.join();
+}
+
 TEST(OtherThreads, EachHasAFailureOfItsOwn) {
   orv2_release(12345);
   std::thread([] {
@@ -364,15 +384,22 @@ TEST(InTheMiddleOfACall, AHostsReleaseIsCalledOnceForManyReferences) {
 
 TEST(InTheMiddleOfACall, AnAdoptedArrayMayBeReleasedByItsOwnCallback) {
   static orv2_handle array = 0;
+  static orv2_handle next = 0;  // may lie where the released one lay
   static double buffer[8] = {};
   const orv2_resize resize = [](void*, std::int32_t, std::uint32_t, std::int32_t, std::uint32_t,
                                 std::int16_t, void** data) {
     *data = buffer;
-    return orv2_release(array);
+    const std::int32_t status = orv2_release(array);
+    next = new_array(ORV2_DOUBLE_ARRAY, 100, 2);
+    return status;
   };
   ASSERT_EQ(orv2_array_adopt(ORV2_DOUBLE_ARRAY, buffer, 0, 4, resize, nullptr, &array), 0);
   EXPECT_EQ(orv2_array_resize(array, 0, 7, -1), 0);
   EXPECT_FALSE(is_alive_array(array));
+  orv2_array_info info{};
+  EXPECT_EQ(orv2_array_describe(next, &info), 0);
+  EXPECT_EQ(info.lower, 100);
+  EXPECT_EQ(orv2_release(next), 0);
 }
 
 }  // namespace
