@@ -119,8 +119,8 @@ float cgeo_Algorismos::GetAngle3P(const float& X1, const float& Y1, const float&
   const Checked a = side_length(X1, Y1, X2, Y2);
   const Checked b = side_length(X1, Y1, x3, y3);
   const Checked c = side_length(X2, Y2, x3, y3);
-  const bool triangle = (a != 0.0) & (b != 0.0) & (c != 0.0);  // all three are looked at
-  if (triangle) {
+  const bool a_stands = a != 0.0, b_stands = b != 0.0, c_stands = c != 0.0;
+  if (a_stands && b_stands && c_stands) {
     const Checked s = (c + a + b) * 0.5;
     if (s < b || s < c || s < a) return 0.0F;
     // From here on a statement that fails is passed over: with P1 between P2

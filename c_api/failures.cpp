@@ -37,9 +37,7 @@ void forget_callback_failure() noexcept { of_callback.reset(); }
 
 void raise_callback_failure(std::int32_t status) {
   if (of_callback && of_callback->number() == status) {
-    const RunFailure failure = *of_callback;
-    of_callback.reset();
-    throw failure;
+    throw RunFailure(*of_callback);
   }
   raise(status);
 }

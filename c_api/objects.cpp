@@ -93,8 +93,8 @@ int32_t orv2_class_at(size_t index, orv2_class_info* info) {
 int32_t orv2_member_at(size_t class_index, size_t position, orv2_member_info* info) {
   return guarded([&] {
     const MemberDescription& member = member_at(class_index, position);
-    *needed(info) = {member.name.data(), static_cast<int32_t>(member.kind),
-                     by_value(member.result), member.parameters.size()};
+    *needed(info) = {member.name.data(), static_cast<int32_t>(member.kind), by_value(member.result),
+                     member.parameters.size()};
   });
 }
 

@@ -108,8 +108,8 @@ enum { ORV2_METHOD = 0, ORV2_PROPERTY_READ = 1, ORV2_PROPERTY_WRITE = 2, ORV2_AN
 
 typedef struct orv2_member_info {
   const char* name;
-  int32_t kind;        /* ORV2_METHOD, ORV2_PROPERTY_READ, ORV2_PROPERTY_WRITE */
-  uint16_t result;     /* ORV2_NONE when there is no answer */
+  int32_t kind;    /* ORV2_METHOD, ORV2_PROPERTY_READ, ORV2_PROPERTY_WRITE */
+  uint16_t result; /* ORV2_NONE when there is no answer */
   size_t parameter_count;
 } orv2_member_info;
 
@@ -159,8 +159,8 @@ ORV2_CALL int32_t orv2_call(orv2_handle object, size_t position, const orv2_valu
                             size_t count, orv2_value* result);
 
 /* The same by name; a property is read without an argument, written with one. */
-ORV2_CALL int32_t orv2_call_name(orv2_handle object, const char* name,
-                                 const orv2_value* arguments, size_t count, orv2_value* result);
+ORV2_CALL int32_t orv2_call_name(orv2_handle object, const char* name, const orv2_value* arguments,
+                                 size_t count, orv2_value* result);
 
 /* ---- Arrays ------------------------------------------------------------ */
 
@@ -178,8 +178,8 @@ ORV2_CALL int32_t orv2_array_new(uint16_t type, orv2_handle* array);
 
 /* An array of `count` zeros (empty texts) from `lower`, with a dimension count
  * that is 1 for every array whose elements can be reached. */
-ORV2_CALL int32_t orv2_array_make(uint16_t type, int32_t lower, uint32_t count,
-                                  uint16_t dimensions, orv2_handle* array);
+ORV2_CALL int32_t orv2_array_make(uint16_t type, int32_t lower, uint32_t count, uint16_t dimensions,
+                                  orv2_handle* array);
 
 /* Resizes a host's buffer to `count` elements, the kept ones at their places in
  * the new index range and all others zero, and answers with its address in

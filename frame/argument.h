@@ -103,8 +103,8 @@ struct Argument {
 
   /// By reference: the callee reads and writes `variable` itself.
   template <class T>
-    requires(interface_type<T> != Type::none && interface_type<T> != Type::variant)
-  static Argument of(T& variable) noexcept {
+  requires(interface_type<T> != Type::none && interface_type<T> != Type::variant) static Argument
+      of(T& variable) noexcept {
     Argument argument;
     argument.tag = by_reference(interface_type<T>);
     argument.variable = &variable;

@@ -22,15 +22,18 @@ class CheckedInteger {
 
   friend constexpr CheckedInteger operator+(CheckedInteger a, CheckedInteger b) {
     T exact{};
-    return fitting(__builtin_add_overflow(a.value_, b.value_, &exact), exact);
+    const bool overflowed = __builtin_add_overflow(a.value_, b.value_, &exact);
+    return fitting(overflowed, exact);
   }
   friend constexpr CheckedInteger operator-(CheckedInteger a, CheckedInteger b) {
     T exact{};
-    return fitting(__builtin_sub_overflow(a.value_, b.value_, &exact), exact);
+    const bool overflowed = __builtin_sub_overflow(a.value_, b.value_, &exact);
+    return fitting(overflowed, exact);
   }
   friend constexpr CheckedInteger operator*(CheckedInteger a, CheckedInteger b) {
     T exact{};
-    return fitting(__builtin_mul_overflow(a.value_, b.value_, &exact), exact);
+    const bool overflowed = __builtin_mul_overflow(a.value_, b.value_, &exact);
+    return fitting(overflowed, exact);
   }
   constexpr CheckedInteger operator-() const { return CheckedInteger{} - *this; }
   constexpr CheckedInteger& operator++() { return *this = *this + CheckedInteger(T{1}); }

@@ -39,7 +39,7 @@ concept Piece = std::derived_from<E, Formula>;
 /// Types that widen to binary64 without loss.
 template <class T>
 concept Exact = std::same_as<T, double> || std::same_as<T, float> ||
-                std::same_as<T, std::int32_t> || std::same_as<T, std::int16_t>;
+    std::same_as<T, std::int32_t> || std::same_as<T, std::int16_t>;
 
 template <class T>
 concept Operand = Piece<T> || Exact<T>;
@@ -86,8 +86,8 @@ class Checked : public checked::Formula {
   template <checked::Exact T>
   constexpr Checked(T value) noexcept : value_(static_cast<double>(value)) {}
   template <checked::Piece E>
-    requires(!std::same_as<E, Checked>)
-  Checked(const E& formula) : value_(checked::settle(formula)) {}
+  requires(!std::same_as<E, Checked>) Checked(const E& formula)
+      : value_(checked::settle(formula)) {}
 
   constexpr double value() const noexcept { return value_; }
   constexpr operator double() const noexcept { return value_; }
@@ -235,65 +235,57 @@ inline Sides sides(const A& left, const B& right) {
 }
 
 template <class A, class B>
-concept Operands = Operand<A> && Operand<B> && (Piece<A> || Piece<B>);
+concept Operands = Operand<A> && Operand<B> &&(Piece<A> || Piece<B>);
 
 template <class A, class B>
-  requires Operands<A, B>
-inline auto operator+(const A& a, const B& b) {
-  return Sum<Term<A>, Term<B>>(a, b);
-}
+requires Operands<A, B>
+inline auto operator+(const A& a, const B& b) { return Sum<Term<A>, Term<B>>(a, b); }
 template <class A, class B>
-  requires Operands<A, B>
-inline auto operator-(const A& a, const B& b) {
-  return Difference<Term<A>, Term<B>>(a, b);
-}
+requires Operands<A, B>
+inline auto operator-(const A& a, const B& b) { return Difference<Term<A>, Term<B>>(a, b); }
 template <class A, class B>
-  requires Operands<A, B>
-inline auto operator*(const A& a, const B& b) {
-  return Product<Term<A>, Term<B>>(a, b);
-}
+requires Operands<A, B>
+inline auto operator*(const A& a, const B& b) { return Product<Term<A>, Term<B>>(a, b); }
 template <class A, class B>
-  requires Operands<A, B>
-inline auto operator/(const A& a, const B& b) {
-  return Quotient<Term<A>, Term<B>>(a, b);
-}
+requires Operands<A, B>
+inline auto operator/(const A& a, const B& b) { return Quotient<Term<A>, Term<B>>(a, b); }
 template <Piece A>
 inline auto operator-(const A& a) {
   return Negation<A>(a);
 }
 
 template <class A, class B>
-  requires Operands<A, B>
+requires Operands<A, B>
 inline bool operator<(const A& left, const B& right) {
   const auto [a, b] = sides(left, right);
   return a < b;
 }
 template <class A, class B>
-  requires Operands<A, B>
+requires Operands<A, B>
 inline bool operator<=(const A& left, const B& right) {
   const auto [a, b] = sides(left, right);
   return a <= b;
 }
 template <class A, class B>
-  requires Operands<A, B>
+requires Operands<A, B>
 inline bool operator>(const A& left, const B& right) {
   const auto [a, b] = sides(left, right);
   return a > b;
 }
 template <class A, class B>
-  requires Operands<A, B>
+requires Operands<A, B>
 inline bool operator>=(const A& left, const B& right) {
   const auto [a, b] = sides(left, right);
   return a >= b;
 }
 template <class A, class B>
-  requires Operands<A, B>
+requires Operands<A, B>
 inline bool operator==(const A& left, const B& right) {
   const auto [a, b] = sides(left, right);
   return a == b;
 }
 template <class A, class B>
-  requires Operands<A, B>
+requires Operands<A, B>
 inline bool operator!=(const A& left, const B& right) {
   const auto [a, b] = sides(left, right);
   return a != b;
@@ -341,7 +333,7 @@ inline auto abs(const A& a) {
 /// base to the exponent, by the power function even where a product would do:
 /// the two differ in the last bit now and then.
 template <class A, class B>
-  requires checked::Operands<A, B>
+requires checked::Operands<A, B>
 inline auto power(const A& base, const B& exponent) {
   return checked::Power<checked::Term<A>, checked::Term<B>>(base, exponent);
 }

@@ -30,7 +30,7 @@ struct ParameterDescription {
   Type type = Type::none;
   bool by_reference = false;
   bool optional = false;
-  bool has_default = false;         // else an optional one left out is zero
+  bool has_default = false;  // else an optional one left out is zero
   std::int32_t default_value = 0;
 };
 
@@ -61,8 +61,8 @@ struct MemberDescription {
 /// One public class: its registered name, its members in interface order, and
 /// how its instances begin and end.
 struct ClassDescription {
-  std::string_view name;             // "cgeo_Algorismos"
-  const char* registered_name;       // "Orv2_Geo.cgeo_Algorismos"
+  std::string_view name;        // "cgeo_Algorismos"
+  const char* registered_name;  // "Orv2_Geo.cgeo_Algorismos"
   std::span<const MemberDescription> members;
   void* (*begin)();
   void (*end)(void* object) noexcept;
@@ -76,7 +76,7 @@ struct Parameter {
   std::int32_t default_value = 0;
 
   template <std::size_t N>
-  consteval Parameter(const char (&text)[N]) {
+  constexpr Parameter(const char (&text)[N]) {
     static_assert(N <= sizeof(name));
     for (std::size_t i = 0; i < N; ++i) name[i] = text[i];
   }
@@ -84,7 +84,7 @@ struct Parameter {
 
 /// A parameter that a caller can leave out; it arrives as zero.
 template <std::size_t N>
-consteval Parameter optional(const char (&name)[N]) {
+constexpr Parameter optional(const char (&name)[N]) {
   Parameter parameter(name);
   parameter.optional = true;
   return parameter;
@@ -92,7 +92,7 @@ consteval Parameter optional(const char (&name)[N]) {
 
 /// A parameter that a caller can leave out; it arrives as `default_value`.
 template <std::size_t N>
-consteval Parameter optional(const char (&name)[N], std::int32_t default_value) {
+constexpr Parameter optional(const char (&name)[N], std::int32_t default_value) {
   Parameter parameter = optional(name);
   parameter.has_default = true;
   parameter.default_value = default_value;
@@ -158,8 +158,8 @@ class Slot {
     } else {
       // A by-reference parameter takes a variable of its exact type, or a value.
       if (std::is_reference_v<P> && is_by_reference(given.tag)) raise(failure::type_mismatch);
-      temporary_ = given.tag == by_value(Type::omitted) ? left_out<T>(parameter)
-                                                        : converted<T>(given, call);
+      temporary_ =
+          given.tag == by_value(Type::omitted) ? left_out<T>(parameter) : converted<T>(given, call);
       variable_ = &temporary_;
     }
   }
@@ -230,7 +230,8 @@ void invoke(void* object, const Call& call) {
     } else {
       answer(call, (self.*member)(std::get<i>(slots).get()...));
     }
-  }(std::make_index_sequence<S::arity>{});
+  }
+  (std::make_index_sequence<S::arity>{});
 }
 
 template <class C, class T>

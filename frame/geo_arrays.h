@@ -1,6 +1,7 @@
 // geo_arrays.h: the five one-dimensional arrays, each with its own bounds.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <limits>
@@ -118,17 +119,11 @@ class GeoArray : public ArrayBase {
   GeoArray(GeoArray&& other) noexcept { take(other); }
   ~GeoArray() { discard(element); }
 
-  /// Makes this array a whole copy of `other`, bounds included.
-  /// Failures: 10 when locked; 7; this array is then as it was.
-  GeoArray& operator=(const GeoArray& other) {
-    if (this != &other) assign(other);
-    return *this;
-  }
-  GeoArray& operator=(GeoArray&& other) {
-    if (this == &other) return *this;
-    if (owner_ != nullptr || locked()) return *this = static_cast<const GeoArray&>(other);
-    discard(element);
-    take(other);
+  /// Takes over `other`, a whole copy or one that moved in, bounds included.
+  /// Foreign storage stays the owner's and gets the content.
+  /// Failures: 10 when locked; the owner's; this array is then as it was.
+  GeoArray& operator=(GeoArray other) {
+    replace(other);
     return *this;
   }
 
@@ -180,24 +175,17 @@ class GeoArray : public ArrayBase {
     return static_cast<std::uint32_t>(index) - static_cast<std::uint32_t>(lower_);
   }
 
-  void assign(const GeoArray& other) {
+  void replace(GeoArray& other) {
     if (locked()) raise(failure::array_locked);
-    if (!other.allocated()) return release_elements();
     if (owner_ == nullptr) {
-      GeoArray whole(other);
       discard(element);
-      take(whole);
+      take(other);
+    } else if (!other.allocated()) {
+      release();
     } else {
-      // Foreign storage stays the owner's: its bounds follow, then its elements.
-      const GeoArray whole(other);
-      size_at_owner(whole.lower_, whole.count_, false);  // a size of nothing included
-      for (std::uint32_t i = 0; i < count_; ++i) data()[i] = whole.data()[i];
+      size_at_owner(other.lower_, other.count_, false);  // a size of nothing included
+      std::swap_ranges(data(), data() + count_, other.data());
     }
-  }
-
-  void release_elements() {
-    if (owner_ == nullptr) discard(element);
-    release();
   }
 
   void copy(const GeoArray& other) {

@@ -7,9 +7,7 @@ namespace orv2_geo {
 
 /// Failure 445, signed with the member's class.
 [[noreturn]] inline void not_built(const char* source) {
-  RunFailure failure(failure::action_not_supported);
-  failure.sign(source);
-  throw failure;
+  throw RunFailure::signed_by(failure::action_not_supported, source);
 }
 
 }  // namespace orv2_geo

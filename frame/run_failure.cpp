@@ -37,6 +37,12 @@ RunFailure::RunFailure(std::int32_t number, std::string_view description,
   }
 }
 
+RunFailure RunFailure::signed_by(std::int32_t number, const char* source) noexcept {
+  RunFailure failure(number);
+  failure.sign(source);
+  return failure;
+}
+
 std::string_view RunFailure::description() const noexcept {
   if (words_ && !words_->description.empty()) return words_->description;
   return failure::description_of(number_);
@@ -63,19 +69,13 @@ void leave_signed(const char* source) {
     failure.sign(source);
     throw;
   } catch (const std::bad_alloc&) {
-    RunFailure refused(failure::out_of_memory);
-    refused.sign(source);
-    throw refused;
+    throw RunFailure::signed_by(failure::out_of_memory, source);
   } catch (const std::length_error&) {
-    RunFailure refused(failure::out_of_memory);
-    refused.sign(source);
-    throw refused;
+    throw RunFailure::signed_by(failure::out_of_memory, source);
   } catch (const std::exception& other) {
     throw RunFailure(failure::host_object_failed, other.what(), source);
   } catch (...) {
-    RunFailure unknown(failure::host_object_failed);
-    unknown.sign(source);
-    throw unknown;
+    throw RunFailure::signed_by(failure::host_object_failed, source);
   }
 }
 

@@ -11,21 +11,21 @@
 
 // Every failure that can leave the library: name, number, description (UTF-8).
 // The boundaries and the documentation take their lists from here.
-#define ORV2_FAILURES(F)                                                                   \
-  F(return_without_call, 3, "Return sin GoSub")                                            \
-  F(invalid_call, 5, "Argumento o llamada a procedimiento no válidos")                     \
-  F(overflow, 6, "Desbordamiento")                                                         \
-  F(out_of_memory, 7, "Memoria insuficiente")                                              \
-  F(subscript_out_of_range, 9, "El subíndice está fuera del intervalo")                    \
-  F(array_locked, 10, "La matriz es fija o está bloqueada temporalmente")                  \
-  F(division_by_zero, 11, "División por cero")                                             \
-  F(type_mismatch, 13, "No coinciden los tipos")                                           \
-  F(object_not_set, 91, "Variable de objeto no establecida")                               \
-  F(cannot_create_object, 429, "No se puede crear el objeto")                              \
-  F(no_such_member, 438, "El objeto no admite esta propiedad o método")                    \
-  F(host_object_failed, 440, "Error de automatización")                                    \
-  F(action_not_supported, 445, "Acción no admitida por el objeto")                         \
-  F(argument_not_optional, 449, "Argumento no opcional")                                   \
+#define ORV2_FAILURES(F)                                                  \
+  F(return_without_call, 3, "Return sin GoSub")                           \
+  F(invalid_call, 5, "Argumento o llamada a procedimiento no válidos")    \
+  F(overflow, 6, "Desbordamiento")                                        \
+  F(out_of_memory, 7, "Memoria insuficiente")                             \
+  F(subscript_out_of_range, 9, "El subíndice está fuera del intervalo")   \
+  F(array_locked, 10, "La matriz es fija o está bloqueada temporalmente") \
+  F(division_by_zero, 11, "División por cero")                            \
+  F(type_mismatch, 13, "No coinciden los tipos")                          \
+  F(object_not_set, 91, "Variable de objeto no establecida")              \
+  F(cannot_create_object, 429, "No se puede crear el objeto")             \
+  F(no_such_member, 438, "El objeto no admite esta propiedad o método")   \
+  F(host_object_failed, 440, "Error de automatización")                   \
+  F(action_not_supported, 445, "Acción no admitida por el objeto")        \
+  F(argument_not_optional, 449, "Argumento no opcional")                  \
   F(wrong_argument_count, 450, "Número de argumentos o asignación de propiedad incorrectos")
 
 namespace orv2_geo {
@@ -48,6 +48,10 @@ class ORV2_PUBLIC RunFailure : public std::exception {
  public:
   /// A failure of the catalogue, not yet signed by a class.
   explicit RunFailure(std::int32_t number) noexcept : number_(number) {}
+
+  /// A failure of the catalogue, signed. `source` must live as long as the
+  /// program.
+  static RunFailure signed_by(std::int32_t number, const char* source) noexcept;
 
   /// A failure with words of its own, UTF-8. Without memory for the words the
   /// failure keeps its number and the catalogue's description.

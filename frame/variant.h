@@ -22,9 +22,9 @@ class Variant {
 
   Variant() noexcept = default;
   template <class T>
-    requires(!std::is_same_v<std::remove_cvref_t<T>, Variant> &&
-             std::is_constructible_v<Value, T>)
-  Variant(T&& value) : value_(std::in_place_type<std::remove_cvref_t<T>>, std::forward<T>(value)) {}
+  requires(!std::is_same_v<std::remove_cvref_t<T>, Variant> && std::is_constructible_v<Value, T>)
+      Variant(T&& value)
+      : value_(std::in_place_type<std::remove_cvref_t<T>>, std::forward<T>(value)) {}
 
   template <class T>
   bool holds() const noexcept {

@@ -107,11 +107,17 @@ struct NameTables {
   explicit NameTables(std::index_sequence<i...>) noexcept : tables{NameTable(*classes()[i])...} {}
 };
 
-const NameTable& names_of(const ClassDescription& of_class) noexcept {
+// The first position of a name in a class of the catalogue, or of a host's own.
+std::optional<std::size_t> first_named(const ClassDescription& of_class,
+                                       std::string_view name) noexcept {
   static const NameTables all{std::make_index_sequence<class_count>{}};
-  std::size_t i = 0;
-  while (i + 1 < class_count && classes()[i] != &of_class) ++i;
-  return all.tables[i];
+  for (std::size_t i = 0; i < class_count; ++i) {
+    if (classes()[i] == &of_class) return all.tables[i].find(name);
+  }
+  for (std::size_t i = 0; i < of_class.members.size(); ++i) {
+    if (same_name(of_class.members[i].name, name)) return i;
+  }
+  return std::nullopt;
 }
 
 }  // namespace
@@ -127,7 +133,7 @@ const ClassDescription* find_class(std::string_view registered_name) noexcept {
 
 std::optional<std::size_t> find_member(const ClassDescription& of_class, std::string_view name,
                                        Wanted wanted) noexcept {
-  const std::optional<std::size_t> first = names_of(of_class).find(name);
+  const std::optional<std::size_t> first = first_named(of_class, name);
   if (!first) return std::nullopt;
   const bool property = of_class.members[*first].kind != MemberKind::method;
   switch (wanted) {

@@ -64,11 +64,7 @@ void Object::invoke(std::size_t position, const Call& call) {
 
 std::size_t Object::position_of(std::string_view name, std::size_t argument_count) const {
   std::optional<std::size_t> position = find_member(class_, name);
-  if (!position) {
-    RunFailure unknown(failure::no_such_member);
-    unknown.sign(class_.registered_name);
-    throw unknown;
-  }
+  if (!position) throw RunFailure::signed_by(failure::no_such_member, class_.registered_name);
   const bool written =
       argument_count != 0 && class_.members[*position].kind == MemberKind::property_read;
   return *position + (written ? 1 : 0);

@@ -7,9 +7,7 @@
 
 namespace orv2_geo {
 
-void error_box(std::u16string_view text) {
-  user_interface().error_box(Text(text), 0, nullptr);
-}
+void error_box(std::u16string_view text) { user_interface().error_box(Text(text), 0, nullptr); }
 
 void critical_box(std::u16string_view text) {
   user_interface().error_box(Text(text), critical_icon, nullptr);

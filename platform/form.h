@@ -34,21 +34,21 @@ enum class CellAlignment : std::int16_t { left = 1, centre = 4, right = 7 };
 /// One line of a form's design. Places and sizes are in twips; inside a frame
 /// they are relative to it.
 struct ControlDesign {
-  std::string_view name;  // a member of a control array carries its number: "Opt3D(1)"
+  std::string_view name{};  // a member of a control array carries its number: "Opt3D(1)"
   ControlKind kind = ControlKind::label;
   std::int32_t left = 0;
   std::int32_t top = 0;
   std::int32_t width = 0;
   std::int32_t height = 0;
   std::int16_t tab_index = 0;
-  std::u16string_view text;
-  std::string_view container;  // empty: the form itself
+  std::u16string_view text{};
+  std::string_view container{};  // empty: the form itself
   bool visible = true;
   bool enabled = true;
-  double value = 0.0;          // ticked or selected: non-zero
-  bool is_default = false;     // answers to Enter
-  bool is_cancel = false;      // answers to Escape
-  bool sizes_itself = false;   // a label as wide as its text
+  double value = 0.0;         // ticked or selected: non-zero
+  bool is_default = false;    // answers to Enter
+  bool is_cancel = false;     // answers to Escape
+  bool sizes_itself = false;  // a label as wide as its text
   CellAlignment alignment = CellAlignment::left;
   std::int32_t background = -1;  // 0xRRGGBB; -1: the form's own
 };

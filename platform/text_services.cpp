@@ -52,9 +52,9 @@ double value_of(std::string_view number) {
   if (error == std::errc::result_out_of_range) {
     // Too small is zero; too large does not fit.
     const std::size_t exponent = number.find_first_of("eE");
-    const bool tiny = exponent != std::string_view::npos ? number[exponent + 1] == '-'
-                                                         : number.find_first_of("123456789") >
-                                                               number.find('.');
+    const bool tiny = exponent != std::string_view::npos
+                          ? number[exponent + 1] == '-'
+                          : number.find_first_of("123456789") > number.find('.');
     if (!tiny) raise(failure::overflow);
     value = 0.0;
   }

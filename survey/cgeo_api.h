@@ -17,7 +17,8 @@ class ORV2_PUBLIC cgeo_api {
   /// The members in interface order.
   static const ClassDescription& description();
 
-  Bool Pto_in_Poligono(const DoubleArray& XX, const DoubleArray& YY, const std::int32_t& nVer, const double& xp, const double& yp, std::int16_t& Loc);
+  Bool Pto_in_Poligono(const DoubleArray& XX, const DoubleArray& YY, const std::int32_t& nVer,
+                       const double& xp, const double& yp, std::int16_t& Loc);
 
  private:
   std::int32_t region_ = 0;  // handle of the region of the call in progress

@@ -4,6 +4,9 @@
 
 namespace orv2_geo {
 
-Bool cgeo_api::Pto_in_Poligono(const DoubleArray&, const DoubleArray&, const std::int32_t&, const double&, const double&, std::int16_t&) { not_built(registered_name); }
+Bool cgeo_api::Pto_in_Poligono(const DoubleArray&, const DoubleArray&, const std::int32_t&,
+                               const double&, const double&, std::int16_t&) {
+  not_built(registered_name);
+}
 
 }  // namespace orv2_geo

@@ -10,8 +10,7 @@ constexpr MemberDescription members[] = {
     method<&C::Pto_in_Poligono, "XX", "YY", "nVer", "xp", "yp", optional("Loc")>("Pto_in_Poligono"),
 };
 
-constexpr ClassDescription the_class =
-    describe_class<C>("cgeo_api", C::registered_name, members);
+constexpr ClassDescription the_class = describe_class<C>("cgeo_api", C::registered_name, members);
 
 }  // namespace
 

@@ -18,13 +18,17 @@ class ORV2_PUBLIC cgeo_Terreno {
   /// The members in interface order.
   static const ClassDescription& description();
 
-  void TR_Cotas_en_unTerreno_dando_DistOr(const DoubleArray& Xterr, const DoubleArray& Yterr, const DoubleArray& DistOr, DoubleArray& Cotas) const;
-  double TF_Y_del_Terreno_dando_su_X(const DoubleArray& X, const DoubleArray& Y, const double& X1) const;
-  double TF_ProyeccVertical_de_X_en_1R(const double& Xt1, const double& Yt1, const double& Xt2, const double& Yt2, const double& X1) const;
+  void TR_Cotas_en_unTerreno_dando_DistOr(const DoubleArray& Xterr, const DoubleArray& Yterr,
+                                          const DoubleArray& DistOr, DoubleArray& Cotas) const;
+  double TF_Y_del_Terreno_dando_su_X(const DoubleArray& X, const DoubleArray& Y,
+                                     const double& X1) const;
+  double TF_ProyeccVertical_de_X_en_1R(const double& Xt1, const double& Yt1, const double& Xt2,
+                                       const double& Yt2, const double& X1) const;
   double TF_Yminima_del_Terreno(const DoubleArray& Y) const;
   double TF_Ymaxima_del_Terreno(const DoubleArray& Y) const;
   Bool TF_DistaOrigen_estan_ordenadas(const DoubleArray& DistO) const;
-  void Ordena_terreno_y_quita_repetidos(std::int32_t& Ptos, DoubleArray& DistO, DoubleArray& Z) const;
+  void Ordena_terreno_y_quita_repetidos(std::int32_t& Ptos, DoubleArray& DistO,
+                                        DoubleArray& Z) const;
 };
 
 }  // namespace orv2_geo

@@ -1,11 +1,11 @@
 // The part of the text services that the system's locale answers.
 #include "platform/text_services.h"
 
+#include <langinfo.h>
+#include <locale.h>
 #include <clocale>
 #include <cwchar>
 #include <cwctype>
-#include <langinfo.h>
-#include <locale.h>
 #include <string>
 
 namespace orv2_geo::text_services {
@@ -43,7 +43,8 @@ char16_t decimal_sign() {
     const locale_t before = uselocale(user_locale());
     wchar_t wide = L'.';
     std::mbstate_t state{};
-    const std::size_t length = std::mbrtowc(&wide, radix, std::char_traits<char>::length(radix), &state);
+    const std::size_t length =
+        std::mbrtowc(&wide, radix, std::char_traits<char>::length(radix), &state);
     uselocale(before);
     const bool read = length != 0 && length != std::size_t(-1) && length != std::size_t(-2);
     return read && wide < 0x10000 ? static_cast<char16_t>(wide) : u'.';

@@ -2,8 +2,8 @@
 #pragma once
 
 #include <bit>
-#include <cstdint>
 #include <cmath>
+#include <cstdint>
 #include <random>
 #include <type_traits>
 #include <utility>

@@ -1,0 +1,82 @@
+#include "survey_report/layout.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+
+#include "survey_report/utf8.h"
+
+namespace survey_report {
+
+namespace {
+
+constexpr std::string_view gap = "  ";
+
+std::string padded(const std::string& cell, std::size_t width, Align align) {
+  const std::string blanks(width - display_width(cell), ' ');
+  return align == Align::right ? blanks + cell : cell + blanks;
+}
+
+void end_line(std::string& text) {
+  text.erase(text.find_last_not_of(' ') + 1);
+  text += '\n';
+}
+
+}  // namespace
+
+std::string fixed(double value, int decimals) {
+  // The longest finite number has 309 digits before the point.
+  std::array<char, 400> room;
+  const auto [end, error] = std::to_chars(room.data(), room.data() + room.size(), value,
+                                          std::chars_format::fixed, decimals);
+  std::string text(room.data(), end);
+  const bool is_zero = text.find_first_not_of("-0.") == std::string::npos;
+  if (is_zero && text.starts_with('-')) text.erase(0, 1);
+  return text;
+}
+
+std::string azimuth_text(double azimuth) {
+  const std::string text = fixed(azimuth, 4);
+  return text == "400.0000" ? fixed(0.0, 4) : text;
+}
+
+void Table::add(std::vector<std::string> cells) {
+  for (std::string& cell : cells) cell = without_controls(cell);
+  cells.resize(columns_.size());
+  rows_.push_back(std::move(cells));
+}
+
+std::vector<std::size_t> Table::widths() const {
+  std::vector<std::size_t> widths;
+  for (std::size_t i = 0; i < columns_.size(); ++i) {
+    std::size_t width = display_width(columns_[i].heading);
+    for (const auto& row : rows_) width = std::max(width, display_width(row[i]));
+    widths.push_back(width);
+  }
+  return widths;
+}
+
+std::string Table::text() const {
+  const std::vector<std::size_t> width = widths();
+  std::string headings;
+  std::string rule;
+  for (std::size_t i = 0; i < columns_.size(); ++i) {
+    const std::string_view before = i == 0 ? "" : gap;
+    headings.append(before).append(padded(columns_[i].heading, width[i], columns_[i].align));
+    rule.append(before).append(width[i], '-');
+  }
+  end_line(headings);
+  end_line(rule);
+  std::string text = headings + rule;
+  for (const auto& row : rows_) {
+    std::string line;
+    for (std::size_t i = 0; i < columns_.size(); ++i) {
+      line.append(i == 0 ? "" : gap).append(padded(row[i], width[i], columns_[i].align));
+    }
+    end_line(line);
+    text += line;
+  }
+  return text;
+}
+
+}  // namespace survey_report

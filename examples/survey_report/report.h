@@ -1,0 +1,28 @@
+// report.h: the sections of the printed report, each a text of its own.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "survey_report/points.h"
+#include "survey_report/traverse.h"
+
+namespace survey_report {
+
+/// What was surveyed, and where it was read.
+struct Survey {
+  std::string file_name;  ///< without folders
+  FieldOrder order = FieldOrder::x_first;
+  std::vector<SurveyPoint> points;  ///< at least one
+};
+
+/// File, number of points, length of the traverse and the box around the points.
+std::string heading_section(const Survey& survey, const Traverse& traverse);
+
+/// A row a point: its coordinates, and the leg to the next point.
+std::string traverse_section(const Survey& survey, const Traverse& traverse);
+
+/// All sections, a blank line between each two.
+std::string report(const Survey& survey);
+
+}  // namespace survey_report

@@ -1,0 +1,55 @@
+#include "survey_report/traverse.h"
+
+#include <cmath>
+
+#include "frame/run_failure.h"
+#include "library/orv2_geo.hpp"
+
+namespace survey_report {
+
+namespace {
+
+std::string between(const SurveyPoint& from, const SurveyPoint& to) {
+  return "from point " + from.number + " to point " + to.number + ": ";
+}
+
+std::string words_of(const orv2_geo::RunFailure& failure) {
+  return std::string(failure.description()) + " (failure " + std::to_string(failure.number()) +
+         " of " + std::string(failure.source()) + ')';
+}
+
+double azimuth_of(double dx, double dy) {
+  double azimuth = 0.0;
+  orv2_geo::cgeo_Algorismos().Azimut(dx, dy, azimuth);
+  return azimuth;
+}
+
+Leg leg_between(const SurveyPoint& from, const SurveyPoint& to) try {
+  const double dx = to.x - from.x;
+  const double dy = to.y - from.y;
+  Leg leg;
+  leg.distance = std::hypot(dx, dy);
+  if (!std::isfinite(leg.distance)) throw LegFault(between(from, to) + "too far apart", to.line);
+  const bool same_spot = dx == 0.0 && dy == 0.0;
+  if (!same_spot) leg.azimuth = azimuth_of(dx, dy);
+  return leg;
+} catch (const orv2_geo::RunFailure& failure) {
+  throw LegFault("azimuth " + between(from, to) + words_of(failure), to.line);
+}
+
+}  // namespace
+
+Traverse traverse_through(const std::vector<SurveyPoint>& points) {
+  Traverse traverse;
+  for (std::size_t i = 1; i < points.size(); ++i) {
+    traverse.legs.push_back(leg_between(points[i - 1], points[i]));
+    traverse.length += traverse.legs.back().distance;
+    if (!std::isfinite(traverse.length)) {
+      throw LegFault(between(points[i - 1], points[i]) + "the traverse becomes too long",
+                     points[i].line);
+    }
+  }
+  return traverse;
+}
+
+}  // namespace survey_report

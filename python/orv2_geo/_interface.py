@@ -1,0 +1,240 @@
+"""The user interface of a thread: who shows its boxes and forms."""
+
+import collections.abc
+import ctypes
+import threading
+from ctypes import byref
+
+from ._calls import answering, run
+from ._failures import INVALID_CALL, RunFailure, check
+from ._library import (
+    ControlInfo, ErrorBox, FormInfo, GridInfo, HandleEvents, ShowModal, UserInterface, library,
+)
+from ._numbers import to_i32, to_text
+from ._texts import from_c, to_c
+
+_KINDS = ("label", "text_box", "check_box", "option_button", "button", "frame", "progress_bar",
+          "grid")
+
+
+class _Installed(threading.local):
+    ui = None
+
+
+_installed = _Installed()
+
+
+def set_user_interface(ui):
+    """Lets `ui` show the boxes and forms of this thread; None: the system again.
+
+    ui.error_box(text, flags, caption)  shows a text until it is dismissed;
+                                        flags 16: critical; caption None: default
+    ui.show_modal(form)                 shows a form and passes the user's
+                                        actions on until it is no longer open
+    ui.handle_events()                  optional: lets waiting events be handled
+
+    Answers with the interface before, or None.
+    """
+    check(library().orv2_set_user_interface(None if ui is None else byref(_callbacks)))
+    before, _installed.ui = _installed.ui, ui
+    return before
+
+
+@answering
+def _error_box(_context, text, flags, caption):
+    _installed.ui.error_box(from_c(text), flags, None if caption is None else from_c(caption))
+
+
+@answering
+def _show_modal(_context, pointer):
+    form = Form(pointer)
+    try:
+        _installed.ui.show_modal(form)
+    finally:
+        form._end()
+
+
+@answering
+def _handle_events(_context):
+    handle = getattr(_installed.ui, "handle_events", None)
+    if handle is not None:
+        handle()
+
+
+# One set for all threads, alive as long as the module.
+_callbacks = UserInterface(ctypes.sizeof(UserInterface), None, ErrorBox(_error_box),
+                           ShowModal(_show_modal), HandleEvents(_handle_events))
+
+
+class Form:
+    """A form on the screen. Once show_modal has returned it is no more:
+    RunFailure 5."""
+
+    def __init__(self, pointer):
+        self._pointer = pointer
+        self._thread = threading.get_ident()
+        self.controls = Controls(self)
+
+    def _end(self):
+        self._pointer = None
+
+    def _live(self):
+        if self._pointer is None or self._thread != threading.get_ident():
+            raise RunFailure(INVALID_CALL)
+        return self._pointer
+
+    def _describe(self):
+        info = FormInfo()
+        check(library().orv2_form_describe(self._live(), byref(info)))
+        return info
+
+    @property
+    def name(self):
+        return from_c(self._describe().name)
+
+    @property
+    def caption(self):
+        return from_c(self._describe().caption)
+
+    @property
+    def width(self):
+        """Of the client area, in twips."""
+        return self._describe().width
+
+    @property
+    def height(self):
+        """Of the client area, in twips."""
+        return self._describe().height
+
+    @property
+    def open(self):
+        """Still on the screen."""
+        return self._describe().open != 0
+
+    # The user's actions. They act on what is visible and enabled, and otherwise
+    # do nothing. RunFailure 438 for an unknown name; the failures of the routine
+    # behind the event come out here.
+
+    def click(self, name):
+        self._act(library().orv2_form_click, to_c(to_text(name)))
+
+    def select(self, name):
+        self._act(library().orv2_form_select, to_c(to_text(name)))
+
+    def set_text(self, name, text):
+        self._act(library().orv2_form_set_text, to_c(to_text(name)), to_c(to_text(text)))
+
+    def press_enter(self):
+        self._act(library().orv2_form_press_enter)
+
+    def press_escape(self):
+        self._act(library().orv2_form_press_escape)
+
+    def close(self):
+        """The title bar's box."""
+        self._act(library().orv2_form_close)
+
+    def _act(self, action, *arguments):
+        run(action, self._live(), *arguments)
+
+
+class Controls(collections.abc.Mapping):
+    """A form's controls by name, case ignored, in the order of the form."""
+
+    def __init__(self, form):
+        self._form = form
+
+    def __len__(self):
+        return self._form._describe().control_count
+
+    def __iter__(self):
+        return (control.name for control in self._in_order())
+
+    def __getitem__(self, name):
+        for control in self._in_order():
+            if control.name.lower() == str(name).lower():
+                return control
+        raise KeyError(name)
+
+    def _in_order(self):
+        return [Control(self._form, i) for i in range(len(self))]
+
+
+def _live(field, convert=lambda stored: stored, doc=None):
+    """A property of a control, as it is at the moment."""
+    return property(lambda self: convert(getattr(self._describe(), field)), doc=doc)
+
+
+class Control:
+    """A control on a form; places and sizes in twips, inside a frame relative
+    to it. Everything is read as it is at the moment."""
+
+    def __init__(self, form, index):
+        self._form = form
+        self._index = index
+
+    def _describe(self):
+        return self._told(library().orv2_form_control, ControlInfo())
+
+    def _grid(self):
+        return self._told(library().orv2_form_grid, GridInfo())
+
+    def _told(self, function, info):
+        check(function(self._form._live(), self._index, byref(info)))
+        return info
+
+    name = _live("name", from_c, 'A member of a control array carries its number: "Opt3D(1)".')
+    kind = _live("kind", _KINDS.__getitem__)
+    left = _live("left")
+    top = _live("top")
+    width = _live("width")
+    height = _live("height")
+    tab_index = _live("tab_index")
+    text = _live("text", from_c, "Caption or content.")
+    container = _live("container", from_c, "A frame's name; empty: the form.")
+    visible = _live("visible", bool)
+    enabled = _live("enabled", bool)
+    is_default = _live("is_default", bool, "Answers to Enter.")
+    is_cancel = _live("is_cancel", bool, "Answers to Escape.")
+    value = _live("value", doc="Not zero: ticked or selected; a progress bar's position.")
+    min = _live("min")
+    max = _live("max")
+
+    # What only a grid has: RunFailure 438 on other controls.
+
+    @property
+    def format_string(self):
+        return from_c(self._grid().format_string)
+
+    @property
+    def rows(self):
+        return self._grid().rows
+
+    @property
+    def cols(self):
+        return self._grid().cols
+
+    @property
+    def fixed_rows(self):
+        return self._grid().fixed_rows
+
+    @property
+    def fixed_cols(self):
+        return self._grid().fixed_cols
+
+    def alignment(self, col):
+        """1 left, 4 centre, 7 right. RunFailure 9 outside the grid."""
+        told = ctypes.c_int32()
+        check(library().orv2_form_alignment(self._form._live(), self._index, to_i32(col),
+                                            byref(told)))
+        return told.value
+
+    def cell(self, row, col):
+        """A cell's text. RunFailure 9 outside the grid."""
+        told = ctypes.c_char_p()
+        check(library().orv2_form_cell(self._form._live(), self._index, to_i32(row), to_i32(col),
+                                       byref(told)))
+        return from_c(told.value)
+
+    def __repr__(self):
+        return "<{} {}>".format(self.kind, self.name)

@@ -1,0 +1,240 @@
+#include "frame/geo_arrays.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <vector>
+
+#include "tests/support/expect_failure.h"
+#include "tests/support/refused_memory.h"
+
+namespace orv2_geo {
+namespace {
+
+using testing_support::allocations_in_use;
+using testing_support::failure_of;
+using testing_support::RefusedAllocation;
+
+constexpr std::int32_t lowest = std::numeric_limits<std::int32_t>::min();
+constexpr std::int32_t highest = std::numeric_limits<std::int32_t>::max();
+
+template <class A>
+class GeoArrays : public ::testing::Test {};
+using AllArrays = ::testing::Types<DoubleArray, SingleArray, LongArray, ShortArray, StringArray>;
+TYPED_TEST_SUITE(GeoArrays, AllArrays);
+
+TYPED_TEST(GeoArrays, AnIndexMustLieWithinTheBounds) {
+  TypeParam array(5, 7);
+  for (const std::int32_t index : {5, 6, 7}) {
+    EXPECT_EQ(failure_of([&] { (void)array(index); }), 0) << index;
+  }
+  for (const std::int32_t index : {4, 8, 0, -1, lowest, highest}) {
+    EXPECT_EQ(failure_of([&] { (void)array(index); }), 9) << index;
+  }
+}
+
+TYPED_TEST(GeoArrays, UnallocatedHasNoIndexAndNoBounds) {
+  TypeParam array;
+  EXPECT_FALSE(array.allocated());
+  EXPECT_EQ(array.dimensions(), 0);
+  for (const std::int32_t index : {0, 1, lowest, highest}) {
+    EXPECT_EQ(failure_of([&] { (void)array(index); }), 9);
+  }
+  EXPECT_EQ(failure_of([&] { (void)array.lower(); }), 9);
+  EXPECT_EQ(failure_of([&] { (void)array.upper(); }), 9);
+}
+
+TYPED_TEST(GeoArrays, ADimensionCountOtherThanOneHidesTheElements) {
+  TypeParam array;
+  array.make(0, 4, 2);
+  EXPECT_TRUE(array.allocated());
+  EXPECT_EQ(array.lower(), 0);
+  EXPECT_EQ(array.upper(), 3);
+  EXPECT_EQ(failure_of([&] { (void)array(0); }), 9);
+  EXPECT_EQ(failure_of([&] { array.size_keeping(0, 5); }), 9);
+  array.size(0, 5);
+  EXPECT_EQ(array.dimensions(), 1);
+  EXPECT_EQ(failure_of([&] { (void)array(5); }), 0);
+}
+
+TYPED_TEST(GeoArrays, BoundsReachBothEndsOfTheirRange) {
+  TypeParam low(lowest, lowest + 2);
+  EXPECT_EQ(low.upper(), lowest + 2);
+  EXPECT_EQ(failure_of([&] { (void)low(lowest); }), 0);
+  EXPECT_EQ(failure_of([&] { (void)low(lowest + 3); }), 9);
+  EXPECT_EQ(failure_of([&] { (void)low(highest); }), 9);
+  TypeParam high(highest - 1, highest);
+  EXPECT_EQ(failure_of([&] { (void)high(highest); }), 0);
+  EXPECT_EQ(failure_of([&] { (void)high(lowest); }), 9);
+}
+
+TYPED_TEST(GeoArrays, NewElementsAreZeroOrEmpty) {
+  using T = typename TypeParam::value_type;
+  TypeParam array(-3, 40);
+  for (std::int32_t i = -3; i <= 40; ++i) EXPECT_TRUE(array(i) == T{});
+}
+
+TYPED_TEST(GeoArrays, ImpossibleSizesLeaveTheArrayAsItWas) {
+  TypeParam array(1, 3);
+  EXPECT_EQ(failure_of([&] { array.size(0, -1); }), 9);
+  EXPECT_EQ(failure_of([&] { array.size(0, -2); }), 9);
+  EXPECT_EQ(failure_of([&] { array.size_keeping(5, 4); }), 9);
+  EXPECT_EQ(failure_of([&] { array.size(lowest, highest); }), 7);
+  EXPECT_EQ(array.lower(), 1);
+  EXPECT_EQ(array.upper(), 3);
+}
+
+TYPED_TEST(GeoArrays, ALockedArrayKeepsItsSize) {
+  TypeParam array(1, 3);
+  {
+    const ArrayLock outer(array);
+    const ArrayLock inner(array);
+    EXPECT_EQ(failure_of([&] { array.size(0, 5); }), 10);
+    EXPECT_EQ(failure_of([&] { array.size_keeping(1, 5); }), 10);
+    EXPECT_EQ(failure_of([&] { array.release(); }), 10);
+    EXPECT_EQ(failure_of([&] { array = TypeParam(0, 9); }), 10);
+    EXPECT_EQ(failure_of([&] { (void)array(2); }), 0);
+  }
+  EXPECT_EQ(failure_of([&] { array.size(0, 5); }), 0);
+}
+
+TYPED_TEST(GeoArrays, ARefusedAllocationLosesNothing) {
+  using T = typename TypeParam::value_type;
+  const long before = allocations_in_use();
+  {
+    TypeParam array(1, 3);
+    array(2) = T{};
+    const RefusedAllocation next(0);
+    EXPECT_EQ(failure_of([&] { array.size_keeping(1, 100); }), 7);
+    EXPECT_EQ(array.upper(), 3);
+  }
+  {
+    const RefusedAllocation next(0);
+    EXPECT_EQ(failure_of([&] { TypeParam array(0, 9); }), 7);
+  }
+  EXPECT_EQ(allocations_in_use(), before);
+}
+
+TEST(DoubleArrays, SizingWithoutKeepingDropsTheContent) {
+  DoubleArray array(1, 3);
+  array(2) = 7.5;
+  array.size(1, 3);
+  EXPECT_EQ(array(2), 0.0);
+}
+
+TEST(DoubleArrays, SizingWithKeepingKeepsWhatBothRangesShare) {
+  DoubleArray array(1, 4);
+  for (std::int32_t i = 1; i <= 4; ++i) array(i) = i * 1.5;
+  array.size_keeping(0, 2);
+  EXPECT_EQ(array(0), 0.0);
+  EXPECT_EQ(array(1), 1.5);
+  EXPECT_EQ(array(2), 3.0);
+  array.size_keeping(2, 6);
+  EXPECT_EQ(array(2), 3.0);
+  EXPECT_EQ(array(6), 0.0);
+  array.size_keeping(100, 101);
+  EXPECT_EQ(array(100), 0.0);
+}
+
+TEST(DoubleArrays, ACopyIsItsOwnArray) {
+  DoubleArray array(3, 4);
+  array(3) = 1.25;
+  DoubleArray copy = array;
+  copy(3) = 2.0;
+  EXPECT_EQ(array(3), 1.25);
+  EXPECT_EQ(copy.lower(), 3);
+  copy = DoubleArray();
+  EXPECT_FALSE(copy.allocated());
+  copy = array;
+  EXPECT_EQ(copy(3), 1.25);
+}
+
+TEST(StringArrays, TextsMoveAndEndOnce) {
+  const long before = allocations_in_use();
+  {
+    StringArray array(0, 3);
+    for (std::int32_t i = 0; i <= 3; ++i) array(i) = Text(u"punto");
+    array.size_keeping(1, 6);
+    EXPECT_EQ(array(3), Text(u"punto"));
+    EXPECT_EQ(array(6), Text());
+    StringArray copy = array;
+    std::swap(copy(1), copy(6));
+    EXPECT_EQ(copy(1), Text());
+    array.size(0, 1);
+    EXPECT_EQ(copy(2), Text(u"punto"));
+  }
+  EXPECT_EQ(allocations_in_use(), before);
+}
+
+TEST(StringArrays, ACopyRefusedAtAnyTextLeavesNothingBehind) {
+  StringArray array(1, 5);
+  for (std::int32_t i = 1; i <= 5; ++i) array(i) = Text(u"código");
+  const long before = allocations_in_use();
+  for (long let_pass = 0; let_pass < 6; ++let_pass) {
+    const RefusedAllocation refused(let_pass);
+    EXPECT_EQ(failure_of([&] { const StringArray copy(array); }), 7);
+    EXPECT_EQ(allocations_in_use(), before);
+  }
+}
+
+// A host's own storage, which grows up to a limit.
+class HostStorage final : public ArrayOwner {
+ public:
+  explicit HostStorage(std::vector<double> elements, std::size_t limit)
+      : elements_(std::move(elements)), limit_(limit) {}
+
+  void* resize(std::int32_t lower, std::uint32_t count, bool keep) override {
+    if (count > limit_) raise(failure::array_locked);
+    if (!keep) elements_.assign(elements_.size(), 0.0);
+    elements_.resize(count);
+    asked_lower = lower;
+    return elements_.data();
+  }
+  std::vector<double>& elements() { return elements_; }
+  std::int32_t asked_lower = 0;
+
+ private:
+  std::vector<double> elements_;
+  std::size_t limit_;
+};
+
+TEST(ForeignArrays, AreWorkedInPlaceAndResizedThroughTheirOwner) {
+  HostStorage storage({1.0, 2.0, 3.0}, 5);
+  DoubleArray array;
+  array.adopt(storage, storage.elements().data(), 1, 3);
+  array(2) = 20.0;
+  EXPECT_EQ(storage.elements()[1], 20.0);
+  array.size_keeping(1, 5);
+  EXPECT_EQ(storage.elements().size(), 5U);
+  EXPECT_EQ(storage.asked_lower, 1);
+  EXPECT_EQ(array(2), 20.0);
+  EXPECT_EQ(array(5), 0.0);
+  EXPECT_EQ(failure_of([&] { array.size(0, 9); }), 10);
+  EXPECT_EQ(array.upper(), 5);
+  array = DoubleArray(0, 1);
+  EXPECT_EQ(storage.elements().size(), 2U);
+  array.release();
+  EXPECT_FALSE(array.allocated());
+  EXPECT_EQ(storage.elements().size(), 2U);
+}
+
+TEST(ForeignArrays, BoundsMustFitTheirRange) {
+  HostStorage storage({1.0, 2.0}, 5);
+  DoubleArray array;
+  EXPECT_EQ(failure_of([&] { array.adopt(storage, storage.elements().data(), highest, 2); }), 9);
+  array.adopt(storage, storage.elements().data(), highest - 1, 2);
+  EXPECT_EQ(array(highest), 2.0);
+}
+
+TEST(ForeignArrays, AnEmptyOneHasAnUpperBoundBelowItsLower) {
+  HostStorage storage({}, 5);
+  DoubleArray array;
+  array.adopt(storage, storage.elements().data(), 0, 0);
+  EXPECT_EQ(array.upper(), -1);
+  EXPECT_EQ(failure_of([&] { (void)array(0); }), 9);
+  array.adopt(storage, storage.elements().data(), lowest, 0);
+  EXPECT_EQ(failure_of([&] { (void)array.upper(); }), 6);
+}
+
+}  // namespace
+}  // namespace orv2_geo

@@ -1,0 +1,202 @@
+#include "library/catalogue.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cctype>
+#include <iterator>
+#include <map>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "library/object.h"
+#include "platform/user_interface.h"
+#include "tests/library/interface_rows.h"
+#include "tests/support/expect_failure.h"
+
+namespace orv2_geo {
+namespace {
+
+std::string type_name(Type type) {
+  static const std::map<Type, std::string> names = {
+      {Type::none, "none"},
+      {Type::i16, "i16"},
+      {Type::i32, "i32"},
+      {Type::f32, "f32"},
+      {Type::f64, "f64"},
+      {Type::boolean, "bool"},
+      {Type::text, "text"},
+      {Type::object, "object"},
+      {Type::variant, "variant"},
+      {Type::double_array, "DoubleArray"},
+      {Type::single_array, "SingleArray"},
+      {Type::long_array, "LongArray"},
+      {Type::short_array, "ShortArray"},
+      {Type::string_array, "StringArray"},
+  };
+  return names.at(type);
+}
+
+std::string kind_name(MemberKind kind) {
+  return kind == MemberKind::method          ? "method"
+         : kind == MemberKind::property_read ? "read"
+                                             : "write";
+}
+
+std::string described(const MemberDescription& member) {
+  std::string text;
+  for (const ParameterDescription& parameter : member.parameters) {
+    if (!text.empty()) text += "; ";
+    text += std::string(parameter.name) + ' ' + type_name(parameter.type);
+    if (parameter.by_reference) text += '&';
+    if (parameter.optional) text += " optional";
+    if (parameter.has_default) text += " = " + std::to_string(parameter.default_value);
+  }
+  return text;
+}
+
+// The rows of one class, in order.
+std::vector<InterfaceRow> rows_of(std::string_view name) {
+  std::vector<InterfaceRow> rows;
+  std::copy_if(std::begin(interface_rows), std::end(interface_rows), std::back_inserter(rows),
+               [&](const InterfaceRow& row) { return row.of_class == name; });
+  return rows;
+}
+
+TEST(Catalogue, HasTheSevenClasses) {
+  std::set<std::string_view> expected;
+  for (const InterfaceRow& row : interface_rows) expected.insert(row.of_class);
+  std::set<std::string_view> got;
+  for (const ClassDescription* one : catalogue()) {
+    got.insert(one->name);
+    EXPECT_EQ(one->registered_name, "Orv2_Geo." + std::string(one->name));
+  }
+  EXPECT_EQ(got, expected);
+  EXPECT_EQ(got.size(), 7U);
+}
+
+TEST(Catalogue, IsTheInterfaceMemberByMember) {
+  for (const ClassDescription* one : catalogue()) {
+    const std::vector<InterfaceRow> rows = rows_of(one->name);
+    ASSERT_EQ(one->members.size(), rows.size()) << one->name;
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+      const MemberDescription& member = one->members[i];
+      EXPECT_EQ(member.name, rows[i].member) << one->name << ' ' << i;
+      EXPECT_EQ(kind_name(member.kind), rows[i].kind) << rows[i].member;
+      EXPECT_EQ(described(member), rows[i].parameters) << rows[i].member;
+      EXPECT_EQ(type_name(member.result), rows[i].result) << rows[i].member;
+    }
+  }
+}
+
+TEST(Catalogue, EveryNameIsFoundWhateverItsCase) {
+  for (const ClassDescription* one : catalogue()) {
+    for (std::size_t i = 0; i < one->members.size(); ++i) {
+      const MemberDescription& member = one->members[i];
+      const Wanted wanted = static_cast<Wanted>(member.kind);
+      std::string upper(member.name);
+      for (char& c : upper) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+      EXPECT_EQ(find_member(*one, member.name, wanted), i) << member.name;
+      EXPECT_EQ(find_member(*one, upper, wanted), i) << member.name;
+      EXPECT_EQ(find_member(*one, upper + "_", wanted), std::nullopt);
+      EXPECT_EQ(find_member(*one, "x" + upper, wanted), std::nullopt);
+    }
+    EXPECT_EQ(find_member(*one, ""), std::nullopt);
+    EXPECT_EQ(find_member(*one, std::string(1000, 'x')), std::nullopt);
+  }
+}
+
+// Letters that a careless fold of case would take for others.
+TEST(Catalogue, OnlyLettersHaveCase) {
+  const ClassDescription& one = *find_class("orv2_geo.CGEO_funcderiv");
+  EXPECT_NE(find_member(one, "f_sen"), std::nullopt);
+  EXPECT_EQ(find_member(one, "F\x7fSen"), std::nullopt);
+  EXPECT_EQ(find_member(one, "F\x3fSen"), std::nullopt);
+}
+
+TEST(Catalogue, APropertyHasTwoSides) {
+  const ClassDescription& one = *find_class("Orv2_Geo.cgeo_FuncDeriv");
+  EXPECT_EQ(find_member(one, "RPi", Wanted::property_read), 2U);
+  EXPECT_EQ(find_member(one, "RPi", Wanted::property_write), 3U);
+  EXPECT_EQ(find_member(one, "RPi", Wanted::any), 2U);
+  EXPECT_EQ(find_member(one, "RPi", Wanted::method), std::nullopt);
+  EXPECT_EQ(find_member(one, "F_Sen", Wanted::property_read), std::nullopt);
+}
+
+TEST(Catalogue, UnknownClassesAreNotFound) {
+  for (const char* name : {"", "cgeo_api", "Orv2_Geo", "Orv2_Geo.", "Orv2_Geo.cgeo_apis"}) {
+    EXPECT_EQ(find_class(name), nullptr) << name;
+    EXPECT_EQ(testing_support::failure_of([&] { (void)create(name); }), 429) << name;
+  }
+}
+
+// An argument of the right type for a parameter, so that a call reaches the
+// member itself.
+struct Variables {
+  std::int16_t i16 = 0;
+  std::int32_t i32 = 0;
+  float f32 = 0;
+  double f64 = 0;
+  Bool boolean;
+  Text text;
+  ObjectRef object;
+  DoubleArray doubles;
+  SingleArray singles;
+  LongArray longs;
+  ShortArray shorts;
+  StringArray strings;
+
+  Argument fitting(const ParameterDescription& parameter) {
+    switch (parameter.type) {
+      case Type::i16: return parameter.by_reference ? ref(i16) : Argument(i16);
+      case Type::i32: return parameter.by_reference ? ref(i32) : Argument(i32);
+      case Type::f32: return parameter.by_reference ? ref(f32) : Argument(f32);
+      case Type::f64: return parameter.by_reference ? ref(f64) : Argument(f64);
+      case Type::boolean: return ref(boolean);
+      case Type::text: return ref(text);
+      case Type::object: return ref(object);
+      case Type::double_array: return ref(doubles);
+      case Type::single_array: return ref(singles);
+      case Type::long_array: return ref(longs);
+      case Type::short_array: return ref(shorts);
+      default: return ref(strings);
+    }
+  }
+};
+
+// Shows nothing: some members would put a box on the screen.
+class Silent final : public UserInterface {
+ public:
+  void error_box(const Text&, std::int32_t, const Text*) override {}
+  void show_modal(Form&) override {}
+};
+
+// What is still to be built. This list shrinks to nothing.
+TEST(Catalogue, MembersStillToBeBuilt) {
+  const std::map<std::string, std::size_t> expected = {
+      {"cgeo_Algorismos", 28}, {"cgeo_FuncDeriv", 0},  {"cgeo_Terreno", 7},   {"cgeo_api", 1},
+      {"cgeo_Ordena", 8},      {"cgeo_Geometria", 11}, {"cgeo_Matrices", 17},
+  };
+  Silent silent;
+  UserInterface* const before = install_user_interface(&silent);
+  for (const ClassDescription* one : catalogue()) {
+    std::size_t missing = 0;
+    const ObjectRef object = create(one->registered_name);
+    for (std::size_t i = 0; i < one->members.size(); ++i) {
+      Variables variables;
+      std::vector<Argument> arguments;
+      for (const ParameterDescription& parameter : one->members[i].parameters) {
+        arguments.push_back(variables.fitting(parameter));
+      }
+      const std::int32_t number = testing_support::failure_of(
+          [&] { static_cast<Object&>(*object.get()).call(i, arguments); });
+      missing += number == failure::action_not_supported ? 1 : 0;
+    }
+    EXPECT_EQ(missing, expected.at(std::string(one->name))) << one->name;
+  }
+  install_user_interface(before);
+}
+
+}  // namespace
+}  // namespace orv2_geo

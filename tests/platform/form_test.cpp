@@ -1,0 +1,178 @@
+#include "platform/form.h"
+
+#include <gtest/gtest.h>
+
+#include "frame/progress_sink.h"
+#include "tests/platform/recording_interface.h"
+#include "tests/support/expect_failure.h"
+
+namespace orv2_geo {
+namespace {
+
+using testing_support::failure_of;
+using testing_support::RecordingInterface;
+
+const ControlDesign controls[] = {
+    {.name = "Fra", .kind = ControlKind::frame, .left = 10, .top = 20, .width = 300, .height = 200},
+    {.name = "Opt(0)", .kind = ControlKind::option_button, .container = "Fra", .value = -1.0},
+    {.name = "Opt(1)", .kind = ControlKind::option_button, .container = "Fra"},
+    {.name = "Otra", .kind = ControlKind::option_button, .value = -1.0},
+    {.name = "Txt", .kind = ControlKind::text_box, .text = u"0.001", .container = "Fra"},
+    {.name = "chk", .kind = ControlKind::check_box},
+    {.name = "chkApagado", .kind = ControlKind::check_box, .enabled = false},
+    {.name = "cmdCalcular", .kind = ControlKind::button, .is_default = true},
+    {.name = "cmdEliminar", .kind = ControlKind::button, .visible = false},
+    {.name = "cmdCancelar", .kind = ControlKind::button, .is_cancel = true},
+    {.name = "Barra", .kind = ControlKind::progress_bar, .visible = false},
+    {.name = "Rejilla", .kind = ControlKind::grid},
+    {.name = "lbl", .kind = ControlKind::label, .text = u"0"},
+};
+
+class Forms : public ::testing::Test {
+ protected:
+  Forms() {
+    for (const char* name : {"cmdCalcular", "cmdEliminar", "cmdCancelar", "chk", "Opt(1)"}) {
+      form.on_click(name, [this, name] { clicks.emplace_back(name); });
+    }
+  }
+
+  // Runs what a person does while the form is on the screen.
+  void with_person(std::function<void()> actions) {
+    screen.user = [&](Form&) { actions(); };
+    form.show_modal();
+  }
+
+  RecordingInterface screen;
+  Form form{"f_Prueba", u"Prueba:", 2865, 3000, controls};
+  std::vector<std::string> clicks;
+};
+
+TEST_F(Forms, AButtonActsWhenItCanBeReached) {
+  with_person([&] {
+    form.click("cmdcalcular");
+    form.click("cmdEliminar");  // hidden
+    form.control("cmdEliminar").set_visible(true);
+    form.control("cmdCalcular").set_enabled(false);
+    form.click("cmdCalcular");
+    form.click("cmdEliminar");
+  });
+  EXPECT_EQ(clicks, (std::vector<std::string>{"cmdCalcular", "cmdEliminar", "cmdCancelar"}));
+}
+
+TEST_F(Forms, NothingActsOnAFormThatIsNotOpen) {
+  form.click("cmdCalcular");
+  form.press_escape();
+  EXPECT_TRUE(clicks.empty());
+}
+
+TEST_F(Forms, OneOptionOfAContainerIsOn) {
+  with_person([&] {
+    form.select("Opt(1)");
+    EXPECT_EQ(form.control("Opt(0)").value(), 0.0);
+    EXPECT_EQ(form.control("Opt(1)").value(), -1.0);
+    EXPECT_EQ(form.control("Otra").value(), -1.0);
+    form.click("Opt(0)");
+    EXPECT_EQ(form.control("Opt(0)").value(), -1.0);
+    EXPECT_EQ(form.control("Opt(1)").value(), 0.0);
+  });
+}
+
+TEST_F(Forms, ADisabledFrameFreezesWhatItHolds) {
+  with_person([&] {
+    form.set_text("Txt", Text(u"0.5"));
+    form.control("Fra").set_enabled(false);
+    form.set_text("Txt", Text(u"9"));
+    form.select("Opt(1)");
+    EXPECT_EQ(form.control("Txt").text(), Text(u"0.5"));
+    EXPECT_EQ(form.control("Opt(0)").value(), -1.0);
+  });
+}
+
+TEST_F(Forms, ACheckBoxTurnsOver) {
+  with_person([&] {
+    form.click("chk");
+    EXPECT_EQ(form.control("chk").value(), 1.0);
+    form.click("chk");
+    EXPECT_EQ(form.control("chk").value(), 0.0);
+    form.select("chk");
+    EXPECT_EQ(form.control("chk").value(), 1.0);
+    form.click("chkApagado");
+    EXPECT_EQ(form.control("chkApagado").value(), 0.0);
+  });
+}
+
+TEST_F(Forms, EnterAndEscapeFindTheirButtons) {
+  with_person([&] {
+    form.press_enter();
+    form.control("cmdCalcular").set_visible(false);
+    form.press_enter();
+    form.press_escape();
+    form.unload();
+  });
+  EXPECT_EQ(clicks, (std::vector<std::string>{"cmdCalcular", "cmdCancelar"}));
+}
+
+TEST_F(Forms, TheTitleBarsBoxIsNoCancel) {
+  with_person([&] { form.close(); });
+  EXPECT_TRUE(clicks.empty());
+  EXPECT_FALSE(form.open());
+}
+
+TEST_F(Forms, LeftOpenByItsDriverAFormIsCancelled) {
+  with_person([] {});
+  EXPECT_EQ(clicks, std::vector<std::string>{"cmdCancelar"});
+  EXPECT_FALSE(form.open());
+}
+
+TEST_F(Forms, AProgressBarIsAProgressIndicator) {
+  const ObjectRef bar = form.object("Barra");
+  const ProgressSink sink(bar);
+  sink.visible(true);
+  sink.min(0);
+  sink.max(30.5);
+  sink.value(7.0);
+  const Control& shown = form.control("Barra");
+  EXPECT_TRUE(shown.visible());
+  EXPECT_EQ(shown.min(), 0.0);
+  EXPECT_EQ(shown.max(), 30.5);
+  EXPECT_EQ(shown.value(), 7.0);
+  EXPECT_EQ(failure_of([&] { bar->set_property("Color", 1.0); }), 438);
+  EXPECT_EQ(failure_of([&] { bar->call("Refresh", {}); }), 438);
+  EXPECT_EQ(failure_of([&] { bar->set_property("Value", Text(u"x")); }), 13);
+}
+
+TEST_F(Forms, ALateBoundCaptionTakesNumbersAsTheirText) {
+  form.object("lbl")->set_property("caption", std::int32_t{12});
+  EXPECT_EQ(form.control("lbl").text(), Text(u"12"));
+  form.object("lbl")->set_property("Caption", Text(u"Hay 3"));
+  EXPECT_EQ(form.control("lbl").text(), Text(u"Hay 3"));
+}
+
+TEST_F(Forms, AFormatStringSetsHeadersAndColumns) {
+  Grid& grid = form.control("Rejilla").grid();
+  grid.rows = 4;
+  grid.set_format_string(Text(u"   |  Mínimos  |Pto"));
+  EXPECT_EQ(grid.cols, 3);
+  EXPECT_EQ(grid.cell(0, 1), Text(u"  Mínimos  "));
+  grid.set_cell(3, 2, Text(u"7"));
+  EXPECT_EQ(grid.cell(3, 2), Text(u"7"));
+  EXPECT_EQ(failure_of([&] { grid.set_cell(4, 0, Text()); }), 9);
+  EXPECT_EQ(failure_of([&] { grid.set_cell(0, 3, Text()); }), 9);
+  EXPECT_EQ(failure_of([&] { grid.set_alignment(3, 7); }), 9);
+  grid.set_alignment(2, 4);
+  EXPECT_EQ(grid.alignment(2), 4);
+  EXPECT_EQ(grid.alignment(0), 1);
+}
+
+TEST_F(Forms, UnknownControlsAre438) {
+  EXPECT_EQ(failure_of([&] { form.click("nada"); }), 438);
+  EXPECT_EQ(failure_of([&] { form.on_click("nada", [] {}); }), 438);
+}
+
+TEST_F(Forms, AFailureBehindAnEventReachesTheDriver) {
+  form.on_click("cmdCalcular", [] { raise(9); });
+  with_person([&] { EXPECT_EQ(failure_of([&] { form.click("cmdCalcular"); }), 9); });
+}
+
+}  // namespace
+}  // namespace orv2_geo

@@ -1,0 +1,139 @@
+import ctypes
+import os
+import re
+import subprocess
+import sys
+
+from support import LIBRARY, REPOSITORY, Case
+
+import orv2_geo
+from orv2_geo import _library
+
+HEADER = os.path.join(REPOSITORY, "c_api", "orv2_geo.h")
+
+
+def header():
+    with open(HEADER, encoding="utf-8") as file:
+        return re.sub(r"/\*.*?\*/", "", file.read(), flags=re.S)
+
+
+def ran(script):
+    """What a process of its own writes, both ways, and how it ends."""
+    done = subprocess.run([sys.executable, "-c", script, LIBRARY], stdout=subprocess.PIPE,
+                          stderr=subprocess.STDOUT, text=True, timeout=60)
+    return done.returncode, done.stdout
+
+
+class Header(Case):
+    def test_every_function_is_declared_as_in_the_header(self):
+        found = {}
+        for name, arguments in re.findall(r"ORV2_CALL \w+ (orv2_\w+)\((.*?)\);", header(), re.S):
+            found[name] = 0 if arguments == "void" else arguments.count(",") + 1
+        declared = {name: len(given) for name, given in _library.DECLARATIONS.items()}
+        self.assertEqual(declared, found)
+        self.assertEqual(list(declared), list(found))
+
+    def test_every_structure_has_the_fields_of_the_header(self):
+        shapes = {"Failure": "failure", "ClassInfo": "class_info", "MemberInfo": "member_info",
+                  "ParameterInfo": "parameter_info", "ArrayInfo": "array_info",
+                  "HostObject": "host_object", "UserInterface": "user_interface",
+                  "FormInfo": "form_info", "ControlInfo": "control_info", "GridInfo": "grid_info"}
+        for name, tag in shapes.items():
+            body = re.search(r"struct orv2_%s \{(.*?)\} orv2_%s;" % (tag, tag), header(), re.S)[1]
+            fields = re.findall(r"(?:\(\*(\w+)\)\([^;]*\)|(\w+));", body)
+            self.assertEqual([field[0] for field in getattr(_library, name)._fields_],
+                             [one or other for one, other in fields])
+
+    def test_every_tag_is_the_headers(self):
+        tags = dict(re.findall(r"ORV2_(\w+) = (\w+)", header()))
+        for name in ("NONE", "I16", "I32", "F32", "F64", "BOOL", "TEXT", "OBJECT", "VARIANT",
+                     "DOUBLE_ARRAY", "SINGLE_ARRAY", "LONG_ARRAY", "SHORT_ARRAY", "STRING_ARRAY",
+                     "OMITTED", "UTF8", "BYREF", "METHOD", "PROPERTY_READ", "PROPERTY_WRITE",
+                     "ANY"):
+            self.assertEqual(getattr(_library, name), int(tags[name], 0))
+
+    def test_a_value_is_a_tag_and_eight_bytes(self):
+        self.assertEqual(ctypes.sizeof(_library.Value), 16)
+
+
+class Loading(Case):
+    def test_the_same_library_may_be_named_again(self):
+        orv2_geo.load(LIBRARY)
+        orv2_geo.load(os.path.relpath(LIBRARY))
+
+    def test_another_one_is_too_late(self):
+        with self.assertRaises(RuntimeError):
+            orv2_geo.load(os.path.join(REPOSITORY, "nothing.so"))
+
+    def test_a_library_that_is_not_there(self):
+        code, shown = ran("import orv2_geo\n"
+                          "try:\n orv2_geo.load('/nothing/at/all.so')\n"
+                          "except OSError: print('not there')\n"
+                          "print(str(orv2_geo.RunFailure(1234)))\n")
+        self.assertEqual((code, shown), (0, "not there\n1234\n"))
+
+    def test_importing_does_not_load(self):
+        code, shown = ran("import orv2_geo, sys\n"
+                          "from orv2_geo import _library\n"
+                          "print(_library._loaded)\n"
+                          "orv2_geo.load(sys.argv[1])\n"
+                          "print(orv2_geo.create('Orv2_Geo.cgeo_FuncDeriv').F_Cos(1))\n")
+        self.assertEqual((code, shown), (0, "None\n1.0\n"))
+
+    def test_every_public_name_is_there(self):
+        for name in orv2_geo.__all__:
+            self.assertIsNotNone(getattr(orv2_geo, name).__doc__)
+
+
+class Ending(Case):
+    """The end of a process is silent, whatever is still in use."""
+
+    begin = """
+import sys, threading, orv2_geo
+orv2_geo.load(sys.argv[1])
+from orv2_geo import _host
+"""
+
+    def silent(self, script):
+        self.assertEqual(ran(self.begin + script), (0, ""))
+
+    def test_with_objects_and_arrays(self):
+        self.silent("""
+kept = [orv2_geo.create("Orv2_Geo.cgeo_api"), orv2_geo.DoubleArray([1.0]),
+        orv2_geo.StringArray(["a"]), orv2_geo.DoubleArray.over(bytearray(8))]
+view = kept[1].view()
+around = [kept]
+around.append(around)
+""")
+
+    def test_with_host_objects_and_an_interface(self):
+        self.silent("""
+class Host:
+    pass
+handles = [_host.lend(Host()) for _ in range(3)]
+orv2_geo.set_user_interface(Host())
+""")
+
+    def test_with_what_another_thread_left(self):
+        self.silent("""
+kept = []
+def work():
+    kept.append(orv2_geo.create("Orv2_Geo.cgeo_api"))
+    kept.append(orv2_geo.DoubleArray([1.0]))
+    kept.append(_host.lend(object()))
+    orv2_geo.set_user_interface(object())
+thread = threading.Thread(target=work)
+thread.start()
+thread.join()
+""")
+
+    def test_with_a_thread_still_waiting(self):
+        self.silent("""
+begun = threading.Event()
+def work():
+    kept = orv2_geo.create("Orv2_Geo.cgeo_api"), _host.lend(object())
+    begun.set()
+    threading.Event().wait()
+threading.Thread(target=work, daemon=True).start()
+begun.wait()
+""")

@@ -1,0 +1,244 @@
+"""Runs survey_report as its user does: statuses, messages, and what is left behind.
+
+    command_line_test.py PROGRAM REPOSITORY
+"""
+
+import os
+import pathlib
+import stat
+import subprocess
+import sys
+import tempfile
+import unittest
+
+try:
+    import resource
+except ImportError:  # no limits on this system
+    resource = None
+
+PROGRAM = ""
+REPOSITORY = pathlib.Path()
+
+GOOD = "1,100,200,600,EJE\n2,110,200,601,POZO\n"
+FULL = pathlib.Path("/dev/full")
+
+
+def run(*arguments, **more):
+    return subprocess.run([PROGRAM, *map(str, arguments)], capture_output=True, timeout=60,
+                          check=False, **more)
+
+
+class InAFolder(unittest.TestCase):
+    """A folder of its own for each test, which is the present one."""
+
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.addCleanup(os.chdir, os.getcwd())
+        os.chdir(folder.name)
+
+    def write(self, name, content):
+        pathlib.Path(name).write_bytes(content.encode("utf-8"))
+        return name
+
+    def assert_fails(self, result, status, message):
+        self.assertEqual(result.stderr.decode(), message)
+        self.assertEqual(result.stdout, b"")
+        self.assertEqual(result.returncode, status)
+
+    def files(self):
+        return sorted(os.listdir())
+
+
+class Options(InAFolder):
+    HINT = "\nTry survey_report --help\n"
+
+    def test_wrong_options_give_status_2_and_a_message(self):
+        self.write("good.csv", GOOD)
+        rows = [
+            ([], "no point file is given"),
+            (["--nothing", "good.csv"], "unknown option --nothing"),
+            (["good.csv", "-x"], "unknown option -x"),
+            (["good.csv", "-"], "unknown option -"),
+            (["good.csv", "-o"], "-o needs a file name"),
+            (["good.csv", "--output"], "--output needs a file name"),
+            (["good.csv", "--output="], "the output file has an empty name"),
+            (["good.csv", "good.csv"], "more than one point file is given"),
+            (["-o", "a", "-o", "b", "good.csv"], "more than one output file is given"),
+            ([""], "the point file has an empty name"),
+            (["-o", "good.csv", "good.csv"], "the output file is the point file"),
+            (["-o", "./good.csv", "good.csv"], "the output file is the point file"),
+        ]
+        for arguments, message in rows:
+            with self.subTest(message):
+                self.assert_fails(run(*arguments), 2, "survey_report: " + message + self.HINT)
+        self.assertEqual(self.files(), ["good.csv"])
+
+    def test_help_goes_to_standard_output(self):
+        for option in ("-h", "--help"):
+            result = run(option)
+            self.assertEqual((result.returncode, result.stderr), (0, b""))
+            self.assertTrue(result.stdout.startswith(b"Usage: survey_report [options] FILE\n"))
+
+    def test_after_two_dashes_a_file_may_start_with_a_dash(self):
+        self.write("-h", GOOD)
+        self.assertEqual(run("--", "-h").returncode, 0)
+
+    def test_options_may_follow_the_file(self):
+        self.write("good.csv", GOOD)
+        result = run("good.csv", "--northing-first")
+        self.assertIn(b"read as number, Y, X, Z, code\n", result.stdout)
+        self.assertIn(b"     1  200.000  100.000  600.000  EJE    0.0000", result.stdout)
+
+
+class BadData(InAFolder):
+    def test_bad_lines_give_status_1_their_numbers_and_nothing_else(self):
+        self.write("bad.csv", "1,2,3,4\n1,2,x,4\n1,2,3,4\n1,2,3\n")
+        self.assert_fails(run("bad.csv"), 1,
+                          'bad.csv:2: Y "x" is not a number\n'
+                          "bad.csv:4: 3 fields, but number, X, Y, Z are needed\n")
+
+    def test_after_twenty_bad_lines_the_others_are_counted(self):
+        self.write("bad.csv", "x\n" * 1000)
+        messages = run("bad.csv").stderr.decode().splitlines()
+        self.assertEqual(len(messages), 21)
+        self.assertEqual(messages[-1], "bad.csv: and 980 more bad lines")
+
+    def test_a_file_without_points(self):
+        for content in ("", "\n", "# nothing\n", "Number,X,Y,Z,Code\n", "\ufeff"):
+            with self.subTest(content):
+                self.write("none.csv", content)
+                self.assert_fails(run("none.csv"), 1, "none.csv: no points\n")
+
+    def test_a_file_that_cannot_be_read(self):
+        self.assert_fails(run("gone.csv"), 1,
+                          "survey_report: cannot read gone.csv: No such file or directory\n")
+        os.mkdir("folder")
+        self.assert_fails(run("folder"), 1,
+                          "survey_report: cannot read folder: Is a directory\n")
+
+    def test_a_failure_of_the_library_names_line_and_points(self):
+        self.write("far.csv", "P,X,Y,Z\nA,0,0,0\nB,1e10,1e-300,0\n")
+        self.assert_fails(run("far.csv"), 1,
+                          "far.csv:3: azimuth from point A to point B: Desbordamiento "
+                          "(failure 6 of Orv2_Geo.cgeo_Algorismos)\n")
+
+    def test_no_output_file_is_left_behind(self):
+        self.write("bad.csv", "x\n")
+        self.assertEqual(run("bad.csv", "-o", "report.txt").returncode, 1)
+        self.assertEqual(self.files(), ["bad.csv"])
+
+    def test_an_older_report_stays(self):
+        self.write("bad.csv", "x\n")
+        self.write("report.txt", "older")
+        self.assertEqual(run("bad.csv", "-o", "report.txt").returncode, 1)
+        self.assertEqual(pathlib.Path("report.txt").read_text(), "older")
+
+
+class OutputFile(InAFolder):
+    def setUp(self):
+        super().setUp()
+        self.write("good.csv", GOOD)
+
+    def test_it_holds_what_standard_output_would(self):
+        printed = run("good.csv").stdout
+        for arguments in (["-o", "report.txt"], ["--output", "report.txt"],
+                          ["--output=report.txt"]):
+            result = run("good.csv", *arguments)
+            self.assertEqual((result.returncode, result.stdout, result.stderr), (0, b"", b""))
+            self.assertEqual(pathlib.Path("report.txt").read_bytes(), printed)
+            self.assertEqual(self.files(), ["good.csv", "report.txt"])
+            os.remove("report.txt")
+
+    def test_it_takes_the_place_of_an_older_one_and_its_permissions(self):
+        self.write("report.txt", "older")
+        os.chmod("report.txt", 0o600)
+        self.assertEqual(run("good.csv", "-o", "report.txt").returncode, 0)
+        self.assertNotEqual(pathlib.Path("report.txt").read_text(), "older")
+        self.assertEqual(stat.S_IMODE(os.stat("report.txt").st_mode), 0o600)
+
+    def test_a_link_stays_a_link(self):
+        self.write("report.txt", "older")
+        os.symlink("report.txt", "link.txt")
+        self.assertEqual(run("good.csv", "-o", "link.txt").returncode, 0)
+        self.assertTrue(os.path.islink("link.txt"))
+        self.assertNotEqual(pathlib.Path("report.txt").read_text(), "older")
+
+    def test_a_file_that_happens_to_have_the_name_of_the_unfinished_one_stays(self):
+        self.write("report.txt.partial0", "mine")
+        self.assertEqual(run("good.csv", "-o", "report.txt").returncode, 0)
+        self.assertEqual(pathlib.Path("report.txt.partial0").read_text(), "mine")
+        self.assertEqual(self.files(), ["good.csv", "report.txt", "report.txt.partial0"])
+
+    def test_a_folder_that_is_not_there(self):
+        self.assert_fails(run("good.csv", "-o", "gone/report.txt"), 1,
+                          "survey_report: cannot write gone/report.txt: "
+                          "No such file or directory\n")
+
+    def test_a_folder_is_no_output_file(self):
+        os.mkdir("folder")
+        self.assert_fails(run("good.csv", "-o", "folder"), 1,
+                          "survey_report: cannot write folder: Is a directory\n")
+        self.assertEqual(self.files(), ["folder", "good.csv"])
+
+    @unittest.skipUnless(resource, "no limits on this system")
+    def test_a_write_that_fails_half_way_leaves_the_older_report(self):
+        self.write("report.txt", "older")
+
+        def allow_100_bytes():
+            import signal
+            signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
+            resource.setrlimit(resource.RLIMIT_FSIZE, (100, 100))
+
+        self.assert_fails(run("good.csv", "-o", "report.txt", preexec_fn=allow_100_bytes), 1,
+                          "survey_report: cannot write report.txt: File too large\n")
+        self.assertEqual(pathlib.Path("report.txt").read_text(), "older")
+        self.assertEqual(self.files(), ["good.csv", "report.txt"])
+
+
+@unittest.skipUnless(FULL.exists(), "no full device on this system")
+class FullDevice(InAFolder):
+    def setUp(self):
+        super().setUp()
+        self.write("good.csv", GOOD)
+
+    def test_standard_output(self):
+        for arguments in (["good.csv"], ["--help"]):
+            with open(FULL, "wb") as full:
+                result = subprocess.run([PROGRAM, *arguments], stdout=full,
+                                        stderr=subprocess.PIPE, check=False)
+            self.assertEqual(result.stderr.decode(), "survey_report: cannot write standard output:"
+                             " No space left on device\n")
+            self.assertEqual(result.returncode, 1)
+
+    def test_output_file(self):
+        self.assert_fails(run("good.csv", "-o", FULL), 1,
+                          "survey_report: cannot write /dev/full: No space left on device\n")
+        self.assertTrue(stat.S_ISCHR(os.stat(FULL).st_mode))
+
+
+class Sample(unittest.TestCase):
+    SAMPLE = "examples/survey_report/sample_survey.csv"
+
+    def test_the_generator_gives_the_sample_byte_for_byte(self):
+        made = subprocess.run([sys.executable, REPOSITORY / "tools/make_sample_survey.py"],
+                              capture_output=True, check=True).stdout
+        self.assertEqual(made, (REPOSITORY / self.SAMPLE).read_bytes())
+
+    def test_its_report(self):
+        result = run(REPOSITORY / self.SAMPLE)
+        self.assertEqual((result.returncode, result.stderr), (0, b""))
+        lines = result.stdout.decode().splitlines()
+        self.assertEqual(lines[0], "Survey report: sample_survey.csv")
+        self.assertEqual(lines[3], "Points    301, read as number, X, Y, Z, code")
+        start = next(i for i, line in enumerate(lines) if line.startswith("Number"))
+        rows = lines[start + 2:]
+        self.assertEqual(len(rows), 301)
+        self.assertEqual({len(line) for line in rows[:-1]}, {len(lines[start])})
+        self.assertEqual([line.split()[0] for line in rows if "  - " in line], ["102"])
+
+
+if __name__ == "__main__":
+    REPOSITORY = pathlib.Path(sys.argv.pop()).resolve()
+    PROGRAM = os.path.abspath(sys.argv.pop())
+    unittest.main()

@@ -1,0 +1,105 @@
+#include "survey_report/layout.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <locale>
+
+namespace survey_report {
+namespace {
+
+struct NumberRow {
+  const char* rule;
+  double value;
+  int decimals;
+  const char* text;
+};
+
+const NumberRow number_rows[] = {
+    {"decimals are filled up", 12.5, 3, "12.500"},
+    {"a coordinate of metres keeps its millimetres", 4473028.1234, 3, "4473028.123"},
+    {"below zero", -0.5, 3, "-0.500"},
+    {"what rounds to zero has no sign", -0.0004, 3, "0.000"},
+    {"minus zero has no sign", -0.0, 3, "0.000"},
+    {"what does not quite round to zero keeps its sign", -0.0006, 3, "-0.001"},
+};
+
+TEST(Layout, FixedDecimals) {
+  for (const NumberRow& row : number_rows) {
+    EXPECT_EQ(fixed(row.value, row.decimals), row.text) << row.rule;
+  }
+}
+
+TEST(Layout, TheLargestNumberIsWrittenOut) {
+  EXPECT_EQ(fixed(-std::numeric_limits<double>::max(), 3).size(), 1 + 309 + 4);
+}
+
+struct CommaNumbers : std::numpunct<char> {
+  char do_decimal_point() const override { return ','; }
+};
+
+TEST(Layout, TheDecimalSignIsAPointWhateverTheLocale) {
+  const std::locale before =
+      std::locale::global(std::locale(std::locale::classic(), new CommaNumbers));
+  EXPECT_EQ(fixed(1.5, 3), "1.500");
+  std::locale::global(before);
+}
+
+struct AzimuthRow {
+  const char* rule;
+  double azimuth;
+  const char* text;
+};
+
+const AzimuthRow azimuth_rows[] = {
+    {"north is zero", 0.0, "0.0000"},
+    {"four decimals", 100.00004, "100.0000"},
+    {"the last azimuth before north", 399.99994, "399.9999"},
+    {"what rounds to the full circle is north", 399.99996, "0.0000"},
+};
+
+TEST(Layout, Azimuths) {
+  for (const AzimuthRow& row : azimuth_rows) {
+    EXPECT_EQ(azimuth_text(row.azimuth), row.text) << row.rule;
+  }
+}
+
+TEST(Layout, AColumnIsAsWideAsItsWidestCell) {
+  Table table({{"Code", Align::left}, {"Z", Align::right}});
+  table.add({"EJE", "612.000"});
+  table.add(
+      {"SE\xC3\x91"
+       "AL",
+       "7.000"});
+  EXPECT_EQ(table.text(),
+            "Code         Z\n"
+            "-----  -------\n"
+            "EJE    612.000\n"
+            "SE\xC3\x91"
+            "AL    7.000\n");
+}
+
+TEST(Layout, AHeadingWiderThanItsCellsGivesTheWidth) {
+  Table table({{"Number", Align::right}, {"Code", Align::left}});
+  table.add({"1", "A"});
+  EXPECT_EQ(table.text(), "Number  Code\n------  ----\n     1  A\n");
+}
+
+TEST(Layout, LinesHaveNoBlanksAtTheirEnd) {
+  Table table({{"Code", Align::left}, {"Distance", Align::right}});
+  table.add({"EJE", ""});
+  EXPECT_EQ(table.text(), "Code  Distance\n----  --------\nEJE\n");
+}
+
+TEST(Layout, ATableWithoutRowsIsItsHeading) {
+  EXPECT_EQ(Table({{"X", Align::right}}).text(), "X\n-\n");
+}
+
+TEST(Layout, ACellStaysOnItsLine) {
+  Table table({{"Code", Align::left}});
+  table.add({"A\tB\rC"});
+  EXPECT_EQ(table.text(), "Code\n-----\nA B C\n");
+}
+
+}  // namespace
+}  // namespace survey_report

@@ -1,0 +1,227 @@
+#include "survey_report/points.h"
+
+#include <gtest/gtest.h>
+
+#include <locale>
+
+namespace survey_report {
+
+void PrintTo(const SurveyPoint& p, std::ostream* out) {
+  *out << p.number << ' ' << p.x << ' ' << p.y << ' ' << p.z << " [" << p.code << "] line "
+       << p.line;
+}
+
+bool operator==(const SurveyPoint& a, const SurveyPoint& b) {
+  return a.number == b.number && a.x == b.x && a.y == b.y && a.z == b.z && a.code == b.code &&
+         a.line == b.line;
+}
+
+namespace {
+
+using Points = std::vector<SurveyPoint>;
+
+struct GoodRow {
+  const char* rule;
+  std::string_view text;
+  Points points;
+};
+
+const GoodRow good_rows[] = {
+    {"an empty file holds no points", "", {}},
+    {"a point a line",
+     "1,2,3,4,EJE\n5,6,7,8,POZO\n",
+     {{"1", 2, 3, 4, "EJE", 1}, {"5", 6, 7, 8, "POZO", 2}}},
+    {"the last line may have no end", "1,2,3,4,EJE", {{"1", 2, 3, 4, "EJE", 1}}},
+    {"lines may end in CRLF",
+     "1,2,3,4,EJE\r\n5,6,7,8\r\n",
+     {{"1", 2, 3, 4, "EJE", 1}, {"5", 6, 7, 8, "", 2}}},
+    {"a UTF-8 mark is passed over",
+     "\xEF\xBB\xBF"
+     "1,2,3,4,EJE\n",
+     {{"1", 2, 3, 4, "EJE", 1}}},
+    {"a UTF-8 mark before a header",
+     "\xEF\xBB\xBF"
+     "Number,X,Y,Z,Code\n1,2,3,4,EJE\n",
+     {{"1", 2, 3, 4, "EJE", 2}}},
+    {"blank lines are passed over, and counted",
+     "\n1,2,3,4,EJE\n \t\r\n\n5,6,7,8,\n",
+     {{"1", 2, 3, 4, "EJE", 2}, {"5", 6, 7, 8, "", 5}}},
+    {"comments are passed over, and counted",
+     "# a\n1,2,3,4,EJE\n  # b,c\n5,6,7,8,\n",
+     {{"1", 2, 3, 4, "EJE", 2}, {"5", 6, 7, 8, "", 4}}},
+    {"a file of comments holds no points", "# one\n# two\n", {}},
+    {"a header line", "Number,X,Y,Z,Code\n1,2,3,4,EJE\n", {{"1", 2, 3, 4, "EJE", 2}}},
+    {"a header without a code", "P,Este,Norte,Cota\n1,2,3,4\n", {{"1", 2, 3, 4, "", 2}}},
+    {"a header in quotes", "\"P\",\"X\",\"Y\",\"Z\"\n1,2,3,4\n", {{"1", 2, 3, 4, "", 2}}},
+    {"a header with more titles than fields",
+     "P,X,Y,Z,Code,Note\n1,2,3,4\n",
+     {{"1", 2, 3, 4, "", 2}}},
+    {"a header after comments and blank lines",
+     "# a\n\nP,X,Y,Z\n1,2,3,4\n",
+     {{"1", 2, 3, 4, "", 4}}},
+    {"a header alone is no point", "P,X,Y,Z,Code\n", {}},
+    {"blanks around fields are ignored", " 1 ,\t2, 3 ,4 ,  EJE \n", {{"1", 2, 3, 4, "EJE", 1}}},
+    {"the code may be missing", "1,2,3,4\n", {{"1", 2, 3, 4, "", 1}}},
+    {"the code may be empty", "1,2,3,4,\n", {{"1", 2, 3, 4, "", 1}}},
+    {"the code may be blank", "1,2,3,4,  \n", {{"1", 2, 3, 4, "", 1}}},
+    {"a code may hold blanks, / and *",
+     "1,2,3,4,SW/STEP 1.5*1.5\n",
+     {{"1", 2, 3, 4, "SW/STEP 1.5*1.5", 1}}},
+    {"a quote inside a code is a quote",
+     "1,2,3,4,WALL 18\" W\n",
+     {{"1", 2, 3, 4, "WALL 18\" W", 1}}},
+    {"a # inside a code is no comment", "1,2,3,4,# 5\n", {{"1", 2, 3, 4, "# 5", 1}}},
+    {"a code in quotes may hold commas", "1,2,3,4,\"POZO, 60\"\n", {{"1", 2, 3, 4, "POZO, 60", 1}}},
+    {"blanks around a quoted code are ignored, those inside stay",
+     "1,2,3,4, \" A \" \r\n",
+     {{"1", 2, 3, 4, " A ", 1}}},
+    {"a doubled quote is one quote", "1,2,3,4,\"18\"\" W\"\n", {{"1", 2, 3, 4, "18\" W", 1}}},
+    {"a quoted code may be empty", "1,2,3,4,\"\"\n", {{"1", 2, 3, 4, "", 1}}},
+    {"a code may be of any alphabet",
+     "1,2,3,4,SE\xC3\x91"
+     "AL\n",
+     {{"1", 2, 3, 4,
+       "SE\xC3\x91"
+       "AL",
+       1}}},
+    {"a point number is a text", "E-1 bis,2,3,4\n", {{"E-1 bis", 2, 3, 4, "", 1}}},
+    {"a number keeps its noughts", "007,2,3,4\n", {{"007", 2, 3, 4, "", 1}}},
+    {"a number may be used twice",
+     "1,2,3,4\n1,5,6,7\n",
+     {{"1", 2, 3, 4, "", 1}, {"1", 5, 6, 7, "", 2}}},
+    {"signs, exponents and bare points", "1,-2.5,+.5,4.e2\n", {{"1", -2.5, 0.5, 400, "", 1}}},
+};
+
+TEST(Points, WhatIsRead) {
+  for (const GoodRow& row : good_rows) {
+    const PointFile file = read_points(row.text, FieldOrder::x_first);
+    EXPECT_EQ(file.points, row.points) << row.rule;
+    EXPECT_EQ(messages("f", file.bad_lines), "") << row.rule;
+  }
+}
+
+struct BadRow {
+  const char* rule;
+  std::string_view text;
+  const char* messages;
+};
+
+const BadRow bad_rows[] = {
+    {"a bad number", "1,2,3x,4\n", "f:1: Y \"3x\" is not a number\n"},
+    {"a number has no blank inside", "1,2 0,3,4\n", "f:1: X \"2 0\" is not a number\n"},
+    {"a number has one sign", "1,+-2,3,4\n", "f:1: X \"+-2\" is not a number\n"},
+    {"a bare sign is no number", "1,2,3,+\n", "f:1: Z \"+\" is not a number\n"},
+    {"a number is decimal", "1,2,0x10,4\n", "f:1: Y \"0x10\" is not a number\n"},
+    {"an empty coordinate", "1,2,,4\n", "f:1: Y is empty\n"},
+    {"an infinite coordinate", "1,2,3,-inf\n", "f:1: Z \"-inf\" is not finite\n"},
+    {"a coordinate that is no number by name", "1,nan,3,4\n", "f:1: X \"nan\" is not finite\n"},
+    {"a coordinate past every double", "1,1e999,3,4\n", "f:1: X \"1e999\" is out of range\n"},
+    {"a missing field", "1,2,3\n", "f:1: 3 fields, but number, X, Y, Z are needed\n"},
+    {"a line of one field", "hillside\n", "f:1: 1 field, but number, X, Y, Z are needed\n"},
+    {"too many fields", "1,2,3,4,A,B\n",
+     "f:1: 6 fields, but only number, X, Y, Z, code are allowed\n"},
+    {"decimal commas", "1,2,5,3,5,4,5,A\n",
+     "f:1: 8 fields, but only number, X, Y, Z, code are allowed\n"},
+    {"no point number", ",2,3,4\n", "f:1: the point number is empty\n"},
+    {"a quote that is not closed", "1,2,3,4,\"A\n", "f:1: a quoted field has no closing quote\n"},
+    {"text after a quoted code", "1,2,3,4,\"A\" B\n",
+     "f:1: text after the closing quote of \"A\"\n"},
+    {"a file of another alphabet",
+     "1,2,3,4,SE\xD1"
+     "AL\n",
+     "f:1: not UTF-8 text (byte D1 in column 11)\n"},
+    {"a first line with one number is no header", "P,X,3,Z\n", "f:1: X \"X\" is not a number\n"},
+    {"a first line with an infinite number is no header", "P,X,inf,Z\n",
+     "f:1: X \"X\" is not a number\n"},
+    {"a first line with an empty coordinate is no header", "P,,Y,Z\n", "f:1: X is empty\n"},
+    {"a second header", "P,X,Y,Z\nP,X,Y,Z\n", "f:2: X \"X\" is not a number\n"},
+    {"a header after a point", "1,2,3,4\nP,X,Y,Z\n", "f:2: X \"X\" is not a number\n"},
+    {"a header after a bad line", "1,2\nP,X,Y,Z\n",
+     "f:1: 2 fields, but number, X, Y, Z are needed\n"
+     "f:2: X \"X\" is not a number\n"},
+    {"lines are counted from the top of the file", "# a\r\n\r\nP,X,Y,Z\r\n1,2,3,4\r\n1,2,3,b\r\n",
+     "f:5: Z \"b\" is not a number\n"},
+    {"a control character does not reach the screen", "1,2,3,\x1B[2J\n",
+     "f:1: Z \" [2J\" is not a number\n"},
+    {"a long field is cut", "1,2,3,1234567890123456789012345678901234567890x\n",
+     "f:1: Z \"1234567890123456789012345678901234567890...\" is not a number\n"},
+};
+
+TEST(Points, WhatIsRefused) {
+  for (const BadRow& row : bad_rows) {
+    const PointFile file = read_points(row.text, FieldOrder::x_first);
+    EXPECT_EQ(messages("f", file.bad_lines), row.messages) << row.rule;
+  }
+}
+
+TEST(Points, NorthingFirst) {
+  const PointFile file =
+      read_points("P,Y,X,Z\n1,4473000,435000,600,EJE\n", FieldOrder::northing_first);
+  EXPECT_EQ(file.points, (Points{{"1", 435000, 4473000, 600, "EJE", 2}}));
+}
+
+TEST(Points, NorthingFirstNamesTheFieldsInThatOrder) {
+  const PointFile file = read_points("1,a,2,3\n1,2,b,3\n1\n", FieldOrder::northing_first);
+  EXPECT_EQ(messages("f", file.bad_lines),
+            "f:1: Y \"a\" is not a number\n"
+            "f:2: X \"b\" is not a number\n"
+            "f:3: 1 field, but number, Y, X, Z are needed\n");
+}
+
+TEST(Points, AGoodLineAfterABadOneIsRead) {
+  const PointFile file = read_points("1,2\n5,6,7,8\n", FieldOrder::x_first);
+  EXPECT_EQ(file.points, (Points{{"5", 6, 7, 8, "", 2}}));
+}
+
+struct CommaNumbers : std::numpunct<char> {
+  char do_decimal_point() const override { return ','; }
+};
+
+TEST(Points, TheDecimalSignIsAPointWhateverTheLocale) {
+  const std::locale before =
+      std::locale::global(std::locale(std::locale::classic(), new CommaNumbers));
+  const PointFile file = read_points("1,2.5,3,4\n", FieldOrder::x_first);
+  std::locale::global(before);
+  EXPECT_EQ(file.points, (Points{{"1", 2.5, 3, 4, "", 1}}));
+}
+
+struct CountRow {
+  const char* rule;
+  std::size_t bad;
+  std::string last;
+};
+
+const CountRow count_rows[] = {
+    {"twenty bad lines are all shown", 20, "f:20: 1 field, but number, X, Y, Z are needed\n"},
+    {"one more is counted", 21, "f: and 1 more bad line\n"},
+    {"many more are counted", 50, "f: and 30 more bad lines\n"},
+};
+
+TEST(Points, NotMoreThanTwentyBadLinesAreShown) {
+  for (const CountRow& row : count_rows) {
+    std::string text;
+    for (std::size_t i = 0; i < row.bad; ++i) text += "bad\n";
+    const PointFile file = read_points(text, FieldOrder::x_first);
+    EXPECT_TRUE(messages("f", file.bad_lines).ends_with(row.last)) << row.rule;
+  }
+}
+
+TEST(Points, ExtentsOfOnePointAreThePoint) {
+  const Extents box = extents_of({{"1", -2, 3, 4, "", 1}});
+  EXPECT_EQ(box.x.min, -2);
+  EXPECT_EQ(box.x.max, -2);
+  EXPECT_EQ(box.z.max, 4);
+}
+
+TEST(Points, ExtentsReachFromTheSmallestToTheLargest) {
+  const Extents box = extents_of({{"1", 5, -3, 4, "", 1}, {"2", -2, 9, 1, "", 2}});
+  EXPECT_EQ(box.x.min, -2);
+  EXPECT_EQ(box.x.max, 5);
+  EXPECT_EQ(box.y.min, -3);
+  EXPECT_EQ(box.y.max, 9);
+  EXPECT_EQ(box.z.min, 1);
+  EXPECT_EQ(box.z.max, 4);
+}
+
+}  // namespace
+}  // namespace survey_report

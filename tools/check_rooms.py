@@ -1,0 +1,76 @@
+#!/usr/bin/env python3
+"""Checks that the rooms include downwards only.
+
+A room may include itself and the rooms of lower floors, as listed below, and
+the standard library. Everything else is an error with its file and line.
+"""
+import pathlib
+import re
+import sys
+
+ROOT = pathlib.Path(__file__).resolve().parent.parent
+
+FLOORS = [
+    ["frame"],
+    ["platform"],
+    ["angles", "plane", "survey", "terrain", "sorting"],
+    ["repeated"],
+    ["dialogs"],
+    ["arrays"],
+    ["library"],
+    ["c_api"],
+]
+
+# One class may be spread over rooms of a floor: one header, and each room
+# defines the members that are its own.
+SHARED_HEADERS = {
+    "plane": {"angles/cgeo_Algorismos.h"},
+    "repeated": {"sorting/cgeo_Ordena.h"},
+}
+
+SYSTEM_HEADERS = {"langinfo.h", "locale.h", "windows.h"}
+INCLUDE = re.compile(r'^\s*#\s*include\s+(?:"([^"]+)"|<([^>]+)>)')
+
+
+def allowed_rooms(room):
+    """The rooms that `room` may include from."""
+    allowed = {room}
+    for floor in FLOORS:
+        if room in floor:
+            return allowed
+        allowed.update(floor)
+    raise ValueError(room)
+
+
+def faults(path, room):
+    allowed = allowed_rooms(room)
+    for number, line in enumerate(path.read_text(encoding="utf-8").splitlines(), 1):
+        match = INCLUDE.match(line)
+        if not match:
+            continue
+        own, system = match.groups()
+        where = f"{path.relative_to(ROOT)}:{number}"
+        if own is not None:
+            target = own.split("/")[0]
+            if target not in allowed and own not in SHARED_HEADERS.get(room, ()):
+                yield f"{where}: {room}/ may not include {own}"
+        elif "." in system and not (system in SYSTEM_HEADERS and room == "platform"):
+            if system not in {"stddef.h", "stdint.h"}:
+                yield f"{where}: {room}/ may not include <{system}>"
+
+
+def main():
+    found = []
+    files = 0
+    for floor in FLOORS:
+        for room in floor:
+            for path in sorted((ROOT / room).rglob("*")):
+                if path.suffix in {".h", ".hpp", ".cpp"}:
+                    files += 1
+                    found.extend(faults(path, room))
+    print("\n".join(found) if found else f"{files} files include downwards only")
+    return 1 if found or files == 0 else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

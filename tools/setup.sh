@@ -1,0 +1,38 @@
+#!/usr/bin/env bash
+# Installs what building, testing and looking at this project takes on Debian 12.
+set -euo pipefail
+
+packages=(
+  g++ cmake ninja-build python3 locales
+  libgtest-dev
+)
+# For the checks of a developer: formats, lint, sanitizers under both compilers.
+checks=(clang clang-format clang-tidy libclang-rt-14-dev)
+# For the benchmarks.
+bench=(libbenchmark-dev)
+
+case "${1:-build}" in
+  build) ;;
+  checks) packages+=("${checks[@]}") ;;
+  bench) packages+=("${bench[@]}") ;;
+  all) packages+=("${checks[@]}" "${bench[@]}") ;;
+  *) echo "usage: tools/setup.sh [build|checks|bench|all]" >&2; exit 2 ;;
+esac
+
+as_root() {
+  if [ "$(id -u)" -eq 0 ]; then "$@"; else sudo "$@"; fi
+}
+
+missing=()
+for package in "${packages[@]}"; do
+  dpkg-query -W -f '${Status}' "$package" 2>/dev/null | grep -q 'ok installed' || missing+=("$package")
+done
+if [ ${#missing[@]} -ne 0 ]; then
+  as_root apt-get update -q
+  as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y -q --no-install-recommends "${missing[@]}"
+fi
+
+# A locale with a comma as decimal sign, for the tests.
+if ! locale -a 2>/dev/null | grep -qi '^es_ES\.utf-\?8$'; then
+  as_root localedef -i es_ES -f UTF-8 es_ES.UTF-8
+fi
