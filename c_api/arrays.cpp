@@ -74,8 +74,9 @@ Text text_from(const uint16_t* units, size_t count) {
 }
 
 void show(const Text& text, const uint16_t** units, size_t* count) {
-  *needed(count) = text.size();
+  needed(count);
   *needed(units) = reinterpret_cast<const uint16_t*>(text.data());
+  *count = text.size();
 }
 
 }  // namespace
@@ -138,12 +139,13 @@ int32_t orv2_array_data(orv2_handle array, void** data) {
     ArrayItem& item = array_item(array);
     needed(data);
     if (item.type == Type::string_array) raise(failure::invalid_call);
-    with_array(item, [&](auto& typed) { *data = typed.data(); });
+    with_array(item, [&](auto& typed) { *data = typed.count() != 0 ? typed.data() : nullptr; });
   });
 }
 
 int32_t orv2_array_resize(orv2_handle array, int32_t lower, int32_t upper, int16_t keep) {
   return guarded([&] {
+    const Pin during_the_call(array);  // the host's callback may release it
     with_array(array_item(array), [&](auto& typed) {
       keep != 0 ? typed.size_keeping(lower, upper) : typed.size(lower, upper);
     });

@@ -57,8 +57,9 @@ int32_t orv2_last_failure(orv2_failure* failure) {
 int32_t orv2_failure_at(size_t index, int32_t* number, const char** description) {
   return guarded([&] {
     if (index >= std::size(catalogue)) raise(failure::subscript_out_of_range);
-    *needed(number) = catalogue[index].number;
+    needed(number);
     *needed(description) = catalogue[index].description;
+    *number = catalogue[index].number;
   });
 }
 

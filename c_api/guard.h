@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <new>
+#include <stdexcept>
 #include <utility>
 
 #include "frame/run_failure.h"
@@ -22,6 +23,8 @@ std::int32_t guarded(Body&& body) noexcept {
   } catch (const RunFailure& failure) {
     return remembered(failure);
   } catch (const std::bad_alloc&) {
+    return remembered(RunFailure(failure::out_of_memory));
+  } catch (const std::length_error&) {
     return remembered(RunFailure(failure::out_of_memory));
   } catch (const std::exception& other) {
     return remembered(RunFailure(failure::host_object_failed, other.what(), ""));

@@ -15,9 +15,10 @@ namespace {
 // never given back to the system, so that looking at one is always safe; only
 // the thread that took a slot touches more than its atomic fields.
 struct Slot {
-  std::atomic<std::uint32_t> generation{1};
+  // The generation, and below it the references of other threads, not yet
+  // counted: together, so that no reference goes to a later item by mistake.
+  std::atomic<std::uint64_t> state{std::uint64_t{1} << 32U};
   std::atomic<const void*> thread{nullptr};
-  std::atomic<std::int32_t> from_elsewhere{0};  // references of other threads, not yet counted
   std::uint32_t index = 0;
   std::uint32_t references = 0;
   std::uint32_t pins = 0;
@@ -26,6 +27,27 @@ struct Slot {
   Slot* next = nullptr;  // in a list of free slots, or among its thread's
   Slot* previous = nullptr;
 };
+
+constexpr std::uint64_t generation_bits = 0xffffffff00000000U;
+
+constexpr std::uint32_t generation_in(std::uint64_t state) {
+  return static_cast<std::uint32_t>(state >> 32U);
+}
+constexpr std::uint32_t references_in(std::uint64_t state) {
+  return static_cast<std::uint32_t>(state & ~generation_bits);
+}
+constexpr std::uint64_t state_of(std::uint32_t generation, std::uint32_t references) {
+  return std::uint64_t{generation} << 32U | references;
+}
+
+std::uint32_t generation_of(const Slot& slot) noexcept {
+  return generation_in(slot.state.load(std::memory_order_relaxed));
+}
+
+// The references of other threads since the last time.
+std::uint32_t taken_references(Slot& slot) noexcept {
+  return references_in(slot.state.fetch_and(generation_bits, std::memory_order_acq_rel));
+}
 
 constexpr std::uint32_t slots_a_chunk = 1024;
 constexpr std::uint32_t chunk_count = 4096;
@@ -92,7 +114,7 @@ class ThreadSlots {
   // The last reference is gone: the handle is stale at once, the item ends now
   // or when nothing pins it any more.
   void end(Slot& slot) noexcept {
-    if (!slot.ended) slot.generation.fetch_add(1, std::memory_order_relaxed);
+    if (!slot.ended) slot.state.store(state_of(generation_of(slot) + 1, 0));
     slot.ended = true;
     if (slot.pins != 0) return;
     unlink(slot);
@@ -100,7 +122,7 @@ class ThreadSlots {
     Item* const item = std::exchange(slot.item, nullptr);
     slot.thread.store(nullptr, std::memory_order_relaxed);
     slot.ended = false;
-    slot.next = std::exchange(free_, &slot);
+    if (!is_worn_out(slot)) slot.next = std::exchange(free_, &slot);
     delete item;
   }
 
@@ -110,8 +132,7 @@ class ThreadSlots {
     if (std::exchange(settled_, now) == now) return;
     for (Slot* slot = used_; slot != nullptr;) {
       Slot* const following = slot->next;
-      const std::int32_t change = slot->from_elsewhere.exchange(0, std::memory_order_acq_rel);
-      slot->references += static_cast<std::uint32_t>(change);
+      slot->references += taken_references(*slot);
       const bool over = static_cast<std::int32_t>(slot->references) <= 0 && !slot->ended;
       if (over) end(*slot);
       slot = over ? used_ : following;  // ending one may have ended others
@@ -124,6 +145,11 @@ class ThreadSlots {
     if (slot.next != nullptr) slot.next->previous = slot.previous;
     if (used_ == &slot) used_ = slot.next;
     slot.next = slot.previous = nullptr;
+  }
+
+  static bool is_worn_out(const Slot& slot) noexcept {
+    const std::uint32_t next = generation_of(slot);
+    return next == 0 || next > last_generation;
   }
 
   static void leave(Slot& slot) noexcept {
@@ -152,8 +178,7 @@ constexpr std::uint32_t generation_of(orv2_handle handle) {
 // The slot of a handle in force, on whatever thread.
 Slot& live_slot(orv2_handle handle) {
   Slot* const slot = slot_at(index_of(handle));
-  const bool live = slot != nullptr &&
-                    slot->generation.load(std::memory_order_relaxed) == generation_of(handle) &&
+  const bool live = slot != nullptr && generation_of(*slot) == generation_of(handle) &&
                     slot->thread.load(std::memory_order_relaxed) != nullptr;
   if (!live) [[unlikely]]
     raise(failure::invalid_call);
@@ -162,6 +187,18 @@ Slot& live_slot(orv2_handle handle) {
 
 bool is_mine(const Slot& slot) noexcept {
   return slot.thread.load(std::memory_order_relaxed) == this_thread_mark();
+}
+
+// Counts a reference of this thread to another's item. Failure 5 when the item
+// has ended meanwhile.
+void count_elsewhere(Slot& slot, orv2_handle handle, std::int32_t change) {
+  std::uint64_t state = slot.state.load(std::memory_order_relaxed);
+  std::uint64_t next = 0;
+  do {
+    if (generation_in(state) != generation_of(handle)) raise(failure::invalid_call);
+    next =
+        state_of(generation_in(state), references_in(state) + static_cast<std::uint32_t>(change));
+  } while (!slot.state.compare_exchange_weak(state, next));
 }
 
 Slot& my_slot(orv2_handle handle) {
@@ -181,9 +218,8 @@ orv2_handle handle_for(std::unique_ptr<Item> item) {
   Slot& slot = mine.take();
   slot.item = item.release();
   slot.references = 1;
-  slot.from_elsewhere.store(0, std::memory_order_relaxed);
   slot.thread.store(this_thread_mark(), std::memory_order_relaxed);
-  return orv2_handle{slot.generation.load(std::memory_order_relaxed)} << 32U | slot.index;
+  return orv2_handle{generation_of(slot)} << 32U | slot.index;
 }
 
 Item& item_of(orv2_handle handle, Kind kind) {
@@ -198,18 +234,18 @@ void add_reference(orv2_handle handle) {
   if (is_mine(slot)) {
     ++slot.references;
   } else {
-    slot.from_elsewhere.fetch_add(1, std::memory_order_acq_rel);
+    count_elsewhere(slot, handle, 1);
   }
 }
 
 void drop_reference(orv2_handle handle) {
   Slot& slot = live_slot(handle);
   if (!is_mine(slot)) {
-    slot.from_elsewhere.fetch_sub(1, std::memory_order_acq_rel);
+    count_elsewhere(slot, handle, -1);
     foreign_releases.fetch_add(1, std::memory_order_release);
     return;
   }
-  slot.references += static_cast<std::uint32_t>(slot.from_elsewhere.exchange(0));
+  slot.references += taken_references(slot);
   if (static_cast<std::int32_t>(--slot.references) <= 0) this_thread().end(slot);
 }
 

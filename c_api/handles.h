@@ -52,6 +52,10 @@ struct TextItem final : Item {
   Text text;
 };
 
+/// The last generation of a slot: afterwards nothing is put in it again, so
+/// that no handle ever comes back. Tests set it low.
+inline std::uint32_t last_generation = 0xffffffffU;
+
 /// A new handle with one reference, of this thread. Failure 7.
 orv2_handle handle_for(std::unique_ptr<Item> item);
 

@@ -30,6 +30,9 @@ class HostObject final : public LateBound {
   HostObject(const orv2_host_object& callbacks, void* context) noexcept
       : callbacks_(callbacks), context_(context) {}
 
+  /// From now on the host waits for its `release`.
+  void hand_over() noexcept { handed_over_ = true; }
+
   Variant call(std::string_view name, std::span<const Argument> arguments) override {
     if (callbacks_.call == nullptr) raise(failure::no_such_member);
     const ObjectRef during_the_call(this);
@@ -59,11 +62,13 @@ class HostObject final : public LateBound {
 
  private:
   ~HostObject() override {
-    if (callbacks_.release != nullptr && !thread_is_ending()) callbacks_.release(context_);
+    const bool awaited = handed_over_ && callbacks_.release != nullptr;
+    if (awaited && !thread_is_ending()) callbacks_.release(context_);
   }
 
   orv2_host_object callbacks_;
   void* context_;
+  bool handed_over_ = false;
 };
 
 class HostUserInterface final : public UserInterface {
@@ -118,8 +123,10 @@ int32_t orv2_host_object_new(const orv2_host_object* callbacks, void* context,
   return guarded([&] {
     needed(object);
     if (needed(callbacks)->size != sizeof(orv2_host_object)) raise(failure::invalid_call);
-    const ObjectRef host(new HostObject(*callbacks, context));
-    *object = handle_for(std::make_unique<ObjectItem>(host));
+    auto* const host = new HostObject(*callbacks, context);
+    const ObjectRef kept(host);
+    *object = handle_for(std::make_unique<ObjectItem>(kept));
+    host->hand_over();
   });
 }
 

@@ -53,13 +53,16 @@ std::uint32_t ArrayBase::counted(std::int64_t lower, std::int64_t upper) {
 void ArrayBase::size(const Element& element, std::int64_t lower, std::int64_t upper, bool keep) {
   if (locked()) raise(failure::array_locked);
   if (keep && allocated_ && dimensions_ != 1) raise(failure::subscript_out_of_range);
-  // Assigning an empty array is the one way to a size of nothing.
-  const std::uint32_t count = owner_ != nullptr && upper == lower - 1 ? 0 : counted(lower, upper);
+  const std::uint32_t count = counted(lower, upper);
   const auto first = static_cast<std::int32_t>(lower);
-  if (owner_ != nullptr) return describe(owner_->resize(first, count, keep), first, count, 1);
+  if (owner_ != nullptr) return size_at_owner(first, count, keep);
   void* const elements = resized_copy(element, first, count, keep && allocated_);
   discard(element);
   describe(elements, first, count, 1);
+}
+
+void ArrayBase::size_at_owner(std::int32_t lower, std::uint32_t count, bool keep) {
+  describe(owner_->resize(lower, count, keep), lower, count, 1);
 }
 
 // New storage; surviving elements have moved into it and left zeros behind.

@@ -78,6 +78,7 @@ class ORV2_PUBLIC ArrayBase {
   ~ArrayBase() = default;
 
   void size(const Element& element, std::int64_t lower, std::int64_t upper, bool keep);
+  void size_at_owner(std::int32_t lower, std::uint32_t count, bool keep);
   void allocate(const Element& element, std::int32_t lower, std::uint32_t count,
                 std::uint16_t dimensions);
   void discard(const Element& element) noexcept;
@@ -182,7 +183,7 @@ class GeoArray : public ArrayBase {
     } else if (!other.allocated()) {
       release();
     } else {
-      ArrayBase::size(element, other.lower_, std::int64_t{other.lower_} + other.count_ - 1, false);
+      size_at_owner(other.lower_, other.count_, false);  // a size of nothing included
       std::swap_ranges(data(), data() + count_, other.data());
     }
   }
