@@ -64,7 +64,7 @@ void with_array(ArrayItem& item, Work&& work) {
 
 StringArray& string_array(orv2_handle handle) {
   ArrayItem& item = array_item(handle);
-  if (item.type != Type::string_array) raise(failure::type_mismatch);
+  if (item.type != Type::string_array) raise(failure::invalid_call);
   return array_of<StringArray>(item);
 }
 

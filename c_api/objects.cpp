@@ -153,7 +153,7 @@ int32_t orv2_find_member(orv2_handle object, const char* name, int32_t kind, siz
     needed(position);
     if (kind < ORV2_METHOD || kind > ORV2_ANY) raise(failure::invalid_call);
     const auto found = find_member(mine, needed(name), static_cast<Wanted>(kind));
-    if (!found) raise(failure::no_such_member);
+    if (!found) throw RunFailure::signed_by(failure::no_such_member, mine.registered_name);
     *position = *found;
   });
 }

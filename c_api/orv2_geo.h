@@ -10,7 +10,8 @@
  * thread, unless said otherwise.
  *
  * A handle belongs to the thread that made it: a call from another thread is
- * refused with 5 before anything runs. Releasing is allowed everywhere.
+ * refused with 5 before anything runs. Releasing is allowed everywhere; what
+ * another thread released ends when the owner next makes a handle.
  */
 #ifndef ORV2_GEO_H
 #define ORV2_GEO_H
@@ -63,7 +64,8 @@ typedef uint64_t orv2_handle;
  *   ORV2_TEXT                  handle: a text variable's present content
  *   ORV2_TEXT | ORV2_BYREF     handle: that text variable itself
  *   ORV2_OBJECT                handle: an object, or 0 for none
- *   ORV2_OBJECT | ORV2_BYREF   pointer: the host's variable that holds a handle
+ *   ORV2_OBJECT | ORV2_BYREF   pointer: the host's variable that holds a handle;
+ *                              it is read, never written
  *   ORV2_..._ARRAY | BYREF     handle: the array (without ORV2_BYREF the same)
  * The same variable or handle given twice is one variable. */
 typedef struct orv2_value {
@@ -234,7 +236,8 @@ ORV2_CALL int32_t orv2_text_get(orv2_handle text, const uint16_t** units, size_t
  * the library's: a by-reference one points at the library's variable, which the
  * callback may write. A callback answers with 0, or with a failure's number
  * after naming it with orv2_set_failure (without it the number alone travels).
- * `release` is called once, when the library no longer needs the object. */
+ * `release` is called once, when the library no longer needs the object, and not
+ * at all for an object still held when its thread ends. */
 typedef struct orv2_host_object {
   size_t size; /* sizeof(orv2_host_object) */
   int32_t (*set_property)(void* context, const char* name, const orv2_value* value);

@@ -1,5 +1,6 @@
 #include "c_api/values.h"
 
+#include <algorithm>
 #include <bit>
 #include <type_traits>
 #include <variant>
@@ -9,7 +10,7 @@
 namespace orv2_geo::c_api {
 
 Translated::Translated(const orv2_value* values, std::size_t count) : count_(count) {
-  for (std::size_t i = 0; i < count; ++i) arguments_[i] = translated(values[i]);
+  for (; at_ < count; ++at_) arguments_[at_] = translated(values[at_]);
 }
 
 Argument Translated::translated(const orv2_value& value) {
@@ -25,8 +26,8 @@ Argument Translated::translated(const orv2_value& value) {
 
 Argument Translated::text_argument(const orv2_value& value) {
   if (value.tag == ORV2_UTF8) {
-    texts_.push_back(Text::from_utf8(needed(value.as.utf8)));
-    return Argument::of_value(texts_.back());
+    texts_[at_] = Text::from_utf8(needed(value.as.utf8));
+    return Argument::of_value(texts_[at_]);
   }
   Text& text = text_of(value.as.handle);
   pin(value.as.handle);
@@ -52,17 +53,17 @@ Argument Translated::array_argument(const orv2_value& value) {
 
 Argument Translated::object_argument(const orv2_value& value) {
   if (!is_by_reference(value.tag)) {
-    objects_.push_back(object_of(value.as.handle));
-    return Argument::of_value(objects_.back());
+    objects_[at_] = object_of(value.as.handle);
+    return Argument::of_value(objects_[at_]);
   }
-  auto* const host_variable = static_cast<orv2_handle*>(needed(value.as.pointer));
+  const auto* const host_variable = static_cast<const orv2_handle*>(needed(value.as.pointer));
   // One host variable is one variable of the call.
-  for (const auto& [known, variable] : object_variables_) {
-    if (known == host_variable) return Argument::of(*variable);
-  }
-  objects_.push_back(object_of(*host_variable));
-  object_variables_.emplace_back(host_variable, &objects_.back());
-  return Argument::of(objects_.back());
+  const auto known =
+      std::find(object_variables_.begin(), object_variables_.begin() + at_, host_variable);
+  const auto place = static_cast<std::size_t>(known - object_variables_.begin());
+  if (place == at_) objects_[at_] = object_of(*host_variable);
+  object_variables_[at_] = host_variable;
+  return Argument::of(objects_[place]);
 }
 
 orv2_value value_of(const Variant& variant) {

@@ -58,14 +58,16 @@ class Translated {
   Argument text_argument(const orv2_value& value);
   Argument array_argument(const orv2_value& value);
   Argument object_argument(const orv2_value& value);
-  void pin(orv2_handle handle) { pins_.emplace_back(handle); }
+  void pin(orv2_handle handle) { pins_[at_].emplace(handle); }
 
+  // One place an argument for whatever it needs to live through the call.
   std::array<Argument, most_arguments> arguments_;
+  std::array<std::optional<Pin>, most_arguments> pins_;
+  std::array<Text, most_arguments> texts_;
+  std::array<ObjectRef, most_arguments> objects_;
+  std::array<const orv2_handle*, most_arguments> object_variables_{};
   std::size_t count_;
-  std::deque<Pin> pins_;
-  std::deque<Text> texts_;
-  std::deque<ObjectRef> objects_;
-  std::deque<std::pair<orv2_handle*, ObjectRef*>> object_variables_;
+  std::size_t at_ = 0;  // the argument being translated
 };
 
 /// A scalar answer, by value. Failure 13 for anything else.

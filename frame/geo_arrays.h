@@ -114,12 +114,12 @@ class GeoArray : public ArrayBase {
   /// is below `lower`; 7 when there is no memory.
   GeoArray(std::int32_t lower, std::int32_t upper) { size(lower, upper); }
 
-  /// A whole copy, bounds included; the copy owns its storage. Failure 7.
+  /// A whole copy, bounds included; the copy owns its storage. There is no move:
+  /// an array may be a host's, or locked, and stays where it is. Failure 7.
   GeoArray(const GeoArray& other) { copy(other); }
-  GeoArray(GeoArray&& other) noexcept { take(other); }
   ~GeoArray() { discard(element); }
 
-  /// Takes over `other`, a whole copy or one that moved in, bounds included.
+  /// Becomes a whole copy of `other`, bounds included.
   /// Foreign storage stays the owner's and gets the content.
   /// Failures: 10 when locked; the owner's; this array is then as it was.
   GeoArray& operator=(GeoArray other) {

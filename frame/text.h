@@ -58,6 +58,6 @@ class ORV2_PUBLIC Text {
 static_assert(sizeof(Text) == sizeof(void*), "an array of texts is an array of handles");
 
 /// Two texts as one. Failure 7 where there is no memory.
-Text joined(std::u16string_view first, std::u16string_view second);
+ORV2_PUBLIC Text joined(std::u16string_view first, std::u16string_view second);
 
 }  // namespace orv2_geo

@@ -121,7 +121,12 @@ void Form::on_click(std::string_view name, std::function<void()> routine) {
 
 void Form::show_modal() {
   open_ = true;
-  user_interface().show_modal(*this);
+  try {
+    user_interface().show_modal(*this);
+  } catch (...) {
+    open_ = false;
+    throw;
+  }
   if (open_) cancel();
 }
 

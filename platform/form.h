@@ -56,7 +56,7 @@ struct ControlDesign {
 class Form;
 
 /// The cells of a grid control.
-struct Grid {
+struct ORV2_PUBLIC Grid {
   Text format_string;
   std::int32_t rows = 0;
   std::int32_t cols = 0;

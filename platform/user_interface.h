@@ -29,7 +29,7 @@ class ORV2_PUBLIC UserInterface {
 };
 
 /// The interface in force on this thread.
-UserInterface& user_interface();
+ORV2_PUBLIC UserInterface& user_interface();
 
 /// Installs `driver` on this thread, or the system's own when it is null.
 /// `driver` must live until another one is installed. Answers with the driver
