@@ -112,9 +112,9 @@ static void a_member_is_found_by_name_and_kind(void) {
   CHECK(position_of(object, "Pi") == read);
   CHECK(orv2_find_member(object, "F_logN", ORV2_METHOD, &method) == 0);
   CHECK(position_of(object, "F_LogN") == method);
-  FAILS(orv2_find_member(object, "Pi", ORV2_METHOD, &method), 438, "");
-  FAILS(orv2_find_member(object, "F_LogN", ORV2_PROPERTY_WRITE, &method), 438, "");
-  FAILS(orv2_find_member(object, "F_LogM", ORV2_ANY, &method), 438, "");
+  FAILS(orv2_find_member(object, "Pi", ORV2_METHOD, &method), 438, func_deriv_name);
+  FAILS(orv2_find_member(object, "F_LogN", ORV2_PROPERTY_WRITE, &method), 438, func_deriv_name);
+  FAILS(orv2_find_member(object, "F_LogM", ORV2_ANY, &method), 438, func_deriv_name);
   orv2_release(object);
 }
 
