@@ -16,9 +16,8 @@ void call_direct(benchmark::State& state) {
   Variables a;
   for (auto _ : state) {
     benchmark::DoNotOptimize(a);
-    benchmark::DoNotOptimize(algorithms.Intersec_XY_2lineas(a.v[0], a.v[1], a.v[2], a.v[3], a.v[4],
-                                                            a.v[5], a.v[6], a.v[7], a.v[8],
-                                                            a.v[9]));
+    benchmark::DoNotOptimize(algorithms.Intersec_XY_2lineas(
+        a.v[0], a.v[1], a.v[2], a.v[3], a.v[4], a.v[5], a.v[6], a.v[7], a.v[8], a.v[9]));
   }
 }
 

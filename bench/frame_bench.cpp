@@ -77,29 +77,12 @@ void reverse_plain(benchmark::State& state) {
   }
 }
 
-void rotate_checked(benchmark::State& state) {
-  orv2_geo::DoubleArray array = values();
-  for (auto _ : state) {
-    bench::rotate_checked(array);
-    benchmark::ClobberMemory();
-  }
-}
-void rotate_plain(benchmark::State& state) {
-  orv2_geo::DoubleArray array = values();
-  for (auto _ : state) {
-    bench::rotate_plain(array.data(), 1, 10000);
-    benchmark::ClobberMemory();
-  }
-}
-
 BENCHMARK(meeting_checked);
 BENCHMARK(meeting_plain);
 BENCHMARK(bearing_checked);
 BENCHMARK(bearing_plain);
 BENCHMARK(extremes_checked);
 BENCHMARK(extremes_plain);
-BENCHMARK(rotate_checked);
-BENCHMARK(rotate_plain);
 BENCHMARK(reverse_checked);
 BENCHMARK(reverse_plain);
 

@@ -72,15 +72,6 @@ Point extremes_plain(const double* elements, int lower, int upper) {
   return {low, high};
 }
 
-void rotate_checked(orv2_geo::DoubleArray& array) {
-  const std::int32_t upper = array.upper();
-  for (std::int32_t i = array.lower(); i < upper; ++i) std::swap(array(i), array(i + 1));
-}
-
-void rotate_plain(double* elements, int lower, int upper) {
-  for (int i = lower; i < upper; ++i) std::swap(elements[i - lower], elements[i - lower + 1]);
-}
-
 void reverse_checked(orv2_geo::DoubleArray& array) {
   const std::int32_t lower = array.lower();
   const std::int32_t upper = array.upper();

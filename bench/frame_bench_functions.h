@@ -23,11 +23,6 @@ Point bearing_plain(const double (&c)[8]);
 Point extremes_checked(const orv2_geo::DoubleArray& array);
 Point extremes_plain(const double* elements, int lower, int upper);
 
-// Moves the first element to the end by exchanges of neighbours, as the library's
-// exchange sorts go through an array.
-void rotate_checked(orv2_geo::DoubleArray& array);
-void rotate_plain(double* elements, int lower, int upper);
-
 // Turns an array round, exchanging elements.
 void reverse_checked(orv2_geo::DoubleArray& array);
 void reverse_plain(double* elements, int lower, int upper);

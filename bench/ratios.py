@@ -18,6 +18,8 @@ TARGETS = pathlib.Path(__file__).with_name("targets.csv")
 def medians(paths):
     times = {}
     for path in paths:
+        if pathlib.Path(path).stat().st_size == 0:
+            continue  # no benchmark of that program matched the filter
         with open(path, encoding="utf-8") as file:
             for run in json.load(file)["benchmarks"]:
                 if run.get("run_type") == "iteration" and "error_occurred" not in run:

@@ -128,7 +128,7 @@ class GeoArray : public ArrayBase {
   }
 
   T& operator()(std::int32_t index) {
-    const std::uint32_t place = offset(index);
+    const std::uint64_t place = offset(index);
     if (place >= legal_) [[unlikely]]
       raise(failure::subscript_out_of_range);
     return data()[place];
@@ -171,8 +171,10 @@ class GeoArray : public ArrayBase {
   static constexpr Element element{
       sizeof(T), std::is_trivially_destructible_v<T> ? nullptr : &GeoArray::end_elements};
 
-  std::uint32_t offset(std::int32_t index) const noexcept {
-    return static_cast<std::uint32_t>(index) - static_cast<std::uint32_t>(lower_);
+  // Wide enough never to wrap: a loop's index and its place stay in step for the
+  // compiler, and below the lower bound is beyond every count.
+  std::uint64_t offset(std::int32_t index) const noexcept {
+    return static_cast<std::uint64_t>(std::int64_t{index} - lower_);
   }
 
   void replace(GeoArray& other) {
