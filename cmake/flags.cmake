@@ -7,6 +7,8 @@ target_compile_options(orv2_flags INTERFACE
   -ffp-contract=off
   # Nobody reads errno after a square root.
   -fno-math-errno
+  # A member's calls of its own class stay inside the library.
+  -fno-semantic-interposition
   # Numbers packed in pairs and torn apart again cost more than they save.
   -fno-tree-slp-vectorize)
 if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(i.86|x86)$" OR CMAKE_SIZEOF_VOID_P EQUAL 4)

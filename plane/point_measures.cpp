@@ -28,8 +28,8 @@ struct Segment {
 };
 
 Checked distance(PlanePoint p, PlanePoint q) {
-  const Checked ex = p.x - q.x;
-  const Checked ey = p.y - q.y;
+  const auto ex = p.x - q.x;
+  const auto ey = p.y - q.y;
   return sqrt(ey * ey + ex * ex);
 }
 
