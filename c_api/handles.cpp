@@ -18,7 +18,8 @@ struct Slot {
   // The generation, and below it the references of other threads, not yet
   // counted: together, so that no reference goes to a later item by mistake.
   std::atomic<std::uint64_t> state{std::uint64_t{1} << 32U};
-  std::atomic<const void*> thread{nullptr};
+  std::atomic<std::uint64_t> thread{0};      // its thread's mark, 0 when free
+  std::atomic<const char*> source{nullptr};  // the class of a library object
   std::uint32_t index = 0;
   std::uint32_t references = 0;
   std::uint32_t pins = 0;
@@ -120,7 +121,7 @@ class ThreadSlots {
     unlink(slot);
     // Ending an item may call the host, and the host the library again.
     Item* const item = std::exchange(slot.item, nullptr);
-    slot.thread.store(nullptr, std::memory_order_relaxed);
+    slot.thread.store(0, std::memory_order_relaxed);
     slot.ended = false;
     if (!is_worn_out(slot)) slot.next = std::exchange(free_, &slot);
     delete item;
@@ -179,7 +180,7 @@ constexpr std::uint32_t generation_of(orv2_handle handle) {
 Slot& live_slot(orv2_handle handle) {
   Slot* const slot = slot_at(index_of(handle));
   const bool live = slot != nullptr && generation_of(*slot) == generation_of(handle) &&
-                    slot->thread.load(std::memory_order_relaxed) != nullptr;
+                    slot->thread.load(std::memory_order_relaxed) != 0;
   if (!live) [[unlikely]]
     raise(failure::invalid_call);
   return *slot;
@@ -204,7 +205,7 @@ void count_elsewhere(Slot& slot, orv2_handle handle, std::int32_t change) {
 Slot& my_slot(orv2_handle handle) {
   Slot& slot = live_slot(handle);
   if (!is_mine(slot)) [[unlikely]]
-    raise(failure::invalid_call);
+    throw RunFailure::signed_by(failure::invalid_call, slot.source);
   return slot;
 }
 
@@ -216,6 +217,7 @@ orv2_handle handle_for(std::unique_ptr<Item> item) {
   ThreadSlots& mine = this_thread();
   mine.settle();
   Slot& slot = mine.take();
+  slot.source.store(item->source(), std::memory_order_relaxed);
   slot.item = item.release();
   slot.references = 1;
   slot.thread.store(this_thread_mark(), std::memory_order_relaxed);

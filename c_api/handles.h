@@ -20,6 +20,9 @@ class Item {
   Item& operator=(const Item&) = delete;
   virtual ~Item() = default;
 
+  /// What signs a failure of a call that never reached the item.
+  virtual const char* source() const noexcept { return nullptr; }
+
   const Kind kind;
 };
 
@@ -27,6 +30,9 @@ class Item {
 struct ObjectItem final : Item {
   explicit ObjectItem(ObjectRef any, Object* of_library = nullptr) noexcept
       : Item(Kind::object), object(std::move(any)), own(of_library) {}
+  const char* source() const noexcept override {
+    return own != nullptr ? own->description().registered_name : nullptr;
+  }
   const ObjectRef object;
   Object* const own;  // null for a host's object
 };

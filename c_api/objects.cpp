@@ -76,11 +76,12 @@ void pass_on(Object& object, size_t position, const orv2_value* arguments, size_
   call_scalar(object, position, translated.arguments(), result, false);
 }
 
-void call_object(Object& object, size_t position, const orv2_value* arguments, size_t count,
-                 orv2_value* result) {
-  const char* const source = object.description().registered_name;
+// Runs one call of the object; whatever fails in it is signed with its class.
+template <class Work>
+void signed_call(Object& object, Work&& work) {
+  const char* const source = object.description().registered_name;  // may outlive the object
   try {
-    pass_on(object, position, arguments, count, result);
+    work();
   } catch (...) {
     leave_signed(source);
   }
@@ -161,7 +162,8 @@ int32_t orv2_find_member(orv2_handle object, const char* name, int32_t kind, siz
 int32_t orv2_call(orv2_handle object, size_t position, const orv2_value* arguments, size_t count,
                   orv2_value* result) {
   return guarded([&] {
-    call_object(library_object(object_item(object)), position, arguments, count, result);
+    Object& called = library_object(object_item(object));
+    signed_call(called, [&] { pass_on(called, position, arguments, count, result); });
   });
 }
 
@@ -169,6 +171,8 @@ int32_t orv2_call_name(orv2_handle object, const char* name, const orv2_value* a
                        size_t count, orv2_value* result) {
   return guarded([&] {
     Object& called = library_object(object_item(object));
-    call_object(called, called.position_of(needed(name), count), arguments, count, result);
+    signed_call(called, [&] {
+      pass_on(called, called.position_of(needed(name), count), arguments, count, result);
+    });
   });
 }

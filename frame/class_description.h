@@ -14,6 +14,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <new>
 #include <span>
 #include <string_view>
 #include <tuple>
@@ -346,7 +347,12 @@ constexpr MemberDescription property_write(std::string_view name) {
 template <class C>
 constexpr ClassDescription describe_class(std::string_view name, const char* registered_name,
                                           std::span<const MemberDescription> members) {
-  return {name, registered_name, members, [] { return static_cast<void*>(new C()); },
+  return {name, registered_name, members,
+          [] {
+            C* const instance = new (std::nothrow) C();
+            if (instance == nullptr) raise(failure::out_of_memory);
+            return static_cast<void*>(instance);
+          },
           [](void* object) noexcept { delete static_cast<C*>(object); }};
 }
 

@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <exception>
 #include <memory>
+#include <new>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 
@@ -85,6 +87,18 @@ class ORV2_PUBLIC RunFailure : public std::exception {
 
 /// Throws the failure `number` of the catalogue.
 [[noreturn]] ORV2_PUBLIC void raise(std::int32_t number);
+
+/// Runs `work`; memory that the standard library is refused in it is failure 7.
+template <class Work>
+auto with_memory(Work&& work) -> decltype(work()) {
+  try {
+    return work();
+  } catch (const std::bad_alloc&) {
+    raise(failure::out_of_memory);
+  } catch (const std::length_error&) {
+    raise(failure::out_of_memory);
+  }
+}
 
 /// Call inside a catch (...): throws on what is in flight as a RunFailure
 /// signed with `source`, whatever it was. A refused allocation becomes 7 and

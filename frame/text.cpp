@@ -74,7 +74,9 @@ Text::Text(std::u16string_view units) : units_(make_units(units.size())) {
   if (units_ != nullptr) std::memcpy(units_, units.data(), units.size() * sizeof(char16_t));
 }
 
-Text Text::from_utf8(std::string_view utf8) {
+namespace {
+
+std::u16string units_of(std::string_view utf8) {
   std::u16string units;
   units.reserve(utf8.size());
   while (!utf8.empty()) {
@@ -86,12 +88,11 @@ Text Text::from_utf8(std::string_view utf8) {
       units.push_back(static_cast<char16_t>(0xdc00 + (point & 0x3ffU)));
     }
   }
-  return Text(units);
+  return units;
 }
 
-std::string Text::to_utf8() const {
+std::string utf8_of(std::u16string_view units) {
   std::string utf8;
-  const std::u16string_view units = view();
   for (std::size_t i = 0; i < units.size(); ++i) {
     char32_t point = units[i];
     const bool paired =
@@ -103,6 +104,16 @@ std::string Text::to_utf8() const {
     append_utf8(utf8, point);
   }
   return utf8;
+}
+
+}  // namespace
+
+Text Text::from_utf8(std::string_view utf8) {
+  return with_memory([&] { return Text(units_of(utf8)); });
+}
+
+std::string Text::to_utf8() const {
+  return with_memory([&] { return utf8_of(view()); });
 }
 
 std::size_t Text::size() const noexcept {
@@ -119,9 +130,7 @@ void Text::clear() noexcept {
 }
 
 Text joined(std::u16string_view first, std::u16string_view second) {
-  std::u16string both(first);
-  both += second;
-  return Text(both);
+  return with_memory([&] { return Text(std::u16string(first).append(second)); });
 }
 
 }  // namespace orv2_geo

@@ -1,5 +1,6 @@
 #include "library/object.h"
 
+#include <atomic>
 #include <type_traits>
 #include <variant>
 
@@ -41,7 +42,12 @@ Argument argument_of(const Variant& value) {
 
 }  // namespace
 
-constinit thread_local char thread_mark = 0;
+constinit thread_local std::uint64_t thread_mark = 0;
+
+std::uint64_t mark_this_thread() noexcept {
+  static std::atomic<std::uint64_t> threads{0};
+  return thread_mark = ++threads;
+}
 
 Object::Object(const ClassDescription& of_class)
     : class_(of_class), instance_(of_class.begin()), thread_(this_thread_mark()) {}
@@ -51,7 +57,7 @@ Object::~Object() { class_.end(instance_); }
 void Object::invoke(std::size_t position, const Call& call, bool exact) {
   const char* const source = class_.registered_name;  // the object may be gone at the end
   try {
-    if (thread_ != this_thread_mark()) raise(failure::invalid_call);
+    expect_own_thread();
     if (position >= class_.members.size()) raise(failure::no_such_member);
     const ObjectRef during_the_call(this);
     const MemberDescription& member = class_.members[position];
@@ -61,7 +67,15 @@ void Object::invoke(std::size_t position, const Call& call, bool exact) {
   }
 }
 
+void Object::expect_own_thread() const {
+  if (thread_ == this_thread_mark()) [[likely]] {
+    return;
+  }
+  throw RunFailure::signed_by(failure::invalid_call, class_.registered_name);
+}
+
 std::size_t Object::position_of(std::string_view name, std::size_t argument_count) const {
+  expect_own_thread();
   std::optional<std::size_t> position = find_member(class_, name);
   if (!position) throw RunFailure::signed_by(failure::no_such_member, class_.registered_name);
   const bool written =
@@ -82,8 +96,9 @@ Variant Object::call(std::string_view name, std::span<const Argument> arguments)
 }
 
 void Object::set_property(std::string_view name, const Variant& value) {
+  expect_own_thread();
   const std::optional<std::size_t> position = find_member(class_, name, Wanted::property_write);
-  if (!position) raise(failure::no_such_member);
+  if (!position) throw RunFailure::signed_by(failure::no_such_member, class_.registered_name);
   const Argument given = argument_of(value);
   call(*position, {&given, 1});
 }

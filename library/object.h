@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <span>
 #include <string_view>
 
@@ -41,7 +42,11 @@ class ORV2_PUBLIC Object final : public LateBound {
   /// `exact`, all arguments are known to have their parameter's own tag.
   void invoke(std::size_t position, const Call& call, bool exact = false);
 
-  /// Where a call of `name` with so many arguments goes. Failure 438.
+  /// Failure 5 on a thread other than the object's own.
+  void expect_own_thread() const;
+
+  /// Where a call of `name` with so many arguments goes. Failures: 5 on a
+  /// foreign thread; 438.
   std::size_t position_of(std::string_view name, std::size_t argument_count) const;
 
   /// The instance itself, for direct calls.
@@ -55,7 +60,7 @@ class ORV2_PUBLIC Object final : public LateBound {
 
   const ClassDescription& class_;
   void* instance_;
-  const void* thread_;
+  std::uint64_t thread_;
 };
 
 /// A new object of the class registered as `registered_name`, such as
@@ -63,8 +68,14 @@ class ORV2_PUBLIC Object final : public LateBound {
 /// name; 7.
 ORV2_PUBLIC ObjectRef create(std::string_view registered_name);
 
-/// A mark that differs from thread to thread.
-extern constinit thread_local char thread_mark;
-inline const void* this_thread_mark() noexcept { return &thread_mark; }
+extern constinit thread_local std::uint64_t thread_mark;
+std::uint64_t mark_this_thread() noexcept;
+
+/// A number that differs from thread to thread; one that has ended leaves its
+/// number to nobody. Never 0.
+inline std::uint64_t this_thread_mark() noexcept {
+  const std::uint64_t mark = thread_mark;
+  return mark != 0 ? mark : mark_this_thread();
+}
 
 }  // namespace orv2_geo

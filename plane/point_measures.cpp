@@ -1,5 +1,7 @@
 // Measures between a point and a straight piece. Routines that look alike
 // differ at their edges, each on purpose.
+#include <cmath>
+
 #include "angles/cgeo_Algorismos.h"
 #include "frame/checked_integer.h"
 #include "frame/checked_math.h"
@@ -14,33 +16,67 @@ struct PlanePoint {
   Checked y;
 };
 
-struct Segment {
-  PlanePoint start;
-  PlanePoint end;
-  Checked dx = end.x - start.x;
-  Checked dy = end.y - start.y;
-
-  bool is_point() const {
-    const bool no_width = dx == 0.0;
-    const bool no_height = dy == 0.0;
-    return no_width && no_height;
-  }
-};
-
-Checked distance(PlanePoint p, PlanePoint q) {
-  const auto ex = p.x - q.x;
-  const auto ey = p.y - q.y;
-  return sqrt(ey * ey + ex * ex);
+template <class N>
+N root(N square) {
+  using std::sqrt;
+  return sqrt(square);
 }
+
+// From a point to the nearest one of a segment, and what is worked out on the
+// way there.
+template <class N>
+struct Nearest {
+  bool is_point;  // the segment has no length: the distance is to its first end
+  N distance;
+  N square = 0.0;  // of the segment's length
+  N u = 0.0;       // parameter of the foot along the segment
+};
 
 // Orthogonal projection, parameter u along the segment. A squared length that
 // underflows to zero divides by zero like any other.
-PlanePoint nearest_on(const Segment& s, PlanePoint p) {
-  const Checked u =
-      ((p.x - s.start.x) * s.dx + (p.y - s.start.y) * s.dy) / (s.dy * s.dy + s.dx * s.dx);
-  if (u < 0.0) return s.start;
-  if (u > 1.0) return s.end;
-  return {u * s.dx + s.start.x, u * s.dy + s.start.y};
+template <class N>
+Nearest<N> nearest(N Px, N Py, N x1, N y1, N x2, N y2) {
+  const auto from = [&](N x, N y) -> N {
+    const auto ex = Px - x;
+    const auto ey = Py - y;
+    return root<N>(ey * ey + ex * ex);
+  };
+  const N dx = x2 - x1;
+  const N dy = y2 - y1;
+  const bool no_width = dx == 0.0;
+  const bool no_height = dy == 0.0;
+  if (no_width && no_height) return {true, from(x1, y1)};
+  const N square = dy * dy + dx * dx;
+  const N u = ((Px - x1) * dx + (Py - y1) * dy) / square;
+  if (u < 0.0) return {false, from(x1, y1), square, u};
+  if (u > 1.0) return {false, from(x2, y2), square, u};
+  const N foot_x = u * dx + x1;
+  const N foot_y = u * dy + y1;
+  return {false, from(foot_x, foot_y), square, u};
+}
+
+bool has_no_length(Checked x1, Checked y1, Checked x2, Checked y2) {
+  const Checked dx = x2 - x1;
+  const Checked dy = y2 - y1;
+  const bool no_width = dx == 0.0;
+  const bool no_height = dy == 0.0;
+  return no_width && no_height;
+}
+
+struct Distance {
+  bool is_point;
+  Checked value;
+};
+
+// In plain arithmetic first: finite all along, no operation can have failed.
+Distance distance_to(const double& Px, const double& Py, const double& x1, const double& y1,
+                     const double& x2, const double& y2) {
+  const auto quick = nearest<double>(Px, Py, x1, y1, x2, y2);
+  if (checked::is_finite(quick.distance + quick.square + quick.u)) [[likely]] {
+    return {quick.is_point, quick.distance};
+  }
+  const auto seen = nearest<Checked>(Px, Py, x1, y1, x2, y2);
+  return {seen.is_point, seen.distance};
 }
 
 // Whether three values rise strictly; both comparisons are always made.
@@ -86,9 +122,7 @@ float cgeo_Algorismos::Distancia_Punto_Punto_l(const std::int32_t& X1, const std
 double cgeo_Algorismos::Distancia_Punto_Linea(const double& Px, const double& Py, const double& RX1,
                                               const double& RY1, const double& RX2,
                                               const double& RY2) const try {
-  const PlanePoint p{Px, Py};
-  const Segment s{{RX1, RY1}, {RX2, RY2}};
-  return distance(p, s.is_point() ? s.start : nearest_on(s, p));
+  return distance_to(Px, Py, RX1, RY1, RX2, RY2).value;
 } catch (...) {
   leave_signed(registered_name);
 }
@@ -96,12 +130,11 @@ double cgeo_Algorismos::Distancia_Punto_Linea(const double& Px, const double& Py
 double cgeo_Algorismos::Toca_Punto_Recta(const double& Px, const double& Py, const double& X1,
                                          const double& Y1, const double& X2, const double& Y2,
                                          const double& tolerancia) const try {
-  const PlanePoint p{Px, Py};
-  const Segment s{{X1, Y1}, {X2, Y2}};
+  const Distance distance = distance_to(Px, Py, X1, Y1, X2, Y2);
   // A segment that is a point answers with the distance itself, never negative,
   // and the tolerance is not looked at.
-  if (s.is_point()) return distance(p, s.start);
-  return distance(p, nearest_on(s, p)) < tolerancia ? -1.0 : 0.0;  // strict: touching is apart
+  if (distance.is_point) return distance.value;
+  return distance.value < tolerancia ? -1.0 : 0.0;  // strict: touching is apart
 } catch (...) {
   leave_signed(registered_name);
 }
@@ -109,10 +142,8 @@ double cgeo_Algorismos::Toca_Punto_Recta(const double& Px, const double& Py, con
 Bool cgeo_Algorismos::Toca_Punto_Recta_SN(const double& Px, const double& Py, const double& X1,
                                           const double& Y1, const double& X2, const double& Y2,
                                           const double& tolerancia) const try {
-  const PlanePoint p{Px, Py};
-  const Segment s{{X1, Y1}, {X2, Y2}};
-  if (s.is_point()) return true;                       // wherever the point is
-  return distance(p, nearest_on(s, p)) <= tolerancia;  // inclusive: touching is near
+  if (has_no_length(X1, Y1, X2, Y2)) return true;                  // wherever the point is
+  return distance_to(Px, Py, X1, Y1, X2, Y2).value <= tolerancia;  // inclusive: touching is near
 } catch (...) {
   leave_signed(registered_name);
 }

@@ -7,6 +7,7 @@
 #include "angles/cgeo_Algorismos.h"
 #include "frame/checked_integer.h"
 #include "frame/checked_math.h"
+#include "plane/sides_of_line.h"
 #include "platform/error_box.h"
 
 namespace orv2_geo {
@@ -77,6 +78,11 @@ void cgeo_Algorismos::Cortes_R1_con_Pol(const double& XR1, const double& YR1, co
   const std::int32_t vertices = Nv;
   Cuts cuts;
   for (std::int32_t i = 2; i <= vertices; ++i) {
+    // Most edges are far off: only one that may be met is gone into.
+    bool sound = false;
+    const bool met =
+        plane::quick_crossing(XR1, YR1, XR2, YR2, Vx(i - 1), Vy(i - 1), Vx(i), Vy(i), sound);
+    if (sound && !met) continue;
     double x = 0.0;
     double y = 0.0;
     if (!Cruce_XY_2lineas(XR1, YR1, XR2, YR2, Vx(i - 1), Vy(i - 1), Vx(i), Vy(i), x, y)) continue;

@@ -1,41 +1,12 @@
 // How two straight pieces meet.
 #include "angles/cgeo_Algorismos.h"
 #include "frame/checked_math.h"
+#include "plane/sides_of_line.h"
 #include "plane/single_variant.h"
 
 namespace orv2_geo {
 
 namespace {
-
-// How the ends of one piece, F and G, lie to the line through the other, from S
-// to E: c against d tells of G, a against b of F.
-template <class N>
-struct Sides {
-  N a, b, c, d;
-};
-
-// An axis-parallel line is compared with directly, free of rounding.
-template <class N>
-Sides<N> sides_of_line(N Sx, N Sy, N Ex, N Ey, N Fx, N Fy, N Gx, N Gy) {
-  if (Sx == Ex) return {Fx, Sx, Gx, Sx};
-  if (Sy == Ey) return {Fy, Sy, Gy, Sy};
-  const N width = Ex - Sx;
-  const N height = Ey - Sy;
-  return {(Fy - Sy) * width, (Fx - Sx) * height, (Gy - Sy) * width, height * (Gx - Sx)};
-}
-
-// Whether F and G do not lie strictly on the same side; touching counts. All
-// four comparisons, without a branch: the outcome is hard to foresee.
-template <class N>
-bool on_both_sides(const Sides<N>& s) {
-  const bool c_below = s.c <= s.d;
-  const bool c_above = s.c >= s.d;
-  const bool a_below = s.a <= s.b;
-  const bool a_above = s.a >= s.b;
-  return (c_below & a_above) | (c_above & a_below);
-}
-
-double sum_of(const Sides<double>& s) { return (s.a + s.b) + (s.c + s.d); }
 
 // Elevation of the line through (Ax, Ay) and (Bx, By) at x; Ax and Bx differ.
 Checked on_line_at(Checked x, Checked Ax, Checked Ay, Checked Bx, Checked By) {
@@ -77,12 +48,13 @@ Bool cgeo_Algorismos::Se_cruzan_2lineas(const double& X1, const double& Y1, cons
                                         const double& Y2, const double& x3, const double& y3,
                                         const double& X4, const double& Y4) const try {
   // By lines, not by extents: collinear pieces that lie apart pass both.
-  const auto first = sides_of_line<double>(X1, Y1, X2, Y2, x3, y3, X4, Y4);
-  const auto second = sides_of_line<double>(x3, y3, X4, Y4, X1, Y1, X2, Y2);
-  // A finite sum proves that every product is: nothing overflowed, nothing is NaN.
-  if (checked::is_finite(sum_of(first) + sum_of(second))) [[likely]] {
-    return on_both_sides(first) & on_both_sides(second);
+  bool sound = false;
+  const bool crossing = plane::quick_crossing(X1, Y1, X2, Y2, x3, y3, X4, Y4, sound);
+  if (sound) [[likely]] {
+    return crossing;
   }
+  using plane::on_both_sides;
+  using plane::sides_of_line;
   const bool first_parts = on_both_sides(sides_of_line<Checked>(X1, Y1, X2, Y2, x3, y3, X4, Y4));
   const bool second_parts = on_both_sides(sides_of_line<Checked>(x3, y3, X4, Y4, X1, Y1, X2, Y2));
   return first_parts && second_parts;

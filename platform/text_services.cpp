@@ -43,6 +43,24 @@ std::size_t number_length(std::string_view text) {
   return end;
 }
 
+// The place of the first digit that is not zero: 1 for units, 0 for tenths.
+long long power_of_ten(std::string_view number) {
+  const std::size_t e = std::min(number.find_first_of("eE"), number.size());
+  const std::string_view mantissa = number.substr(0, e);
+  const std::size_t point = std::min(mantissa.find('.'), mantissa.size());
+  const std::size_t first = std::min(mantissa.find_first_of("123456789"), mantissa.size());
+  const auto place = static_cast<long long>(point) - static_cast<long long>(first);
+  long long exponent = 0;
+  if (e < number.size()) {
+    std::string_view digits = number.substr(e + 1);
+    if (digits.front() == '+') digits.remove_prefix(1);
+    const auto read = std::from_chars(digits.data(), digits.data() + digits.size(), exponent);
+    const bool endless = read.ec == std::errc::result_out_of_range;
+    if (endless) exponent = digits.front() == '-' ? -(1LL << 60) : 1LL << 60;
+  }
+  return exponent + (first > point ? place + 1 : place);
+}
+
 // The value of a text that number_length has measured in full.
 double value_of(std::string_view number) {
   const bool negative = number.front() == '-';
@@ -50,13 +68,8 @@ double value_of(std::string_view number) {
   double value = 0.0;
   const auto [end, error] = std::from_chars(number.data(), number.data() + number.size(), value);
   if (error == std::errc::result_out_of_range) {
-    // Too small is zero; too large does not fit.
-    const std::size_t exponent = number.find_first_of("eE");
-    const bool tiny = exponent != std::string_view::npos
-                          ? number[exponent + 1] == '-'
-                          : number.find_first_of("123456789") > number.find('.');
-    if (!tiny) raise(failure::overflow);
-    value = 0.0;
+    if (power_of_ten(number) > 0) raise(failure::overflow);
+    value = 0.0;  // too small
   }
   return negative ? -value : value;
 }

@@ -75,7 +75,8 @@ class GeoArray(Owner):
     @property
     def lower(self):
         """The first index. RunFailure 9 when unallocated."""
-        return self._bounds()[0]
+        info = self._describe()
+        return info.lower if info.allocated else self._bounds()[0]
 
     @property
     def upper(self):

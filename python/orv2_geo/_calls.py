@@ -93,13 +93,12 @@ def _is_number(number):
 
 
 def _words(raised):
-    """The type and the message, as the library will hand them back."""
-    name = type(raised).__name__
+    """Its message, or its type when it has none."""
     try:
         message = str(raised)
     except Exception:  # an exception without words of its own
         message = ""
-    words = name + ": " + message if message else name
+    words = message or type(raised).__name__
     return words.replace("\0", "\ufffd")
 
 

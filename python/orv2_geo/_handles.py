@@ -1,5 +1,6 @@
 """What owns a handle of the library, and gives it back."""
 
+import threading
 import weakref
 from ctypes import byref, c_size_t, c_uint64, c_void_p
 
@@ -11,11 +12,12 @@ from ._texts import from_units, to_units
 class Owner:
     """Owns one reference to a handle for as long as it lives."""
 
-    __slots__ = ("_handle", "_finalizer", "__weakref__")
+    __slots__ = ("_handle", "_finalizer", "_thread", "__weakref__")
 
     def _own(self, handle, *kept):
         """`kept` lives until the handle is given back."""
         self._handle = handle
+        self._thread = threading.get_ident()
         self._finalizer = weakref.finalize(self, release, handle, *kept)
         self._finalizer.atexit = False  # at the end of the process there is no need
 

@@ -143,7 +143,7 @@ DECLARATIONS = {
 
 _soname = "liborv2_geo.so.2"
 _file_names = (_soname, "liborv2_geo.so")
-_presets = ("release", "debug", "clang", "bench", "asan")
+_presets = ("release", "report", "debug", "clang", "bench", "asan")
 
 _lock = threading.RLock()
 _loaded = None

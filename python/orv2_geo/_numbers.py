@@ -80,10 +80,13 @@ def to_i32(value):
 
 
 def to_flag(value):
-    """The 16 bits of a flag: an int gives its own, anything else -1 or 0."""
+    """The 16 bits of a flag: an int gives its own, signed or not; anything else
+    -1 or 0."""
     value = plain(value)
     if isinstance(value, float):
         value = value != 0.0
+    if isinstance(value, int) and 0x8000 <= value <= 0xFFFF:
+        value -= 0x10000
     return to_i16(value)
 
 

@@ -8,7 +8,7 @@ from ctypes import byref, c_size_t
 from typing import NamedTuple, Optional, Tuple
 
 from ._arguments import passed
-from ._failures import RunFailure, check
+from ._failures import INVALID_CALL, RunFailure, check
 from ._handles import new_handle, release
 from ._host import Handled, omitted
 from ._library import (
@@ -136,6 +136,8 @@ class GeoObject(Handled):
 
 
 def _invoke(self, member, arguments, named):
+    if threading.get_ident() != self._thread:
+        raise RunFailure(INVALID_CALL, source=self.registered_name)  # before anything runs
     if named:
         arguments = _in_order(member, arguments, named)
     call = functools.partial(library().orv2_call, self._handle, member.position)

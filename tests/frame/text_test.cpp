@@ -83,6 +83,19 @@ TEST(Text, ARefusedCopyLeavesTheTargetAsItWas) {
   EXPECT_EQ(target, Text(u"viejo"));
 }
 
+TEST(Text, ConversionsWithoutMemoryAre7) {
+  const std::string utf8(200, 'x');
+  const Text text(std::u16string(200, u'x'));
+  for (long let_pass = 0; let_pass < 2; ++let_pass) {
+    const RefusedAllocation refused(let_pass);
+    EXPECT_EQ(failure_of([&] { (void)Text::from_utf8(utf8); }), 7);
+  }
+  const RefusedAllocation refused(0);
+  EXPECT_EQ(failure_of([&] { (void)text.to_utf8(); }), 7);
+  const RefusedAllocation again(0);
+  EXPECT_EQ(failure_of([&] { (void)joined(text.view(), text.view()); }), 7);
+}
+
 TEST(Text, AssignedToItselfStays) {
   Text text(u"igual");
   const Text& same = text;

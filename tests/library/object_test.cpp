@@ -168,6 +168,20 @@ TEST(Objects, AnotherThreadIsRefusedBeforeAnythingRuns) {
   EXPECT_EQ(y, 0.0);
 }
 
+TEST(Objects, AThreadThatHasEndedLeavesItsObjectsToNobody) {
+  ObjectRef object;
+  std::thread([&] { object = create("Orv2_Geo.cgeo_FuncDeriv"); }).join();
+  const Argument one[] = {1.0};
+  std::int32_t numbers[2] = {};
+  std::thread([&] {
+    numbers[0] = failure_of([&] { object->call("F_LogN", one); });
+    numbers[1] = failure_of([&] { object->call("no_such_member", one); });
+  }).join();
+  EXPECT_EQ(numbers[0], 5);
+  EXPECT_EQ(numbers[1], 5);
+  EXPECT_EQ(failure_of([&] { object->set_property("RPi", 1.0); }), 5);
+}
+
 // A surface whose member releases the host's reference to a library object.
 class Releasing final : public LateBound {
  public:
@@ -220,6 +234,9 @@ TEST(Objects, ARefusedAllocationIs7) {
   for (long let_pass = 0; let_pass < 2; ++let_pass) {
     const RefusedAllocation refused(let_pass);
     EXPECT_EQ(failure_of([] { (void)create("Orv2_Geo.cgeo_Matrices"); }), 7) << let_pass;
+    const RefusedAllocation again(let_pass);
+    EXPECT_EQ(failure_of([] { ObjectRef(new (std::nothrow) Object(calling_class)); }),
+              let_pass == 0 ? 0 : 7);
   }
   EXPECT_EQ(allocations_in_use(), before);
 }

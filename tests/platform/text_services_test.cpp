@@ -86,6 +86,8 @@ TEST(TextServices, TheLeadingNumberOfAText) {
       {"no hexadecimal", u"0x10", 0.0},
       {"too large is 6", u"1e999", 0.0, 6},
       {"too small is 0", u"1e-999", 0.0},
+      {"an exponent without end is 6", u"1e99999999999999999999", 0.0, 6},
+      {"and below without end is 0", u"-1e-99999999999999999999", -0.0},
       {"no other digits", u"\u0661", 0.0},
   };
   for (const ParseRow& row : table) {
@@ -108,6 +110,17 @@ TEST(TextServices, AWholeTextAsANumber) {
     EXPECT_EQ(failure_of([&] { parsed(text); }), 13) << Text(text).to_utf8();
   }
   EXPECT_EQ(failure_of([&] { parsed(u"1e999"); }), 6);
+}
+
+// Range is the number's, not its exponent's.
+TEST(TextServices, ManyDigitsAndAnExponentTogether) {
+  const std::u16string zeros(400, u'0');
+  EXPECT_EQ(failure_of([&] { leading_number(u"1" + zeros + u"e-10"); }), 6);
+  EXPECT_EQ(failure_of([&] { leading_number(u"1" + zeros); }), 6);
+  EXPECT_EQ(leading_number(u"1" + zeros + u"e-400"), 1.0);
+  EXPECT_EQ(leading_number(u"0." + zeros + u"1e5"), 0.0);
+  EXPECT_EQ(leading_number(u"0." + zeros + u"1"), 0.0);
+  EXPECT_EQ(leading_number(u"0." + zeros + u"1e401"), 1.0);
 }
 
 TEST(TextServices, NumbersComeBackFromTheirText) {

@@ -168,7 +168,7 @@ class SettingProperties(Case):
     def test_an_attribute_error_from_inside_is_440(self):
         with self.fails(440) as caught:
             set_property(FailsInside(), "Visible", True)
-        self.assertIn("AttributeError: ", caught.exception.description)
+        self.assertNotIn("438", caught.exception.description)
         self.assertIsInstance(caught.exception.__cause__, AttributeError)
 
     def test_values_arrive_plain(self):
