@@ -49,6 +49,22 @@ TEST(RetiredPolygonTests, TheLastArgumentOfTheDoubleOneMayBeLeftOut) {
   EXPECT_EQ(user.boxes.size(), 1U);
 }
 
+TEST(RetiredPolygonTests, ABoxThatCannotBeShownIsAFailure) {
+  RecordingInterface user;
+  DoubleArray none;
+  SingleArray no_singles;
+  std::int16_t Loc = 7;
+  const auto refused = [](auto&& call) {
+    const RefusedAllocation first(0);
+    return failure_of(call);
+  };
+  EXPECT_EQ(refused([&] { (void)algorithms.Pto_en_Poligono_d(none, none, 3, 0, 0, Loc); }), 7);
+  EXPECT_EQ(
+      refused([&] { (void)algorithms.Pto_en_Poligono(no_singles, no_singles, 3, 0, 0, Loc); }), 7);
+  EXPECT_EQ(Loc, 7);
+  EXPECT_TRUE(user.boxes.empty());
+}
+
 struct Point {
   double x, y;
   friend bool operator==(const Point&, const Point&) = default;
@@ -220,7 +236,7 @@ TEST(PolygonCuts, NoCutsLeaveTheAnswersAsTheyWere) {
   }
   // Without a side nothing is read, not even from arrays that are not there.
   Call call({});
-  call.Vx.release();
+  call.Vx = DoubleArray();
   call.Vx.make(2, 0);
   call.Nv = 1;
   EXPECT_EQ(call.cut({nan, 0}, {1, 1}), 0);
@@ -268,7 +284,7 @@ TEST(PolygonCuts, FailuresLeaveTheCountSoFarAndNoAnswers) {
   }
   {
     Call call(square);
-    call.Vx.release();
+    call.Vx = DoubleArray();
     expect("unallocated", call, from, to, 9, 0);
   }
   {
