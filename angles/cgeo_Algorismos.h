@@ -182,7 +182,8 @@ class ORV2_PUBLIC cgeo_Algorismos {
                            const float& Tx, const float& Ty) const;
 
   /// Retired: shows a box that says "obsoleto" and gives false. No argument is
-  /// read or written, so arrays may be unallocated. Use cgeo_api.
+  /// read or written, so arrays may be unallocated and Loc stays; a caller by
+  /// name may leave Loc out. cgeo_api has the test: Pto_in_Poligono.
   Bool Pto_en_Poligono_d(const DoubleArray& XAPEX, const DoubleArray& yAPEX,
                          const std::int32_t& napex, const double& xpt, const double& ypt,
                          std::int16_t& Loc) const;
