@@ -15,7 +15,7 @@ namespace {
 // and may drop its own last reference meanwhile.
 void set_dot(const ObjectRef& f, double& px, double& py) {
   const Argument arguments[] = {std::int16_t{0}, ref(px), ref(py), std::int16_t{0}};
-  const ObjectRef surface = f;
+  const ObjectRef surface(f.get());  // one reference of its own
   surface->call("PSet", arguments);
 }
 

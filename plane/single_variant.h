@@ -6,6 +6,7 @@
 #include <type_traits>
 #include <utility>
 
+#include "frame/bool.h"
 #include "frame/checked_math.h"
 #include "frame/late_bound.h"
 
@@ -20,6 +21,7 @@ template <>
 struct Local<const double&> {
   double value = 0.0;
   void take(const float& given) { value = widen(given); }
+  const double& passed() const { return value; }
   void give(const float&) const {}
 };
 
@@ -29,14 +31,17 @@ template <>
 struct Local<double&> {
   double value = 0.0;
   void take(const float&) {}
+  double& passed() { return value; }
   void give(float& given) const { given = narrow(value); }
 };
 
-/// An object is passed on as it is.
+/// An object is passed on as it is: the caller's own variable, which the caller
+/// may set to another object meanwhile.
 template <>
 struct Local<const ObjectRef&> {
-  ObjectRef value;
-  void take(const ObjectRef& given) { value = given; }
+  const ObjectRef* variable = nullptr;
+  void take(const ObjectRef& given) { variable = &given; }
+  const ObjectRef& passed() const { return *variable; }
   void give(const ObjectRef&) const {}
 };
 
@@ -56,10 +61,10 @@ R widened_call(const C& self, R (C::*twin)(T...) const, P&... given) {
   return [&]<std::size_t... i>(std::index_sequence<i...>)->R {
     (std::get<last - i>(locals).take(std::get<last - i>(parameters)), ...);
     if constexpr (std::is_void_v<R>) {
-      (self.*twin)(std::get<i>(locals).value...);
+      (self.*twin)(std::get<i>(locals).passed()...);
       (std::get<i>(locals).give(std::get<i>(parameters)), ...);
     } else {
-      const R answer = (self.*twin)(std::get<i>(locals).value...);
+      const R answer = (self.*twin)(std::get<i>(locals).passed()...);
       (std::get<i>(locals).give(std::get<i>(parameters)), ...);
       return answer;
     }
