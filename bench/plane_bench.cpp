@@ -90,8 +90,7 @@ void over(benchmark::State& state, const Items& items, Question question) {
     for (const auto& item : items) sum += question(item);
     benchmark::DoNotOptimize(sum);
   }
-  state.counters["answers"] =
-      benchmark::Counter(sum / static_cast<double>(state.iterations()));
+  state.counters["answers"] = benchmark::Counter(sum / static_cast<double>(state.iterations()));
 }
 
 const orv2_geo::cgeo_Algorismos algorithms;
@@ -171,9 +170,8 @@ void distance_to_segment_plain(benchmark::State& state) {
   over(state, pairs(), [](const Pair& p) { return bench::distance_plain(p.data()); });
 }
 void distance_to_segment_cgal(benchmark::State& state) {
-  over(state, cgal_segments(), [](const auto& s) {
-    return std::sqrt(CGAL::squared_distance(s[1].source(), s[0]));
-  });
+  over(state, cgal_segments(),
+       [](const auto& s) { return std::sqrt(CGAL::squared_distance(s[1].source(), s[0])); });
 }
 void distance_to_segment_boost(benchmark::State& state) {
   over(state, boost_segments(),

@@ -1,7 +1,6 @@
 // checked_integer.h: whole numbers that fail instead of wrapping round.
 #pragma once
 
-#include <compare>
 #include <concepts>
 #include <cstdint>
 
@@ -39,7 +38,9 @@ class CheckedInteger {
   constexpr CheckedInteger& operator++() { return *this = *this + CheckedInteger(T{1}); }
 
   friend constexpr bool operator==(CheckedInteger, CheckedInteger) noexcept = default;
-  friend constexpr auto operator<=>(CheckedInteger, CheckedInteger) noexcept = default;
+  friend constexpr bool operator<(CheckedInteger a, CheckedInteger b) noexcept {
+    return a.value_ < b.value_;
+  }
 
  private:
   static constexpr CheckedInteger fitting(bool overflowed, T exact) {

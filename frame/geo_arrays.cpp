@@ -39,8 +39,7 @@ void ArrayBase::adopt(ArrayOwner& owner, void* elements, std::int32_t lower, std
   describe(elements, lower, count, dimensions);
 }
 
-void ArrayBase::release() {
-  if (locked()) raise(failure::array_locked);
+void ArrayBase::forget() noexcept {
   owner_ = nullptr;
   elements_ = nullptr;
   lower_ = 0;
@@ -109,12 +108,7 @@ void ArrayBase::take(ArrayBase& other) noexcept {
   owner_ = other.owner_;
   describe(other.elements_, other.lower_, other.count_, other.dimensions_);
   allocated_ = other.allocated_;
-  other.owner_ = nullptr;
-  other.elements_ = nullptr;
-  other.lower_ = 0;
-  other.legal_ = other.count_ = 0;
-  other.dimensions_ = 0;
-  other.allocated_ = false;
+  other.forget();
 }
 
 void ArrayBase::describe(void* elements, std::int32_t lower, std::uint32_t count,

@@ -63,10 +63,6 @@ class ORV2_PUBLIC ArrayBase {
   void adopt(ArrayOwner& owner, void* elements, std::int32_t lower, std::uint32_t count,
              std::uint16_t dimensions = 1);
 
-  /// Back to unallocated; foreign storage stays with its owner.
-  /// Failure 10 when locked.
-  void release();
-
  protected:
   /// How elements of a type lie in memory and end.
   struct Element {
@@ -82,6 +78,7 @@ class ORV2_PUBLIC ArrayBase {
   void allocate(const Element& element, std::int32_t lower, std::uint32_t count,
                 std::uint16_t dimensions);
   void discard(const Element& element) noexcept;
+  void forget() noexcept;
   void take(ArrayBase& other) noexcept;
 
   void* elements_ = nullptr;
@@ -156,6 +153,14 @@ class GeoArray : public ArrayBase {
   /// upper bound does not fit 32 bits; 7.
   void make(std::int32_t lower, std::uint32_t count, std::uint16_t dimensions = 1) {
     allocate(element, lower, count, dimensions);
+  }
+
+  /// Back to unallocated; foreign storage stays with its owner.
+  /// Failure 10 when locked.
+  void release() {
+    if (locked()) raise(failure::array_locked);
+    discard(element);
+    forget();
   }
 
   T* data() noexcept { return static_cast<T*>(elements_); }

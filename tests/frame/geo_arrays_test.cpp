@@ -152,6 +152,11 @@ TEST(DoubleArrays, ACopyIsItsOwnArray) {
 TEST(StringArrays, TextsMoveAndEndOnce) {
   const long before = allocations_in_use();
   {
+    StringArray released(0, 1);
+    released(1) = Text(u"punto");
+    released.release();
+    EXPECT_FALSE(released.allocated());
+    EXPECT_EQ(allocations_in_use(), before);
     StringArray array(0, 3);
     for (std::int32_t i = 0; i <= 3; ++i) array(i) = Text(u"punto");
     array.size_keeping(1, 6);
