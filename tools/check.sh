@@ -1,10 +1,13 @@
 #!/usr/bin/env bash
-# Formats and lint, without building: clang-format on every source file, and
-# clang-tidy on those of the library. Needs the compile commands of a build.
+# Formats and lint: clang-format on every source file and, unless only the format
+# is asked for, clang-tidy on those of the library, which needs the compile
+# commands of a build.
+#   tools/check.sh [format | BUILD_FOLDER]
 set -euo pipefail
 cd "$(dirname "$0")/.."
 tools/setup.sh checks
 git ls-files '*.cpp' '*.h' '*.hpp' '*.c' | xargs clang-format --dry-run --Werror
+[ "${1:-}" = format ] && exit 0
 database="${1:-build/release}"
 rooms='^(frame|platform|angles|plane|survey|terrain|sorting|repeated|arrays|dialogs|library|c_api)/'
 git ls-files '*.cpp' | grep -E "$rooms" | xargs -P "$(nproc)" -n 4 clang-tidy -p "$database" --quiet
