@@ -42,7 +42,9 @@ inline bool quick_crossing(double X1, double Y1, double X2, double Y2, double x3
   const auto first = sides_of_line(X1, Y1, X2, Y2, x3, y3, X4, Y4);
   const auto second = sides_of_line(x3, y3, X4, Y4, X1, Y1, X2, Y2);
   sound = checked::is_finite(sum_of(first) + sum_of(second));
-  return on_both_sides(first) & on_both_sides(second);
+  const bool first_parts = on_both_sides(first);
+  const bool second_parts = on_both_sides(second);
+  return first_parts & second_parts;
 }
 
 }  // namespace orv2_geo::plane
