@@ -13,6 +13,32 @@ Checked on_line_at(Checked x, Checked Ax, Checked Ay, Checked Bx, Checked By) {
   return (By - Ay) * (x - Ax) / (Bx - Ax) + Ay;
 }
 
+// A line that is not vertical: y = m x + b.
+template <class N>
+struct Line {
+  N run, m, b;
+};
+
+template <class N>
+Line<N> line_through(N X1, N Y1, N X2, N Y2) {
+  const N run = X2 - X1;
+  const N m = (Y2 - Y1) / run;
+  return {run, m, Y1 - m * X1};
+}
+
+// The meeting point in plain arithmetic, when every step of it is finite and
+// there is one; false leaves the answer to the longer way.
+bool quick_meeting(const Line<double>& first, const Line<double>& second, double& xi, double& yi) {
+  const double slopes = first.m - second.m;
+  const double x = (second.b - first.b) / slopes;
+  const double y = x * first.m + first.b;
+  const double runs = first.run + second.run;
+  if (!checked::is_finite(runs + slopes + first.b + second.b + x + y)) return false;
+  xi = x;
+  yi = y;
+  return true;
+}
+
 // Writes the point in which the two endless lines meet. Parallel is exact
 // equality of slopes; false then, and nothing written. The caller may pass one
 // variable twice, so each is read where it is used.
@@ -32,10 +58,12 @@ bool lines_meet(const double& X1, const double& Y1, const double& X2, const doub
     yi = on_line_at(xi, X1, Y1, X2, Y2);
     return true;
   }
-  const Checked m1 = (Checked(Y2) - Y1) / (Checked(X2) - X1);
-  const Checked b1 = Y1 - m1 * X1;
-  const Checked m2 = (Checked(Y4) - y3) / (Checked(X4) - x3);
-  const Checked b2 = y3 - m2 * x3;
+  if (quick_meeting(line_through<double>(X1, Y1, X2, Y2), line_through<double>(x3, y3, X4, Y4), xi,
+                    yi)) {
+    return true;
+  }
+  const auto [run1, m1, b1] = line_through<Checked>(X1, Y1, X2, Y2);
+  const auto [run2, m2, b2] = line_through<Checked>(x3, y3, X4, Y4);
   if (m1 == m2) return false;
   xi = (b2 - b1) / (m1 - m2);
   yi = Checked(xi) * m1 + b1;
