@@ -188,7 +188,7 @@ class ORV2_PUBLIC cgeo_Algorismos {
                          const std::int32_t& napex, const double& xpt, const double& ypt,
                          std::int16_t& Loc) const;
 
-  /// Retired like Pto_en_Poligono_d.
+  /// Retired like Pto_en_Poligono_d; Loc cannot be left out here.
   Bool Pto_en_Poligono(const SingleArray& XAPEX, const SingleArray& yAPEX,
                        const std::int32_t& napex, const float& xpt, const float& ypt,
                        std::int16_t& Loc) const;
@@ -236,7 +236,8 @@ class ORV2_PUBLIC cgeo_Algorismos {
   /// (Vx3, Vy3, Vz3), by two linear interpolations: the line from vertex 1 through
   /// the point meets side 2-3, and Cota_en_alineacion goes along that side and
   /// then along that line. Whether the point is inside is the caller's to know.
-  /// On vertex 1 it is Vz1. 0.0 where the two lines do not meet: they are
+  /// On vertex 1 it is Vz1 to within rounding, unless that lies on the line 2-3.
+  /// 0.0 where the two lines do not meet: they are
   /// parallel, or the point is on vertex 1 and vertices 2 and 3 share their X.
   /// Nothing is written. Failures as for Intersec_XY_2lineas and
   /// Cota_en_alineacion.
@@ -273,7 +274,7 @@ class ORV2_PUBLIC cgeo_Algorismos {
   /// 2 pi taken as 6.283185308. The axes are exactly 0, 100, 200 and 300; no length
   /// gives 0.0 for both. A slope dy / dx that underflows to zero gives 100 between
   /// +X and -Y and 300 in the other quadrants. Failure 6 when a square overflows,
-  /// or dy / dx does: Distancia has been written by then.
+  /// with nothing written, or when dy / dx does, with Distancia written.
   void recta_Angulo_y_Dist(const double& R1x1, const double& R1y1, const double& R1x2,
                            const double& R1y2, double& Angulo, double& Distancia) const;
 
@@ -305,8 +306,8 @@ class ORV2_PUBLIC cgeo_Algorismos {
   /// is 0.0. Without cuts, or with Nv below 2, Pc is 0 and Xc, Yc stay as they
   /// were. Each side is cut by Cruce_XY_2lineas, so a side along the segment gives
   /// no cut. A cut less than 0.001 from the last kept one in X and in Y (a box, not
-  /// a distance) is left out: so a shared vertex comes once. Of two neighbours at
-  /// one distance the one found later comes first.
+  /// a distance) is left out: so a shared vertex comes once. Cuts at exactly one
+  /// distance change places at each pass of the sort: either may come first.
   /// Failures: 9 for arrays shorter than Nv, from above 1, or unallocated; 10 when
   /// Xc or Yc is locked; 7; those of Cruce_XY_2lineas. Pc then holds the cuts
   /// found so far. The sort is quadratic: meant for the few cuts of one line.

@@ -35,4 +35,10 @@ double quotient(double dividend, double divisor) {
 
 void unordered() { raise(failure::overflow); }
 
+double widened_nan(float value) {
+  constexpr std::uint32_t quiet_bit = std::uint32_t{1} << 22U;
+  if ((std::bit_cast<std::uint32_t>(value) & quiet_bit) == 0) raise(failure::overflow);
+  return std::numeric_limits<double>::quiet_NaN();
+}
+
 }  // namespace orv2_geo::checked

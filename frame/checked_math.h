@@ -278,6 +278,9 @@ struct Power : Binary<Power<A, B>, A, B> {
 
 [[noreturn]] void unordered();
 
+// A quiet NaN as it is; a signalling one is an invalid operation.
+double widened_nan(float value);
+
 /// Both sides of a comparison, worked out and tested, left first.
 struct Sides {
   double a;
@@ -428,7 +431,13 @@ inline std::int16_t to_i16(Checked value) {
 }
 
 /// f32 to f64, exact.
-inline Checked widen(float value) noexcept { return Checked(value); }
+/// Failure 6 for a signalling NaN.
+inline Checked widen(float value) {
+  if (std::isnan(value)) [[unlikely]] {
+    return checked::widened_nan(value);
+  }
+  return Checked(value);
+}
 
 /// f64 to f32 with a test: failure 6 when a finite value leaves the f32 range.
 inline float narrow(Checked value) {

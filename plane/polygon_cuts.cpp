@@ -7,6 +7,7 @@
 #include "angles/cgeo_Algorismos.h"
 #include "frame/checked_integer.h"
 #include "frame/checked_math.h"
+#include "frame/counted.h"
 #include "plane/sides_of_line.h"
 #include "platform/error_box.h"
 
@@ -77,7 +78,7 @@ void cgeo_Algorismos::Cortes_R1_con_Pol(const double& XR1, const double& YR1, co
   Pc = 0;
   const std::int32_t vertices = Nv;
   Cuts cuts;
-  for (std::int32_t i = 2; i <= vertices; ++i) {
+  for (const std::int32_t i : counted(2, vertices)) {
     // Most edges are far off: only one that may be met is gone into.
     bool sound = false;
     const bool met =

@@ -41,7 +41,9 @@ inline bool quick_crossing(double X1, double Y1, double X2, double Y2, double x3
   const auto sum_of = [](const Sides<double>& s) { return (s.a + s.b) + (s.c + s.d); };
   const auto first = sides_of_line(X1, Y1, X2, Y2, x3, y3, X4, Y4);
   const auto second = sides_of_line(x3, y3, X4, Y4, X1, Y1, X2, Y2);
-  sound = checked::is_finite(sum_of(first) + sum_of(second));
+  // Between two level pieces the sides say nothing of X, so the widths count too.
+  const double widths = (X2 - X1) + (X4 - x3);
+  sound = checked::is_finite(sum_of(first) + sum_of(second) + widths);
   const bool first_parts = on_both_sides(first);
   const bool second_parts = on_both_sides(second);
   return first_parts & second_parts;

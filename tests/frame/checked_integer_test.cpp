@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <vector>
 
+#include "frame/counted.h"
 #include "tests/support/expect_failure.h"
 
 namespace orv2_geo {
@@ -26,6 +28,23 @@ TEST(CheckedInteger, BothEndsOfEachRange) {
   EXPECT_EQ(failure_of([] { return Checked16(32767) + Checked16(1); }), 6);
   EXPECT_EQ(failure_of([] { return abs(Checked16(-32768)); }), 6);
   EXPECT_EQ(abs(Checked16(-32767)).value(), 32767);
+}
+
+TEST(Counted, GoesFromFirstToLast) {
+  std::vector<std::int32_t> seen;
+  for (const std::int32_t i : counted(2, 4)) seen.push_back(i);
+  for (const std::int32_t i : counted(5, 4)) seen.push_back(i);
+  for (const std::int32_t i : counted(7, 7)) seen.push_back(i);
+  EXPECT_EQ(seen, (std::vector<std::int32_t>{2, 3, 4, 7}));
+}
+
+TEST(Counted, FailsPastTheHighestNumberOfAll) {
+  std::vector<std::int32_t> seen;
+  EXPECT_EQ(failure_of([&] {
+              for (const std::int32_t i : counted(top - 1, top)) seen.push_back(i);
+            }),
+            6);
+  EXPECT_EQ(seen, (std::vector<std::int32_t>{top - 1, top}));
 }
 
 TEST(CheckedInteger, CounterFailsAtItsEnd) {

@@ -375,6 +375,16 @@ TEST(Conversions, NarrowingTestsOnlyWhenAsked) {
   EXPECT_EQ(widen(0.1F).value(), static_cast<double>(0.1F));
 }
 
+TEST(Conversions, WideningLetsAQuietNaNTravelAndStopsASignallingOne) {
+  EXPECT_TRUE(std::isnan(widen(std::numeric_limits<float>::quiet_NaN()).value()));
+  const volatile std::uint32_t signalling = 0x7fa00000;
+  EXPECT_EQ(failure_of([&] {
+              const float value = std::bit_cast<float>(static_cast<std::uint32_t>(signalling));
+              (void)widen(value);
+            }),
+            6);
+}
+
 TEST(Conversions, FloorStaysAFloatAndSignIsSmall) {
   EXPECT_EQ(floor(n(-0.5)).value(), -1.0);
   EXPECT_EQ(floor(n(1e300)).value(), 1e300);

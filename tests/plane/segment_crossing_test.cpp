@@ -179,6 +179,20 @@ TEST(SegmentCrossing, FailuresLeaveWhatWasWritten) {
   }
 }
 
+// Between level pieces the Y alone decides, but every X has been compared.
+TEST(SegmentCrossing, NaNInAnyCoordinateIs6EvenBetweenLevelPieces) {
+  for (std::size_t at = 0; at < 8; at += 2) {
+    double v[8] = {0, 0, 2, 0, 5, 1, 6, 1};
+    v[at] = std::numeric_limits<double>::quiet_NaN();
+    EXPECT_EQ(failure_of([&] {
+                (void)cgeo_Algorismos().Se_cruzan_2lineas(v[0], v[1], v[2], v[3], v[4], v[5], v[6],
+                                                          v[7]);
+              }),
+              6)
+        << at;
+  }
+}
+
 TEST(SegmentCrossing, AnInfinityThatRaisesNothingTravelsOn) {
   // From (0,0) to (infinity,5): the slope is 5 / infinity, a plain zero.
   double xi = left_alone, yi = left_alone;
