@@ -1,0 +1,391 @@
+#include "survey_report/plan.h"
+
+#include <algorithm>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+#include "survey_report/layout.h"
+#include "survey_report/rounding.h"
+#include "survey_report/svg.h"
+#include "survey_report/symbols.h"
+#include "survey_report/utf8.h"
+
+namespace survey_report {
+
+namespace {
+
+constexpr double longest_bar = 40.0;
+constexpr double tick_distance = 28.0;  // about, between coordinates on the frame
+constexpr double tick_length = 1.6;
+constexpr double beyond_the_points = 0.1;  // of the section line, at most
+constexpr std::size_t many_points = 600;
+constexpr std::size_t longest_coordinate = 14;
+constexpr std::size_t longest_name = 22;
+
+constexpr std::string_view grey = "#777777";
+constexpr std::string_view red = "#c00000";
+constexpr std::string_view thin_black = R"(fill="none" stroke="#222222" stroke-width="0.25")";
+constexpr std::string_view boundary_paint =
+    R"(fill="none" stroke="#222222" stroke-width="0.45" stroke-linejoin="round")";
+constexpr std::string_view hull_paint =
+    R"(fill="none" stroke="#222222" stroke-width="0.35" stroke-dasharray="3 1.2")";
+constexpr std::string_view section_paint =
+    R"(fill="none" stroke="#c00000" stroke-width="0.35" stroke-dasharray="5 1 1 1")";
+constexpr std::string_view cut_paint =
+    R"(class="cut" fill="#ffffff" stroke="#c00000" stroke-width="0.4")";
+constexpr std::string_view node_paint = R"(fill="none" stroke="#777777" stroke-width="0.2")";
+
+constexpr double number_size = 1.8;
+constexpr double node_size = 1.8;
+constexpr double cut_size = 3.2;
+constexpr double cut_reach = 1.1;
+constexpr double node_reach = 0.7;
+
+// ---- What is drawn where
+
+void include(Box& box, const Place& place) {
+  box.x = {std::min(box.x.min, place.x), std::max(box.x.max, place.x)};
+  box.y = {std::min(box.y.min, place.y), std::max(box.y.max, place.y)};
+}
+
+double within(double value, const Range& range, double margin) {
+  return std::clamp(value, range.min - margin, range.max + margin);
+}
+
+// All points, and the ends of the section line unless they are far off.
+Box drawn_box(const Survey& survey, const Study& study) {
+  const Extents extents = extents_of(survey.points);
+  const Box points{extents.x, extents.y};
+  Box box = points;
+  if (!study.complete()) return box;
+  const double larger = std::max(points.x.max - points.x.min, points.y.max - points.y.min);
+  const double margin = beyond_the_points * larger;
+  for (const Place& end : {study.section.line.from, study.section.line.to}) {
+    include(box, {within(end.x, points.x, margin), within(end.y, points.y, margin)});
+  }
+  return box;
+}
+
+// A text of at most so many characters.
+std::string shortened(std::string_view text, std::size_t longest) {
+  if (display_width(text) <= longest) return std::string(text);
+  std::string_view rest = text;
+  for (std::size_t i = 0; i + 1 < longest; ++i) {
+    if (!take_character(rest)) rest.remove_prefix(1);
+  }
+  return std::string(text.substr(0, text.size() - rest.size())) + "\u2026";
+}
+
+Rect around(const Place& at, double reach) {
+  return {at.x - reach, at.y - reach, at.x + reach, at.y + reach};
+}
+
+// ---- The drawing
+
+class Plan {
+ public:
+  Plan(const Survey& survey, const Study& study)
+      : survey_(survey),
+        study_(study),
+        box_(drawn_box(survey, study)),
+        layout_(layout_for(box_)),
+        mapping_(box_, layout_.frame),
+        board_(layout_.frame),
+        groups_(code_groups(survey.points)),
+        reach_(survey.points.size() > many_points ? 0.6 : 0.9) {}
+
+  std::string drawn() {
+    svg_.rectangle({0, 0}, layout_.width, layout_.height, R"(fill="#ffffff")");
+    headings();
+    frame();
+    svg_.open_group(R"~(clip-path="url(#inside)")~");
+    take_room();
+    lines();
+    points();
+    labels();
+    svg_.close_group();
+    legend();
+    scale_bar();
+    north_arrow();
+    return svg_.document(layout_.width, layout_.height, survey_.file_name);
+  }
+
+ private:
+  Place on_sheet(const SurveyPoint& point) const { return mapping_.on_sheet({point.x, point.y}); }
+
+  std::vector<Place> ring_on_sheet() const {
+    std::vector<Place> ring;
+    for (const Place& vertex : study_.boundary.vertices) ring.push_back(mapping_.on_sheet(vertex));
+    return ring;
+  }
+
+  void headings() {
+    const Rect& frame = layout_.frame;
+    const std::size_t room = static_cast<std::size_t>(frame.width() / text_width("0", 5.5));
+    svg_.text({frame.left, 11}, shortened(survey_.file_name, room), {.size = 5.5, .bold = true});
+    std::string text = std::to_string(survey_.points.size());
+    text += survey_.points.size() == 1 ? " point" : " points";
+    svg_.text({frame.left, 16.5}, text + "; X to the east, Y to the north", {.size = 3.2});
+  }
+
+  // ---- Frame
+
+  void frame() {
+    const Rect& f = layout_.frame;
+    svg_.path(
+        path_through({{f.left, f.top}, {f.right, f.top}, {f.right, f.bottom}, {f.left, f.bottom}},
+                     true),
+        thin_black);
+    svg_.clip("inside", {f.left, f.top}, f.width(), f.height());
+    const Box visible = mapping_.visible();
+    const double step = round_near(tick_distance / mapping_.scale());
+    const std::vector<double> columns = multiples(visible.x, step);
+    const std::vector<double> rows = multiples(visible.y, step);
+    crosses(columns, rows);
+    svg_.open_group(R"(id="coordinates" stroke-width="0.25")");
+    for (const double x : columns) column_tick(x, decimals_for(step));
+    for (const double y : rows) row_tick(y, decimals_for(step));
+    svg_.close_group();
+  }
+
+  void crosses(const std::vector<double>& columns, const std::vector<double>& rows) {
+    svg_.open_group(R"(id="crosses" fill="none" stroke="#cccccc" stroke-width="0.2")");
+    for (const double y : rows) {
+      for (const double x : columns) {
+        const Place at = mapping_.on_sheet({x, y});
+        svg_.line({at.x - 1.5, at.y}, {at.x + 1.5, at.y});
+        svg_.line({at.x, at.y - 1.5}, {at.x, at.y + 1.5});
+      }
+    }
+    svg_.close_group();
+  }
+
+  void column_tick(double x, int decimals) {
+    const Rect& f = layout_.frame;
+    const double at = mapping_.on_sheet({x, box_.y.min}).x;
+    tick({at, f.top}, {at, f.top + tick_length});
+    tick({at, f.bottom}, {at, f.bottom - tick_length});
+    coordinate({at, f.bottom + 3.4}, fixed(x, decimals), false);
+  }
+
+  void row_tick(double y, int decimals) {
+    const Rect& f = layout_.frame;
+    const double at = mapping_.on_sheet({box_.x.min, y}).y;
+    tick({f.left, at}, {f.left + tick_length, at});
+    tick({f.right, at}, {f.right - tick_length, at});
+    coordinate({f.left - 1.4, at}, fixed(y, decimals), true);
+  }
+
+  void tick(const Place& from, const Place& to) {
+    svg_.path(path_through({from, to}, false), R"(stroke="#222222")");
+  }
+
+  // One of many digits is left out: its neighbours would touch it.
+  void coordinate(const Place& at, const std::string& text, bool upwards) {
+    if (text.size() > longest_coordinate) return;
+    svg_.text(at, text, {.size = 2.5, .anchor = Anchor::middle, .upwards = upwards});
+  }
+
+  // ---- Inside the frame
+
+  // Symbols and lines come before every label.
+  void take_room() {
+    for (const SurveyPoint& point : survey_.points) board_.occupy(around(on_sheet(point), reach_));
+    if (!study_.complete()) return;
+    const std::vector<Place> ring = ring_on_sheet();
+    for (std::size_t i = 0; i < ring.size(); ++i) {
+      board_.occupy_line(ring[i], ring[(i + 1) % ring.size()]);
+    }
+    occupy_section();
+    for (const Cut& cut : study_.section.cuts) {
+      board_.occupy(around(mapping_.on_sheet(cut.place), cut_reach));
+    }
+    for (const Node& node : study_.relief.nodes) {
+      board_.occupy(around(mapping_.on_sheet(node.place), node_reach));
+    }
+  }
+
+  // Where its ends are far off, the part along the drawing is enough.
+  void occupy_section() {
+    const SectionLine& line = study_.section.line;
+    const auto near = [&](const Place& end) {
+      return mapping_.on_sheet({within(end.x, box_.x, 0.0), within(end.y, box_.y, 0.0)});
+    };
+    const bool whole = near(line.from) == mapping_.on_sheet(line.from) &&
+                       near(line.to) == mapping_.on_sheet(line.to);
+    if (whole) board_.occupy_line(near(line.from), near(line.to));
+  }
+
+  void lines() {
+    if (!study_.complete()) return;
+    svg_.open_group(R"(id="boundary")");
+    svg_.path(path_through(ring_on_sheet(), true), ring_paint());
+    svg_.close_group();
+    svg_.open_group(R"(id="section")");
+    const SectionLine& line = study_.section.line;
+    svg_.path(path_through({mapping_.on_sheet(line.from), mapping_.on_sheet(line.to)}, false),
+              section_paint);
+    svg_.close_group();
+    nodes();
+  }
+
+  std::string_view ring_paint() const {
+    return study_.boundary.is_hull ? hull_paint : boundary_paint;
+  }
+
+  void nodes() {
+    svg_.open_group(R"(id="nodes" fill="none" stroke="#777777" stroke-width="0.2")");
+    for (const Node& node : study_.relief.nodes) {
+      svg_.path(node_mark(mapping_.on_sheet(node.place)));
+    }
+    svg_.close_group();
+  }
+
+  static std::string node_mark(const Place& at) {
+    return path_through({{at.x - node_reach, at.y}, {at.x + node_reach, at.y}}, false) + ' ' +
+           path_through({{at.x, at.y - node_reach}, {at.x, at.y + node_reach}}, false);
+  }
+
+  // The frequent codes below the rare ones.
+  void points() {
+    svg_.open_group(R"(id="points")");
+    for (std::size_t i = 0; i < groups_.size(); ++i) {
+      const Symbol& symbol = symbol_of_group(i);
+      svg_.open_group(symbol.paint);
+      for (const std::size_t point : groups_[i].points) {
+        svg_.path(symbol.outline(on_sheet(survey_.points[point]), reach_));
+      }
+      svg_.close_group();
+    }
+    svg_.close_group();
+  }
+
+  // ---- Labels, the most important first
+
+  void labels() {
+    svg_.open_group(R"(id="labels")");
+    if (study_.complete()) {
+      cuts();
+      for (const Node& node : study_.relief.nodes) {
+        label(mapping_.on_sheet(node.place), node_reach, fixed(node.elevation, 2),
+              {.size = node_size, .colour = grey, .halo = true});
+      }
+    }
+    for (const SurveyPoint& point : survey_.points) {
+      label(on_sheet(point), reach_, point.number, {.size = number_size, .halo = true});
+    }
+    svg_.close_group();
+  }
+
+  void cuts() {
+    for (std::size_t i = 0; i < study_.section.cuts.size(); ++i) {
+      const Place at = mapping_.on_sheet(study_.section.cuts[i].place);
+      svg_.path(symbol_of_group(0).outline(at, cut_reach), cut_paint);
+      label(at, cut_reach, std::to_string(i + 1),
+            {.size = cut_size, .colour = red, .bold = true, .halo = true});
+    }
+  }
+
+  void label(const Place& at, double reach, std::string_view text, const Lettering& lettering) {
+    const double width = text_width(text, lettering.size);
+    const std::optional<Rect> box = board_.place(at, reach + 0.2, width, 0.85 * lettering.size);
+    if (!box) return;
+    Lettering centred = lettering;
+    centred.anchor = Anchor::middle;
+    svg_.text({(box->left + box->right) / 2, box->bottom - 0.06 * lettering.size}, text, centred);
+  }
+
+  // ---- Beside the frame
+
+  Place legend_row() {
+    const std::size_t column = rows_used_ / layout_.rows;
+    const std::size_t row = rows_used_ % layout_.rows;
+    ++rows_used_;
+    return {layout_.legend.x + static_cast<double>(column) * layout_.column_width,
+            layout_.legend.y + static_cast<double>(row) * layout_.row_height};
+  }
+
+  void legend_entry(const std::string& outline, std::string_view paint, const Place& at,
+                    const std::string& text) {
+    svg_.path(outline, paint);
+    svg_.text({at.x + 5, at.y + 1.1}, text, {.size = 3.0});
+  }
+
+  void legend() {
+    svg_.open_group(R"(id="legend")");
+    for (std::size_t i = 0; i < groups_.size(); ++i) {
+      const Place at = legend_row();
+      const Symbol& symbol = symbol_of_group(i);
+      legend_entry(symbol.outline(at, 1.1), symbol.paint, at,
+                   shortened(groups_[i].name, longest_name) + " (" +
+                       std::to_string(groups_[i].points.size()) + ')');
+    }
+    if (study_.complete()) study_legend();
+    svg_.close_group();
+  }
+
+  void study_legend() {
+    const std::string ring = study_.boundary.is_hull ? "Convex hull" : "Boundary";
+    legend_line(ring_paint(), ring);
+    legend_line(section_paint, "Section line");
+    Place at = legend_row();
+    legend_entry(symbol_of_group(0).outline(at, cut_reach),
+                 R"(fill="#ffffff" stroke="#c00000" stroke-width="0.4")", at, "Cut, by its number");
+    at = legend_row();
+    legend_entry(node_mark(at), node_paint, at, "Grid node, elevation");
+  }
+
+  void legend_line(std::string_view paint, const std::string& text) {
+    const Place at = legend_row();
+    legend_entry(path_through({{at.x - 3, at.y}, {at.x + 3, at.y}}, false), paint, at, text);
+  }
+
+  void scale_bar() {
+    const double length = scale_bar_length(mapping_.scale());
+    const double half = length * mapping_.scale() / 2;
+    const Place& at = layout_.scale_bar;
+    svg_.open_group(R"(id="scale-bar" stroke="#222222" stroke-width="0.25")");
+    svg_.rectangle(at, half, 1.8, R"(fill="#222222")");
+    svg_.rectangle({at.x + half, at.y}, half, 1.8, R"(fill="#ffffff")");
+    svg_.close_group();
+    const int decimals = decimals_for(length / 2);
+    const Lettering small{.size = 2.8, .anchor = Anchor::middle};
+    svg_.text({at.x, at.y - 1.2}, "0", small);
+    svg_.text({at.x + half, at.y - 1.2}, fixed(length / 2, decimals), small);
+    svg_.text({at.x + 2 * half, at.y - 1.2}, fixed(length, decimals), small);
+    svg_.text({at.x, at.y + 5.4}, "Lengths as in the file", {.size = 2.6, .colour = grey});
+  }
+
+  void north_arrow() {
+    const Place& tip = layout_.north_arrow;
+    svg_.open_group(R"(id="north-arrow" stroke="#222222" stroke-width="0.3")");
+    svg_.path(path_through({tip, {tip.x - 4, tip.y + 16}, {tip.x, tip.y + 12.5}}, true),
+              R"(fill="#222222")");
+    svg_.path(path_through({tip, {tip.x + 4, tip.y + 16}, {tip.x, tip.y + 12.5}}, true),
+              R"(fill="#ffffff")");
+    svg_.close_group();
+    svg_.text({tip.x, tip.y + 22}, "N", {.size = 5.0, .anchor = Anchor::middle, .bold = true});
+  }
+
+  const Survey& survey_;
+  const Study& study_;
+  Box box_;
+  const SheetLayout& layout_;
+  Mapping mapping_;
+  LabelBoard board_;
+  std::vector<CodeGroup> groups_;
+  double reach_;
+  std::size_t rows_used_ = 0;
+  Svg svg_;
+};
+
+}  // namespace
+
+double scale_bar_length(double scale) { return round_down(longest_bar / scale); }
+
+std::string plan_of(const Survey& survey, const Study& study) {
+  return Plan(survey, study).drawn();
+}
+
+}  // namespace survey_report
