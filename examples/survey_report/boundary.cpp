@@ -1,9 +1,12 @@
 #include "survey_report/boundary.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
+#include <map>
 #include <numeric>
 #include <tuple>
+#include <utility>
 
 #include "library/orv2_geo.hpp"
 
@@ -12,7 +15,8 @@ namespace survey_report {
 namespace {
 
 constexpr std::size_t fewest_vertices = 3;
-constexpr double beyond_the_box = 0.05;  // of its larger side
+constexpr double measured_again = 0.0002;  // of the ring's larger side
+constexpr double beyond_the_box = 0.05;    // of its larger side
 
 // ---- Rings
 
@@ -46,13 +50,60 @@ std::vector<Place> all_places(const std::vector<SurveyPoint>& points) {
   return places;
 }
 
-// A vertex that is given twice in a row is one; so is a ring's end at its start.
-void add_vertex(std::vector<Place>& ring, const Place& place) {
-  if (ring.empty() || ring.back() != place) ring.push_back(place);
+// The vertices so far. A place that was measured again is no new one: it would
+// lead the ring back across the area.
+class Ring {
+ public:
+  explicit Ring(double tolerance) : tolerance_(tolerance) {}
+
+  void add(const Place& place) {
+    if (is_taken(place)) return;
+    cells_[cell_of(place)].push_back(place);
+    vertices_.push_back(place);
+  }
+
+  std::vector<Place> take_vertices() { return std::move(vertices_); }
+
+ private:
+  using Cell = std::pair<double, double>;
+
+  Cell cell_of(const Place& place) const {
+    if (tolerance_ == 0.0) return {place.x, place.y};
+    return {std::floor(place.x / tolerance_), std::floor(place.y / tolerance_)};
+  }
+
+  bool is_taken(const Place& place) const {
+    const auto [column, row] = cell_of(place);
+    for (const double right : {-1.0, 0.0, 1.0}) {
+      for (const double up : {-1.0, 0.0, 1.0}) {
+        if (is_taken(place, {column + right, row + up})) return true;
+      }
+    }
+    return false;
+  }
+
+  bool is_taken(const Place& place, const Cell& cell) const {
+    const auto found = cells_.find(cell);
+    if (found == cells_.end()) return false;
+    return std::any_of(found->second.begin(), found->second.end(), [&](const Place& taken) {
+      return std::hypot(taken.x - place.x, taken.y - place.y) <= tolerance_;
+    });
+  }
+
+  double tolerance_;
+  std::map<Cell, std::vector<Place>> cells_;
+  std::vector<Place> vertices_;
+};
+
+double larger_side(const Box& box) {
+  return std::max(box.x.max - box.x.min, box.y.max - box.y.min);
 }
 
-void open_ring(std::vector<Place>& ring) {
-  while (ring.size() > 1 && ring.back() == ring.front()) ring.pop_back();
+std::vector<Place> ring_through(const std::vector<Place>& places) {
+  if (places.empty()) return {};
+  Ring ring(measured_again * larger_side(box_of(places)));
+  for (const Place& place : places) ring.add(place);
+  return ring.take_vertices();
 }
 
 // ---- The library's view of a ring
@@ -117,12 +168,12 @@ std::vector<Place> convex_hull(std::vector<Place> places) {
 Boundary boundary_of(const std::vector<SurveyPoint>& points, std::string_view code) {
   Boundary boundary;
   boundary.code = code;
+  std::vector<Place> coded;
   for (const SurveyPoint& point : points) {
-    if (!std::string_view(point.code).starts_with(code)) continue;
-    ++boundary.coded_points;
-    add_vertex(boundary.vertices, place_of(point));
+    if (std::string_view(point.code).starts_with(code)) coded.push_back(place_of(point));
   }
-  open_ring(boundary.vertices);
+  boundary.coded_points = coded.size();
+  boundary.vertices = ring_through(coded);
   if (boundary.vertices.size() >= fewest_vertices) return boundary;
   boundary.is_hull = true;
   boundary.vertices = convex_hull(all_places(points));
@@ -162,9 +213,8 @@ Box box_of(const std::vector<Place>& places) {
 }
 
 SectionLine default_section(const Box& box) {
-  const double larger = std::max(box.x.max - box.x.min, box.y.max - box.y.min);
   const double y = std::midpoint(box.y.min, box.y.max);
-  const double margin = beyond_the_box * larger;
+  const double margin = beyond_the_box * larger_side(box);
   return {{box.x.min - margin, y}, {box.x.max + margin, y}};
 }
 

@@ -30,8 +30,10 @@ struct Boundary {
 /// when the places lie on one line.
 std::vector<Place> convex_hull(std::vector<Place> places);
 
-/// The points whose code begins with `code`, in their order. With fewer than
-/// three such places, the convex hull of all points.
+/// The points whose code begins with `code`, in their order; one that lies where
+/// an earlier one does, to 1/5000 of the boundary's larger side, was measured
+/// again and is no vertex. With fewer than three such places, the convex hull of
+/// all points.
 Boundary boundary_of(const std::vector<SurveyPoint>& points, std::string_view code);
 
 /// The length of the ring. Throws RunFailure when the library refuses it.

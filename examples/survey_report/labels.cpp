@@ -28,22 +28,22 @@ bool inside(const Rect& rect, const Rect& area) {
          rect.bottom <= area.bottom;
 }
 
-// Where a label may stand, the best first: the corner of its box nearest to
-// the symbol, as parts of the box's size beside the symbol.
+// Where a label may stand, the best first.
 struct Position {
   double x;  // -1: left of the symbol, 0: centred, 1: right of it
   double y;  // -1: above, 0: centred, 1: below
 };
 
-constexpr Position positions[] = {{1, -1}, {1, 0},  {1, 1},  {-1, -1},
-                                  {-1, 0}, {-1, 1}, {0, -1}, {0, 1}};
+constexpr Position positions[] = {{1, 0},   {1, -1}, {1, 1},  {-1, 0},
+                                  {-1, -1}, {-1, 1}, {0, -1}, {0, 1}};
 
 Rect box_at(const Position& position, const Place& at, double reach, double width, double height) {
-  // In a corner the symbol leaves more room.
-  const bool corner = position.x != 0.0 && position.y != 0.0;
-  const double off = corner ? 0.6 * reach : reach;
-  const double x = at.x + position.x * (off + width / 2) - width / 2;
-  const double y = at.y + position.y * (off + height / 2) - height / 2;
+  // Beside the symbol a label needs to be raised or lowered by half its height
+  // only; it is then off a level line through the symbol.
+  const bool beside = position.x != 0.0;
+  const double off_y = beside ? line_reach + 0.1 : reach;
+  const double x = at.x + position.x * (reach + width / 2) - width / 2;
+  const double y = at.y + position.y * (off_y + height / 2) - height / 2;
   return {x, y, x + width, y + height};
 }
 

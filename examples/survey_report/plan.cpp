@@ -15,7 +15,7 @@ namespace survey_report {
 
 namespace {
 
-constexpr double longest_bar = 40.0;
+constexpr double longest_bar = 46.0;
 constexpr double tick_distance = 28.0;  // about, between coordinates on the frame
 constexpr double tick_length = 1.6;
 constexpr double beyond_the_points = 0.1;  // of the section line, at most
@@ -36,6 +36,7 @@ constexpr std::string_view cut_paint =
     R"(class="cut" fill="#ffffff" stroke="#c00000" stroke-width="0.4")";
 constexpr std::string_view node_paint = R"(fill="none" stroke="#777777" stroke-width="0.2")";
 
+constexpr double label_gap = 0.5;  // between labels in a row
 constexpr double number_size = 1.8;
 constexpr double node_size = 1.8;
 constexpr double cut_size = 3.2;
@@ -288,7 +289,7 @@ class Plan {
   }
 
   void label(const Place& at, double reach, std::string_view text, const Lettering& lettering) {
-    const double width = text_width(text, lettering.size);
+    const double width = text_width(text, lettering.size) + label_gap;
     const std::optional<Rect> box = board_.place(at, reach + 0.2, width, 0.85 * lettering.size);
     if (!box) return;
     Lettering centred = lettering;
@@ -309,7 +310,7 @@ class Plan {
   void legend_entry(const std::string& outline, std::string_view paint, const Place& at,
                     const std::string& text) {
     svg_.path(outline, paint);
-    svg_.text({at.x + 5, at.y + 1.1}, text, {.size = 3.0});
+    svg_.text({at.x + 6, at.y + 1.1}, text, {.size = 3.0});
   }
 
   void legend() {
@@ -338,7 +339,7 @@ class Plan {
 
   void legend_line(std::string_view paint, const std::string& text) {
     const Place at = legend_row();
-    legend_entry(path_through({{at.x - 3, at.y}, {at.x + 3, at.y}}, false), paint, at, text);
+    legend_entry(path_through({{at.x - 4, at.y}, {at.x + 4, at.y}}, false), paint, at, text);
   }
 
   void scale_bar() {

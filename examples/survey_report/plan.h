@@ -8,7 +8,7 @@
 
 namespace survey_report {
 
-/// The length of a scale bar: the longest round one that takes at most 40 mm
+/// The length of a scale bar: the longest round one that takes at most 46 mm
 /// where one unit of the survey takes `scale` millimetres.
 double scale_bar_length(double scale);
 

@@ -71,6 +71,15 @@ std::string origin_of(const Boundary& boundary) {
   return "convex hull of all points, for want of a boundary: " + coded;
 }
 
+std::string vertices_text(const Boundary& boundary) {
+  const std::string count = std::to_string(boundary.vertices.size());
+  const bool all = boundary.is_hull || boundary.coded_points == boundary.vertices.size();
+  if (all) return count;
+  const std::size_t again = boundary.coded_points - boundary.vertices.size();
+  return count + "; " + counted(again, "point lies", "points lie") +
+         " where an earlier one does: measured again";
+}
+
 // Why a section has no numbers; empty when it has.
 std::string reason_for_none(const Study& study) {
   if (study.boundary.vertices.empty()) return "None: the points do not enclose an area.\n";
@@ -137,7 +146,7 @@ std::string boundary_section(const Study& study) {
   if (!reason.empty()) return text + reason;
   const Section& section = study.section;
   text += "Boundary   " + origin_of(study.boundary) + '\n';
-  text += "Vertices   " + std::to_string(study.boundary.vertices.size()) + '\n';
+  text += "Vertices   " + vertices_text(study.boundary) + '\n';
   text += "Perimeter  " + length_text(study.perimeter) + '\n';
   text += "Section    from " + place_text(section.line.from) + " to " +
           place_text(section.line.to) + '\n';
@@ -157,7 +166,8 @@ std::string relief_section(const Survey& survey, const Study& study) {
     return text + "No node of a grid of " + step + " has three points around it.\n";
   }
   text += "At the nodes of a grid of " + step + ", in the triangle of the three points named.\n";
-  text += "Slope of the triangle, its elevations counted from the lowest point of the survey.\n";
+  text += "Slope of the triangle, its elevations counted from the lowest point of the survey;\n";
+  text += "where its three levels differ, the number depends on where they are counted from.\n";
   if (std::any_of(relief.nodes.begin(), relief.nodes.end(), has_no_slope)) {
     text += "Slope - where the triangle has none.\n";
   }
