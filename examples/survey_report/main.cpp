@@ -69,8 +69,10 @@ bool same_file(const std::string& a, const std::string& b) {
     return std::filesystem::equivalent(a, b, not_there) &&
            std::filesystem::is_regular_file(a, not_there);
   }
-  return std::filesystem::weakly_canonical(a, not_there) ==
-         std::filesystem::weakly_canonical(b, not_there);
+  const auto full = [&](const std::string& name) {
+    return std::filesystem::weakly_canonical(std::filesystem::absolute(name), not_there);
+  };
+  return full(a) == full(b);
 }
 
 // What is written must not take the place of the survey or of each other.

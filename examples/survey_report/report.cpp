@@ -163,7 +163,8 @@ std::string relief_section(const Survey& survey, const Study& study) {
   const Relief& relief = study.relief;
   const std::string step = fixed(relief.step, decimals_for(relief.step));
   if (relief.nodes.empty()) {
-    return text + "No node of a grid of " + step + " has three points around it.\n";
+    return text + "No node of a grid of " + step +
+           " lies inside the boundary with three points around it.\n";
   }
   text += "At the nodes of a grid of " + step + ", in the triangle of the three points named.\n";
   text += "Slope of the triangle, its elevations counted from the lowest point of the survey;\n";

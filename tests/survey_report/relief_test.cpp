@@ -58,8 +58,8 @@ const TriangleRow triangle_rows[] = {
      {at(-9, -9), at(9, -9), at(0, 9), at(-1, -1), at(1, -1), at(0, 1)},
      Triangle{3, 4, 5}},
     {"a sliver does not count",
-     {at(-10, 0.01), at(10, 0.01), at(0, -0.01), at(0, 5), at(0, -6)},
-     Triangle{0, 1, 4}},
+     {at(-1, 0.001), at(1, 0.001), at(0, -0.001), at(0, -3)},
+     Triangle{0, 1, 3}},
     {"a node on a point", {at(0, 0), at(1, 0), at(0, 1)}, Triangle{0, 1, 2}},
 };
 
@@ -115,7 +115,7 @@ TEST(Relief, ANodeOnAPointHasItsElevation) {
 TEST(Relief, NodesOutsideTheBoundaryAreLeftOut) {
   const std::vector<SurveyPoint> points = points_on_a_plane();
   const Boundary corner{
-      {{435021, 4473021}, {435039, 4473021}, {435021, 4473039}}, "EDGE", 3, false};
+      {{435025, 4473025}, {435039, 4473025}, {435025, 4473039}}, "EDGE", 3, false};
   const Relief relief = relief_of(points, corner, 10.0);
   ASSERT_EQ(relief.nodes.size(), 1);
   EXPECT_EQ(relief.nodes[0].place, (Place{435030, 4473030}));

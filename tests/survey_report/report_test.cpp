@@ -37,7 +37,7 @@ TEST(Report, AllOfAShortSurvey) {
             "Boundary   convex hull of all points, for want of a boundary: 0 points whose code "
             "begins with LINDERO\n"
             "Vertices   3\n"
-            "Perimeter  2021.050\n"
+            "Perimeter  2011.050\n"
             "Section    from 49.975, 700.250 to 160.025, 700.250\n"
             "Bearing    100.0000 gon\n"
             "Length     110.050\n"
@@ -53,7 +53,7 @@ TEST(Report, AllOfAShortSurvey) {
             "Elevations and slopes\n"
             "=====================\n"
             "\n"
-            "No node of a grid of 10 has three points around it.\n"
+            "No node of a grid of 10 lies inside the boundary with three points around it.\n"
             "\n"
             "\n"
             "Traverse\n"
@@ -111,14 +111,14 @@ TEST(Report, AFileNameStaysOnItsLine) {
   EXPECT_TRUE(report_on(survey).starts_with("Survey report: a b.csv\n======"));
 }
 
-const std::vector<SurveyPoint> square = {{"A", 0, 0, 1, "LINDERO", 1},
-                                         {"B", 10, 0, 1, "LINDERO 2", 2},
-                                         {"C", 10, 10, 1, "LINDERO", 3},
-                                         {"D", 0, 10, 1, "LINDERO", 4}};
+const std::vector<SurveyPoint> square = {{"A", 1, 1, 1, "LINDERO", 1},
+                                         {"B", 11, 1, 1, "LINDERO 2", 2},
+                                         {"C", 11, 11, 1, "LINDERO", 3},
+                                         {"D", 1, 11, 1, "LINDERO", 4}};
 
 TEST(Report, ALevelSquareHasNoSlope) {
   StudyOptions options;
-  options.grid_step = 7;
+  options.grid_step = 6;
   options.section = SectionLine{{5, -5}, {5, 5}};
   const Survey survey = survey_of(square);
   const Study study = study_of(survey.points, options);
@@ -132,7 +132,7 @@ TEST(Report, ALevelSquareHasNoSlope) {
   EXPECT_TRUE(relief_section(survey, study)
                   .ends_with("    X      Y  Elevation  Slope %  Triangle\n"
                              "-----  -----  ---------  -------  --------\n"
-                             "7.000  7.000      1.000     0.00  C, B, D\n"
+                             "6.000  6.000      1.000     0.00  A, B, C\n"
                              "\n"
                              "1 node; elevation lowest 1.000, highest 1.000, mean 1.000; "
                              "mean slope 0.00 %\n"))
