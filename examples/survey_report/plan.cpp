@@ -1,6 +1,7 @@
 #include "survey_report/plan.h"
 
 #include <algorithm>
+#include <cmath>
 #include <optional>
 #include <string_view>
 #include <vector>
@@ -21,7 +22,8 @@ constexpr double tick_length = 1.6;
 constexpr double beyond_the_points = 0.1;  // of the section line, at most
 constexpr std::size_t many_points = 600;
 constexpr std::size_t longest_coordinate = 14;
-constexpr std::size_t longest_name = 22;
+constexpr std::size_t longest_entry = 20;  // of the legend
+constexpr double nearest_nodes = 6.0;      // on the sheet; of a finer grid only some are drawn
 
 constexpr std::string_view grey = "#777777";
 constexpr std::string_view red = "#c00000";
@@ -37,6 +39,7 @@ constexpr std::string_view cut_paint =
 constexpr std::string_view node_paint = R"(fill="none" stroke="#777777" stroke-width="0.2")";
 
 constexpr double label_gap = 0.5;  // between labels in a row
+constexpr double coordinate_size = 2.5;
 constexpr double number_size = 1.8;
 constexpr double node_size = 1.8;
 constexpr double cut_size = 3.2;
@@ -78,6 +81,33 @@ std::string shortened(std::string_view text, std::size_t longest) {
   return std::string(text.substr(0, text.size() - rest.size())) + "\u2026";
 }
 
+std::string entry_text(const CodeGroup& group) {
+  const std::string count = " (" + std::to_string(group.points.size()) + ')';
+  return shortened(group.name, longest_entry - count.size()) + count;
+}
+
+// Of a fine grid, every second, third, ... node in both directions.
+std::vector<Node> nodes_to_draw(const Relief& relief, double scale) {
+  std::vector<Node> nodes;
+  const double every = std::max(1.0, std::ceil(nearest_nodes / (relief.step * scale)));
+  const auto is_drawn = [&](double coordinate) {
+    return std::fmod(std::round(coordinate / relief.step), every) == 0.0;
+  };
+  for (const Node& node : relief.nodes) {
+    if (is_drawn(node.place.x) && is_drawn(node.place.y)) nodes.push_back(node);
+  }
+  return nodes;
+}
+
+// The distance of the coordinates on the frame, none of which may touch the next.
+double tick_step(const Box& visible, double scale) {
+  const double step = round_near(tick_distance / scale);
+  const double largest = std::max({std::abs(visible.x.min), std::abs(visible.x.max),
+                                   std::abs(visible.y.min), std::abs(visible.y.max)});
+  const double width = text_width(fixed(-largest, decimals_for(step)), coordinate_size);
+  return step * scale >= width ? step : round_near(2.1 * step);
+}
+
 Rect around(const Place& at, double reach) {
   return {at.x - reach, at.y - reach, at.x + reach, at.y + reach};
 }
@@ -94,6 +124,7 @@ class Plan {
         mapping_(box_, layout_.frame),
         board_(layout_.frame),
         groups_(code_groups(survey.points)),
+        nodes_(nodes_to_draw(study.relief, mapping_.scale())),
         reach_(survey.points.size() > many_points ? 0.6 : 0.9) {}
 
   std::string drawn() {
@@ -140,7 +171,7 @@ class Plan {
         thin_black);
     svg_.clip("inside", {f.left, f.top}, f.width(), f.height());
     const Box visible = mapping_.visible();
-    const double step = round_near(tick_distance / mapping_.scale());
+    const double step = tick_step(visible, mapping_.scale());
     const std::vector<double> columns = multiples(visible.x, step);
     const std::vector<double> rows = multiples(visible.y, step);
     crosses(columns, rows);
@@ -185,7 +216,7 @@ class Plan {
   // One of many digits is left out: its neighbours would touch it.
   void coordinate(const Place& at, const std::string& text, bool upwards) {
     if (text.size() > longest_coordinate) return;
-    svg_.text(at, text, {.size = 2.5, .anchor = Anchor::middle, .upwards = upwards});
+    svg_.text(at, text, {.size = coordinate_size, .anchor = Anchor::middle, .upwards = upwards});
   }
 
   // ---- Inside the frame
@@ -202,7 +233,7 @@ class Plan {
     for (const Cut& cut : study_.section.cuts) {
       board_.occupy(around(mapping_.on_sheet(cut.place), cut_reach));
     }
-    for (const Node& node : study_.relief.nodes) {
+    for (const Node& node : nodes_) {
       board_.occupy(around(mapping_.on_sheet(node.place), node_reach));
     }
   }
@@ -237,7 +268,7 @@ class Plan {
 
   void nodes() {
     svg_.open_group(R"(id="nodes" fill="none" stroke="#777777" stroke-width="0.2")");
-    for (const Node& node : study_.relief.nodes) {
+    for (const Node& node : nodes_) {
       svg_.path(node_mark(mapping_.on_sheet(node.place)));
     }
     svg_.close_group();
@@ -268,7 +299,7 @@ class Plan {
     svg_.open_group(R"(id="labels")");
     if (study_.complete()) {
       cuts();
-      for (const Node& node : study_.relief.nodes) {
+      for (const Node& node : nodes_) {
         label(mapping_.on_sheet(node.place), node_reach, fixed(node.elevation, 2),
               {.size = node_size, .colour = grey, .halo = true});
       }
@@ -283,18 +314,22 @@ class Plan {
     for (std::size_t i = 0; i < study_.section.cuts.size(); ++i) {
       const Place at = mapping_.on_sheet(study_.section.cuts[i].place);
       svg_.path(symbol_of_group(0).outline(at, cut_reach), cut_paint);
-      label(at, cut_reach, std::to_string(i + 1),
-            {.size = cut_size, .colour = red, .bold = true, .halo = true});
+      const std::string number = std::to_string(i + 1);
+      const Lettering lettering{.size = cut_size, .colour = red, .bold = true, .halo = true};
+      const bool has_room = label(at, cut_reach, number, lettering);
+      if (!has_room) svg_.text({at.x + cut_reach + 0.2, at.y - 0.4}, number, lettering);
     }
   }
 
-  void label(const Place& at, double reach, std::string_view text, const Lettering& lettering) {
+  // False when there is no room; nothing is drawn then.
+  bool label(const Place& at, double reach, std::string_view text, const Lettering& lettering) {
     const double width = text_width(text, lettering.size) + label_gap;
     const std::optional<Rect> box = board_.place(at, reach + 0.2, width, 0.85 * lettering.size);
-    if (!box) return;
+    if (!box) return false;
     Lettering centred = lettering;
     centred.anchor = Anchor::middle;
     svg_.text({(box->left + box->right) / 2, box->bottom - 0.06 * lettering.size}, text, centred);
+    return true;
   }
 
   // ---- Beside the frame
@@ -318,9 +353,7 @@ class Plan {
     for (std::size_t i = 0; i < groups_.size(); ++i) {
       const Place at = legend_row();
       const Symbol& symbol = symbol_of_group(i);
-      legend_entry(symbol.outline(at, 1.1), symbol.paint, at,
-                   shortened(groups_[i].name, longest_name) + " (" +
-                       std::to_string(groups_[i].points.size()) + ')');
+      legend_entry(symbol.outline(at, 1.1), symbol.paint, at, entry_text(groups_[i]));
     }
     if (study_.complete()) study_legend();
     svg_.close_group();
@@ -353,7 +386,10 @@ class Plan {
     const int decimals = decimals_for(length / 2);
     const Lettering small{.size = 2.8, .anchor = Anchor::middle};
     svg_.text({at.x, at.y - 1.2}, "0", small);
-    svg_.text({at.x + half, at.y - 1.2}, fixed(length / 2, decimals), small);
+    const std::string middle = fixed(length / 2, decimals);
+    if (text_width(middle, small.size) + 1.5 < half) {
+      svg_.text({at.x + half, at.y - 1.2}, middle, small);
+    }
     svg_.text({at.x + 2 * half, at.y - 1.2}, fixed(length, decimals), small);
     svg_.text({at.x, at.y + 5.4}, "Lengths as in the file", {.size = 2.6, .colour = grey});
   }
@@ -376,6 +412,7 @@ class Plan {
   Mapping mapping_;
   LabelBoard board_;
   std::vector<CodeGroup> groups_;
+  std::vector<Node> nodes_;
   double reach_;
   std::size_t rows_used_ = 0;
   Svg svg_;
