@@ -293,43 +293,59 @@ class Plan {
     svg_.close_group();
   }
 
-  // ---- Labels, the most important first
+  // ---- Labels: the most important find room first, and are drawn last
 
   void labels() {
     svg_.open_group(R"(id="labels")");
-    if (study_.complete()) {
-      cuts();
-      for (const Node& node : nodes_) {
-        label(mapping_.on_sheet(node.place), node_reach, fixed(node.elevation, 2),
-              {.size = node_size, .colour = grey, .halo = true});
-      }
+    const std::vector<Rect> cut_rooms = rooms_for_cuts();
+    for (const Node& node : nodes_) {
+      label(mapping_.on_sheet(node.place), node_reach, fixed(node.elevation, 2),
+            {.size = node_size, .colour = grey, .halo = true});
     }
     for (const SurveyPoint& point : survey_.points) {
       label(on_sheet(point), reach_, point.number, {.size = number_size, .halo = true});
     }
+    for (std::size_t i = 0; i < cut_rooms.size(); ++i) cut(i, cut_rooms[i]);
     svg_.close_group();
   }
 
-  void cuts() {
+  // Every cut has its number, if need be over something else.
+  std::vector<Rect> rooms_for_cuts() {
+    std::vector<Rect> rooms;
     for (std::size_t i = 0; i < study_.section.cuts.size(); ++i) {
       const Place at = mapping_.on_sheet(study_.section.cuts[i].place);
-      svg_.path(symbol_of_group(0).outline(at, cut_reach), cut_paint);
-      const std::string number = std::to_string(i + 1);
-      const Lettering lettering{.size = cut_size, .colour = red, .bold = true, .halo = true};
-      const bool has_room = label(at, cut_reach, number, lettering);
-      if (!has_room) svg_.text({at.x + cut_reach + 0.2, at.y - 0.4}, number, lettering);
+      const std::string number = cut_number(i);
+      const double left = at.x + cut_reach + 0.2;
+      const double width = text_width(number, cut_size);
+      const Rect at_least{left, at.y - cut_size, left + width, at.y - 0.3};
+      rooms.push_back(room_for(at, cut_reach, number, cut_size).value_or(at_least));
+      board_.occupy(rooms.back());
     }
+    return rooms;
   }
 
-  // False when there is no room; nothing is drawn then.
-  bool label(const Place& at, double reach, std::string_view text, const Lettering& lettering) {
-    const double width = text_width(text, lettering.size) + label_gap;
-    const std::optional<Rect> box = board_.place(at, reach + 0.2, width, 0.85 * lettering.size);
-    if (!box) return false;
+  void cut(std::size_t i, const Rect& room) {
+    const Place at = mapping_.on_sheet(study_.section.cuts[i].place);
+    svg_.path(symbol_of_group(0).outline(at, cut_reach), cut_paint);
+    label_in(room, cut_number(i), {.size = cut_size, .colour = red, .bold = true, .halo = true});
+  }
+
+  static std::string cut_number(std::size_t i) { return std::to_string(i + 1); }
+
+  // Draws nothing where there is no room.
+  void label(const Place& at, double reach, std::string_view text, const Lettering& lettering) {
+    const std::optional<Rect> room = room_for(at, reach, text, lettering.size);
+    if (room) label_in(*room, text, lettering);
+  }
+
+  std::optional<Rect> room_for(const Place& at, double reach, std::string_view text, double size) {
+    return board_.place(at, reach + 0.2, text_width(text, size) + label_gap, 0.85 * size);
+  }
+
+  void label_in(const Rect& room, std::string_view text, const Lettering& lettering) {
     Lettering centred = lettering;
     centred.anchor = Anchor::middle;
-    svg_.text({(box->left + box->right) / 2, box->bottom - 0.06 * lettering.size}, text, centred);
-    return true;
+    svg_.text({(room.left + room.right) / 2, room.bottom - 0.06 * lettering.size}, text, centred);
   }
 
   // ---- Beside the frame

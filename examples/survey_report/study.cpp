@@ -37,17 +37,19 @@ std::string words_of(const orv2_geo::RunFailure& failure) {
 }  // namespace
 
 Study study_of(const std::vector<SurveyPoint>& points, const StudyOptions& options) {
-  Study study;
-  study.boundary = boundary_of(points, options.boundary_code);
-  if (study.boundary.vertices.empty()) return study;
+  Study only_boundary;
+  only_boundary.boundary = boundary_of(points, options.boundary_code);
+  if (only_boundary.boundary.vertices.empty()) return only_boundary;
   try {
+    Study study = only_boundary;
     work_out(study, points, options);
+    return study;
   } catch (const orv2_geo::RunFailure& failure) {
-    study.fault = words_of(failure);
+    only_boundary.fault = words_of(failure);
   } catch (const std::range_error& fault) {
-    study.fault = fault.what();
+    only_boundary.fault = fault.what();
   }
-  return study;
+  return only_boundary;
 }
 
 }  // namespace survey_report
