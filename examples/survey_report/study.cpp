@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "frame/run_failure.h"
+#include "survey_report/failure_words.h"
 #include "survey_report/layout.h"
 
 namespace survey_report {
@@ -27,11 +28,6 @@ void work_out(Study& study, const std::vector<SurveyPoint>& points, const StudyO
   study.section = section_of(study.boundary, options.section.value_or(default_section(box)));
   const double step = options.grid_step.value_or(default_step(box));
   study.relief = relief_of(points, study.boundary, checked_step(box, step));
-}
-
-std::string words_of(const orv2_geo::RunFailure& failure) {
-  return std::string(failure.description()) + " (failure " + std::to_string(failure.number()) +
-         " of " + std::string(failure.source()) + ')';
 }
 
 }  // namespace
