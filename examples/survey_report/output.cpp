@@ -3,7 +3,6 @@
 #include <array>
 #include <cerrno>
 #include <cstdio>
-#include <memory>
 #include <system_error>
 #include <utility>
 
@@ -49,8 +48,10 @@ void write_directly(const fs::path& file, std::string_view text) {
   write_and_close(std::move(stream), text, file.string());
 }
 
+}  // namespace
+
 // A file that did not exist before. It goes away unless it takes another name.
-class Partial {
+class Replacement::Partial {
  public:
   explicit Partial(const fs::path& beside) : final_(beside) {
     for (int attempt = 0; !stream_ && attempt < 100; ++attempt) {
@@ -91,8 +92,6 @@ class Partial {
   bool renamed_ = false;
 };
 
-}  // namespace
-
 std::string load(const fs::path& file) {
   std::error_code error;
   if (fs::is_directory(file, error)) {
@@ -109,15 +108,27 @@ std::string load(const fs::path& file) {
   return bytes;
 }
 
-void save(const fs::path& file, std::string_view text) {
+Replacement::Replacement(const fs::path& file, std::string_view text) : file_(file) {
   std::error_code error;
   const fs::file_status status = fs::status(file, error);
-  if (fs::exists(status) && !fs::is_regular_file(status)) return write_directly(file, text);
-  Partial partial(fs::is_symlink(file, error) ? fs::weakly_canonical(file) : file);
-  partial.write(text);
-  if (fs::exists(status)) partial.take_permissions(status.permissions());
-  partial.take_final_name();
+  if (fs::exists(status) && !fs::is_regular_file(status)) {
+    text_ = text;
+    return;
+  }
+  const bool is_link = fs::is_symlink(file, error);
+  partial_ = std::make_unique<Partial>(is_link ? fs::weakly_canonical(file) : file);
+  partial_->write(text);
+  if (fs::exists(status)) partial_->take_permissions(status.permissions());
 }
+
+Replacement::~Replacement() = default;
+
+void Replacement::commit() {
+  if (!partial_) return write_directly(file_, text_);
+  partial_->take_final_name();
+}
+
+void save(const fs::path& file, std::string_view text) { Replacement(file, text).commit(); }
 
 void print(std::string_view text) { write_all(stdout, text, "standard output"); }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <filesystem>
+#include <memory>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -16,6 +17,27 @@ class FileFault : public std::runtime_error {
 
 /// The bytes of a file.
 std::string load(const std::filesystem::path& file);
+
+/// The new content of a file, on its way. It is written beside the file, which
+/// stays as it was until commit(); without that nothing is left behind.
+class Replacement {
+ public:
+  /// Throws FileFault. A device or a pipe is not touched before commit().
+  Replacement(const std::filesystem::path& file, std::string_view text);
+  Replacement(const Replacement&) = delete;
+  Replacement& operator=(const Replacement&) = delete;
+  ~Replacement();
+
+  /// The file becomes `text`. Throws FileFault.
+  void commit();
+
+ private:
+  class Partial;
+
+  std::filesystem::path file_;
+  std::string text_;
+  std::unique_ptr<Partial> partial_;  // none for a device
+};
 
 /// Writes `text` as the content of `file`: all of it, or the file stays as it
 /// was. The text goes to a new file beside it, which then takes its name; a

@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 #include <string_view>
 
 #include "survey_report/layout.h"
+#include "survey_report/rounding.h"
 #include "survey_report/utf8.h"
 
 namespace survey_report {
@@ -12,6 +14,7 @@ namespace survey_report {
 namespace {
 
 constexpr int coordinate_decimals = 3;
+constexpr int slope_decimals = 2;
 constexpr std::string_view no_number = "-";
 
 std::string length_text(double length) { return fixed(length, coordinate_decimals); }
@@ -52,6 +55,78 @@ LegCells cells_of(const Leg& leg) {
           length_text(leg.distance)};
 }
 
+std::string place_text(const Place& place) {
+  return length_text(place.x) + ", " + length_text(place.y);
+}
+
+std::string slope_text(const std::optional<double>& slope) {
+  return slope ? fixed(*slope, slope_decimals) : std::string(no_number);
+}
+
+// How the boundary was found.
+std::string origin_of(const Boundary& boundary) {
+  const std::string coded = counted(boundary.coded_points, "point", "points") +
+                            " whose code begins with " + without_controls(boundary.code);
+  if (!boundary.is_hull) return coded + ", in the order of the file";
+  return "convex hull of all points, for want of a boundary: " + coded;
+}
+
+std::string vertices_text(const Boundary& boundary) {
+  const std::string count = std::to_string(boundary.vertices.size());
+  const bool all = boundary.is_hull || boundary.coded_points == boundary.vertices.size();
+  if (all) return count;
+  const std::size_t again = boundary.coded_points - boundary.vertices.size();
+  return count + "; " + counted(again, "point lies", "points lie") +
+         " where an earlier one does: measured again";
+}
+
+// Why a section has no numbers; empty when it has.
+std::string reason_for_none(const Study& study) {
+  if (study.boundary.vertices.empty()) return "None: the points do not enclose an area.\n";
+  if (!study.fault.empty()) return "Not computed: " + study.fault + ".\n";
+  return {};
+}
+
+std::string cuts_table(const Section& section) {
+  Table table({{"Cut", Align::right},
+               {"X", Align::right},
+               {"Y", Align::right},
+               {"Distance", Align::right}});
+  for (std::size_t i = 0; i < section.cuts.size(); ++i) {
+    const Cut& cut = section.cuts[i];
+    table.add({std::to_string(i + 1), length_text(cut.place.x), length_text(cut.place.y),
+               length_text(cut.distance)});
+  }
+  return table.text();
+}
+
+std::string summary_text(const Relief& relief) {
+  const ReliefSummary summary = summary_of(relief);
+  return counted(relief.nodes.size(), "node", "nodes") + "; elevation lowest " +
+         length_text(summary.lowest) + ", highest " + length_text(summary.highest) + ", mean " +
+         length_text(summary.mean) + "; mean slope " + slope_text(summary.mean_slope) +
+         (summary.mean_slope ? " %\n" : "\n");
+}
+
+std::string nodes_table(const Survey& survey, const Relief& relief) {
+  Table table({{"X", Align::right},
+               {"Y", Align::right},
+               {"Elevation", Align::right},
+               {"Slope %", Align::right},
+               {"Triangle", Align::left}});
+  for (const Node& node : relief.nodes) {
+    std::string numbers;
+    for (const std::size_t i : node.triangle) {
+      numbers += (numbers.empty() ? "" : ", ") + survey.points[i].number;
+    }
+    table.add({length_text(node.place.x), length_text(node.place.y), length_text(node.elevation),
+               slope_text(node.slope), numbers});
+  }
+  return table.text();
+}
+
+bool has_no_slope(const Node& node) { return !node.slope.has_value(); }
+
 bool stands_still(const Leg& leg) { return !leg.azimuth.has_value(); }
 
 }  // namespace
@@ -63,6 +138,41 @@ std::string heading_section(const Survey& survey, const Traverse& traverse) {
   text += "Traverse  " + length_text(traverse.length) + " in plan, " +
           counted(traverse.legs.size(), "leg", "legs") + "\n\n";
   return text + extents_table(extents_of(survey.points));
+}
+
+std::string boundary_section(const Study& study) {
+  std::string text = titled("Boundary and section line");
+  const std::string reason = reason_for_none(study);
+  if (!reason.empty()) return text + reason;
+  const Section& section = study.section;
+  text += "Boundary   " + origin_of(study.boundary) + '\n';
+  text += "Vertices   " + vertices_text(study.boundary) + '\n';
+  text += "Perimeter  " + length_text(study.perimeter) + '\n';
+  text += "Section    from " + place_text(section.line.from) + " to " +
+          place_text(section.line.to) + '\n';
+  text += "Bearing    " + azimuth_text(section.bearing) + " gon\n";
+  text += "Length     " + length_text(section.length) + "\n\n";
+  if (section.cuts.empty()) return text + "The section line does not cut the boundary.\n";
+  return text + "Distance from the start of the section line.\n\n" + cuts_table(section);
+}
+
+std::string relief_section(const Survey& survey, const Study& study) {
+  std::string text = titled("Elevations and slopes");
+  const std::string reason = reason_for_none(study);
+  if (!reason.empty()) return text + reason;
+  const Relief& relief = study.relief;
+  const std::string step = fixed(relief.step, decimals_for(relief.step));
+  if (relief.nodes.empty()) {
+    return text + "No node of a grid of " + step +
+           " lies inside the boundary with three points around it.\n";
+  }
+  text += "At the nodes of a grid of " + step + ", in the triangle of the three points named.\n";
+  text += "Slope of the triangle, its elevations counted from the lowest point of the survey;\n";
+  text += "where its three levels differ, the number depends on where they are counted from.\n";
+  if (std::any_of(relief.nodes.begin(), relief.nodes.end(), has_no_slope)) {
+    text += "Slope - where the triangle has none.\n";
+  }
+  return text + '\n' + nodes_table(survey, relief) + '\n' + summary_text(relief);
 }
 
 std::string traverse_section(const Survey& survey, const Traverse& traverse) {
@@ -88,9 +198,10 @@ std::string traverse_section(const Survey& survey, const Traverse& traverse) {
   return text + '\n' + table.text();
 }
 
-std::string report(const Survey& survey) {
+std::string report(const Survey& survey, const Study& study) {
   const Traverse traverse = traverse_through(survey.points);
-  return heading_section(survey, traverse) + "\n\n" + traverse_section(survey, traverse);
+  return heading_section(survey, traverse) + "\n\n" + boundary_section(study) + "\n\n" +
+         relief_section(survey, study) + "\n\n" + traverse_section(survey, traverse);
 }
 
 }  // namespace survey_report

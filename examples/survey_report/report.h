@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "survey_report/points.h"
+#include "survey_report/study.h"
 #include "survey_report/traverse.h"
 
 namespace survey_report {
@@ -19,10 +20,16 @@ struct Survey {
 /// File, number of points, length of the traverse and the box around the points.
 std::string heading_section(const Survey& survey, const Traverse& traverse);
 
+/// The boundary, the section line and a row a cut.
+std::string boundary_section(const Study& study);
+
+/// A row a grid node: elevation, slope and the triangle they are taken from.
+std::string relief_section(const Survey& survey, const Study& study);
+
 /// A row a point: its coordinates, and the leg to the next point.
 std::string traverse_section(const Survey& survey, const Traverse& traverse);
 
 /// All sections, a blank line between each two.
-std::string report(const Survey& survey);
+std::string report(const Survey& survey, const Study& study);
 
 }  // namespace survey_report

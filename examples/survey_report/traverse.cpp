@@ -4,6 +4,7 @@
 
 #include "frame/run_failure.h"
 #include "library/orv2_geo.hpp"
+#include "survey_report/failure_words.h"
 
 namespace survey_report {
 
@@ -11,11 +12,6 @@ namespace {
 
 std::string between(const SurveyPoint& from, const SurveyPoint& to) {
   return "from point " + from.number + " to point " + to.number + ": ";
-}
-
-std::string words_of(const orv2_geo::RunFailure& failure) {
-  return std::string(failure.description()) + " (failure " + std::to_string(failure.number()) +
-         " of " + std::string(failure.source()) + ')';
 }
 
 double azimuth_of(double dx, double dy) {

@@ -10,6 +10,7 @@ import subprocess
 import sys
 import tempfile
 import unittest
+from xml.etree import ElementTree
 
 try:
     import resource
@@ -68,6 +69,32 @@ class Options(InAFolder):
             ([""], "the point file has an empty name"),
             (["-o", "good.csv", "good.csv"], "the output file is the point file"),
             (["-o", "./good.csv", "good.csv"], "the output file is the point file"),
+            (["good.csv", "--plan"], "--plan needs a file name"),
+            (["good.csv", "--plan="], "the --plan file has an empty name"),
+            (["good.csv", "--plan", "a", "--plan=b"], "more than one --plan file is given"),
+            (["good.csv", "--plan", "./good.csv"], "--plan names the point file"),
+            (["good.csv", "-o", "a", "--plan", "./a"], "--plan names the output file"),
+            (["good.csv", "--boundary"], "--boundary needs a code"),
+            (["good.csv", "--boundary="], "--boundary has an empty code"),
+            (["good.csv", "--grid"], "--grid needs a step"),
+            (["good.csv", "--grid", "x"], '--grid "x" is not a positive number'),
+            (["good.csv", "--grid", "0"], '--grid "0" is not a positive number'),
+            (["good.csv", "--grid=-5"], '--grid "-5" is not a positive number'),
+            (["good.csv", "--grid=inf"], '--grid "inf" is not a positive number'),
+            (["good.csv", "--grid=5m"], '--grid "5m" is not a positive number'),
+            (["good.csv", "--grid=5", "--grid=5"], "more than one --grid is given"),
+            (["good.csv", "--section"], "--section needs X1,Y1,X2,Y2"),
+            (["good.csv", "--section", "1,2,3"],
+             '--section "1,2,3" is not four numbers X1,Y1,X2,Y2'),
+            (["good.csv", "--section", "1,2,3,4,5"],
+             '--section "1,2,3,4,5" is not four numbers X1,Y1,X2,Y2'),
+            (["good.csv", "--section", "1,2,3,4,"],
+             '--section "1,2,3,4," is not four numbers X1,Y1,X2,Y2'),
+            (["good.csv", "--section", "1,2,,4"],
+             '--section "1,2,,4" is not four numbers X1,Y1,X2,Y2'),
+            (["good.csv", "--section", "1,2,1,2"], '--section "1,2,1,2" starts where it ends'),
+            (["good.csv", "--section=0,0,1,1", "--section=0,0,1,1"],
+             "more than one --section is given"),
         ]
         for arguments, message in rows:
             with self.subTest(message):
@@ -89,6 +116,125 @@ class Options(InAFolder):
         result = run("good.csv", "--northing-first")
         self.assertIn(b"read as number, Y, X, Z, code\n", result.stdout)
         self.assertIn(b"     1  200.000  100.000  600.000  EJE    0.0000", result.stdout)
+
+
+SQUARE = "".join(f"{n},{x},{y},{z},LINDERO\n" for n, x, y, z in
+                 [(1, 0, 0, 5), (2, 100, 0, 6), (3, 100, 100, 7), (4, 50, 20, 8), (5, 0, 100, 9)])
+
+
+class BoundaryAndRelief(InAFolder):
+    def setUp(self):
+        super().setUp()
+        self.write("square.csv", SQUARE)
+
+    def report(self, *arguments):
+        result = run("square.csv", *arguments)
+        self.assertEqual((result.returncode, result.stderr), (0, b""))
+        return result.stdout.decode()
+
+    def test_the_section_line_is_the_users(self):
+        text = self.report("--section=-10,60,110,60")
+        self.assertIn("Section    from -10.000, 60.000 to 110.000, 60.000\n", text)
+        self.assertIn("\n  1    0.000  60.000    10.000\n", text)
+        self.assertIn("\n  4  100.000  60.000   110.000\n", text)
+
+    def test_a_section_line_may_miss_the_boundary(self):
+        self.assertIn("The section line does not cut the boundary.\n",
+                      self.report("--section", "500,0,500,9"))
+
+    def test_the_boundary_has_the_code_of_the_user(self):
+        self.assertIn("Boundary   5 points whose code begins with LIN,", self.report("--boundary",
+                                                                                     "LIN"))
+        text = self.report("--boundary=WALL")
+        self.assertIn("Boundary   convex hull of all points, for want of a boundary: "
+                      "0 points whose code begins with WALL\nVertices   4\n", text)
+
+    def test_the_grid_has_the_step_of_the_user(self):
+        self.assertIn("At the nodes of a grid of 25, ", self.report("--grid", "25"))
+
+    def test_a_grid_too_fine(self):
+        self.assert_fails(run("square.csv", "--grid", "0.001"), 2,
+                          "survey_report: --grid gives more than 40000 nodes" + Options.HINT)
+
+
+class Plan(InAFolder):
+    SVG = "{http://www.w3.org/2000/svg}"
+
+    def setUp(self):
+        super().setUp()
+        self.write("square.csv", SQUARE)
+
+    def plan(self, *arguments):
+        self.assertEqual(run(*arguments, "--plan", "plan.svg").returncode, 0)
+        return ElementTree.parse("plan.svg").getroot()
+
+    def group(self, root, name):
+        return [group for group in root.iter(self.SVG + "g") if group.get("id") == name]
+
+    def cuts(self, root):
+        return [path for path in root.iter(self.SVG + "path") if path.get("class") == "cut"]
+
+    def test_what_is_on_it(self):
+        root = self.plan("square.csv")
+        self.assertEqual(root.tag, self.SVG + "svg")
+        self.assertEqual(root.find(self.SVG + "title").text, "square.csv")
+        for name in ("scale-bar", "north-arrow", "legend", "points", "boundary", "section",
+                     "coordinates", "nodes"):
+            self.assertEqual(len(self.group(root, name)), 1, name)
+        texts = [text.text for text in root.iter(self.SVG + "text")]
+        for text in ("square.csv", "N", "LINDERO (5)", "Boundary", "Section line"):
+            self.assertIn(text, texts)
+
+    def test_there_are_as_many_cuts_as_in_the_report(self):
+        for section, count in (("-10,60,110,60", 4), ("-10,5,110,5", 2), ("500,0,500,9", 0),
+                               ("-1e9,60,1e9,60", 4)):
+            root = self.plan("square.csv", "--section=" + section)
+            self.assertEqual(len(self.cuts(root)), count, section)
+
+    def test_the_report_is_the_same_with_a_plan(self):
+        without = run("square.csv").stdout
+        self.assertEqual(run("square.csv", "--plan=plan.svg").stdout, without)
+        self.assertEqual(self.files(), ["plan.svg", "square.csv"])
+
+    def test_it_is_drawn_alike_each_time(self):
+        self.plan("square.csv")
+        first = pathlib.Path("plan.svg").read_bytes()
+        self.plan("square.csv")
+        self.assertEqual(pathlib.Path("plan.svg").read_bytes(), first)
+
+    def test_names_with_marks(self):
+        name = self.write('a<b>&".csv', '1<2,0,0,0,"<&>"\n2,5,5,0,"]]>"\n')
+        root = self.plan(name)
+        self.assertEqual(root.find(self.SVG + "title").text, name)
+        texts = [text.text for text in root.iter(self.SVG + "text")]
+        for text in (name, "1<2", "<&> (1)", "]]> (1)"):
+            self.assertIn(text, texts)
+
+    def test_odd_surveys_have_one(self):
+        for content in ("1,5,5,5\n", "1,5,5,5\n2,5,5,5\n", "1,0,0,0\n2,0,9,0\n3,0,5,0\n",
+                        "1,0,0,0\n2,1e150,0,0\n3,0,1e150,0\n"):
+            with self.subTest(content):
+                self.write("odd.csv", content)
+                root = self.plan("odd.csv")
+                self.assertEqual(len(self.group(root, "points")), 1)
+                self.assertNotRegex(pathlib.Path("plan.svg").read_text(), "nan|inf[^\"oO]")
+
+    def test_none_is_left_behind_on_failure(self):
+        self.write("bad.csv", "x\n")
+        self.assertEqual(run("bad.csv", "--plan", "plan.svg").returncode, 1)
+        self.assertEqual(run("square.csv", "--plan", "plan.svg", "-o", "no/report").returncode, 1)
+        self.assertEqual(run("square.csv", "--plan", "plan.svg", "--grid=1e-9").returncode, 2)
+        self.assertEqual(self.files(), ["bad.csv", "square.csv"])
+
+    def test_no_report_is_left_behind_without_its_plan(self):
+        self.assert_fails(run("square.csv", "--plan", "no/plan.svg", "-o", "report.txt"), 1,
+                          "survey_report: cannot write no/plan.svg: No such file or directory\n")
+        self.assertEqual(self.files(), ["square.csv"])
+
+    def test_an_older_plan_stays_where_the_report_fails(self):
+        self.write("plan.svg", "older")
+        self.assertEqual(run("square.csv", "--plan", "plan.svg", "-o", "no/report").returncode, 1)
+        self.assertEqual(pathlib.Path("plan.svg").read_text(), "older")
 
 
 class BadData(InAFolder):

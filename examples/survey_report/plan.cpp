@@ -1,0 +1,445 @@
+#include "survey_report/plan.h"
+
+#include <algorithm>
+#include <cmath>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+#include "survey_report/layout.h"
+#include "survey_report/rounding.h"
+#include "survey_report/svg.h"
+#include "survey_report/symbols.h"
+#include "survey_report/utf8.h"
+
+namespace survey_report {
+
+namespace {
+
+constexpr double longest_bar = 46.0;
+constexpr double tick_distance = 28.0;  // about, between coordinates on the frame
+constexpr double tick_length = 1.6;
+constexpr double beyond_the_points = 0.1;  // of the section line, at most
+constexpr std::size_t many_points = 600;
+constexpr std::size_t longest_coordinate = 14;
+constexpr std::size_t longest_entry = 20;  // of the legend
+constexpr double nearest_nodes = 6.0;      // on the sheet; of a finer grid only some are drawn
+
+constexpr std::string_view grey = "#777777";
+constexpr std::string_view red = "#c00000";
+constexpr std::string_view thin_black = R"(fill="none" stroke="#222222" stroke-width="0.25")";
+constexpr std::string_view boundary_paint =
+    R"(fill="none" stroke="#222222" stroke-width="0.45" stroke-linejoin="round")";
+constexpr std::string_view hull_paint =
+    R"(fill="none" stroke="#222222" stroke-width="0.35" stroke-dasharray="3 1.2")";
+constexpr std::string_view section_paint =
+    R"(fill="none" stroke="#c00000" stroke-width="0.35" stroke-dasharray="5 1 1 1")";
+constexpr std::string_view cut_paint =
+    R"(class="cut" fill="#ffffff" stroke="#c00000" stroke-width="0.4")";
+constexpr std::string_view node_paint = R"(fill="none" stroke="#777777" stroke-width="0.2")";
+
+constexpr double label_gap = 0.5;  // between labels in a row
+constexpr double coordinate_size = 2.5;
+constexpr double number_size = 1.8;
+constexpr double node_size = 1.8;
+constexpr double cut_size = 3.2;
+constexpr double cut_reach = 1.1;
+constexpr double node_reach = 0.7;
+
+// ---- What is drawn where
+
+void include(Box& box, const Place& place) {
+  box.x = {std::min(box.x.min, place.x), std::max(box.x.max, place.x)};
+  box.y = {std::min(box.y.min, place.y), std::max(box.y.max, place.y)};
+}
+
+double within(double value, const Range& range, double margin) {
+  return std::clamp(value, range.min - margin, range.max + margin);
+}
+
+// All points, and the ends of the section line unless they are far off.
+Box drawn_box(const Survey& survey, const Study& study) {
+  const Extents extents = extents_of(survey.points);
+  const Box points{extents.x, extents.y};
+  Box box = points;
+  if (!study.complete()) return box;
+  const double larger = std::max(points.x.max - points.x.min, points.y.max - points.y.min);
+  const double margin = beyond_the_points * larger;
+  for (const Place& end : {study.section.line.from, study.section.line.to}) {
+    include(box, {within(end.x, points.x, margin), within(end.y, points.y, margin)});
+  }
+  return box;
+}
+
+// A text of at most so many characters.
+std::string shortened(std::string_view text, std::size_t longest) {
+  if (display_width(text) <= longest) return std::string(text);
+  std::string_view rest = text;
+  for (std::size_t i = 0; i + 1 < longest; ++i) {
+    if (!take_character(rest)) rest.remove_prefix(1);
+  }
+  return std::string(text.substr(0, text.size() - rest.size())) + "\u2026";
+}
+
+std::string entry_text(const CodeGroup& group) {
+  const std::string count = " (" + std::to_string(group.points.size()) + ')';
+  return shortened(group.name, longest_entry - count.size()) + count;
+}
+
+// Of a fine grid, every second, third, ... node in both directions.
+std::vector<Node> nodes_to_draw(const Relief& relief, double scale) {
+  std::vector<Node> nodes;
+  const double every = std::max(1.0, std::ceil(nearest_nodes / (relief.step * scale)));
+  const auto is_drawn = [&](double coordinate) {
+    return std::fmod(std::round(coordinate / relief.step), every) == 0.0;
+  };
+  for (const Node& node : relief.nodes) {
+    if (is_drawn(node.place.x) && is_drawn(node.place.y)) nodes.push_back(node);
+  }
+  return nodes;
+}
+
+// The distance of the coordinates on the frame, none of which may touch the next.
+double tick_step(const Box& visible, double scale) {
+  const double step = round_near(tick_distance / scale);
+  const double largest = std::max({std::abs(visible.x.min), std::abs(visible.x.max),
+                                   std::abs(visible.y.min), std::abs(visible.y.max)});
+  const double width = text_width(fixed(-largest, decimals_for(step)), coordinate_size);
+  return step * scale >= width ? step : round_near(2.1 * step);
+}
+
+Rect around(const Place& at, double reach) {
+  return {at.x - reach, at.y - reach, at.x + reach, at.y + reach};
+}
+
+// ---- The drawing
+
+class Plan {
+ public:
+  Plan(const Survey& survey, const Study& study)
+      : survey_(survey),
+        study_(study),
+        box_(drawn_box(survey, study)),
+        layout_(layout_for(box_)),
+        mapping_(box_, layout_.frame),
+        board_(layout_.frame),
+        groups_(code_groups(survey.points)),
+        nodes_(nodes_to_draw(study.relief, mapping_.scale())),
+        reach_(survey.points.size() > many_points ? 0.6 : 0.9) {}
+
+  std::string drawn() {
+    svg_.rectangle({0, 0}, layout_.width, layout_.height, R"(fill="#ffffff")");
+    headings();
+    frame();
+    svg_.open_group(R"~(clip-path="url(#inside)")~");
+    take_room();
+    lines();
+    points();
+    labels();
+    svg_.close_group();
+    legend();
+    scale_bar();
+    north_arrow();
+    return svg_.document(layout_.width, layout_.height, survey_.file_name);
+  }
+
+ private:
+  Place on_sheet(const SurveyPoint& point) const { return mapping_.on_sheet({point.x, point.y}); }
+
+  std::vector<Place> ring_on_sheet() const {
+    std::vector<Place> ring;
+    for (const Place& vertex : study_.boundary.vertices) ring.push_back(mapping_.on_sheet(vertex));
+    return ring;
+  }
+
+  void headings() {
+    const Rect& frame = layout_.frame;
+    const std::size_t room = static_cast<std::size_t>(frame.width() / text_width("0", 5.5));
+    svg_.text({frame.left, 11}, shortened(survey_.file_name, room), {.size = 5.5, .bold = true});
+    std::string text = std::to_string(survey_.points.size());
+    text += survey_.points.size() == 1 ? " point" : " points";
+    svg_.text({frame.left, 16.5}, text + "; X to the east, Y to the north", {.size = 3.2});
+  }
+
+  // ---- Frame
+
+  void frame() {
+    const Rect& f = layout_.frame;
+    svg_.path(
+        path_through({{f.left, f.top}, {f.right, f.top}, {f.right, f.bottom}, {f.left, f.bottom}},
+                     true),
+        thin_black);
+    svg_.clip("inside", {f.left, f.top}, f.width(), f.height());
+    const Box visible = mapping_.visible();
+    const double step = tick_step(visible, mapping_.scale());
+    const std::vector<double> columns = multiples(visible.x, step);
+    const std::vector<double> rows = multiples(visible.y, step);
+    crosses(columns, rows);
+    svg_.open_group(R"(id="coordinates" stroke-width="0.25")");
+    for (const double x : columns) column_tick(x, decimals_for(step));
+    for (const double y : rows) row_tick(y, decimals_for(step));
+    svg_.close_group();
+  }
+
+  void crosses(const std::vector<double>& columns, const std::vector<double>& rows) {
+    svg_.open_group(R"(id="crosses" fill="none" stroke="#cccccc" stroke-width="0.2")");
+    for (const double y : rows) {
+      for (const double x : columns) {
+        const Place at = mapping_.on_sheet({x, y});
+        svg_.line({at.x - 1.5, at.y}, {at.x + 1.5, at.y});
+        svg_.line({at.x, at.y - 1.5}, {at.x, at.y + 1.5});
+      }
+    }
+    svg_.close_group();
+  }
+
+  void column_tick(double x, int decimals) {
+    const Rect& f = layout_.frame;
+    const double at = mapping_.on_sheet({x, box_.y.min}).x;
+    tick({at, f.top}, {at, f.top + tick_length});
+    tick({at, f.bottom}, {at, f.bottom - tick_length});
+    coordinate({at, f.bottom + 3.4}, fixed(x, decimals), false);
+  }
+
+  void row_tick(double y, int decimals) {
+    const Rect& f = layout_.frame;
+    const double at = mapping_.on_sheet({box_.x.min, y}).y;
+    tick({f.left, at}, {f.left + tick_length, at});
+    tick({f.right, at}, {f.right - tick_length, at});
+    coordinate({f.left - 1.4, at}, fixed(y, decimals), true);
+  }
+
+  void tick(const Place& from, const Place& to) {
+    svg_.path(path_through({from, to}, false), R"(stroke="#222222")");
+  }
+
+  // One of many digits is left out: its neighbours would touch it.
+  void coordinate(const Place& at, const std::string& text, bool upwards) {
+    if (text.size() > longest_coordinate) return;
+    svg_.text(at, text, {.size = coordinate_size, .anchor = Anchor::middle, .upwards = upwards});
+  }
+
+  // ---- Inside the frame
+
+  // Symbols and lines come before every label.
+  void take_room() {
+    for (const SurveyPoint& point : survey_.points) board_.occupy(around(on_sheet(point), reach_));
+    if (!study_.complete()) return;
+    const std::vector<Place> ring = ring_on_sheet();
+    for (std::size_t i = 0; i < ring.size(); ++i) {
+      board_.occupy_line(ring[i], ring[(i + 1) % ring.size()]);
+    }
+    occupy_section();
+    for (const Cut& cut : study_.section.cuts) {
+      board_.occupy(around(mapping_.on_sheet(cut.place), cut_reach));
+    }
+    for (const Node& node : nodes_) {
+      board_.occupy(around(mapping_.on_sheet(node.place), node_reach));
+    }
+  }
+
+  // Where its ends are far off, the part along the drawing is enough.
+  void occupy_section() {
+    const SectionLine& line = study_.section.line;
+    const auto near = [&](const Place& end) {
+      return mapping_.on_sheet({within(end.x, box_.x, 0.0), within(end.y, box_.y, 0.0)});
+    };
+    const bool whole = near(line.from) == mapping_.on_sheet(line.from) &&
+                       near(line.to) == mapping_.on_sheet(line.to);
+    if (whole) board_.occupy_line(near(line.from), near(line.to));
+  }
+
+  void lines() {
+    if (!study_.complete()) return;
+    svg_.open_group(R"(id="boundary")");
+    svg_.path(path_through(ring_on_sheet(), true), ring_paint());
+    svg_.close_group();
+    svg_.open_group(R"(id="section")");
+    const SectionLine& line = study_.section.line;
+    svg_.path(path_through({mapping_.on_sheet(line.from), mapping_.on_sheet(line.to)}, false),
+              section_paint);
+    svg_.close_group();
+    nodes();
+  }
+
+  std::string_view ring_paint() const {
+    return study_.boundary.is_hull ? hull_paint : boundary_paint;
+  }
+
+  void nodes() {
+    svg_.open_group(R"(id="nodes" fill="none" stroke="#777777" stroke-width="0.2")");
+    for (const Node& node : nodes_) {
+      svg_.path(node_mark(mapping_.on_sheet(node.place)));
+    }
+    svg_.close_group();
+  }
+
+  static std::string node_mark(const Place& at) {
+    return path_through({{at.x - node_reach, at.y}, {at.x + node_reach, at.y}}, false) + ' ' +
+           path_through({{at.x, at.y - node_reach}, {at.x, at.y + node_reach}}, false);
+  }
+
+  // The frequent codes below the rare ones.
+  void points() {
+    svg_.open_group(R"(id="points")");
+    for (std::size_t i = 0; i < groups_.size(); ++i) {
+      const Symbol& symbol = symbol_of_group(i);
+      svg_.open_group(symbol.paint);
+      for (const std::size_t point : groups_[i].points) {
+        svg_.path(symbol.outline(on_sheet(survey_.points[point]), reach_));
+      }
+      svg_.close_group();
+    }
+    svg_.close_group();
+  }
+
+  // ---- Labels: the most important find room first, and are drawn last
+
+  void labels() {
+    svg_.open_group(R"(id="labels")");
+    const std::vector<Rect> cut_rooms = rooms_for_cuts();
+    for (const Node& node : nodes_) {
+      label(mapping_.on_sheet(node.place), node_reach, fixed(node.elevation, 2),
+            {.size = node_size, .colour = grey, .halo = true});
+    }
+    for (const SurveyPoint& point : survey_.points) {
+      label(on_sheet(point), reach_, point.number, {.size = number_size, .halo = true});
+    }
+    for (std::size_t i = 0; i < cut_rooms.size(); ++i) cut(i, cut_rooms[i]);
+    svg_.close_group();
+  }
+
+  // Every cut has its number, if need be over something else.
+  std::vector<Rect> rooms_for_cuts() {
+    std::vector<Rect> rooms;
+    for (std::size_t i = 0; i < study_.section.cuts.size(); ++i) {
+      const Place at = mapping_.on_sheet(study_.section.cuts[i].place);
+      const std::string number = cut_number(i);
+      const double left = at.x + cut_reach + 0.2;
+      const double width = text_width(number, cut_size);
+      const Rect at_least{left, at.y - cut_size, left + width, at.y - 0.3};
+      rooms.push_back(room_for(at, cut_reach, number, cut_size).value_or(at_least));
+      board_.occupy(rooms.back());
+    }
+    return rooms;
+  }
+
+  void cut(std::size_t i, const Rect& room) {
+    const Place at = mapping_.on_sheet(study_.section.cuts[i].place);
+    svg_.path(symbol_of_group(0).outline(at, cut_reach), cut_paint);
+    label_in(room, cut_number(i), {.size = cut_size, .colour = red, .bold = true, .halo = true});
+  }
+
+  static std::string cut_number(std::size_t i) { return std::to_string(i + 1); }
+
+  // Draws nothing where there is no room.
+  void label(const Place& at, double reach, std::string_view text, const Lettering& lettering) {
+    const std::optional<Rect> room = room_for(at, reach, text, lettering.size);
+    if (room) label_in(*room, text, lettering);
+  }
+
+  std::optional<Rect> room_for(const Place& at, double reach, std::string_view text, double size) {
+    return board_.place(at, reach + 0.2, text_width(text, size) + label_gap, 0.85 * size);
+  }
+
+  void label_in(const Rect& room, std::string_view text, const Lettering& lettering) {
+    Lettering centred = lettering;
+    centred.anchor = Anchor::middle;
+    svg_.text({(room.left + room.right) / 2, room.bottom - 0.06 * lettering.size}, text, centred);
+  }
+
+  // ---- Beside the frame
+
+  Place legend_row() {
+    const std::size_t column = rows_used_ / layout_.rows;
+    const std::size_t row = rows_used_ % layout_.rows;
+    ++rows_used_;
+    return {layout_.legend.x + static_cast<double>(column) * layout_.column_width,
+            layout_.legend.y + static_cast<double>(row) * layout_.row_height};
+  }
+
+  void legend_entry(const std::string& outline, std::string_view paint, const Place& at,
+                    const std::string& text) {
+    svg_.path(outline, paint);
+    svg_.text({at.x + 6, at.y + 1.1}, text, {.size = 3.0});
+  }
+
+  void legend() {
+    svg_.open_group(R"(id="legend")");
+    for (std::size_t i = 0; i < groups_.size(); ++i) {
+      const Place at = legend_row();
+      const Symbol& symbol = symbol_of_group(i);
+      legend_entry(symbol.outline(at, 1.1), symbol.paint, at, entry_text(groups_[i]));
+    }
+    if (study_.complete()) study_legend();
+    svg_.close_group();
+  }
+
+  void study_legend() {
+    const std::string ring = study_.boundary.is_hull ? "Convex hull" : "Boundary";
+    legend_line(ring_paint(), ring);
+    legend_line(section_paint, "Section line");
+    Place at = legend_row();
+    legend_entry(symbol_of_group(0).outline(at, cut_reach),
+                 R"(fill="#ffffff" stroke="#c00000" stroke-width="0.4")", at, "Cut, by its number");
+    at = legend_row();
+    legend_entry(node_mark(at), node_paint, at, "Grid node, elevation");
+  }
+
+  void legend_line(std::string_view paint, const std::string& text) {
+    const Place at = legend_row();
+    legend_entry(path_through({{at.x - 4, at.y}, {at.x + 4, at.y}}, false), paint, at, text);
+  }
+
+  void scale_bar() {
+    const double length = scale_bar_length(mapping_.scale());
+    const double half = length * mapping_.scale() / 2;
+    const Place& at = layout_.scale_bar;
+    svg_.open_group(R"(id="scale-bar" stroke="#222222" stroke-width="0.25")");
+    svg_.rectangle(at, half, 1.8, R"(fill="#222222")");
+    svg_.rectangle({at.x + half, at.y}, half, 1.8, R"(fill="#ffffff")");
+    svg_.close_group();
+    const int decimals = decimals_for(length / 2);
+    const Lettering small{.size = 2.8, .anchor = Anchor::middle};
+    svg_.text({at.x, at.y - 1.2}, "0", small);
+    const std::string middle = fixed(length / 2, decimals);
+    if (text_width(middle, small.size) + 1.5 < half) {
+      svg_.text({at.x + half, at.y - 1.2}, middle, small);
+    }
+    svg_.text({at.x + 2 * half, at.y - 1.2}, fixed(length, decimals), small);
+    svg_.text({at.x, at.y + 5.4}, "Lengths as in the file", {.size = 2.6, .colour = grey});
+  }
+
+  void north_arrow() {
+    const Place& tip = layout_.north_arrow;
+    svg_.open_group(R"(id="north-arrow" stroke="#222222" stroke-width="0.3")");
+    svg_.path(path_through({tip, {tip.x - 4, tip.y + 16}, {tip.x, tip.y + 12.5}}, true),
+              R"(fill="#222222")");
+    svg_.path(path_through({tip, {tip.x + 4, tip.y + 16}, {tip.x, tip.y + 12.5}}, true),
+              R"(fill="#ffffff")");
+    svg_.close_group();
+    svg_.text({tip.x, tip.y + 22}, "N", {.size = 5.0, .anchor = Anchor::middle, .bold = true});
+  }
+
+  const Survey& survey_;
+  const Study& study_;
+  Box box_;
+  const SheetLayout& layout_;
+  Mapping mapping_;
+  LabelBoard board_;
+  std::vector<CodeGroup> groups_;
+  std::vector<Node> nodes_;
+  double reach_;
+  std::size_t rows_used_ = 0;
+  Svg svg_;
+};
+
+}  // namespace
+
+double scale_bar_length(double scale) { return round_down(longest_bar / scale); }
+
+std::string plan_of(const Survey& survey, const Study& study) {
+  return Plan(survey, study).drawn();
+}
+
+}  // namespace survey_report

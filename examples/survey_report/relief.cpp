@@ -1,0 +1,211 @@
+#include "survey_report/relief.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "library/orv2_geo.hpp"
+#include "survey_report/rounding.h"
+
+namespace survey_report {
+
+namespace {
+
+constexpr std::size_t candidates = 12;
+constexpr double nodes_a_side = 8.0;
+constexpr double most_nodes_a_side = 64.0;
+constexpr double thinnest = 0.02;  // height of a triangle over its longest side
+
+// ---- Nearest points
+
+// A point seen from a node: small numbers keep digits.
+struct Near {
+  std::size_t index = 0;
+  double x = 0.0;
+  double y = 0.0;
+  double squared = 0.0;
+};
+
+bool nearer(const Near& a, const Near& b) {
+  return std::pair(a.squared, a.index) < std::pair(b.squared, b.index);
+}
+
+// Of points in one spot the first alone counts.
+void add_if_nearer(std::vector<Near>& nearest, const Near& near) {
+  if (nearest.size() == candidates && !nearer(near, nearest.back())) return;
+  const auto same_spot = [&](const Near& n) { return n.x == near.x && n.y == near.y; };
+  if (std::any_of(nearest.begin(), nearest.end(), same_spot)) return;
+  nearest.insert(std::upper_bound(nearest.begin(), nearest.end(), near, nearer), near);
+  if (nearest.size() > candidates) nearest.pop_back();
+}
+
+std::vector<Near> nearest_to(const Place& place, const std::vector<SurveyPoint>& points) {
+  std::vector<Near> nearest;
+  for (std::size_t i = 0; i < points.size(); ++i) {
+    const double x = points[i].x - place.x;
+    const double y = points[i].y - place.y;
+    add_if_nearer(nearest, {i, x, y, x * x + y * y});
+  }
+  return nearest;
+}
+
+// ---- Triangles around the origin, which is the node
+
+double side(const Near& a, const Near& b) { return std::hypot(b.x - a.x, b.y - a.y); }
+
+double perimeter(const Near& a, const Near& b, const Near& c) {
+  return side(a, b) + side(b, c) + side(c, a);
+}
+
+double cross(const Near& a, const Near& b) { return a.x * b.y - a.y * b.x; }
+
+bool around_origin(const Near& a, const Near& b, const Near& c) {
+  const double ab = cross(a, b);
+  const double bc = cross(b, c);
+  const double ca = cross(c, a);
+  return (ab >= 0.0 && bc >= 0.0 && ca >= 0.0) || (ab <= 0.0 && bc <= 0.0 && ca <= 0.0);
+}
+
+double height_over(const Near& apex, const Near& from, const Near& to) {
+  return orv2_geo::cgeo_Algorismos().Distancia_Punto_Linea(apex.x, apex.y, from.x, from.y, to.x,
+                                                           to.y);
+}
+
+bool is_sliver(const Near& a, const Near& b, const Near& c) {
+  const double longest = std::max({side(a, b), side(b, c), side(c, a)});
+  const double height = side(a, b) == longest   ? height_over(c, a, b)
+                        : side(b, c) == longest ? height_over(a, b, c)
+                                                : height_over(b, c, a);
+  return height < thinnest * longest;
+}
+
+// The smallest triangle so far.
+class Smallest {
+ public:
+  void offer(const Near& a, const Near& b, const Near& c) {
+    if (!around_origin(a, b, c)) return;
+    const double length = perimeter(a, b, c);
+    if (found_ && length >= length_) return;
+    if (is_sliver(a, b, c)) return;
+    found_ = Triangle{a.index, b.index, c.index};
+    length_ = length;
+  }
+
+  std::optional<Triangle> found() const { return found_; }
+
+ private:
+  std::optional<Triangle> found_;
+  double length_ = 0.0;
+};
+
+// ---- What the library says of a triangle
+
+double elevation_at(const Place& place, Triangle triangle, const std::vector<SurveyPoint>& points) {
+  // The library looks from the first vertex through the node at the opposite
+  // side, so the first is the farthest: never the node itself.
+  const auto squared = [&](std::size_t i) {
+    return std::pow(points[i].x - place.x, 2) + std::pow(points[i].y - place.y, 2);
+  };
+  std::sort(triangle.begin(), triangle.end(),
+            [&](std::size_t a, std::size_t b) { return squared(a) > squared(b); });
+  const SurveyPoint& a = points[triangle[0]];
+  const SurveyPoint& b = points[triangle[1]];
+  const SurveyPoint& c = points[triangle[2]];
+  return orv2_geo::cgeo_Algorismos().Triangulo_Cota_1p_interior(
+      a.x - place.x, a.y - place.y, a.z, b.x - place.x, b.y - place.y, b.z, c.x - place.x,
+      c.y - place.y, c.z, 0.0, 0.0);
+}
+
+// The library measures a triangle with three different levels against
+// elevation zero: the survey's lowest point is made that level.
+std::optional<double> slope_of(const Triangle& triangle, const std::vector<SurveyPoint>& points,
+                               double lowest) try {
+  const SurveyPoint& a = points[triangle[0]];
+  const SurveyPoint& b = points[triangle[1]];
+  const SurveyPoint& c = points[triangle[2]];
+  return orv2_geo::cgeo_Algorismos().Triangulo_pendiente(0.0, 0.0, a.z - lowest, b.x - a.x,
+                                                         b.y - a.y, b.z - lowest, c.x - a.x,
+                                                         c.y - a.y, c.z - lowest);
+} catch (const orv2_geo::RunFailure&) {
+  return std::nullopt;
+}
+
+// ---- Grids
+
+double first_multiple(const Range& range, double step) { return std::ceil(range.min / step); }
+
+double multiples_in(const Range& range, double step) {
+  return std::floor(range.max / step) - first_multiple(range, step) + 1.0;
+}
+
+}  // namespace
+
+double default_step(const Box& box) {
+  const double width = box.x.max - box.x.min;
+  const double height = box.y.max - box.y.min;
+  const double square = std::sqrt(width) * std::sqrt(height) / nodes_a_side;
+  return round_down(std::max(square, std::max(width, height) / most_nodes_a_side));
+}
+
+double node_count(const Box& box, double step) {
+  return multiples_in(box.x, step) * multiples_in(box.y, step);
+}
+
+std::vector<Place> grid_places(const Box& box, double step) {
+  std::vector<Place> places;
+  const double columns = multiples_in(box.x, step);
+  const double rows = multiples_in(box.y, step);
+  for (double row = 0.0; row < rows; ++row) {
+    for (double column = 0.0; column < columns; ++column) {
+      places.push_back({(first_multiple(box.x, step) + column) * step,
+                        (first_multiple(box.y, step) + row) * step});
+    }
+  }
+  return places;
+}
+
+std::optional<Triangle> triangle_around(const Place& place,
+                                        const std::vector<SurveyPoint>& points) {
+  const std::vector<Near> nearest = nearest_to(place, points);
+  Smallest smallest;
+  for (std::size_t i = 0; i < nearest.size(); ++i) {
+    for (std::size_t j = i + 1; j < nearest.size(); ++j) {
+      for (std::size_t k = j + 1; k < nearest.size(); ++k) {
+        smallest.offer(nearest[i], nearest[j], nearest[k]);
+      }
+    }
+  }
+  return smallest.found();
+}
+
+Relief relief_of(const std::vector<SurveyPoint>& points, const Boundary& boundary, double step) {
+  Relief relief{step, {}};
+  const double lowest = extents_of(points).z.min;
+  for (const Place& place : grid_places(box_of(boundary.vertices), step)) {
+    if (!contains(boundary, place)) continue;
+    const std::optional<Triangle> triangle = triangle_around(place, points);
+    if (!triangle) continue;
+    relief.nodes.push_back({place, *triangle, elevation_at(place, *triangle, points),
+                            slope_of(*triangle, points, lowest)});
+  }
+  return relief;
+}
+
+ReliefSummary summary_of(const Relief& relief) {
+  const double first = relief.nodes.front().elevation;
+  ReliefSummary summary{first, first, 0.0, std::nullopt};
+  double slopes = 0.0;
+  double slope_sum = 0.0;
+  for (const Node& node : relief.nodes) {
+    summary.lowest = std::min(summary.lowest, node.elevation);
+    summary.highest = std::max(summary.highest, node.elevation);
+    summary.mean += node.elevation / static_cast<double>(relief.nodes.size());
+    if (!node.slope) continue;
+    slope_sum += *node.slope;
+    ++slopes;
+  }
+  if (slopes > 0.0 && std::isfinite(slope_sum)) summary.mean_slope = slope_sum / slopes;
+  return summary;
+}
+
+}  // namespace survey_report

@@ -1,0 +1,45 @@
+#include "survey_report/rounding.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace survey_report {
+
+namespace {
+
+// A power of ten: the largest that is at most `value`.
+double decade_of(double value) {
+  const double exponent = std::floor(std::log10(value));
+  const double decade = std::pow(10.0, exponent);
+  if (decade > value) return std::pow(10.0, exponent - 1);
+  const double next = std::pow(10.0, exponent + 1);
+  return next <= value ? next : decade;
+}
+
+}  // namespace
+
+double round_down(double value) {
+  const double decade = decade_of(value);
+  if (5.0 * decade <= value) return 5.0 * decade;
+  return 2.0 * decade <= value ? 2.0 * decade : decade;
+}
+
+double round_near(double value) {
+  const double below = round_down(value);
+  const double decade = decade_of(below);
+  const double above = below < 2.0 * decade   ? 2.0 * decade
+                       : below < 5.0 * decade ? 5.0 * decade
+                                              : 10.0 * decade;
+  return value / below <= above / value ? below : above;
+}
+
+int decimals_for(double step) {
+  constexpr int most = 9;
+  for (int decimals = 0; decimals < most; ++decimals) {
+    const double scaled = step * std::pow(10.0, decimals);
+    if (std::abs(scaled - std::round(scaled)) <= 1e-6 * scaled) return decimals;
+  }
+  return most;
+}
+
+}  // namespace survey_report

@@ -1,0 +1,51 @@
+#include "survey_report/study.h"
+
+#include <cmath>
+
+#include "frame/run_failure.h"
+#include "survey_report/failure_words.h"
+#include "survey_report/layout.h"
+
+namespace survey_report {
+
+namespace {
+
+bool has_size(const Box& box) {
+  const double width = box.x.max - box.x.min;
+  const double height = box.y.max - box.y.min;
+  return std::isfinite(width) && std::isfinite(height) && (width > 0.0 || height > 0.0);
+}
+
+double checked_step(const Box& box, double step) {
+  if (node_count(box, step) <= most_nodes) return step;
+  throw GridFault("gives more than " + fixed(most_nodes, 0) + " nodes");
+}
+
+void work_out(Study& study, const std::vector<SurveyPoint>& points, const StudyOptions& options) {
+  const Box box = box_of(study.boundary.vertices);
+  if (!has_size(box)) throw std::range_error("the boundary is too large");
+  study.perimeter = perimeter_of(study.boundary);
+  study.section = section_of(study.boundary, options.section.value_or(default_section(box)));
+  const double step = options.grid_step.value_or(default_step(box));
+  study.relief = relief_of(points, study.boundary, checked_step(box, step));
+}
+
+}  // namespace
+
+Study study_of(const std::vector<SurveyPoint>& points, const StudyOptions& options) {
+  Study only_boundary;
+  only_boundary.boundary = boundary_of(points, options.boundary_code);
+  if (only_boundary.boundary.vertices.empty()) return only_boundary;
+  try {
+    Study study = only_boundary;
+    work_out(study, points, options);
+    return study;
+  } catch (const orv2_geo::RunFailure& failure) {
+    only_boundary.fault = words_of(failure);
+  } catch (const std::range_error& fault) {
+    only_boundary.fault = fault.what();
+  }
+  return only_boundary;
+}
+
+}  // namespace survey_report

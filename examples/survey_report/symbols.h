@@ -1,0 +1,32 @@
+// symbols.h: which symbol stands for a point's code.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "survey_report/boundary.h"
+#include "survey_report/points.h"
+
+namespace survey_report {
+
+/// The points that are drawn alike.
+struct CodeGroup {
+  std::string name;                 ///< the code; "no code", "other"
+  std::vector<std::size_t> points;  ///< by their place in the survey
+};
+
+/// The most frequent codes, up to ten, each a group, the most frequent first;
+/// then all others as one, if there are others.
+std::vector<CodeGroup> code_groups(const std::vector<SurveyPoint>& points);
+
+/// A symbol: its outline, and how it is painted.
+struct Symbol {
+  std::string (*outline)(const Place& at, double reach);
+  const char* paint;  ///< attributes
+};
+
+/// The symbol of the group in that place of the list; the eleventh is for others.
+const Symbol& symbol_of_group(std::size_t group);
+
+}  // namespace survey_report
