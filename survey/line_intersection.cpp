@@ -1,0 +1,159 @@
+// Intersection of two lines by a ladder of exact cases, then by inverse slopes.
+#include "frame/checked_math.h"
+#include "survey/cgeo_Geometria.h"
+
+namespace orv2_geo {
+
+namespace {
+
+// A crossing whose X or Y lies beyond counts as none.
+constexpr double farthest = 9999999.0;
+
+// Allowance on the sum of the distances from a point to the ends of a segment.
+constexpr double segment_tolerance = 0.01;
+
+bool same(const double& ax, const double& ay, const double& bx, const double& by) {
+  return Checked(ax) == bx && Checked(ay) == by;
+}
+
+// Whether v lies in the closed interval between a and b, either way round.
+bool between(const double& v, const double& a, const double& b) {
+  return (Checked(a) <= v && Checked(v) <= b) || (Checked(b) <= v && Checked(v) <= a);
+}
+
+bool is_near(const double& X, const double& Y) {
+  const bool near_in_x = abs(Checked(X)) <= farthest;
+  const bool near_in_y = abs(Checked(Y)) <= farthest;
+  return near_in_x && near_in_y;
+}
+
+Checked distance(const double& ax, const double& ay, const double& bx, const double& by) {
+  return power(power(Checked(ay) - by, 2.0) + power(Checked(ax) - bx, 2.0), 0.5);
+}
+
+}  // namespace
+
+void cgeo_Geometria::GR_Intersec_2_Rectas(const double& R1x1, const double& R1y1,
+                                          const double& R1x2, const double& R1y2,
+                                          const double& R2x1, const double& R2y1,
+                                          const double& R2x2, const double& R2y2, double& X,
+                                          double& Y, Bool& Paralelas) const try {
+  Paralelas = false;
+  const auto zero = [](Checked difference) { return difference == 0.0; };
+  const Checked d1x = Checked(R1x1) - R1x2;
+  const Checked d1y = Checked(R1y1) - R1y2;
+  const Checked d2x = Checked(R2x1) - R2x2;
+  const Checked d2y = Checked(R2y1) - R2y2;
+  const bool level1 = zero(d1y), level2 = zero(d2y);
+  const bool upright1 = zero(d1x), upright2 = zero(d2x);
+
+  // Stored coordinates, free of rounding: the first row that fits answers. X is
+  // written before Y is read.
+  const auto answer = [&](const double& x, const double& y) { X = x, Y = y; };
+  if (level1 && upright2 && between(R2x1, R1x1, R1x2)) return answer(R2x2, R1y1);
+  if (level2 && upright1 && between(R1x1, R2x1, R2x2)) return answer(R1x1, R2y2);
+  if (same(R1x1, R1y1, R2x1, R2y1) && same(R1x2, R1y2, R2x2, R2y2)) return answer(R1x1, R1y1);
+  if (same(R1x1, R1y1, R2x2, R2y2) && same(R1x2, R1y2, R2x1, R2y1)) return answer(R1x1, R1y1);
+  if (same(R1x1, R1y1, R2x1, R2y1)) return answer(R1x1, R1y1);
+  if (same(R1x2, R1y2, R2x2, R2y2)) return answer(R1x2, R1y2);
+  if (same(R1x1, R1y1, R2x2, R2y2)) return answer(R1x1, R1y1);
+  if (same(R1x2, R1y2, R2x1, R2y1)) return answer(R1x2, R1y2);
+  if (level1 && upright2) return answer(R2x1, R1y1);
+  if (upright1 && level2) return answer(R1x1, R2y2);
+  if (upright1 && upright2) return answer(R1x1, R2y2);  // never called parallel
+  if (upright1) {
+    X = R1x1;
+    Y = (Checked(R2y1) - R2y2) * (Checked(R1x1) - R2x2) / (Checked(R2x1) - R2x2) + R2y2;
+    return;
+  }
+  if (upright2) {
+    X = R2x1;
+    Y = (Checked(R1y2) - R1y1) * (Checked(R2x2) - R1x1) / (Checked(R1x2) - R1x1) + R1y1;
+    return;
+  }
+
+  // Change of X per unit of Y.
+  Checked M1 = 0.0;
+  Checked M2 = 0.0;
+  if (Checked(R1y1) == R1y2) {
+    Y = R1y2;
+  } else {
+    M1 = (Checked(R1x2) - R1x1) / (Checked(R1y2) - R1y1);
+  }
+  if (Checked(R2y1) == R2y2) {
+    Y = R2y2;
+  } else {
+    M2 = (Checked(R2x1) - R2x2) / (Checked(R2y1) - R2y2);
+  }
+  if (M1 == M2) {
+    Paralelas = true;
+    return;
+  }
+  if (M1 != 0.0 && M2 != 0.0) Y = (M1 * R1y1 - M2 * R2y2 + R2x2 - R1x1) / (M1 - M2);
+  if (M2 != 0.0) {
+    X = (Checked(Y) - R2y1) * M2 + R2x1;
+  } else {
+    X = (Checked(Y) - R1y1) * M1 + R1x1;
+  }
+  if (is_near(X, Y)) return;
+  answer(R1x2, R1y2);  // too far away: the second end of R1, silently
+  Paralelas = false;
+} catch (...) {
+  leave_signed(registered_name);
+}
+
+void cgeo_Geometria::GR_Intersec_2_Rectas_S(const float& R1x1, const float& R1y1, const float& R1x2,
+                                            const float& R1y2, const float& R2x1, const float& R2y1,
+                                            const float& R2x2, const float& R2y2, const float& X,
+                                            const float& Y, Bool& Paralelas) const try {
+  // The point stays in these copies: only the flag carries an answer.
+  double y = widen(Y), x = widen(X);
+  const double y4 = widen(R2y2), x4 = widen(R2x2), y3 = widen(R2y1), x3 = widen(R2x1);
+  const double y2 = widen(R1y2), x2 = widen(R1x2), y1 = widen(R1y1), x1 = widen(R1x1);
+  GR_Intersec_2_Rectas(x1, y1, x2, y2, x3, y3, x4, y4, x, y, Paralelas);
+} catch (...) {
+  leave_signed(registered_name);
+}
+
+void cgeo_Geometria::GR_Se_cortan_2_rectas(const double& R1x1, const double& R1y1,
+                                           const double& R1x2, const double& R1y2,
+                                           const double& R2x1, const double& R2y1,
+                                           const double& R2x2, const double& R2y2, double& X,
+                                           double& Y, Bool& SECORTAN) const try {
+  Bool parallel = false;
+  GR_Intersec_2_Rectas(R1x1, R1y1, R1x2, R1y2, R2x1, R2y1, R2x2, R2y2, X, Y, parallel);
+  SECORTAN = false;
+  if (parallel) return;
+  const Checked a = distance(X, Y, R2x1, R2y1);
+  const Checked b = distance(X, Y, R2x2, R2y2);
+  const Checked c = distance(R2x1, R2y1, R2x2, R2y2);
+  if (a + b - segment_tolerance > c) return;  // a sum of exactly c + 0.01 is on the segment
+  const Checked e = distance(X, Y, R1x1, R1y1);
+  const Checked f = distance(X, Y, R1x2, R1y2);
+  const Checked g = distance(R1x1, R1y1, R1x2, R1y2);
+  if (e + f - segment_tolerance < g) {  // here it must be strictly below g + 0.01
+    SECORTAN = true;
+    return;
+  }
+  if (is_near(X, Y)) return;
+  SECORTAN = false;
+  X = R1x2;
+  Y = R1y2;
+} catch (...) {
+  leave_signed(registered_name);
+}
+
+Bool cgeo_Geometria::GF_Se_cortan_2_rectas(const double& R1x1, const double& R1y1,
+                                           const double& R1x2, const double& R1y2,
+                                           const double& R2x1, const double& R2y1,
+                                           const double& R2x2, const double& R2y2, double& X,
+                                           double& Y) const try {
+  // The answer is the flag for parallel lines, whatever the name suggests.
+  Bool parallel = false;
+  GR_Intersec_2_Rectas(R1x1, R1y1, R1x2, R1y2, R2x1, R2y1, R2x2, R2y2, X, Y, parallel);
+  return parallel;
+} catch (...) {
+  leave_signed(registered_name);
+}
+
+}  // namespace orv2_geo

@@ -1,0 +1,73 @@
+// Validation and clean-up of a terrain profile.
+#include "frame/checked_math.h"
+#include "frame/counted.h"
+#include "frame/mConstantes.h"
+#include "platform/error_box.h"
+#include "terrain/cgeo_Terreno.h"
+
+namespace orv2_geo {
+
+namespace {
+
+constexpr char16_t out_of_order[] =
+    u"ERROR: Las Distancia a origen no estan ordenadas.\r\n"
+    u"      Hay distacias parciales negativas.\r\n"
+    u"                  ¡¡Corigelas!!";
+
+// Always at full length. Neighbours change places at equality too, which fixes
+// the order that points of equal distance end in.
+void exchange_sort(std::int32_t points, DoubleArray& distances, DoubleArray& elevations) {
+  for (const std::int32_t i : counted(1, points - 1)) {
+    for (const std::int32_t j : counted(1, points - i)) {
+      double& here = distances(j);
+      double& next = distances(j + 1);
+      if (Checked(here) < next) continue;
+      mConstantes::Intercambia_8_bytes(&here, &next);
+      mConstantes::Intercambia_8_bytes(&elevations(j), &elevations(j + 1));
+    }
+  }
+}
+
+}  // namespace
+
+Bool cgeo_Terreno::TF_DistaOrigen_estan_ordenadas(const DoubleArray& DistO) const try {
+  const std::int32_t n = DistO.upper();
+  for (const std::int32_t i : counted(2, n)) {
+    if (Checked(DistO(i)) < DistO(i - 1)) {
+      critical_box(out_of_order);
+      return false;
+    }
+  }
+  return true;
+} catch (...) {
+  leave_signed(registered_name);
+}
+
+void cgeo_Terreno::Ordena_terreno_y_quita_repetidos(std::int32_t& Ptos, DoubleArray& DistO,
+                                                    DoubleArray& Z) const try {
+  DoubleArray TD(0, Ptos);
+  DoubleArray TZ(0, Ptos);
+  if (Ptos < 2) return;
+  exchange_sort(Ptos, DistO, Z);
+  TD(1) = DistO(1);
+  TZ(1) = Z(1);
+  std::int32_t k = 1;
+  for (const std::int32_t i : counted(2, Ptos)) {
+    // Only a neighbour that is equal in both is a repeat.
+    const bool same_distance = Checked(DistO(i)) == TD(k);
+    const bool same_elevation = Checked(Z(i)) == TZ(k);
+    if (same_distance && same_elevation) continue;
+    ++k;
+    TD(k) = DistO(i);
+    TZ(k) = Z(i);
+  }
+  Ptos = k;
+  TD.size_keeping(0, k);
+  TZ.size_keeping(0, k);
+  DistO = TD;
+  Z = TZ;
+} catch (...) {
+  leave_signed(registered_name);
+}
+
+}  // namespace orv2_geo

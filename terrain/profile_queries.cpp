@@ -1,0 +1,75 @@
+// Elevations along a terrain profile, and its extremes.
+#include "frame/checked_math.h"
+#include "frame/counted.h"
+#include "terrain/cgeo_Terreno.h"
+
+namespace orv2_geo {
+
+double cgeo_Terreno::TF_ProyeccVertical_de_X_en_1R(const double& Xt1, const double& Yt1,
+                                                   const double& Xt2, const double& Yt2,
+                                                   const double& X1) const try {
+  const Checked dx = Checked(Xt2) - Xt1;
+  if (dx == 0.0) return Yt1;
+  return (Checked(Yt2) - Yt1) * (Checked(X1) - Xt1) / dx + Yt1;
+} catch (...) {
+  leave_signed(registered_name);
+}
+
+double cgeo_Terreno::TF_Y_del_Terreno_dando_su_X(const DoubleArray& X, const DoubleArray& Y,
+                                                 const double& X1) const try {
+  const auto on_stretch_to = [&](std::int32_t i) {
+    return TF_ProyeccVertical_de_X_en_1R(X(i - 1), Y(i - 1), X(i), Y(i), X1);
+  };
+  const std::int32_t n = X.upper();
+  if (n < 2) return 0.0;
+  if (Checked(X1) == X(1)) return Y(1);
+  if (Checked(X1) == X(n)) return Y(n);
+  if (Checked(X1) < X(1)) return on_stretch_to(2);
+  if (Checked(X1) > X(n)) return on_stretch_to(n);
+  for (std::int32_t i = 2; i < n; ++i) {
+    if (Checked(X1) == X(i)) return Y(i);
+    if (Checked(X1) < X(i)) return on_stretch_to(i);
+  }
+  return on_stretch_to(n);  // X1 lies before X(n) by now
+} catch (...) {
+  leave_signed(registered_name);
+}
+
+void cgeo_Terreno::TR_Cotas_en_unTerreno_dando_DistOr(const DoubleArray& Xterr,
+                                                      const DoubleArray& Yterr,
+                                                      const DoubleArray& DistOr,
+                                                      DoubleArray& Cotas) const try {
+  const std::int32_t m = DistOr.upper();
+  Cotas.size(0, m);
+  for (const std::int32_t i : counted(1, m)) {
+    Cotas(i) = TF_Y_del_Terreno_dando_su_X(Xterr, Yterr, DistOr(i));
+  }
+} catch (...) {
+  leave_signed(registered_name);
+}
+
+double cgeo_Terreno::TF_Yminima_del_Terreno(const DoubleArray& Y) const try {
+  const std::int32_t n = Y.upper();
+  double lowest = Y(1);  // read first: an array without an element 1 fails
+  if (n < 2) return 0.0;
+  for (const std::int32_t i : counted(2, n)) {
+    if (Checked(Y(i)) < lowest) lowest = Y(i);
+  }
+  return lowest;
+} catch (...) {
+  leave_signed(registered_name);
+}
+
+double cgeo_Terreno::TF_Ymaxima_del_Terreno(const DoubleArray& Y) const try {
+  const std::int32_t n = Y.upper();
+  double highest = Y(1);  // read first: an array without an element 1 fails
+  if (n < 2) return 0.0;
+  for (const std::int32_t i : counted(2, n)) {
+    if (Checked(Y(i)) > highest) highest = Y(i);
+  }
+  return highest;
+} catch (...) {
+  leave_signed(registered_name);
+}
+
+}  // namespace orv2_geo

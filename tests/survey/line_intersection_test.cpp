@@ -1,0 +1,316 @@
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <optional>
+
+#include "survey/cgeo_Geometria.h"
+#include "tests/support/expect_failure.h"
+
+namespace orv2_geo {
+namespace {
+
+using testing_support::bits;
+using testing_support::failure_of;
+using testing_support::Numbers;
+using testing_support::runtime;
+
+const cgeo_Geometria geometry;
+
+// What a member left: the point, and the flag.
+struct Left {
+  double x = -1.0, y = -2.0;
+  Bool flag = Bool::raw(7);
+};
+
+using Lines = double[8];
+
+Left engine(const Lines& r) {
+  Left left;
+  geometry.GR_Intersec_2_Rectas(r[0], r[1], r[2], r[3], r[4], r[5], r[6], r[7], left.x, left.y,
+                                left.flag);
+  return left;
+}
+
+Left segments(const Lines& r) {
+  Left left;
+  geometry.GR_Se_cortan_2_rectas(r[0], r[1], r[2], r[3], r[4], r[5], r[6], r[7], left.x, left.y,
+                                 left.flag);
+  return left;
+}
+
+struct Row {
+  const char* rule;
+  Lines lines;
+  double x, y;
+  bool parallel;
+};
+
+constexpr double unset_x = -1.0, unset_y = -2.0;
+
+const Row rows[] = {
+    {"general case", {0, 0, 10, 10, 0, 10, 10, 0}, 5, 5, false},
+    {"row 1: level meets upright within", {0, 0, 10, 0, 5, -5, 5, 5}, 5, 0, false},
+    {"row 1: the other way round", {10, 0, 0, 0, 5, -5, 5, 5}, 5, 0, false},
+    {"row 1: the closed end", {0, 0, 10, 0, 10, -5, 10, 5}, 10, 0, false},
+    {"row 2: upright meets level within", {5, -5, 5, 5, 0, 3, 10, 3}, 5, 3, false},
+    {"row 3: the same line", {1, 2, 4, 9, 1, 2, 4, 9}, 1, 2, false},
+    {"row 4: the same line reversed", {1, 2, 4, 9, 4, 9, 1, 2}, 1, 2, false},
+    {"row 5: first ends shared", {1, 2, 4, 9, 1, 2, 7, 3}, 1, 2, false},
+    {"row 6: second ends shared", {1, 2, 4, 9, 7, 3, 4, 9}, 4, 9, false},
+    {"row 7: first on second", {1, 2, 4, 9, 7, 3, 1, 2}, 1, 2, false},
+    {"row 8: second on first", {1, 2, 4, 9, 4, 9, 7, 3}, 4, 9, false},
+    {"row 9: level and upright apart", {0, 0, 10, 0, 20, -5, 20, 5}, 20, 0, false},
+    {"row 10: upright and level apart", {20, -5, 20, 5, 0, 1, 10, 1}, 20, 1, false},
+    {"row 11: two uprights are never parallel", {0, 0, 0, 1, 3, 5, 3, 6}, 0, 6, false},
+    {"row 12: R1 upright", {4, 0, 4, 1, 0, 0, 10, 5}, 4, 2, false},
+    {"row 12: R1 of no length", {4, 1, 4, 1, 0, 0, 10, 5}, 4, 2, false},
+    {"row 13: R2 upright", {0, 0, 10, 5, 4, 9, 4, 7}, 4, 2, false},
+    {"step 3: two levels leave Y", {0, 0, 1, 0, 0, 2, 1, 2}, unset_x, 2, true},
+    {"step 3: parallel diagonals leave both", {0, 0, 1, 1, 0, 1, 1, 2}, unset_x, unset_y, true},
+    {"step 5: R1 level", {0, 3, 10, 3, 0, 0, 2, 1}, 6, 3, false},
+    {"step 6: R2 level", {0, 0, 2, 1, 0, 3, 10, 3}, 6, 3, false},
+    {"step 7: exactly as far as allowed",
+     {0, 0, 1, 1, 0, 9999999, 1, 9999999},
+     9999999,
+     9999999,
+     false},
+    {"step 7: too far in Y", {0, 0, 1, 1, 0, 10000000, 1, 10000000}, 1, 1, false},
+    {"rows know no limit", {2e7, 1, 5, 9, 2e7, 1, 6, 3}, 2e7, 1, false},
+};
+
+TEST(LineIntersection, EachRowAndEachStep) {
+  for (const Row& row : rows) {
+    const Left left = engine(row.lines);
+    EXPECT_EQ(bits(left.x), bits(row.x)) << row.rule;
+    EXPECT_EQ(bits(left.y), bits(row.y)) << row.rule;
+    EXPECT_EQ(left.flag.bits, row.parallel ? -1 : 0) << row.rule;
+    // The function gives the parallel flag, and the same point.
+    double x = unset_x, y = unset_y;
+    const Lines& r = row.lines;
+    EXPECT_EQ(geometry.GF_Se_cortan_2_rectas(r[0], r[1], r[2], r[3], r[4], r[5], r[6], r[7], x, y),
+              row.parallel)
+        << row.rule;
+    EXPECT_EQ(bits(x), bits(row.x)) << row.rule;
+    EXPECT_EQ(bits(y), bits(row.y)) << row.rule;
+  }
+}
+
+TEST(LineIntersection, TheSingleMemberGivesOnlyItsFlag) {
+  const float x = 3.5F, y = 4.5F;
+  Bool parallel = Bool::raw(7);
+  geometry.GR_Intersec_2_Rectas_S(0, 0, 10, 10, 0, 10, 10, 0, x, y, parallel);
+  EXPECT_EQ(parallel.bits, 0);
+  EXPECT_EQ(x, 3.5F);
+  EXPECT_EQ(y, 4.5F);
+  geometry.GR_Intersec_2_Rectas_S(0, 0, 1, 1, 0, 1, 1, 2, x, y, parallel);
+  EXPECT_EQ(parallel.bits, -1);
+}
+
+struct SegmentRow {
+  const char* rule;
+  Lines lines;
+  double x, y;
+  bool cross;
+};
+
+TEST(LineIntersection, SegmentsCrossWithinTheirTolerance) {
+  const SegmentRow table[] = {
+      {"crossing", {0, 0, 10, 10, 0, 10, 10, 0}, 5, 5, true},
+      {"off R1: the point stays", {0, 0, 10, 0, 20, -5, 20, 5}, 20, 0, false},
+      {"off R2: the point stays", {0, 0, 10, 10, 20, 0, 30, -10}, 10, 10, false},
+      {"parallel", {0, 0, 1, 1, 0, 1, 1, 2}, unset_x, unset_y, false},
+      {"0.004 beyond an end of R1", {0, 0, 10, 0, 10.004, -5, 10.004, 5}, 10.004, 0, true},
+      {"0.006 beyond an end of R1", {0, 0, 10, 0, 10.006, -5, 10.006, 5}, 10.006, 0, false},
+      {"0.004 beyond an end of R2", {5, -5, 5, 5, 0, 0, 4.996, 0}, 5, 0, true},
+      {"0.006 beyond an end of R2", {5, -5, 5, 5, 0, 0, 4.994, 0}, 5, 0, false},
+      {"a far row off R1 is replaced", {0, 0, 1, 0, 2e7, -5, 2e7, 5}, 1, 0, false},
+  };
+  for (const SegmentRow& row : table) {
+    const Left left = segments(row.lines);
+    EXPECT_EQ(bits(left.x), bits(row.x)) << row.rule;
+    EXPECT_EQ(bits(left.y), bits(row.y)) << row.rule;
+    EXPECT_EQ(left.flag.bits, row.cross ? -1 : 0) << row.rule;
+  }
+}
+
+TEST(LineIntersection, AFailureLeavesWhatWasWritten) {
+  Left left;
+  EXPECT_EQ(failure_of([&] {
+              geometry.GR_Intersec_2_Rectas(1e308, 0, -1e308, 1, 0, 0, 1, 1, left.x, left.y,
+                                            left.flag);
+            }),
+            6);
+  EXPECT_EQ(left.flag.bits, 0);
+  EXPECT_EQ(left.x, unset_x);
+  left = Left();
+  EXPECT_EQ(failure_of([&] {
+              geometry.GR_Se_cortan_2_rectas(1e308, 0, -1e308, 1, 0, 0, 1, 1, left.x, left.y,
+                                             left.flag);
+            }),
+            6);
+  EXPECT_EQ(left.flag.bits, 7);
+  left = Left();  // row 12 writes X, then fails in Y
+  EXPECT_EQ(failure_of([&] {
+              geometry.GR_Intersec_2_Rectas(4, 0, 4, 1, 0, -1e300, 1e200, 1e300, left.x, left.y,
+                                            left.flag);
+            }),
+            6);
+  EXPECT_EQ(left.x, 4.0);
+  EXPECT_EQ(left.y, unset_y);
+}
+
+// The ladder and the steps once more, on variables read where they are used.
+bool in(double v, double a, double b) { return (a <= v && v <= b) || (b <= v && v <= a); }
+
+void stepped(const double& ax, const double& ay, const double& bx, const double& by,
+             const double& cx, const double& cy, const double& dx, const double& dy, double& X,
+             double& Y, bool& parallel) {
+  parallel = false;
+  const bool d1x = ax == bx, d1y = ay == by, d2x = cx == dx, d2y = cy == dy;
+  if (d1y && d2x && in(cx, ax, bx)) {
+    X = dx;
+    Y = ay;
+    return;
+  }
+  if (d2y && d1x && in(ax, cx, dx)) {
+    X = ax;
+    Y = dy;
+    return;
+  }
+  if (ax == cx && ay == cy && bx == dx && by == dy) {
+    X = ax;
+    Y = ay;
+    return;
+  }
+  if (ax == dx && ay == dy && bx == cx && by == cy) {
+    X = ax;
+    Y = ay;
+    return;
+  }
+  if (ax == cx && ay == cy) {
+    X = ax;
+    Y = ay;
+    return;
+  }
+  if (bx == dx && by == dy) {
+    X = bx;
+    Y = by;
+    return;
+  }
+  if (ax == dx && ay == dy) {
+    X = ax;
+    Y = ay;
+    return;
+  }
+  if (bx == cx && by == cy) {
+    X = bx;
+    Y = by;
+    return;
+  }
+  if (d1y && d2x) {
+    X = cx;
+    Y = ay;
+    return;
+  }
+  if (d1x && d2y) {
+    X = ax;
+    Y = dy;
+    return;
+  }
+  if (d1x && d2x) {
+    X = ax;
+    Y = dy;
+    return;
+  }
+  if (d1x) {
+    X = ax;
+    const volatile double p = (cy - dy) * (ax - dx);
+    const volatile double q = p / (cx - dx);
+    Y = q + dy;
+    return;
+  }
+  if (d2x) {
+    X = cx;
+    const volatile double p = (by - ay) * (dx - ax);
+    const volatile double q = p / (bx - ax);
+    Y = q + ay;
+    return;
+  }
+  double m1 = 0.0, m2 = 0.0;
+  if (ay == by) {
+    Y = by;
+  } else {
+    m1 = (bx - ax) / (by - ay);
+  }
+  if (cy == dy) {
+    Y = dy;
+  } else {
+    m2 = (cx - dx) / (cy - dy);
+  }
+  if (m1 == m2) {
+    parallel = true;
+    return;
+  }
+  if (m1 != 0.0 && m2 != 0.0) {
+    const volatile double p = m1 * ay, q = m2 * dy;
+    const volatile double sum = p - q + dx - ax;
+    Y = sum / (m1 - m2);
+  }
+  if (m2 != 0.0) {
+    const volatile double p = (Y - cy) * m2;
+    X = p + cx;
+  } else {
+    const volatile double p = (Y - ay) * m1;
+    X = p + ax;
+  }
+  if (std::fabs(X) <= 9999999 && std::fabs(Y) <= 9999999) return;
+  X = bx;
+  Y = by;
+}
+
+double length(double ax, double ay, double bx, double by) {
+  return runtime.pow(runtime.pow(ay - by, 2.0) + runtime.pow(ax - bx, 2.0), 0.5);
+}
+
+TEST(LineIntersection, RandomLinesAndSharedVariables) {
+  Numbers numbers(52);
+  for (int i = 0; i < 20000; ++i) {
+    double v[10] = {};
+    for (double& value : v) {
+      value = i % 3 == 0   ? numbers.small_whole()
+              : i % 3 == 1 ? numbers.coordinate()
+                           : numbers.between(-100, 100);
+    }
+    double s[10];
+    std::copy(std::begin(v), std::end(v), s);
+    // Every fourth time the point is written over one of the coordinates.
+    const std::size_t at_x = i % 4 == 0 ? numbers.below(8) : 8;
+    const std::size_t at_y = i % 4 == 0 ? numbers.below(8) : 9;
+    Bool flag;
+    bool stepped_flag = false;
+    const std::int32_t number = failure_of([&] {
+      geometry.GR_Intersec_2_Rectas(v[0], v[1], v[2], v[3], v[4], v[5], v[6], v[7], v[at_x],
+                                    v[at_y], flag);
+    });
+    stepped(s[0], s[1], s[2], s[3], s[4], s[5], s[6], s[7], s[at_x], s[at_y], stepped_flag);
+    // A point written over a divisor's coordinate can leave nothing to divide by.
+    const bool fails = !std::isfinite(s[at_y]);
+    ASSERT_EQ(number != 0, fails) << i;
+    if (fails) continue;
+    for (std::size_t k = 0; k < 10; ++k) ASSERT_EQ(bits(v[k]), bits(s[k])) << i << ' ' << k;
+    ASSERT_EQ(static_cast<bool>(flag), stepped_flag) << i;
+    if (at_x != 8 || stepped_flag) continue;
+
+    const Lines r = {v[0], v[1], v[2], v[3], v[4], v[5], v[6], v[7]};
+    const Left left = segments(r);
+    const double X = s[8], Y = s[9];
+    const bool on2 = !(length(X, Y, r[4], r[5]) + length(X, Y, r[6], r[7]) - 0.01 >
+                       length(r[4], r[5], r[6], r[7]));
+    const bool on1 =
+        length(X, Y, r[0], r[1]) + length(X, Y, r[2], r[3]) - 0.01 < length(r[0], r[1], r[2], r[3]);
+    ASSERT_EQ(static_cast<bool>(left.flag), on1 && on2) << i;
+  }
+}
+
+}  // namespace
+}  // namespace orv2_geo

@@ -1,0 +1,256 @@
+#include <gtest/gtest.h>
+
+#include <bit>
+#include <utility>
+#include <vector>
+
+#include "frame/mConstantes.h"
+#include "terrain/cgeo_Terreno.h"
+#include "tests/platform/recording_interface.h"
+#include "tests/support/expect_failure.h"
+
+namespace orv2_geo {
+namespace {
+
+using testing_support::bits;
+using testing_support::failure_of;
+using testing_support::Numbers;
+using testing_support::RecordingInterface;
+
+const cgeo_Terreno terrain;
+
+DoubleArray array_of(std::int32_t lower, const std::vector<double>& values) {
+  DoubleArray array;
+  array.make(lower, static_cast<std::uint32_t>(values.size()));
+  for (std::size_t i = 0; i < values.size(); ++i) array.data()[i] = values[i];
+  return array;
+}
+
+std::vector<double> elements(const DoubleArray& array) {
+  return {array.data(), array.data() + array.count()};
+}
+
+struct QueryRow {
+  const char* rule;
+  std::vector<double> x, y;
+  double at, expected;
+};
+
+TEST(Profile, ElevationAtADistance) {
+  const std::vector<double> x = {0, 10, 20}, y = {100, 110, 90};
+  const std::vector<double> step = {0, 10, 10, 20}, levels = {1, 2, 3, 4};
+  const QueryRow table[] = {
+      {"the first point", x, y, 0, 100},
+      {"the last point", x, y, 20, 90},
+      {"an inner point", x, y, 10, 110},
+      {"first stretch", x, y, 5, 105},
+      {"second stretch", x, y, 15, 100},
+      {"before the profile", x, y, -10, 90},
+      {"after the profile", x, y, 30, 70},
+      {"a step: the first of the pair", step, levels, 10, 2},
+      {"just after a step", step, levels, 15, 3.5},
+      {"a first stretch of no width", {5, 5, 9}, {7, 8, 9}, 1, 7},
+      {"a descending profile gives what it gives", {20, 10, 0}, {1, 2, 3}, 5, 2.5},
+      {"one point", {4}, {9}, 4, 0},
+  };
+  for (const QueryRow& row : table) {
+    EXPECT_EQ(
+        bits(terrain.TF_Y_del_Terreno_dando_su_X(array_of(1, row.x), array_of(1, row.y), row.at)),
+        bits(row.expected))
+        << row.rule;
+  }
+  EXPECT_EQ(terrain.TF_Y_del_Terreno_dando_su_X(array_of(0, {4}), DoubleArray(), 4), 0.0);
+}
+
+TEST(Profile, ArraysThatAreTooShortAre9) {
+  const DoubleArray x = array_of(1, {0, 10, 20});
+  EXPECT_EQ(failure_of([&] { terrain.TF_Y_del_Terreno_dando_su_X(DoubleArray(), x, 1); }), 9);
+  EXPECT_EQ(failure_of([&] {
+              terrain.TF_Y_del_Terreno_dando_su_X(array_of(2, {0, 10}), x, 1);
+            }),
+            9);
+  EXPECT_EQ(failure_of([&] { terrain.TF_Y_del_Terreno_dando_su_X(x, array_of(1, {5}), 5); }), 9);
+  EXPECT_EQ(failure_of([&] { terrain.TF_Y_del_Terreno_dando_su_X(x, array_of(1, {5}), 0); }), 0);
+  EXPECT_EQ(failure_of([&] { terrain.TF_ProyeccVertical_de_X_en_1R(0, 0, 1e-300, 1e300, 5); }), 6);
+  EXPECT_EQ(terrain.TF_ProyeccVertical_de_X_en_1R(3, 7, 3, 9, 100), 7.0);
+}
+
+TEST(Profile, ElevationsAtManyDistances) {
+  const DoubleArray x = array_of(1, {0, 10, 20}), y = array_of(1, {100, 110, 90});
+  DoubleArray levels(5, 9);
+  terrain.TR_Cotas_en_unTerreno_dando_DistOr(x, y, array_of(0, {999, 5, 15}), levels);
+  EXPECT_EQ(levels.lower(), 0);
+  EXPECT_EQ(elements(levels), (std::vector<double>{0, 105, 100}));
+  terrain.TR_Cotas_en_unTerreno_dando_DistOr(x, y, array_of(0, {999}), levels);
+  EXPECT_EQ(elements(levels), std::vector<double>{0});
+  EXPECT_EQ(
+      failure_of([&] { terrain.TR_Cotas_en_unTerreno_dando_DistOr(x, y, DoubleArray(), levels); }),
+      9);
+  // A failure half-way leaves the new array with what was worked out.
+  EXPECT_EQ(failure_of([&] {
+              terrain.TR_Cotas_en_unTerreno_dando_DistOr(x, array_of(1, {100, 110}),
+                                                         array_of(0, {0, 5, 15, 5}), levels);
+            }),
+            9);
+  EXPECT_EQ(elements(levels), (std::vector<double>{0, 105, 0, 0}));
+  DoubleArray shared = array_of(0, {0, 5, 15});
+  terrain.TR_Cotas_en_unTerreno_dando_DistOr(x, y, shared, shared);
+  EXPECT_EQ(elements(shared), (std::vector<double>{0, 100, 100}));  // dropped before it is read
+}
+
+TEST(Profile, ExtremesOfAProfile) {
+  const DoubleArray y = array_of(0, {-999, 5, 3, 8, 3});
+  EXPECT_EQ(terrain.TF_Yminima_del_Terreno(y), 3.0);
+  EXPECT_EQ(terrain.TF_Ymaxima_del_Terreno(y), 8.0);
+  EXPECT_EQ(terrain.TF_Yminima_del_Terreno(array_of(1, {500})), 0.0);
+  EXPECT_EQ(terrain.TF_Ymaxima_del_Terreno(array_of(1, {500})), 0.0);
+  for (const DoubleArray& bad : {DoubleArray(), array_of(0, {7}), array_of(2, {7, 8})}) {
+    EXPECT_EQ(failure_of([&] { terrain.TF_Yminima_del_Terreno(bad); }), 9);
+    EXPECT_EQ(failure_of([&] { terrain.TF_Ymaxima_del_Terreno(bad); }), 9);
+  }
+}
+
+double stepped_elevation(const std::vector<double>& x, const std::vector<double>& y, double at) {
+  const std::size_t n = x.size() - 1;
+  const auto on = [&](std::size_t a, std::size_t b) {
+    const double dx = x[b] - x[a];
+    if (dx == 0.0) return y[a];
+    const volatile double product = (y[b] - y[a]) * (at - x[a]);
+    const volatile double quotient = product / dx;
+    return quotient + y[a];
+  };
+  if (n < 2) return 0.0;
+  if (at == x[1]) return y[1];
+  if (at == x[n]) return y[n];
+  if (at < x[1]) return on(1, 2);
+  if (at > x[n]) return on(n - 1, n);
+  for (std::size_t i = 2; i <= n; ++i) {
+    if (at == x[i]) return y[i];
+    if (at < x[i]) return on(i - 1, i);
+  }
+  return 0.0;
+}
+
+TEST(Profile, RandomProfiles) {
+  Numbers numbers(61);
+  for (int run = 0; run < 2000; ++run) {
+    const std::size_t n = 2 + numbers.below(49);
+    std::vector<double> x(n + 1), y(n + 1);
+    for (std::size_t i = 1; i <= n; ++i) {
+      x[i] =
+          run % 2 == 0 ? x[i - 1] + static_cast<double>(numbers.below(3)) : numbers.small_whole();
+      y[i] = numbers.between(600, 640);
+    }
+    const DoubleArray X = array_of(0, x), Y = array_of(0, y);
+    for (int k = 0; k < 10; ++k) {
+      const double at =
+          k % 2 == 0 ? numbers.small_whole() + x[1 + numbers.below(n)] : numbers.between(-5, 60);
+      ASSERT_EQ(bits(terrain.TF_Y_del_Terreno_dando_su_X(X, Y, at)),
+                bits(stepped_elevation(x, y, at)));
+    }
+  }
+}
+
+TEST(CleanUp, OrderIsCheckedWithOneMessage) {
+  RecordingInterface screen;
+  EXPECT_TRUE(terrain.TF_DistaOrigen_estan_ordenadas(array_of(1, {0, 5, 5, 9})));
+  EXPECT_TRUE(terrain.TF_DistaOrigen_estan_ordenadas(array_of(0, {7})));
+  EXPECT_TRUE(terrain.TF_DistaOrigen_estan_ordenadas(array_of(1, {7})));
+  EXPECT_TRUE(screen.boxes.empty());
+  EXPECT_FALSE(terrain.TF_DistaOrigen_estan_ordenadas(array_of(1, {0, 5, 4, 9, 1})));
+  ASSERT_EQ(screen.boxes.size(), 1U);
+  EXPECT_EQ(screen.boxes[0],
+            (RecordingInterface::Box{"ERROR: Las Distancia a origen no estan ordenadas.\r\n"
+                                     "      Hay distacias parciales negativas.\r\n"
+                                     "                  ¡¡Corigelas!!",
+                                     16, std::nullopt}));
+  EXPECT_EQ(failure_of([] { (void)terrain.TF_DistaOrigen_estan_ordenadas(DoubleArray()); }), 9);
+}
+
+struct CleanUpRow {
+  const char* rule;
+  std::vector<double> distances, levels;
+  std::int32_t points;
+  std::vector<double> new_distances, new_levels;
+};
+
+TEST(CleanUp, SortsAndDropsNeighbouringRepeats) {
+  const CleanUpRow table[] = {
+      {"sorted", {30, 10, 20}, {3, 1, 2}, 3, {0, 10, 20, 30}, {0, 1, 2, 3}},
+      {"equal distances turn round", {5, 5, 5}, {1, 2, 3}, 3, {0, 5, 5, 5}, {0, 3, 2, 1}},
+      {"a repeat goes", {5, 5}, {7, 7}, 1, {0, 5}, {0, 7}},
+      {"a repeat that is no neighbour stays", {5, 5, 5}, {1, 2, 1}, 3, {0, 5, 5, 5}, {0, 1, 2, 1}},
+  };
+  for (const CleanUpRow& row : table) {
+    DoubleArray D = array_of(1, row.distances), Z = array_of(1, row.levels);
+    auto points = static_cast<std::int32_t>(row.distances.size());
+    terrain.Ordena_terreno_y_quita_repetidos(points, D, Z);
+    EXPECT_EQ(points, row.points) << row.rule;
+    EXPECT_EQ(D.lower(), 0) << row.rule;
+    EXPECT_EQ(elements(D), row.new_distances) << row.rule;
+    EXPECT_EQ(elements(Z), row.new_levels) << row.rule;
+  }
+  for (std::int32_t points : {1, 0}) {
+    const std::int32_t before = points;
+    DoubleArray D = array_of(3, {9, 8}), Z = array_of(4, {1, 2});
+    terrain.Ordena_terreno_y_quita_repetidos(points, D, Z);
+    EXPECT_EQ(points, before);
+    EXPECT_EQ(D.lower(), 3);
+    EXPECT_EQ(elements(Z), (std::vector<double>{1, 2}));
+  }
+}
+
+TEST(CleanUp, AFailureHalfWayLeavesTheExchangesMade) {
+  DoubleArray D = array_of(1, {3, 2, 1}), Z = array_of(1, {30, 20});
+  std::int32_t points = 3;
+  EXPECT_EQ(failure_of([&] { terrain.Ordena_terreno_y_quita_repetidos(points, D, Z); }), 9);
+  EXPECT_EQ(points, 3);
+  EXPECT_EQ(elements(D), (std::vector<double>{2, 1, 3}));  // its elevation had no partner
+  EXPECT_EQ(elements(Z), (std::vector<double>{20, 30}));
+  points = -1;
+  EXPECT_EQ(failure_of([&] { terrain.Ordena_terreno_y_quita_repetidos(points, D, Z); }), 9);
+  points = 4;
+  EXPECT_EQ(failure_of([&] { terrain.Ordena_terreno_y_quita_repetidos(points, D, Z); }), 9);
+}
+
+TEST(CleanUp, RandomTiesAgainstTheLiteralProcedure) {
+  Numbers numbers(62);
+  for (int run = 0; run < 2000; ++run) {
+    const std::size_t n = 2 + numbers.below(20);
+    std::vector<double> d(n + 1), z(n + 1);
+    for (std::size_t i = 0; i <= n; ++i) {
+      d[i] = static_cast<double>(numbers.below(4));
+      z[i] = static_cast<double>(numbers.below(3));
+    }
+    DoubleArray D = array_of(0, d), Z = array_of(0, z);
+    auto points = static_cast<std::int32_t>(n);
+    terrain.Ordena_terreno_y_quita_repetidos(points, D, Z);
+    for (std::size_t i = 1; i + 1 <= n; ++i) {
+      for (std::size_t j = 1; j <= n - i; ++j) {
+        if (d[j] >= d[j + 1]) std::swap(d[j], d[j + 1]), std::swap(z[j], z[j + 1]);
+      }
+    }
+    std::vector<double> kept_d = {0, d[1]}, kept_z = {0, z[1]};
+    for (std::size_t i = 2; i <= n; ++i) {
+      if (d[i] == kept_d.back() && z[i] == kept_z.back()) continue;
+      kept_d.push_back(d[i]);
+      kept_z.push_back(z[i]);
+    }
+    ASSERT_EQ(elements(D), kept_d);
+    ASSERT_EQ(elements(Z), kept_z);
+    ASSERT_EQ(points, static_cast<std::int32_t>(kept_d.size() - 1));
+  }
+}
+
+TEST(Constants, EightBytesChangePlacesAsTheyAre) {
+  double a = std::bit_cast<double>(std::uint64_t{0x7ff0000000000001});  // a signalling NaN
+  double b = -0.0;
+  mConstantes::Intercambia_8_bytes(&a, &b);
+  EXPECT_EQ(std::bit_cast<std::uint64_t>(a), 0x8000000000000000U);
+  EXPECT_EQ(std::bit_cast<std::uint64_t>(b), 0x7ff0000000000001U);
+  mConstantes::Intercambia_8_bytes(&a, &a);
+  EXPECT_EQ(std::bit_cast<std::uint64_t>(a), 0x8000000000000000U);
+}
+
+}  // namespace
+}  // namespace orv2_geo
