@@ -31,19 +31,6 @@ Object& library_object(ObjectItem& item) {
   return *item.own;
 }
 
-// Whether every argument has its parameter's own tag, and a variable where it is
-// by reference: then there is nothing to translate and nothing to convert.
-bool all_exact(const MemberDescription& member, const orv2_value* arguments, size_t count) {
-  const std::span<const std::uint16_t> tags = member.exact_tags;
-  if (member.invoke_exact == nullptr || count != tags.size()) return false;
-  bool exact = true;
-  for (size_t i = 0; i < count; ++i) {
-    const bool pointed = arguments[i].as.pointer != nullptr || !is_by_reference(tags[i]);
-    exact = exact && arguments[i].tag == tags[i] && pointed;
-  }
-  return exact;
-}
-
 // An answer that is a variant takes the longer way.
 void call_variant(Object& object, size_t position, std::span<const Argument> arguments,
                   orv2_value* result) {
@@ -52,28 +39,44 @@ void call_variant(Object& object, size_t position, std::span<const Argument> arg
   if (result != nullptr) *result = value_of(answer);
 }
 
-void call_scalar(Object& object, size_t position, std::span<const Argument> arguments,
-                 orv2_value* result, bool exact) {
+// Arguments to be translated or converted, or an answer that is a variant.
+void call_translated(Object& object, size_t position, std::span<const orv2_value> values,
+                     orv2_value* result) {
+  const Translated translated(values.data(), values.size());
+  if (object.description().members[position].result == Type::variant) {
+    return call_variant(object, position, translated.arguments(), result);
+  }
   Argument answer;
   answer.tag = by_value(Type::none);
-  object.invoke(position, {arguments, nullptr, &answer, &text_services::number_from_text}, exact);
+  object.invoke(position,
+                {translated.arguments(), nullptr, &answer, &text_services::number_from_text});
   if (result != nullptr) *result = std::bit_cast<orv2_value>(answer);
+}
+
+// Scalars look the same on both sides: the quick way takes them as they stand.
+bool call_exact(Object& object, size_t position, std::span<const orv2_value> values,
+                orv2_value* result) {
+  if (object.description().members[position].result == Type::variant) return false;
+  const auto* const arguments = reinterpret_cast<const Argument*>(values.data());
+  Argument answer;
+  answer.tag = by_value(Type::none);
+  if (!object.invoke_exact(position, {{arguments, values.size()}, nullptr, &answer, nullptr})) {
+    return false;
+  }
+  if (result != nullptr) *result = std::bit_cast<orv2_value>(answer);
+  return true;
 }
 
 void pass_on(Object& object, size_t position, const orv2_value* arguments, size_t count,
              orv2_value* result) {
   if (count > most_arguments) raise(failure::wrong_argument_count);
   if (count != 0) needed(arguments);
-  const auto members = object.description().members;
-  if (position >= members.size()) raise(failure::no_such_member);
-  const bool variant = members[position].result == Type::variant;
-  if (!variant && all_exact(members[position], arguments, count)) [[likely]] {
-    const auto* plain = reinterpret_cast<const Argument*>(arguments);
-    return call_scalar(object, position, {plain, count}, result, true);
+  if (position >= object.description().members.size()) raise(failure::no_such_member);
+  const std::span<const orv2_value> values(arguments, count);
+  if (call_exact(object, position, values, result)) [[likely]] {
+    return;
   }
-  const Translated translated(arguments, count);
-  if (variant) return call_variant(object, position, translated.arguments(), result);
-  call_scalar(object, position, translated.arguments(), result, false);
+  call_translated(object, position, values, result);
 }
 
 // Runs one call of the object; whatever fails in it is signed with its class.

@@ -60,10 +60,10 @@ struct MemberDescription {
   void (*invoke)(void* object, const Call& call) = nullptr;
 
   /// The quick way of a member whose parameters are all numbers and flags, for
-  /// arguments that all have their parameter's own tag: nothing is looked at,
-  /// nothing converted. Null for the other members.
-  std::span<const std::uint16_t> exact_tags;
-  void (*invoke_exact)(void* object, const Call& call) = nullptr;
+  /// arguments that all have their parameter's own tag and, by reference, a
+  /// variable: nothing is converted. False, with nothing done, for any other
+  /// arguments. Null for the other members.
+  bool (*invoke_exact)(void* object, const Call& call) = nullptr;
 };
 
 /// One public class: its registered name, its members in interface order, and
@@ -196,9 +196,6 @@ struct Signature {
   using Slots = std::tuple<Slot<P>...>;
   template <std::size_t i>
   using Parameter = std::tuple_element_t<i, std::tuple<P...>>;
-  static constexpr std::array<std::uint16_t, arity> exact_tags{
-      std::is_reference_v<P> ? orv2_geo::by_reference(interface_type<std::remove_cvref_t<P>>)
-                             : by_value(interface_type<P>)...};
 };
 template <class C, class R, class... P>
 Signature<C, R, P...> signature_of(R (C::*)(P...));
@@ -263,23 +260,37 @@ P exact(const Argument& given) {
   }
 }
 
+// Whether an argument has its parameter's own tag and, by reference, a variable.
+template <class P>
+bool is_exact(const Argument& given) noexcept {
+  using T = std::remove_cvref_t<P>;
+  if constexpr (std::is_reference_v<P>) {
+    return given.tag == by_reference(interface_type<T>) && given.variable != nullptr;
+  } else {
+    return given.tag == by_value(interface_type<T>);
+  }
+}
+
 template <auto member>
-void invoke_exact(void* object, const Call& call) {
+bool invoke_exact(void* object, const Call& call) {
   using S = SignatureOf<member>;
-  [&]<std::size_t... i>(std::index_sequence<i...>) {
-    auto& self = *static_cast<typename S::Class*>(object);
+  if (call.arguments.size() != S::arity) return false;
+  return [&]<std::size_t... i>(std::index_sequence<i...>) {
     const Argument* given = call.arguments.data();
+    if (!(is_exact<typename S::template Parameter<i>>(given[i]) && ...)) return false;
+    auto& self = *static_cast<typename S::Class*>(object);
     if constexpr (std::is_void_v<typename S::Result>) {
       (self.*member)(exact<typename S::template Parameter<i>>(given[i])...);
     } else {
       answer(call, (self.*member)(exact<typename S::template Parameter<i>>(given[i])...));
     }
+    return true;
   }
   (std::make_index_sequence<S::arity>{});
 }
 
 template <auto member>
-constexpr auto quick_way() -> void (*)(void*, const Call&) {
+constexpr auto quick_way() -> bool (*)(void*, const Call&) {
   constexpr auto scalar = [](Type type) { return type >= Type::i16 && type <= Type::boolean; };
   using S = SignatureOf<member>;
   if constexpr (std::all_of(S::types.begin(), S::types.end(), scalar)) {
@@ -324,7 +335,6 @@ constexpr MemberDescription method(std::string_view name) {
           interface_type<typename S::Result>,
           description::parameters_of<member, names...>,
           &description::invoke<member, names...>,
-          S::exact_tags,
           description::quick_way<member>()};
 }
 
@@ -332,15 +342,14 @@ constexpr MemberDescription method(std::string_view name) {
 template <auto variable>
 constexpr MemberDescription property_read(std::string_view name) {
   using P = description::Property<variable>;
-  return {name,   MemberKind::property_read, interface_type<typename P::T>, {}, &P::read, {},
-          nullptr};
+  return {name, MemberKind::property_read, interface_type<typename P::T>, {}, &P::read, nullptr};
 }
 
 /// A line of a class's table: the write side of a public variable.
 template <auto variable>
 constexpr MemberDescription property_write(std::string_view name) {
   using P = description::Property<variable>;
-  return {name, MemberKind::property_write, Type::none, P::written, &P::write, {}, nullptr};
+  return {name, MemberKind::property_write, Type::none, P::written, &P::write, nullptr};
 }
 
 /// The description of class C from its table.
