@@ -217,10 +217,23 @@ class Flagged {
   std::int32_t failure_ = 0;
 };
 
-[[gnu::noinline]] double add(double a, double b) { return a + b; }
-[[gnu::noinline]] double subtract(double a, double b) { return a - b; }
-[[gnu::noinline]] double multiply(double a, double b) { return a * b; }
-[[gnu::noinline]] double divide(double a, double b) { return a / b; }
+// Each works between two looks at the flags: the volatile keeps it there.
+[[gnu::noinline]] double add(double a, double b) {
+  const volatile double outcome = a + b;
+  return outcome;
+}
+[[gnu::noinline]] double subtract(double a, double b) {
+  const volatile double outcome = a - b;
+  return outcome;
+}
+[[gnu::noinline]] double multiply(double a, double b) {
+  const volatile double outcome = a * b;
+  return outcome;
+}
+[[gnu::noinline]] double divide(double a, double b) {
+  const volatile double outcome = a / b;
+  return outcome;
+}
 
 // The flags of the difference and of the sum must be seen before the quotient.
 Outcome by_flags_in_order(double a, double b, double c, double d) {

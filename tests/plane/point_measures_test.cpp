@@ -125,6 +125,19 @@ TEST(PointAndSegment, EachRule) {
   }
 }
 
+// A point at infinity raises nothing on its way to an end, and is far from both.
+TEST(PointAndSegment, AnInfinityThatRaisesNothingTravelsOn) {
+  constexpr double infinity = std::numeric_limits<double>::infinity();
+  const cgeo_Algorismos algorithms;
+  for (const double far : {infinity, -infinity}) {
+    EXPECT_EQ(algorithms.Distancia_Punto_Linea(far, 5, 0, 0, 10, 1), infinity);
+    EXPECT_EQ(algorithms.Distancia_Punto_Linea(far, 5, 2, 2, 2, 2), infinity);
+    EXPECT_EQ(algorithms.Toca_Punto_Recta(far, 5, 0, 0, 10, 1, 3), 0.0);
+    EXPECT_FALSE(algorithms.Toca_Punto_Recta_SN(far, 5, 0, 0, 10, 1, 3));
+    EXPECT_EQ(failure_of([&] { (void)algorithms.Distancia_Punto_Linea(5, far, 0, 0, 10, 0); }), 6);
+  }
+}
+
 TEST(PointAndSegment, TheSingleVariantsOfEachRule) {
   for (const SegmentRow& r : segment_rows) {
     float p[7] = {};
