@@ -123,6 +123,9 @@ TEST(LineIntersection, SegmentsCrossWithinTheirTolerance) {
       {"0.006 beyond an end of R1", {0, 0, 10, 0, 10.006, -5, 10.006, 5}, 10.006, 0, false},
       {"0.004 beyond an end of R2", {5, -5, 5, 5, 0, 0, 4.996, 0}, 5, 0, true},
       {"0.006 beyond an end of R2", {5, -5, 5, 5, 0, 0, 4.994, 0}, 5, 0, false},
+      // The sum of distances is exactly the length plus 0.01 in binary64.
+      {"exactly at R2's tolerance passes", {3.005, -5, 3.005, 5, 0, 0, 3, 0}, 3.005, 0, true},
+      {"exactly at R1's tolerance does not", {0, 0, 3, 0, 3.005, -5, 3.005, 5}, 3.005, 0, false},
       {"a far row off R1 is replaced", {0, 0, 1, 0, 2e7, -5, 2e7, 5}, 1, 0, false},
   };
   for (const SegmentRow& row : table) {
