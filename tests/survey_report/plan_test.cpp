@@ -30,7 +30,7 @@ TEST(Plan, TheSameSurveyGivesTheSamePlan) {
 }
 
 TEST(Plan, PointsPastEveryDoubleHaveNone) {
-  EXPECT_THROW(plan_on({{"1", -1e308, 0, 0, "", 1}, {"2", 1e308, 0, 0, "", 2}}), PlanFault);
+  EXPECT_THROW(plan_on({{"1", -1e308, 0, 0, "", 1}, {"2", 1e308, 0, 0, "", 2}}), DrawingFault);
 }
 
 TEST(Plan, TheBoxIsInTheMiddleOfTheFrame) {

@@ -158,7 +158,7 @@ TEST(Report, ASectionPastTheLibrarysNumbersIsNotComputed) {
 TEST(Report, AGridTooFineIsRefused) {
   StudyOptions options;
   options.grid_step = 0.01;
-  EXPECT_THROW(study_of(square, options), GridFault);
+  EXPECT_THROW(study_of(square, options), ChoiceFault);
 }
 
 }  // namespace
