@@ -175,7 +175,7 @@ class Silent final : public UserInterface {
 // What is still to be built. This list shrinks to nothing.
 TEST(Catalogue, MembersStillToBeBuilt) {
   const std::map<std::string, std::size_t> expected = {
-      {"cgeo_Algorismos", 0}, {"cgeo_FuncDeriv", 0}, {"cgeo_Terreno", 0},   {"cgeo_api", 1},
+      {"cgeo_Algorismos", 0}, {"cgeo_FuncDeriv", 0}, {"cgeo_Terreno", 0},   {"cgeo_api", 0},
       {"cgeo_Ordena", 8},     {"cgeo_Geometria", 0}, {"cgeo_Matrices", 17},
   };
   Silent silent;
