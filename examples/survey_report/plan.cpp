@@ -40,8 +40,8 @@ constexpr std::string_view cut_paint =
 constexpr std::string_view node_paint = R"(fill="none" stroke="#777777" stroke-width="0.2")";
 
 constexpr std::string_view area_paint =
-    R"(fill="none" stroke="#2166ac" stroke-width="0.45" stroke-dasharray="2.2 1.2")";
-constexpr std::string_view inside_paint = R"(fill="none" stroke="#2166ac" stroke-width="0.2")";
+    R"(fill="none" stroke="#b8860b" stroke-width="0.5" stroke-dasharray="2.2 1.2")";
+constexpr std::string_view inside_paint = R"(fill="#ffd966")";
 
 constexpr double label_gap = 0.5;  // between labels in a row
 constexpr double coordinate_size = 2.5;
@@ -313,7 +313,7 @@ class Plan {
     svg_.open_group(R"(id="area")");
     svg_.path(path_through(on_sheet(study_.area.vertices), true), area_paint);
     svg_.close_group();
-    svg_.open_group(R"(id="inside" fill="none" stroke="#2166ac" stroke-width="0.2")");
+    svg_.open_group(R"(id="inside" fill="#ffd966")");
     for (const std::size_t point : study_.area.inside) {
       svg_.path(circle(on_sheet(survey_.points[point]), reach_of(point)));
     }

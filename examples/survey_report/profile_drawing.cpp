@@ -18,10 +18,10 @@ constexpr double sheet_width = 297.0;
 constexpr double sheet_height = 210.0;
 constexpr Rect graph{38, 22, 287, 148};  // its lower edge is the datum
 constexpr double padding = 6.0;          // between the frame and the ends of the terrain
-constexpr double terrain_height = 90.0;  // at most
+constexpr double terrain_height = 96.0;  // at most
 constexpr double above_datum = 8.0;      // at least, below the lowest point
 constexpr double above_terrain = 8.0;    // levels are written so far
-constexpr double level_distance = 12.0;  // about, between levels
+constexpr double level_distance = 10.0;  // about, between levels
 constexpr double most_exaggeration = 100.0;
 
 // The rows below the datum.
@@ -106,23 +106,27 @@ class ProfileDrawing {
                   "Vertical exaggeration " + exaggeration + ": elevations are drawn " +
                       (scale_.exaggeration == 1.0 ? "to the scale of the distances"
                                                   : exaggeration + " times as large as distances"));
-    svg_.text({graph.left, 204},
-              "Distances from the start of the section line; lengths as in the file. Dots: points "
-              "of the terrain. Red: cuts of the boundary, by their numbers.",
-              {.size = 2.6, .colour = "#777777"});
+    svg_.text(
+        {graph.left, 204},
+        std::string("Distances from the start of the section line; lengths as in the file. "
+                    "Dots: points of the terrain.") +
+            (study_.section.cuts.empty() ? "" : " Red: cuts of the boundary, by their numbers."),
+        {.size = 2.6, .colour = "#777777"});
   }
 
   // ---- The graph
 
   void levels() {
+    // The datum is one of them, but has its own line.
     const Range seen{scale_.datum, profile_.highest + above_terrain / scale_.up()};
+    std::vector<double> levels = multiples(seen, scale_.level_step);
+    std::erase_if(levels, [&](double level) { return up(level) > graph.bottom - 1.0; });
     svg_.open_group(R"(id="levels" stroke="#cccccc" stroke-width="0.2")");
-    for (const double level : multiples(seen, scale_.level_step)) {
-      if (up(level) > graph.bottom - 1.0) continue;  // the datum, which has its own line
+    for (const double level : levels) {
       svg_.line({graph.left, up(level)}, {graph.right, up(level)});
-      side_text(up(level), fixed(level, level_decimals()), false);
     }
     svg_.close_group();
+    for (const double level : levels) side_text(up(level), fixed(level, level_decimals()), false);
   }
 
   void side_text(double y, const std::string& text, bool bold) {
@@ -158,9 +162,10 @@ class ProfileDrawing {
   }
 
   void cuts() {
+    const double top = up(profile_.highest) - above_terrain;
     svg_.open_group(R"(id="cuts" stroke="#c00000" stroke-width="0.3" stroke-dasharray="3 1.2")");
     for (const Cut& cut : study_.section.cuts) {
-      svg_.line({across(cut.distance), graph.top + 4.5}, {across(cut.distance), graph.bottom});
+      svg_.line({across(cut.distance), top}, {across(cut.distance), graph.bottom});
     }
     svg_.close_group();
     double free_from = graph.left;
@@ -170,7 +175,7 @@ class ProfileDrawing {
       const double half = text_width(number, 3.2) / 2 + 0.3;
       if (x - half < free_from) continue;  // its neighbour stands there
       free_from = x + half;
-      svg_.text({x, graph.top + 3.6}, number,
+      svg_.text({x, top - 0.9}, number,
                 {.size = 3.2, .anchor = Anchor::middle, .colour = cut_colour, .bold = true});
     }
   }

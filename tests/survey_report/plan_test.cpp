@@ -40,10 +40,5 @@ TEST(Plan, TheBoxIsInTheMiddleOfTheFrame) {
   EXPECT_EQ(mapping.on_sheet({0, 50}), (Place{6, 31}));
 }
 
-TEST(Plan, CoordinatesOnTheFrameAreMultiples) {
-  EXPECT_EQ(multiples({-3, 12}, 5), (std::vector<double>{0, 5, 10}));
-  EXPECT_TRUE(multiples({1, 4}, 5).empty());
-}
-
 }  // namespace
 }  // namespace survey_report
