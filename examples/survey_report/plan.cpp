@@ -167,6 +167,7 @@ class Plan {
 
   std::vector<Place> on_sheet(const std::vector<Place>& vertices) const {
     std::vector<Place> ring;
+    ring.reserve(vertices.size());
     for (const Place& vertex : vertices) ring.push_back(mapping_.on_sheet(vertex));
     return ring;
   }

@@ -3,9 +3,12 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <stdexcept>
 
+#include "frame/run_failure.h"
 #include "library/orv2_geo.hpp"
 #include "survey_report/choice_fault.h"
+#include "survey_report/failure_words.h"
 #include "survey_report/layout.h"
 #include "survey_report/relief.h"
 #include "survey_report/rounding.h"
@@ -150,6 +153,37 @@ std::vector<Station> stations_of(const Terrain& terrain, const Section& axis, do
   return stations;
 }
 
+// ---- All of it
+
+std::vector<ProfilePoint> points_on(const Section& axis, const std::vector<SurveyPoint>& points,
+                                    const Boundary& boundary, double corridor) {
+  std::vector<ProfilePoint> found;
+  for (const Foot& foot : feet_beside(points, axis, corridor)) {
+    const std::optional<double> elevation = elevation_of(foot, points, boundary, axis);
+    if (elevation) found.push_back({foot.distance, *elevation});
+  }
+  return found;
+}
+
+void work_out(Profile& profile, const std::vector<ProfilePoint>& found, const Section& axis,
+              const std::optional<double>& step) {
+  if (found.empty()) return;
+  Terrain terrain = terrain_of(found);
+  put_in_order(terrain);
+  if (!has_length(terrain)) return;
+  describe(profile, terrain);
+  const double length = terrain.distances(terrain.count) - terrain.distances(1);
+  profile.step = step.value_or(default_station_step(length));
+  profile.stations = stations_of(terrain, axis, profile.step);
+}
+
+Profile without_numbers(double corridor, const std::string& fault) {
+  Profile profile;
+  profile.corridor = corridor;
+  profile.fault = fault;
+  return profile;
+}
+
 }  // namespace
 
 double default_corridor(const Box& box) { return default_step(box) / 2.0; }
@@ -158,22 +192,16 @@ double default_station_step(double length) { return round_down(length / fewest_s
 
 Profile profile_of(const std::vector<SurveyPoint>& points, const Boundary& boundary,
                    const Section& axis, double corridor, const std::optional<double>& step) {
-  Profile profile;
-  profile.corridor = corridor;
-  std::vector<ProfilePoint> found;
-  for (const Foot& foot : feet_beside(points, axis, corridor)) {
-    const std::optional<double> elevation = elevation_of(foot, points, boundary, axis);
-    if (elevation) found.push_back({foot.distance, *elevation});
+  try {
+    Profile profile;
+    profile.corridor = corridor;
+    work_out(profile, points_on(axis, points, boundary, corridor), axis, step);
+    return profile;
+  } catch (const orv2_geo::RunFailure& failure) {
+    return without_numbers(corridor, words_of(failure));
+  } catch (const std::range_error& fault) {
+    return without_numbers(corridor, fault.what());
   }
-  if (found.empty()) return profile;
-  Terrain terrain = terrain_of(found);
-  put_in_order(terrain);
-  if (!has_length(terrain)) return profile;
-  describe(profile, terrain);
-  const double length = terrain.distances(terrain.count) - terrain.distances(1);
-  profile.step = step.value_or(default_station_step(length));
-  profile.stations = stations_of(terrain, axis, profile.step);
-  return profile;
 }
 
 }  // namespace survey_report

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "survey_report/boundary.h"
@@ -39,6 +40,9 @@ struct Profile {
   double step = 0.0;
   /// Both ends of the terrain, and the multiples of `step` between them.
   std::vector<Station> stations;
+
+  /// Why there is no profile, where the library refused a number; else empty.
+  std::string fault;
 };
 
 /// Half of the grid's default step. The box has a size.
@@ -55,8 +59,7 @@ double default_station_step(double length);
 /// left out. Feet of equal distance and elevation are one; of equal distance
 /// alone, a vertical step. Stations are interpolated along the terrain, never
 /// beyond it; `step` is positive, or left out for the default.
-/// Throws RunFailure when the library refuses a number, ChoiceFault when the
-/// step gives too many stations.
+/// Throws ChoiceFault when the step gives too many stations.
 Profile profile_of(const std::vector<SurveyPoint>& points, const Boundary& boundary,
                    const Section& axis, double corridor, const std::optional<double>& step);
 

@@ -211,6 +211,7 @@ std::string reason_for_no_profile(const Study& study) {
   if (study.boundary.vertices.empty()) return "the points do not enclose an area";
   if (!study.fault.empty()) return study.fault;
   if (!study.profile.stations.empty()) return {};
+  if (!study.profile.fault.empty()) return study.profile.fault;
   return "fewer than two points within " + length_text(study.profile.corridor) +
          " of the section line give it an elevation";
 }

@@ -79,8 +79,9 @@ def terrain_along(line, corridor, points):
 
 
 def interpolated(terrain, at):
+    at = min(max(at, terrain[0][0]), terrain[-1][0])
     for (d1, z1), (d2, z2) in zip(terrain, terrain[1:]):
-        if d1 - 0.001 <= at <= d2 + 0.001 and d1 < d2:
+        if d1 <= at <= d2 and d1 < d2:
             return z1 + (z2 - z1) * (at - d1) / (d2 - d1)
     raise AssertionError(f"no terrain at {at}")
 

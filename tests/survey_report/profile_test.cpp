@@ -169,6 +169,15 @@ TEST(Profile, TooManyStationsAreRefused) {
   EXPECT_EQ(profile_along({{0, 0}, {100, 0}}, points, 5, 0.26).stations.size(), 386);
 }
 
+// From 1e308 to -1e308 the difference is no double.
+TEST(Profile, ANumberThatTheLibraryRefusesIsTheFaultOfTheProfileAlone) {
+  const std::vector<SurveyPoint> points = {at(0, 0, 1e308), at(100, 0, -1e308)};
+  const Profile profile = profile_along({{0, 0}, {100, 0}}, points, 5);
+  EXPECT_EQ(profile.fault, "Desbordamiento (failure 6 of Orv2_Geo.cgeo_Terreno)");
+  EXPECT_TRUE(profile.terrain.empty());
+  EXPECT_TRUE(profile.stations.empty());
+}
+
 TEST(Profile, DefaultsAreRound) {
   EXPECT_DOUBLE_EQ(default_station_step(220), 20);
   EXPECT_DOUBLE_EQ(default_station_step(160), 20);
