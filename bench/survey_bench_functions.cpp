@@ -9,6 +9,9 @@ namespace {
 constexpr double circle = 6.283185308;
 constexpr double radians_per_centesimal = 0.01570796327;
 
+// Not known to the compiler: a power stays a call of the power function.
+volatile double two = 2.0;
+
 bool between(double v, double a, double b) { return (a <= v && v <= b) || (b <= v && v <= a); }
 bool same(const double* a, const double* b) { return a[0] == b[0] && a[1] == b[1]; }
 }  // namespace
@@ -16,7 +19,8 @@ bool same(const double* a, const double* b) { return a[0] == b[0] && a[1] == b[1
 void bearing_and_distance_plain(const double* c, double& bearing, double& distance) {
   const double dy = c[3] - c[1];
   const double dx = c[2] - c[0];
-  distance = std::sqrt(std::pow(dy, 2.0) + std::pow(dx, 2.0));
+  const double exponent = two;
+  distance = std::sqrt(std::pow(dy, exponent) + std::pow(dx, exponent));
   if (distance == 0.0) {
     bearing = 0.0;
   } else if (dy == 0.0) {

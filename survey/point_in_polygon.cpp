@@ -153,17 +153,10 @@ class QuickWalk {
   std::size_t vertices_;
 };
 
-// The elements 1 to `last`, when the array has them all.
-const double* elements_from_1(const DoubleArray& array, std::int32_t last) {
-  if (array.legal_count() == 0 || array.lower() > 1) return nullptr;
-  if (std::int64_t{array.lower()} + array.legal_count() <= last) return nullptr;
-  return &array(1);
-}
-
 std::optional<std::int64_t> quick_winding(LatticePoint point, const DoubleArray& XX,
                                           const DoubleArray& YY, std::int32_t vertices) {
-  const double* xs = elements_from_1(XX, vertices);
-  const double* ys = elements_from_1(YY, vertices);
+  const double* xs = XX.row(1, vertices);
+  const double* ys = YY.row(1, vertices);
   if (vertices < 2 || xs == nullptr || ys == nullptr) return std::nullopt;
   return QuickWalk(point, xs, ys, static_cast<std::size_t>(vertices)).winding();
 }
