@@ -44,10 +44,10 @@ Pair pair_at(const double* values) noexcept {
   return pair;
 }
 
-// NaN does not fit.
-PairMask fit(Pair values) noexcept {
+// Which are closer to zero than `limit`. NaN is not.
+PairMask within(double limit, Pair values) noexcept {
   constexpr std::int64_t without_sign = std::numeric_limits<std::int64_t>::max();
-  return std::bit_cast<Pair>(std::bit_cast<PairMask>(values) & without_sign) < surely_fits;
+  return std::bit_cast<Pair>(std::bit_cast<PairMask>(values) & without_sign) < limit;
 }
 
 // A ring walked in plain arithmetic, in blocks of pairs of vertices. Of most
@@ -100,16 +100,18 @@ class QuickWalk {
     const double* y = ys_ + 2 * first;
     PairMask fitting_x = {};  // these count downwards: a true mask is -1
     PairMask fitting_y = {};
-    PairBits above = {};
+    PairBits below = {};  // the row's top included: such a vertex is on the row
+#pragma GCC unroll 2
     for (std::size_t i = 0; i < 2 * pairs; i += 2) {
-      fitting_x += fit(pair_at(x + i));
-      fitting_y += fit(pair_at(y + i));
-      above = above + above - std::bit_cast<PairBits>(scale * pair_at(y + i) > top_of_row_);
+      const Pair scaled_y = scale * pair_at(y + i);
+      fitting_x += within(surely_fits, pair_at(x + i));
+      fitting_y += within(scale * surely_fits, scaled_y);
+      below = below + below - std::bit_cast<PairBits>(scaled_y <= top_of_row_);
     }
     const PairMask fitting = fitting_x + fitting_y;
-    const std::uint64_t led_by = first == 0 ? above[0] >> (pairs - 1) : is_above(2 * first - 1);
+    const std::uint64_t led_by = first == 0 ? below[0] >> (pairs - 1) : !is_above(2 * first - 1);
     return {fitting[0] + fitting[1] == -4 * static_cast<std::int64_t>(pairs), pairs,
-            above[0] ^ above[1], (above[1] >> 1 | led_by << (pairs - 1)) ^ above[0]};
+            below[0] ^ below[1], (below[1] >> 1 | led_by << (pairs - 1)) ^ below[0]};
   }
 
   std::int64_t winding_in(std::size_t first, const Look& look) const noexcept {
