@@ -42,7 +42,12 @@ struct Row {
     allocated = true;
     elements.resize(static_cast<std::size_t>(upper) + 1);
   }
-  friend bool operator==(const Row&, const Row&) = default;
+  friend bool operator==(const Row& a, const Row& b) {
+    return a.allocated == b.allocated && a.lower == b.lower &&
+           std::equal(
+               a.elements.begin(), a.elements.end(), b.elements.begin(), b.elements.end(),
+               [](T one, T other) { return one == other || (one != one && other != other); });
+  }
 };
 using Doubles = Row<double>;
 using Longs = Row<std::int32_t>;
@@ -284,8 +289,8 @@ inline void flag(Flagged& out, int nPtos, Doubles X, Doubles Y, double Precision
 }
 
 struct Removed {
-  int number = 0;   // of the failure trapped
-  int thrown = 0;   // of the failure that reached the caller
+  int number = 0;  // of the failure trapped
+  int thrown = 0;  // of the failure that reached the caller
   std::int32_t nPtos = 0;
   Doubles X, Y, Z;
   Longs Indice;
