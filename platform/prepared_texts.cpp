@@ -100,8 +100,9 @@ bool PreparedTexts::read_texts(std::vector<bool>& used) {
   numbers_ = known.numbers();
   const std::u16string_view first = texts_.empty() ? std::u16string_view() : texts_[0]->view();
   in_common_ = first.size();
-  for (const Text* text : texts_) {
-    const std::u16string_view units = text->view();
+  for (std::uint32_t t = 0; t < texts_.size(); ++t) {
+    if (t + ahead < texts_.size()) announce(t + ahead);
+    const std::u16string_view units = texts_[t]->view();
     in_common_ = std::min(in_common_, units.size());
     std::uint8_t before = 0;
     for (std::size_t i = 0; i < units.size(); ++i) {

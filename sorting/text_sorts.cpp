@@ -43,7 +43,10 @@ class TextOrder {
  public:
   explicit TextOrder(std::span<const Text* const> texts)
       : prepared_(texts), parts_(texts.size()), tied_(texts.size()) {
-    for (std::uint32_t i = 0; i < parts_.size(); ++i) parts_[i] = prepared_.first_part(i);
+    for (std::uint32_t i = 0; i < parts_.size(); ++i) {
+      if (i + PreparedTexts::ahead < parts_.size()) prepared_.announce(i + PreparedTexts::ahead);
+      parts_[i] = prepared_.first_part(i);
+    }
     sort(parts_, 1);
   }
 
@@ -74,7 +77,12 @@ class TextOrder {
   void sort_alike(std::span<Part> parts, int number) {
     const bool over = prepared_.is_over(parts[0]);
     if (!over && number < most_parts) {
-      for (Part& part : parts) part = prepared_.next_part(part);
+      for (std::size_t k = 0; k < parts.size(); ++k) {
+        if (k + PreparedTexts::ahead < parts.size()) {
+          prepared_.announce(parts[k + PreparedTexts::ahead].text);
+        }
+        parts[k] = prepared_.next_part(parts[k]);
+      }
       return sort(parts, number + 1);
     }
     const bool equal = over && prepared_.parts_decide();
