@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <map>
 #include <memory>
 
@@ -34,7 +35,7 @@ class Characters {
     return known == 1;
   }
 
-  /// The weight of a character at the first level.
+  /// The weight of a character at the first level, 0 where it has none there.
   char32_t weight(std::uint8_t number) const { return seen_[number].weight; }
 
  private:
@@ -48,25 +49,29 @@ class Characters {
     return key.substr(0, text_services::first_level(key));
   }
 
-  // Only a character of one weight can be read by itself.
+  // Only a character of at most one weight can be read by itself.
   std::uint8_t learn(char16_t unit) {
     const bool half_a_pair = unit >= 0xd800 && unit < 0xe000;
     if (unit == 0 || half_a_pair) return illegible;
     const std::u32string key = text_services::collation_key({&unit, 1});
-    if (text_services::first_level(key) != 1) return illegible;
+    const std::size_t weights = text_services::first_level(key);
+    if (weights > 1) return illegible;
     const auto known = by_key_.find(key);
     if (known != by_key_.end()) return known->second;
     if (seen_.size() == illegible) return illegible;
     const auto number = static_cast<std::uint8_t>(seen_.size());
     by_key_.emplace(key, number);
-    seen_.push_back({unit, key[0]});
+    seen_.push_back({unit, weights == 1 ? key[0] : U'\0'});
     return number;
   }
 
   bool stand_apart_in_fact(std::uint8_t first, std::uint8_t second) const {
     const char16_t both[] = {seen_[first].unit, seen_[second].unit};
-    const char32_t weights[] = {seen_[first].weight, seen_[second].weight};
-    return first_level_of({both, 2}) == std::u32string_view(weights, 2);
+    std::u32string weights;
+    for (const std::uint8_t number : {first, second}) {
+      if (weight(number) != 0) weights.push_back(weight(number));
+    }
+    return first_level_of({both, 2}) == weights;
   }
 
   std::unique_ptr<std::array<std::uint8_t, 0x10000>> numbers_ =
@@ -85,89 +90,78 @@ Characters& characters() {
 }  // namespace
 
 PreparedTexts::PreparedTexts(std::span<const Text* const> texts) : texts_(texts) {
-  read_texts();
-  if (!legible_) return;
-  rank_weights();
-  make_prefixes();
+  std::vector<bool> used(ranks_.size());
+  if (read_texts(used)) rank_weights(used);
 }
 
-void PreparedTexts::read_texts() {
+// False where the texts cannot be read character by character.
+bool PreparedTexts::read_texts(std::vector<bool>& used) {
   Characters& known = characters();
   numbers_ = known.numbers();
-  ranks_.assign(256, 0);
   const std::u16string_view first = texts_.empty() ? std::u16string_view() : texts_[0]->view();
   in_common_ = first.size();
-  for (const Text* text : texts_) {
-    const std::u16string_view units = text->view();
+  for (std::uint32_t t = 0; t < texts_.size(); ++t) {
+    if (t + ahead < texts_.size()) announce(t + ahead);
+    const std::u16string_view units = texts_[t]->view();
     in_common_ = std::min(in_common_, units.size());
     std::uint8_t before = 0;
     for (std::size_t i = 0; i < units.size(); ++i) {
       const std::uint8_t number = known.number(units[i]);
-      legible_ =
-          number != Characters::illegible && (before == 0 || known.stand_apart(before, number));
-      if (!legible_) return;
-      ranks_[number] = 1;
-      if (i < in_common_ && number != known.number(first[i])) in_common_ = i;
+      if (number == Characters::illegible) return false;
+      if (before != 0 && !known.stand_apart(before, number)) return false;
+      used[number] = true;
+      if (i < in_common_ && number != numbers_[first[i]]) in_common_ = i;
       before = number;
     }
   }
+  return true;
 }
 
 // Ranks instead of weights, so that more characters fit into a word.
-void PreparedTexts::rank_weights() {
+void PreparedTexts::rank_weights(const std::vector<bool>& used) {
   const Characters& known = characters();
+  const auto weight = [&](std::size_t n) { return known.weight(static_cast<std::uint8_t>(n)); };
   std::vector<char32_t> weights;
-  for (std::size_t n = 1; n < ranks_.size(); ++n) {
-    if (ranks_[n] != 0) weights.push_back(known.weight(static_cast<std::uint8_t>(n)));
+  for (std::size_t n = 1; n < used.size(); ++n) {
+    if (used[n]) weights.push_back(weight(n));
   }
   std::sort(weights.begin(), weights.end());
   const auto last = std::unique(weights.begin(), weights.end());
-  decisive_ = last == weights.end();  // no two characters differ at later levels only
+  // No two characters differ at later levels only, and none is left out.
+  parts_decide_ = last == weights.end() && (weights.empty() || weights[0] != 0);
   weights.erase(last, weights.end());
-  for (std::size_t n = 1; n < ranks_.size(); ++n) {
-    if (ranks_[n] == 0) continue;
-    const auto place = std::lower_bound(weights.begin(), weights.end(),
-                                        known.weight(static_cast<std::uint8_t>(n)));
+  std::erase(weights, U'\0');
+  for (std::size_t n = 1; n < used.size(); ++n) {
+    if (!used[n] || weight(n) == 0) continue;
+    const auto place = std::lower_bound(weights.begin(), weights.end(), weight(n));
     ranks_[n] = static_cast<std::uint8_t>(place - weights.begin() + 1);  // 0: the text is over
   }
-  rank_bits_ = 1;
-  while (weights.size() >> rank_bits_ != 0) ++rank_bits_;
+  rank_bits_ = std::max(1, static_cast<int>(std::bit_width(weights.size())));
+  ranks_a_word_ = 64 / rank_bits_;
+  last_rank_ = (std::uint64_t{1} << rank_bits_) - 1;
 }
 
-void PreparedTexts::make_prefixes() {
-  prefixes_.resize(texts_.size());
-  const std::size_t characters_a_word = 64 / static_cast<std::size_t>(rank_bits_);
-  for (std::size_t i = 0; i < texts_.size(); ++i) {
-    const std::u16string_view rest = texts_[i]->view().substr(in_common_);
-    std::uint64_t prefix = 0;
-    for (std::size_t k = 0; k < characters_a_word; ++k) {
-      prefix <<= rank_bits_;
-      if (k < rest.size()) prefix |= ranks_[numbers_[rest[k]]];
-    }
-    prefixes_[i] = prefix;
+PreparedTexts::Part PreparedTexts::part_at(std::uint32_t text, std::size_t at) const noexcept {
+  const std::u16string_view units = texts_[text]->view();
+  std::uint64_t word = 0;
+  for (int k = 0; k < ranks_a_word_; ++k) {
+    std::uint8_t rank = 0;
+    while (rank == 0 && at < units.size()) rank = ranks_[numbers_[units[at++]]];
+    word = word << rank_bits_ | rank;
   }
+  return {word, text, static_cast<std::uint32_t>(at)};
 }
 
-int PreparedTexts::compare_ranks(std::u16string_view a, std::u16string_view b) const noexcept {
-  const std::size_t both = std::min(a.size(), b.size());
-  for (std::size_t k = in_common_; k < both; ++k) {
-    const int order = ranks_[numbers_[a[k]]] - ranks_[numbers_[b[k]]];
-    if (order != 0) return order;
-  }
-  return static_cast<int>(a.size() > b.size()) - static_cast<int>(a.size() < b.size());
+PreparedTexts::Part PreparedTexts::first_part(std::uint32_t text) const noexcept {
+  return part_at(text, in_common_);
 }
 
-int PreparedTexts::compare(std::size_t i, std::size_t j) {
-  const std::u16string_view a = texts_[i]->view();
-  const std::u16string_view b = texts_[j]->view();
-  if (legible_) {
-    const int order = compare_ranks(a, b);
-    if (order != 0 || decisive_) return order;
-  }
-  return a == b ? 0 : full_key(i).compare(full_key(j));
+int PreparedTexts::compare(std::uint32_t i, std::uint32_t j) {
+  if (texts_[i]->view() == texts_[j]->view()) return 0;
+  return full_key(i).compare(full_key(j));
 }
 
-const std::u32string& PreparedTexts::full_key(std::size_t i) {
+const std::u32string& PreparedTexts::full_key(std::uint32_t i) {
   if (full_keys_.empty()) full_keys_.resize(texts_.size());
   if (full_keys_[i].empty()) full_keys_[i] = text_services::collation_key(texts_[i]->view());
   return full_keys_[i];

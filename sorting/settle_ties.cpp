@@ -18,6 +18,30 @@ std::uint32_t rank_of(Item item) { return static_cast<std::uint32_t>(item >> pos
 std::uint32_t position_of(Item item) { return static_cast<std::uint32_t>(item); }
 Item lowest_of_rank(std::uint64_t rank) { return rank << position_bits; }
 
+constexpr std::int64_t block = 64;
+
+// Where a scan stops, as distances from its start; at most those of two blocks.
+class Stops {
+ public:
+  bool empty() const noexcept { return next_ == end_; }
+  std::int64_t left() const noexcept { return end_ - next_; }
+  std::int64_t next() noexcept { return at_[static_cast<std::size_t>(next_++)]; }
+
+  template <class Stop>
+  void list(std::int64_t count, Stop stops_at) noexcept {
+    next_ = end_ = 0;
+    for (std::int64_t k = 0; k < count; ++k) {
+      at_[static_cast<std::size_t>(end_)] = static_cast<std::uint8_t>(k);
+      end_ += stops_at(k);
+    }
+  }
+
+ private:
+  std::array<std::uint8_t, 2 * block> at_;
+  std::int64_t next_ = 0;
+  std::int64_t end_ = 0;
+};
+
 // The algorithm on n items. Places are counted from 0.
 class Run {
  public:
@@ -53,14 +77,20 @@ class Run {
     }
   }
 
+  // Insertion keeps the order of equal ranks, so an item's place is the count of
+  // those that come before it, which is found without a branch.
   void insert(std::int64_t lo, std::int64_t hi) noexcept {
-    for (std::int64_t j = lo + 1; j <= hi; ++j) {
-      const Item item = items_[j];
-      std::int64_t i = j - 1;
-      for (; i >= lo && rank_of(items_[i]) > rank_of(item); --i) items_[i + 1] = items_[i];
-      items_[i + 1] = item;
+    const auto count = static_cast<std::size_t>(hi - lo + 1);
+    const Item* items = items_ + lo;
+    std::array<std::uint32_t, insertion_limit> before{};
+    for (std::size_t b = 1; b < count; ++b) {
+      for (std::size_t a = 0; a < b; ++a) {
+        const std::uint32_t turned = rank_of(items[a]) > rank_of(items[b]);
+        before[a] += turned;
+        before[b] += 1 - turned;
+      }
     }
-    for (std::int64_t k = lo; k <= hi; ++k) order_[k] = position_of(items_[k]);
+    for (std::size_t k = 0; k < count; ++k) order_[lo + before[k]] = position_of(items[k]);
   }
 
   void put_in_order(std::int64_t i, std::int64_t j) noexcept {
@@ -93,45 +123,52 @@ class Run {
     return {i, j};
   }
 
-  // The exchanges of the two scans while they are far apart, block against block.
-  // Which items of a block stop a scan is hard to foresee, so they are listed
-  // without a branch and then exchanged pair by pair, in the scans' own order.
-  // Gives where the scans stand. (Block partition.)
+  // The exchanges of the two scans, block against block. Which items of a block
+  // stop a scan is hard to foresee, so they are listed without a branch and then
+  // exchanged pair by pair, in the scans' own order. Gives where the scans stand
+  // when they are about to meet. (Block partition.)
   std::pair<std::int64_t, std::int64_t> exchange_blocks(std::int64_t i, std::int64_t j, Item from,
                                                         Item beyond) noexcept {
-    constexpr std::int64_t block = 64;
-    std::array<std::uint8_t, block> upward;
-    std::array<std::uint8_t, block> downward;
-    std::int64_t up = 0, up_end = 0, down = 0, down_end = 0;
+    Stops up;
+    Stops down;
     while (j - i > 2 * block) {
-      if (up == up_end) {
-        up = up_end = 0;
-        for (std::int64_t k = 0; k < block; ++k) {
-          upward[static_cast<std::size_t>(up_end)] = static_cast<std::uint8_t>(k);
-          up_end += items_[i + 1 + k] >= from;
-        }
-      }
-      if (down == down_end) {
-        down = down_end = 0;
-        for (std::int64_t k = 0; k < block; ++k) {
-          downward[static_cast<std::size_t>(down_end)] = static_cast<std::uint8_t>(k);
-          down_end += items_[j - 1 - k] < beyond;
-        }
-      }
-      const std::int64_t pairs = std::min(up_end - up, down_end - down);
+      if (up.empty()) up.list(block, [&](std::int64_t k) { return items_[i + 1 + k] >= from; });
+      if (down.empty())
+        down.list(block, [&](std::int64_t k) { return items_[j - 1 - k] < beyond; });
+      const std::int64_t pairs = std::min(up.left(), down.left());
       for (std::int64_t k = 0; k < pairs; ++k) {
-        std::swap(items_[i + 1 + upward[static_cast<std::size_t>(up + k)]],
-                  items_[j - 1 - downward[static_cast<std::size_t>(down + k)]]);
+        std::swap(items_[i + 1 + up.next()], items_[j - 1 - down.next()]);
       }
-      up += pairs;
-      down += pairs;
-      if (up == up_end) i += block;
-      if (down == down_end) j -= block;
+      if (up.empty()) i += block;
+      if (down.empty()) j -= block;
     }
-    // A block that is not done is taken up at its first item that is left.
-    if (up != up_end) i += upward[static_cast<std::size_t>(up)];
-    if (down != down_end) j -= downward[static_cast<std::size_t>(down)];
-    return {i, j};
+    if (!up.empty()) i += up.next();
+    if (!down.empty()) j -= down.next();
+    return exchange_rest(i, j, from, beyond);
+  }
+
+  // The same for what is left between them, at most two blocks: each scan's stops
+  // are listed over all of it, and hold until the scans pass each other.
+  std::pair<std::int64_t, std::int64_t> exchange_rest(std::int64_t i, std::int64_t j, Item from,
+                                                      Item beyond) noexcept {
+    const std::int64_t between = j - i - 1;
+    Stops up;
+    Stops down;
+    up.list(between, [&](std::int64_t k) { return items_[i + 1 + k] >= from; });
+    down.list(between, [&](std::int64_t k) { return items_[j - 1 - k] < beyond; });
+    std::int64_t low = i;
+    std::int64_t high = j;
+    while (!up.empty() && !down.empty()) {
+      const std::int64_t a = i + 1 + up.next();
+      const std::int64_t b = j - 1 - down.next();
+      if (a >= b) return {std::min(a, high) - 1, std::max(b, low) + 1};
+      std::swap(items_[a], items_[b]);
+      low = a;
+      high = b;
+    }
+    const std::int64_t a = up.empty() ? high : std::min(i + 1 + up.next(), high);
+    const std::int64_t b = down.empty() ? low : std::max(j - 1 - down.next(), low);
+    return {a - 1, b + 1};
   }
 
   Item* items_;

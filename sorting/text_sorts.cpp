@@ -36,29 +36,76 @@ struct TextsByIndex {
   void swap(std::int32_t i, std::int32_t j) { std::swap(index(i), index(j)); }
 };
 
-// A text's place among the others as far as one word can tell.
-struct Candidate {
-  std::uint64_t prefix;
-  std::uint32_t position;
+// Ascending order of texts, part by part: the texts alike in one part are looked
+// at again in the next, so that each is read once however many it is compared
+// with.
+class TextOrder {
+ public:
+  explicit TextOrder(std::span<const Text* const> texts)
+      : prepared_(texts), parts_(texts.size()), tied_(texts.size()) {
+    for (std::uint32_t i = 0; i < parts_.size(); ++i) {
+      if (i + PreparedTexts::ahead < parts_.size()) prepared_.announce(i + PreparedTexts::ahead);
+      parts_[i] = prepared_.first_part(i);
+    }
+    sort(parts_, 1);
+  }
+
+  /// Their positions in that order, ties marked.
+  std::vector<std::uint32_t> marked() const {
+    std::vector<std::uint32_t> order(parts_.size());
+    for (std::size_t p = 0; p < order.size(); ++p) {
+      order[p] = parts_[p].text | (tied_[p] ? sorting::tied_mark : 0);
+    }
+    return order;
+  }
+
+ private:
+  using Part = PreparedTexts::Part;
+  static constexpr int most_parts = 16;  // beyond, whole texts are compared
+
+  void sort(std::span<Part> parts, int number) {
+    std::sort(parts.begin(), parts.end(),
+              [](const Part& a, const Part& b) { return a.word < b.word; });
+    for (auto start = parts.begin(); start != parts.end();) {
+      const auto differs = [&](const Part& part) { return part.word != start->word; };
+      const auto end = std::find_if(start + 1, parts.end(), differs);
+      if (end - start > 1) sort_alike({start, end}, number);
+      start = end;
+    }
+  }
+
+  void sort_alike(std::span<Part> parts, int number) {
+    const bool over = prepared_.is_over(parts[0]);
+    if (!over && number < most_parts) {
+      for (std::size_t k = 0; k < parts.size(); ++k) {
+        if (k + PreparedTexts::ahead < parts.size()) {
+          prepared_.announce(parts[k + PreparedTexts::ahead].text);
+        }
+        parts[k] = prepared_.next_part(parts[k]);
+      }
+      return sort(parts, number + 1);
+    }
+    const bool equal = over && prepared_.parts_decide();
+    if (!equal) {
+      std::sort(parts.begin(), parts.end(), [&](const Part& a, const Part& b) {
+        return prepared_.compare(a.text, b.text) < 0;
+      });
+    }
+    for (std::size_t k = 1; k < parts.size(); ++k) {
+      const auto place = static_cast<std::size_t>(&parts[k] - parts_.data());
+      tied_[place] = equal || prepared_.compare(parts[k - 1].text, parts[k].text) == 0;
+    }
+  }
+
+  PreparedTexts prepared_;
+  std::vector<Part> parts_;
+  std::vector<bool> tied_;  // to the one before
 };
-static_assert(sizeof(Candidate) == 2 * sizeof(std::uint64_t));
 
 // The positions of the texts in the order in which the algorithm leaves them at
 // the subscripts from `first` on.
 std::vector<std::uint32_t> order_of(std::span<const Text* const> texts, std::int64_t first) {
-  PreparedTexts prepared(texts);
-  std::vector<Candidate> sorted(texts.size());
-  for (std::uint32_t p = 0; p < texts.size(); ++p) sorted[p] = {prepared.prefix(p), p};
-  std::sort(sorted.begin(), sorted.end(), [&](const Candidate& a, const Candidate& b) {
-    if (a.prefix != b.prefix) return a.prefix < b.prefix;
-    return prepared.compare(a.position, b.position) < 0;
-  });
-  std::vector<std::uint32_t> order(texts.size());
-  for (std::size_t p = 0; p < sorted.size(); ++p) {
-    const bool tied = p != 0 && sorted[p - 1].prefix == sorted[p].prefix &&
-                      prepared.compare(sorted[p - 1].position, sorted[p].position) == 0;
-    order[p] = sorted[p].position | (tied ? sorting::tied_mark : 0);
-  }
+  std::vector<std::uint32_t> order = TextOrder(texts).marked();
   sorting::Scratch scratch(texts.size());
   sorting::settle_ties(order, first, scratch.all());
   return order;
