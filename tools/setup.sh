@@ -9,7 +9,7 @@ packages=(
 # For the checks of a developer: formats, lint, sanitizers under both compilers.
 checks=(clang clang-format clang-tidy libclang-rt-14-dev)
 # For the benchmarks.
-bench=(libbenchmark-dev libcgal-dev libboost-dev libgeos-dev libgeos++-dev libicu-dev)
+bench=(libbenchmark-dev libcgal-dev libboost-dev libgeos-dev libgeos++-dev libicu-dev libnanoflann-dev)
 
 case "${1:-build}" in
   build) ;;
