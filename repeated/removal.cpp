@@ -25,18 +25,21 @@ class Flagged {
   Flagged(LongArray& Secuencia, LongArray& Indice, BoolArray& Repetido) noexcept
       : Secuencia_(Secuencia), Indice_(Indice), Repetido_(Repetido) {}
 
-  void first(std::int32_t p) {
+  template <class Points>
+  void first(std::int32_t p, const Points&) {
     Secuencia_(1) = p;
     Indice_(p) = 1;
     cluster_ = 1;
     survivor_ = p;
   }
-  void opened(std::int32_t p) {
+  template <class Points>
+  void opened(std::int32_t p, const Points&) {
     Repetido_(p) = false;
     ++cluster_;
     survivor_ = p;
   }
-  void joined(std::int32_t p) {
+  template <class Points>
+  void joined(std::int32_t p, const Points&) {
     if (p < survivor_) {
       Repetido_(p) = false;
       Repetido_(survivor_) = true;
@@ -50,6 +53,7 @@ class Flagged {
     Indice_(p) = cluster_;
     Secuencia_(i) = p;
   }
+  std::int32_t found() const noexcept { return cluster_; }
 
  private:
   LongArray& Secuencia_;
@@ -80,18 +84,16 @@ void shrink(DoubleArray& coordinates, std::int32_t last) {
 }
 
 // Puts the points to keep at the front of the X order; answers with how many.
-std::int32_t keep_front(const std::int32_t& nPtos, const DoubleArray& X, const DoubleArray& Y,
-                        LongArray& Orden) {
-  const repeated::Ahead<2> ahead(Orden, nPtos, {&X, &Y});
+template <class Points>
+std::int32_t keep_front(std::int32_t nPtos, const Points& points, LongArray& Orden) {
   repeated::Box<2> near(repeated::default_tolerance);  // so small that no bound can overflow
-  const auto spot = [&](std::int32_t p) { return repeated::Spot<2>{X(p), Y(p)}; };
   std::int32_t kept = 1;
   bool skip = true;  // a near point is dropped; at the start every one, later from the second on
-  near.move_to(spot(Orden(1)));
+  near.move_to(repeated::spot<2>(points, points.point(1)));
   for (const std::int32_t i : counted(2, nPtos)) {
-    const std::int32_t p = Orden(i);
-    ahead.of(i);
-    const repeated::Spot<2> at = spot(p);
+    const std::int32_t p = points.point(i);
+    points.ahead(i);
+    const repeated::Spot<2> at = repeated::spot<2>(points, p);
     const bool is_near = near.holds(at);
     near.move_to(at);
     if (is_near && skip) continue;
@@ -99,6 +101,13 @@ std::int32_t keep_front(const std::int32_t& nPtos, const DoubleArray& X, const D
     Orden(++kept) = p;  // at i or before: what is still to be read stays
   }
   return kept;
+}
+
+std::int32_t keep_front(std::int32_t nPtos, const Cloud& cloud, LongArray& Orden) {
+  if (const auto sound = repeated::SoundCloud<false>::of(cloud, nPtos)) {
+    return keep_front(nPtos, *sound, Orden);
+  }
+  return keep_front<Cloud>(nPtos, cloud, Orden);
 }
 
 }  // namespace
@@ -109,15 +118,15 @@ void m_Indice_de_Puntos_sin_Repetir_XY(const std::int32_t& nPtos, const DoubleAr
                                        LongArray& Indice, BoolArray& Repetido,
                                        const double& Precision, const ObjectRef& Progreso1) {
   trapped(source, title_XY, [&] {
-    LongArray Orden(0, nPtos);
+    LongArray Orden;
     Secuencia.size(0, nPtos);
     Indice.size(0, nPtos);
     Repetido.size(0, nPtos);
     Ordena_Double_Index_Array(X, Orden, 1, nPtos);
     const double tol = repeated::tolerance(Precision);
     const repeated::Progress progress(nPtos, Progreso1);
-    Flagged clusters(Secuencia, Indice, Repetido);
-    repeated::sweep(nPtos, Cloud{X, Y, Z, Orden}, tol, progress, clusters);
+    repeated::sweep(nPtos, Cloud{X, Y, Z, Orden}, tol, progress,
+                    Flagged(Secuencia, Indice, Repetido));
     nNuevos = renumber_unflagged(nPtos, Secuencia, Indice, Repetido);
     progress.visible();
   });
@@ -155,9 +164,10 @@ void Quita_Puntos_Repetidos_XY_con_indice1(std::int32_t& nPtos, DoubleArray& X, 
 void Quita_Puntos_Repetidos_2D_0(std::int32_t& nPtos, DoubleArray& X, DoubleArray& Y,
                                  DoubleArray& Z, const Bool&) {
   trapped(source, title_2D_0, [&] {
-    LongArray Orden(0, nPtos);
+    if (nPtos < 0) raise(failure::subscript_out_of_range);  // the lowest is a sign of the sort's
+    LongArray Orden;
     Ordena_Double_Index_Array(X, Orden, 1, nPtos);
-    nPtos = keep_front(nPtos, X, Y, Orden);
+    nPtos = keep_front(nPtos, Cloud{X, Y, Z, Orden}, Orden);
     DoubleArray kept_X(0, nPtos);
     DoubleArray kept_Y(0, nPtos);
     DoubleArray kept_Z(0, nPtos);

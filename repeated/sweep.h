@@ -5,6 +5,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 
 #include "frame/checked_math.h"
 #include "frame/counted.h"
@@ -38,15 +39,20 @@ class Progress {
 
   /// Comes before the i-th point is examined.
   void step(std::int32_t i) const {
-    if (i % 1000 != 0) return;  // else i / 1000 is not whole, and the next test cannot hold
-    // It holds for no i at all: the indicator stays where it was set up, on
-    // purpose, as the bar's scale is no scale of i.
-    if (floor(Checked(i) / 100.0) == Checked(i) / 1000.0) show(i);
+    // Where i / 1000 is not whole, the test that follows cannot hold.
+    if (i % 1000 == 0) [[unlikely]]
+      step_at_thousand(i);
   }
 
   void visible() const { indicator_.visible(true); }
 
  private:
+  // The test holds for no point at all: on purpose the indicator stays where it
+  // was set up.
+  [[gnu::noinline]] void step_at_thousand(std::int32_t i) const {
+    if (floor(Checked(i) / 100.0) == Checked(i) / 1000.0) show(i);
+  }
+
   void show(std::int32_t i) const {
     yield_to_events();
     indicator_.value(floor(Checked(i) / step_));
@@ -71,6 +77,7 @@ class Box {
   void move_to(const Spot<axes>& anchor) noexcept {
     anchor_ = anchor;
     finite_ = true;
+#pragma GCC unroll 3
     for (std::size_t axis = 0; axis < axes; ++axis) {
       low_[axis] = anchor[axis] - tolerance_;
       high_[axis] = anchor[axis] + tolerance_;
@@ -88,6 +95,7 @@ class Box {
   /// Failure 6 for NaN.
   bool holds(const Spot<axes>& spot) const {
     bool inside = true;
+#pragma GCC unroll 3
     for (std::size_t axis = 0; axis < axes; ++axis) {
       const bool above = Checked(low_[axis]) < spot[axis];
       const bool below = Checked(spot[axis]) < high_[axis];
@@ -111,85 +119,116 @@ class Box {
   bool finite_ = true;
 };
 
-/// Points in an order of their own stand anywhere in their arrays: their
-/// coordinates are asked for some points ahead.
-template <std::size_t arrays>
-class Ahead {
- public:
-  /// Elements 1 to `last` of `order` are subscripts of the arrays; nothing is
-  /// fetched when one of them is beyond an array.
-  Ahead(const LongArray& order, std::int32_t last,
-        const std::array<const DoubleArray*, arrays>& coordinates) noexcept
-      : order_(order.row(1, last)), last_(last) {
-    if (order_ == nullptr) last_ = 0;
-    for (std::size_t i = 0; i < arrays; ++i) {
-      rows_[i] = coordinates[i]->row(1, last);
-      if (rows_[i] == nullptr) last_ = 0;
-    }
-  }
-
-  void of(std::int32_t i) const noexcept {
-    if (last_ - i < points) return;
-    const std::int32_t next = order_[i - 1 + points];
-    for (const double* row : rows_) __builtin_prefetch(row + (next - 1));
-  }
-
- private:
-  static constexpr std::int32_t points = 24;
-
-  const std::int32_t* order_;
-  std::array<const double*, arrays> rows_{};
-  std::int32_t last_;
-};
-
-/// The coordinates of the points, and the points in X order.
+/// The coordinates of the points, and the points in X order. Every subscript is
+/// checked.
 struct Cloud {
   const DoubleArray& X;
   const DoubleArray& Y;
   const DoubleArray& Z;
   const LongArray& Orden;
 
-  template <std::size_t axes>
-  Spot<axes> spot(std::int32_t point) const {
-    if constexpr (axes == 2) {
-      const double x = X(point);
-      return {x, Y(point)};
-    } else {
-      const double x = X(point);
-      const double y = Y(point);
-      return {x, y, Z(point)};
-    }
-  }
+  std::int32_t point(std::int32_t i) const { return Orden(i); }
+  double x(std::int32_t p) const { return X(p); }
+  double y(std::int32_t p) const { return Y(p); }
+  double z(std::int32_t p) const { return Z(p); }
+  void ahead(std::int32_t) const noexcept {}
 };
+
+/// A cloud of which every subscript was looked at before. In X order the points
+/// stand anywhere in their arrays, so some are asked for ahead of their turn.
+template <bool reads_Z>
+class SoundCloud {
+ public:
+  /// Nothing when a subscript may be beyond its array. The order may have more
+  /// points than the sweep, and each of them may stand anywhere in it.
+  static std::optional<SoundCloud> of(const Cloud& cloud, std::int32_t points) noexcept {
+    const std::int32_t all = cloud.Orden.upper();
+    const SoundCloud sound(cloud, all);
+    if (points > all || sound.order_ == nullptr || sound.x_ == nullptr) return std::nullopt;
+    if (sound.y_ == nullptr || (reads_Z && sound.z_ == nullptr)) return std::nullopt;
+    return sound;
+  }
+
+  std::int32_t point(std::int32_t i) const noexcept { return order_[i - 1]; }
+  double x(std::int32_t p) const noexcept { return x_[p - 1]; }
+  double y(std::int32_t p) const noexcept { return y_[p - 1]; }
+  double z(std::int32_t p) const noexcept { return z_[p - 1]; }
+
+  // Inlined by force: as a call without effects it would be left out.
+  [[gnu::always_inline]] void ahead(std::int32_t i) const noexcept {
+    if (last_ - i < distance) return;
+    const std::int32_t p = point(i + distance);
+    __builtin_prefetch(x_ + (p - 1));
+    __builtin_prefetch(y_ + (p - 1));
+    if constexpr (reads_Z) __builtin_prefetch(z_ + (p - 1));
+  }
+
+ private:
+  static constexpr std::int32_t distance = 64;  // points
+
+  SoundCloud(const Cloud& cloud, std::int32_t last) noexcept
+      : order_(cloud.Orden.row(1, last)),
+        x_(cloud.X.row(1, last)),
+        y_(cloud.Y.row(1, last)),
+        z_(cloud.Z.row(1, last)),
+        last_(last) {}
+
+  const std::int32_t* order_;
+  const double* x_;
+  const double* y_;
+  const double* z_;
+  std::int32_t last_;
+};
+
+/// What a box over so many axes compares of a point.
+template <std::size_t axes, class Points>
+Spot<axes> spot(const Points& points, std::int32_t p) {
+  const double x = points.x(p);
+  const double y = points.y(p);
+  if constexpr (axes == 2) {
+    return {x, y};
+  } else {
+    return {x, y, points.z(p)};
+  }
+}
+
+template <class Points, class Clusters>
+std::int32_t walk(std::int32_t nPtos, const Points& points, double tolerance,
+                  const Progress& progress, Clusters clusters) {
+  constexpr std::size_t axes = Clusters::axes;
+  Box<axes> box(tolerance);
+  const std::int32_t first = points.point(1);
+  clusters.first(first, points);
+  box.move_to(spot<axes>(points, first));
+  for (const std::int32_t i : counted(2, nPtos)) {
+    const std::int32_t p = points.point(i);
+    points.ahead(i);
+    progress.step(i);
+    box.check_bounds();
+    const Spot<axes> at = spot<axes>(points, p);
+    if (box.holds(at)) {
+      clusters.joined(p, points);
+    } else {
+      clusters.opened(p, points);
+      box.move_to(at);
+    }
+    clusters.placed(i, p);
+  }
+  return clusters.found();
+}
 
 /// Walks the points in X order and tells `clusters` of each: first(p) of the
 /// very first, opened(p) of one outside the box of the cluster at hand, which
 /// becomes the anchor of the next, joined(p) of one inside, and after either
-/// placed(i, p), i being its place in the order.
+/// placed(i, p), i being its place in the order. Answers with how many clusters
+/// there are.
 template <class Clusters>
-void sweep(const std::int32_t& nPtos, const Cloud& cloud, double tolerance,
-           const Progress& progress, Clusters& clusters) {
-  constexpr std::size_t axes = Clusters::axes;
-  const DoubleArray& last_read = Clusters::reads_Z ? cloud.Z : cloud.Y;
-  const Ahead<3> ahead(cloud.Orden, nPtos, {&cloud.X, &cloud.Y, &last_read});
-  Box<axes> box(tolerance);
-  const std::int32_t first = cloud.Orden(1);
-  clusters.first(first);
-  box.move_to(cloud.spot<axes>(first));
-  for (const std::int32_t i : counted(2, nPtos)) {
-    const std::int32_t p = cloud.Orden(i);
-    ahead.of(i);
-    progress.step(i);
-    box.check_bounds();
-    const Spot<axes> spot = cloud.spot<axes>(p);
-    if (box.holds(spot)) {
-      clusters.joined(p);
-    } else {
-      clusters.opened(p);
-      box.move_to(spot);
-    }
-    clusters.placed(i, p);
+std::int32_t sweep(std::int32_t nPtos, const Cloud& cloud, double tolerance,
+                   const Progress& progress, const Clusters& clusters) {
+  if (const auto sound = SoundCloud<Clusters::reads_Z>::of(cloud, nPtos)) {
+    return walk(nPtos, *sound, tolerance, progress, clusters);
   }
+  return walk(nPtos, cloud, tolerance, progress, clusters);
 }
 
 }  // namespace orv2_geo::repeated

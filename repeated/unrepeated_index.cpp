@@ -1,4 +1,5 @@
 // Indexes of unrepeated points: the survivors in X order, or renumbered.
+#include <algorithm>
 #include <string_view>
 
 #include "platform/error_box.h"
@@ -19,25 +20,23 @@ constexpr std::u16string_view title_in_X =
 constexpr std::u16string_view title_2 = u"m_Indice_de_Puntos_sin_Repetir_2 - Error nº ";
 constexpr std::u16string_view title_2D = u"m_Indice_de_Puntos_sin_Repetir_2D - Error nº ";
 
-// The survivor of each cluster.
+// The survivor of each cluster, written over the front of the X order: there are
+// never more clusters than points met.
 class Chosen {
  public:
-  explicit Chosen(LongArray& Elegidos) noexcept : Elegidos_(Elegidos) {}
+  explicit Chosen(LongArray& Orden) noexcept : survivors_(Orden.data()) {}
 
-  void open(std::int32_t p) {
-    ++clusters_;
+  void open(std::int32_t p) noexcept {
+    ++found_;
     take(p);
   }
-  void take(std::int32_t p) {
-    Elegidos_(clusters_) = p;
-    survivor_ = p;
-  }
-  std::int32_t clusters() const noexcept { return clusters_; }
+  void take(std::int32_t p) noexcept { survivors_[found_] = survivor_ = p; }
+  std::int32_t found() const noexcept { return found_; }
   std::int32_t survivor() const noexcept { return survivor_; }
 
  private:
-  LongArray& Elegidos_;
-  std::int32_t clusters_ = 0;
+  std::int32_t* survivors_;
+  std::int32_t found_ = 0;
   std::int32_t survivor_ = 0;
 };
 
@@ -46,16 +45,18 @@ class Chosen {
 class HighestSurvives {
  public:
   static constexpr std::size_t axes = 2;
+  static constexpr bool reads_Z = true;
 
-  HighestSurvives(const Cloud& cloud, LongArray& Elegidos) noexcept
-      : Z_(cloud.Z), chosen_(Elegidos) {}
+  explicit HighestSurvives(LongArray& Orden) noexcept : chosen_(Orden) {}
 
-  void opened(std::int32_t p) {
+  template <class Points>
+  void opened(std::int32_t p, const Points& points) {
+    top_ = points.z(p);
     chosen_.open(p);
-    top_ = Z_(p);
   }
-  void joined(std::int32_t p) {
-    const Checked z = Z_(p);
+  template <class Points>
+  void joined(std::int32_t p, const Points& points) {
+    const Checked z = points.z(p);
     if (z > top_) {
       top_ = z;
       chosen_.take(p);
@@ -63,10 +64,9 @@ class HighestSurvives {
       chosen_.take(p);
     }
   }
-  std::int32_t clusters() const noexcept { return chosen_.clusters(); }
+  std::int32_t found() const noexcept { return chosen_.found(); }
 
  private:
-  const DoubleArray& Z_;
   Chosen chosen_;
   double top_ = 0.0;
 };
@@ -75,14 +75,19 @@ class HighestSurvives {
 class LowestNumberSurvives {
  public:
   static constexpr std::size_t axes = 3;
+  static constexpr bool reads_Z = true;
 
-  LowestNumberSurvives(const Cloud&, LongArray& Elegidos) noexcept : chosen_(Elegidos) {}
+  explicit LowestNumberSurvives(LongArray& Orden) noexcept : chosen_(Orden) {}
 
-  void opened(std::int32_t p) { chosen_.open(p); }
-  void joined(std::int32_t p) {
+  template <class Points>
+  void opened(std::int32_t p, const Points&) noexcept {
+    chosen_.open(p);
+  }
+  template <class Points>
+  void joined(std::int32_t p, const Points&) noexcept {
     if (p < chosen_.survivor()) chosen_.take(p);
   }
-  std::int32_t clusters() const noexcept { return chosen_.clusters(); }
+  std::int32_t found() const noexcept { return chosen_.found(); }
 
  private:
   Chosen chosen_;
@@ -91,10 +96,12 @@ class LowestNumberSurvives {
 // Clusters of which only the survivors are asked for.
 template <class Rule>
 struct Survivors : Rule {
-  static constexpr bool reads_Z = true;
   using Rule::Rule;
 
-  void first(std::int32_t p) { Rule::opened(p); }
+  template <class Points>
+  void first(std::int32_t p, const Points& points) {
+    Rule::opened(p, points);
+  }
   void placed(std::int32_t, std::int32_t) const noexcept {}
 };
 
@@ -102,33 +109,43 @@ struct Survivors : Rule {
 template <class Rule>
 class Membership : public Rule {
  public:
-  static constexpr bool reads_Z = true;
+  Membership(LongArray& Orden, LongArray& Cluster) noexcept
+      : Rule(Orden), cluster_of_(Cluster.data()) {}
 
-  Membership(const Cloud& cloud, LongArray& Elegidos, LongArray& Cluster) noexcept
-      : Rule(cloud, Elegidos), Cluster_(Cluster) {}
-
-  void first(std::int32_t p) {
-    Rule::opened(p);
+  template <class Points>
+  void first(std::int32_t p, const Points& points) {
+    Rule::opened(p, points);
     placed(1, p);
   }
-  void placed(std::int32_t, std::int32_t p) { Cluster_(p) = Rule::clusters(); }
+  void placed(std::int32_t, std::int32_t p) noexcept { cluster_of_[p] = Rule::found(); }
 
  private:
-  LongArray& Cluster_;
+  std::int32_t* cluster_of_;
 };
 
-// The survivors by ascending number in Nuevos, and the new number of each in
-// NuevoNumero. Every cluster has one survivor, so they need no sorting: they are
-// marked and met in order.
-void renumber(const LongArray& Elegidos, std::int32_t clusters, LongArray& Nuevos,
-              LongArray& NuevoNumero) {
-  for (const std::int32_t c : counted(1, clusters)) NuevoNumero(Elegidos(c)) = 1;
+// Gives an index that was made beforehand what it is to hold, in place where it
+// still has the bounds it was given.
+void deliver(const LongArray& made, LongArray& index) {
+  const bool as_made = index.allocated() && index.lower() == 0 && index.count() == made.count();
+  if (!as_made || index.legal_count() == 0 || index.locked()) {
+    index = made;
+    return;
+  }
+  std::copy_n(made.data(), made.count(), index.data());
+}
+
+// The survivors by ascending number; each cluster's entry in `survivors` becomes
+// its survivor's new number. A cluster has one survivor, so they need no sorting:
+// they are met in order. A new number is at most the survivor's own, and no later
+// point is taken for it.
+void renumber(const LongArray& Cluster, LongArray& survivors, LongArray& Nuevos) {
   std::int32_t taken = 0;
-  for (const std::int32_t p : counted(1, NuevoNumero.upper())) {
-    if (NuevoNumero(p) == 0) continue;
+  for (const std::int32_t p : counted(1, Cluster.upper())) {
+    std::int32_t& survivor = survivors(Cluster(p));
+    if (survivor != p) continue;
     ++taken;
     Nuevos(taken) = p;
-    NuevoNumero(p) = taken;
+    survivor = taken;
   }
 }
 
@@ -138,27 +155,22 @@ void renumbered(std::u16string_view title, const std::int32_t& nPtos, const Doub
                 LongArray& IndiceNuevos, LongArray& IndiceGeneral, BoolArray& Repetido,
                 const double& Precision, const ObjectRef& Progreso1) {
   trapped(source, title, [&] {
-    LongArray Orden(0, nPtos);
+    LongArray Orden;
     LongArray Cluster(0, nPtos);
-    LongArray Elegidos(0, nPtos);
     LongArray Nuevos(0, nPtos);
-    LongArray NuevoNumero(0, nPtos);
     IndiceNuevos.size(0, nPtos);
     IndiceGeneral.size(0, nPtos);
     Repetido.size(0, nPtos);  // and nothing more: no entry is ever set
     Ordena_Double_Index_Array(X, Orden, 1, nPtos);
     const double tol = repeated::tolerance(Precision);
     const Progress progress(nPtos, Progreso1);
-    const Cloud cloud{X, Y, Z, Orden};
-    Membership<Rule> clusters(cloud, Elegidos, Cluster);
-    repeated::sweep(nPtos, cloud, tol, progress, clusters);
-
-    renumber(Elegidos, clusters.clusters(), Nuevos, NuevoNumero);
-    for (const std::int32_t p : counted(1, nPtos)) {
-      IndiceGeneral(p) = NuevoNumero(Elegidos(Cluster(p)));
-    }
-    IndiceNuevos = Nuevos;
-    nNuevos = clusters.clusters();
+    const std::int32_t found = repeated::sweep(nPtos, Cloud{X, Y, Z, Orden}, tol, progress,
+                                               Membership<Rule>(Orden, Cluster));
+    LongArray& new_number = Orden;
+    renumber(Cluster, new_number, Nuevos);
+    for (const std::int32_t p : counted(1, nPtos)) IndiceGeneral(p) = new_number(Cluster(p));
+    deliver(Nuevos, IndiceNuevos);
+    nNuevos = found;
     progress.visible();
   });
 }
@@ -171,17 +183,17 @@ void m_Indice_de_Puntos_sin_Repetir_ORDENADOS_EN_X(const std::int32_t& nPtos, co
                                                    const double& Precision,
                                                    const ObjectRef& Progreso1) {
   trapped(source, title_in_X, [&] {
-    LongArray Orden(0, nPtos);
-    LongArray Elegidos(0, nPtos);
+    LongArray Orden;
     Indice.size(0, nPtos);
     Ordena_Double_Index_Array(X, Orden, 1, nPtos);
     const double tol = repeated::tolerance(Precision);
     const Progress progress(nPtos, Progreso1);
-    const Cloud cloud{X, Y, Z, Orden};
-    Survivors<HighestSurvives> clusters(cloud, Elegidos);
-    repeated::sweep(nPtos, cloud, tol, progress, clusters);
-    Indice = Elegidos;
-    nNuevos = clusters.clusters();
+    const std::int32_t found = repeated::sweep(nPtos, Cloud{X, Y, Z, Orden}, tol, progress,
+                                               Survivors<HighestSurvives>(Orden));
+    LongArray& Elegidos = Orden;
+    for (const std::int32_t c : counted(found + 1, Elegidos.upper())) Elegidos(c) = 0;
+    deliver(Elegidos, Indice);
+    nNuevos = found;
   });
 }
 
