@@ -53,6 +53,10 @@ class Flagged {
     Indice_(p) = cluster_;
     Secuencia_(i) = p;
   }
+  [[gnu::always_inline]] void ahead(std::int32_t p) const noexcept {
+    __builtin_prefetch(Indice_.row(p, p), 1);
+    __builtin_prefetch(Repetido_.row(p, p), 1);
+  }
   std::int32_t found() const noexcept { return cluster_; }
 
  private:
@@ -83,6 +87,10 @@ void shrink(DoubleArray& coordinates, std::int32_t last) {
   coordinates.size_keeping(0, last);
 }
 
+struct NothingAhead {
+  void ahead(std::int32_t) const noexcept {}
+};
+
 // Puts the points to keep at the front of the X order; answers with how many.
 template <class Points>
 std::int32_t keep_front(std::int32_t nPtos, const Points& points, LongArray& Orden) {
@@ -92,7 +100,7 @@ std::int32_t keep_front(std::int32_t nPtos, const Points& points, LongArray& Ord
   near.move_to(repeated::spot<2>(points, points.point(1)));
   for (const std::int32_t i : counted(2, nPtos)) {
     const std::int32_t p = points.point(i);
-    points.ahead(i);
+    points.ahead(i, NothingAhead{});
     const repeated::Spot<2> at = repeated::spot<2>(points, p);
     const bool is_near = near.holds(at);
     near.move_to(at);

@@ -131,7 +131,9 @@ struct Cloud {
   double x(std::int32_t p) const { return X(p); }
   double y(std::int32_t p) const { return Y(p); }
   double z(std::int32_t p) const { return Z(p); }
-  void ahead(std::int32_t) const noexcept {}
+
+  template <class Clusters>
+  void ahead(std::int32_t, const Clusters&) const noexcept {}
 };
 
 /// A cloud of which every subscript was looked at before. In X order the points
@@ -155,12 +157,14 @@ class SoundCloud {
   double z(std::int32_t p) const noexcept { return z_[p - 1]; }
 
   // Inlined by force: as a call without effects it would be left out.
-  [[gnu::always_inline]] void ahead(std::int32_t i) const noexcept {
+  template <class Clusters>
+  [[gnu::always_inline]] void ahead(std::int32_t i, const Clusters& clusters) const noexcept {
     if (last_ - i < distance) return;
     const std::int32_t p = point(i + distance);
     __builtin_prefetch(x_ + (p - 1));
     __builtin_prefetch(y_ + (p - 1));
     if constexpr (reads_Z) __builtin_prefetch(z_ + (p - 1));
+    clusters.ahead(p);
   }
 
  private:
@@ -202,7 +206,7 @@ std::int32_t walk(std::int32_t nPtos, const Points& points, double tolerance,
   box.move_to(spot<axes>(points, first));
   for (const std::int32_t i : counted(2, nPtos)) {
     const std::int32_t p = points.point(i);
-    points.ahead(i);
+    points.ahead(i, clusters);
     progress.step(i);
     box.check_bounds();
     const Spot<axes> at = spot<axes>(points, p);
@@ -220,8 +224,8 @@ std::int32_t walk(std::int32_t nPtos, const Points& points, double tolerance,
 /// Walks the points in X order and tells `clusters` of each: first(p) of the
 /// very first, opened(p) of one outside the box of the cluster at hand, which
 /// becomes the anchor of the next, joined(p) of one inside, and after either
-/// placed(i, p), i being its place in the order. Answers with how many clusters
-/// there are.
+/// placed(i, p), i being its place in the order; ahead(p) comes some points
+/// before. Answers with how many clusters there are.
 template <class Clusters>
 std::int32_t sweep(std::int32_t nPtos, const Cloud& cloud, double tolerance,
                    const Progress& progress, const Clusters& clusters) {

@@ -103,6 +103,7 @@ struct Survivors : Rule {
     Rule::opened(p, points);
   }
   void placed(std::int32_t, std::int32_t) const noexcept {}
+  void ahead(std::int32_t) const noexcept {}
 };
 
 // Clusters that also know every point's cluster.
@@ -118,6 +119,9 @@ class Membership : public Rule {
     placed(1, p);
   }
   void placed(std::int32_t, std::int32_t p) noexcept { cluster_of_[p] = Rule::found(); }
+  [[gnu::always_inline]] void ahead(std::int32_t p) const noexcept {
+    __builtin_prefetch(cluster_of_ + p, 1);
+  }
 
  private:
   std::int32_t* cluster_of_;
@@ -134,18 +138,39 @@ void deliver(const LongArray& made, LongArray& index) {
   std::copy_n(made.data(), made.count(), index.data());
 }
 
-// The survivors by ascending number; each cluster's entry in `survivors` becomes
-// its survivor's new number. A cluster has one survivor, so they need no sorting:
-// they are met in order. A new number is at most the survivor's own, and no later
-// point is taken for it.
-void renumber(const LongArray& Cluster, LongArray& survivors, LongArray& Nuevos) {
-  std::int32_t taken = 0;
-  for (const std::int32_t p : counted(1, Cluster.upper())) {
-    std::int32_t& survivor = survivors(Cluster(p));
-    if (survivor != p) continue;
-    ++taken;
-    Nuevos(taken) = p;
-    survivor = taken;
+// Asks for the entries that some later points of `clusters` lead to.
+[[gnu::always_inline]] inline void look_ahead(const LongArray& of_cluster,
+                                              const LongArray& clusters, std::int32_t p) {
+  constexpr std::int32_t distance = 32;  // points
+  if (clusters.upper() - p < distance) return;
+  __builtin_prefetch(of_cluster.data() + clusters.data()[p + distance]);
+}
+
+// Each cluster's entry in `survivors` becomes its survivor's new number, and the
+// survivor's own entry in `clusters` is marked by its sign. A cluster has one
+// survivor, so they need no sorting: they are met in order. A new number is at
+// most the survivor's own, and no later point is taken for it.
+void number_survivors(LongArray& clusters, LongArray& survivors) {
+  std::int32_t number = 0;
+  for (const std::int32_t p : counted(1, clusters.upper())) {
+    look_ahead(survivors, clusters, p);
+    const std::int32_t c = clusters(p);
+    if (survivors(c) != p) continue;
+    survivors(c) = ++number;
+    clusters(p) = -c;
+  }
+}
+
+// The new number of the first nPtos points; `clusters` becomes the list of the
+// survivors.
+void list_survivors(std::int32_t nPtos, LongArray& clusters, const LongArray& new_number,
+                    LongArray& IndiceGeneral) {
+  std::int32_t listed = 0;
+  for (const std::int32_t p : counted(1, clusters.upper())) {
+    const std::int32_t c = clusters(p);
+    if (p <= nPtos) IndiceGeneral(p) = new_number(c < 0 ? -c : c);
+    clusters(p) = 0;
+    if (c < 0) clusters(++listed) = p;  // at p or before
   }
 }
 
@@ -157,7 +182,6 @@ void renumbered(std::u16string_view title, const std::int32_t& nPtos, const Doub
   trapped(source, title, [&] {
     LongArray Orden;
     LongArray Cluster(0, nPtos);
-    LongArray Nuevos(0, nPtos);
     IndiceNuevos.size(0, nPtos);
     IndiceGeneral.size(0, nPtos);
     Repetido.size(0, nPtos);  // and nothing more: no entry is ever set
@@ -166,9 +190,10 @@ void renumbered(std::u16string_view title, const std::int32_t& nPtos, const Doub
     const Progress progress(nPtos, Progreso1);
     const std::int32_t found = repeated::sweep(nPtos, Cloud{X, Y, Z, Orden}, tol, progress,
                                                Membership<Rule>(Orden, Cluster));
-    LongArray& new_number = Orden;
-    renumber(Cluster, new_number, Nuevos);
-    for (const std::int32_t p : counted(1, nPtos)) IndiceGeneral(p) = new_number(Cluster(p));
+    number_survivors(Cluster, Orden);
+    const LongArray& new_number = Orden;
+    list_survivors(nPtos, Cluster, new_number, IndiceGeneral);
+    const LongArray& Nuevos = Cluster;
     deliver(Nuevos, IndiceNuevos);
     nNuevos = found;
     progress.visible();

@@ -453,5 +453,42 @@ TEST(UnrepeatedIndex, RefusedMemoryIs7AndLeaksNothing) {
   }
 }
 
+TEST(UnrepeatedIndex, LessThan64BytesForEachPointBesidesTheIndexes) {
+  Numbers numbers(74);
+  const std::size_t count = 100000;
+  std::vector<Point> points;
+  while (points.size() < count) {
+    points.push_back({numbers.coordinate(), numbers.coordinate(), numbers.coordinate()});
+    if (numbers.below(10) == 0) points.back() = points[numbers.below(points.size())];
+  }
+  const PointList list(points);
+  const ObjectRef progress(new Silent);
+  const RecordingInterface screen;
+  const auto beyond = [&](std::size_t bytes_of_indexes, auto&& work) {
+    return (peak_bytes_of(work) - bytes_of_indexes * (count + 1)) / count;
+  };
+  std::int32_t nNuevos = 0;
+  LongArray a, b;
+  mOrdena::BoolArray flags;
+  EXPECT_LT(beyond(4,
+                   [&] {
+                     mOrdena::m_Indice_de_Puntos_sin_Repetir_ORDENADOS_EN_X(
+                         list.nPtos, list.X, list.Y, list.Z, nNuevos, a, 0.0, progress);
+                   }),
+            64U);
+  a.release();
+  for (const Renumbering routine : {highest, all_axes, flagging}) {
+    EXPECT_LT(beyond(4 + 4 + 2,
+                     [&] {
+                       routine(list.nPtos, list.X, list.Y, list.Z, nNuevos, a, b, flags, 0.0,
+                               progress);
+                     }),
+              64U);
+    a.release(), b.release(), flags.release();
+  }
+  EXPECT_LT(static_cast<std::size_t>(nNuevos), count);
+  EXPECT_TRUE(screen.boxes.empty());
+}
+
 }  // namespace
 }  // namespace orv2_geo
