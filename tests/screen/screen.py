@@ -3,15 +3,24 @@
 Everything waits by asking again until something is so, with a long deadline, so
 that a slow machine only makes the tests slow.
 """
+import ctypes
 import os
 import queue
 import re
+import signal
 import subprocess
 import tempfile
 import threading
 import time
 
-PATIENCE = float(os.environ.get("ORV2_PATIENCE", "60"))  # seconds until something counts as never happening
+# Seconds until something counts as never happening.
+PATIENCE = float(os.environ.get("ORV2_PATIENCE", "60"))
+
+
+def ends_with_us():
+    """In a new process: it ends when this one does, however that comes."""
+    pr_set_pdeathsig = 1
+    ctypes.CDLL(None).prctl(pr_set_pdeathsig, signal.SIGKILL)
 
 
 def until(what, condition):
@@ -41,8 +50,9 @@ class Display:
         self.dpi = dpi
         reading, writing = os.pipe()
         self._server = subprocess.Popen(
-            ["Xvfb", "-displayfd", str(writing), "-screen", "0", "1600x1200x24", "-nolisten",
-             "tcp"], pass_fds=[writing], stderr=subprocess.DEVNULL)
+            ["Xvfb", "-displayfd", str(writing), "-screen", "0", "1600x1200x24",
+             "-noreset", "-nolisten", "tcp"], pass_fds=[writing], stdout=subprocess.DEVNULL,
+            stderr=subprocess.DEVNULL, preexec_fn=ends_with_us)
         os.close(writing)
         with os.fdopen(reading) as answer:
             number = answer.readline().strip()
@@ -57,7 +67,8 @@ class Display:
         self.run("xprop", "-root", "-f", "RESOURCE_MANAGER", "8s", "-set", "RESOURCE_MANAGER",
                  f"Xft.dpi:\t{dpi}\n")
         self._manager = subprocess.Popen(["openbox"], env=self.environment,
-                                         stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+                                         stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
+                                         preexec_fn=ends_with_us)
         until("a window manager", lambda: "window id" in self.run(
             "xprop", "-root", "_NET_SUPPORTING_WM_CHECK"))
 
@@ -149,7 +160,8 @@ class Host:
     def __init__(self, program, *words, environment):
         self._process = subprocess.Popen([program, *words], env=environment, text=True,
                                          stdin=subprocess.PIPE, stdout=subprocess.PIPE,
-                                         stderr=subprocess.PIPE, encoding="utf-8")
+                                         stderr=subprocess.PIPE, encoding="utf-8",
+                                         preexec_fn=ends_with_us)
         self._lines = queue.Queue()
         self._errors = []
         self._readers = [threading.Thread(target=self._read_lines, daemon=True),
