@@ -4,7 +4,7 @@
 usage: ratios.py RESULT.json...
 
 The results are Google Benchmark's JSON with repetitions; medians are compared.
-A target of "report" only reports.
+A target of "report" only reports. A peer may be a number: a time itself.
 """
 import csv
 import json
@@ -33,7 +33,8 @@ def main():
     print(f"{'':48} {'subject':>12} {'peer':>12} {'ratio':>7}  target")
     with open(TARGETS, encoding="utf-8", newline="") as file:
         for row in csv.DictReader(file):
-            subject, peer = times.get(row["subject"]), times.get(row["peer"])
+            subject = times.get(row["subject"])
+            peer = float(row["peer"]) if row["peer"].isdigit() else times.get(row["peer"])
             if subject is None or peer is None:
                 continue
             ratio = subject / peer

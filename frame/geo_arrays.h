@@ -134,6 +134,17 @@ class GeoArray : public ArrayBase {
     return const_cast<GeoArray&>(*this)(index);  // the same check, the same element
   }
 
+  /// The elements `first` to `last` in a row, for a routine that looks at the
+  /// bounds once; null when one of them cannot be reached, or there are none.
+  T* row(std::int32_t first, std::int32_t last) noexcept {
+    const std::uint64_t start = offset(first);
+    const std::uint64_t end = offset(last);
+    return start <= end && end < legal_ ? data() + start : nullptr;
+  }
+  const T* row(std::int32_t first, std::int32_t last) const noexcept {
+    return const_cast<GeoArray&>(*this).row(first, last);
+  }
+
   /// Sizing without keeping: zeros from `lower` to `upper`, whatever was there.
   /// Failures: 9 when `upper` is below `lower`; 10 when locked; 7; the array is
   /// then as it was.

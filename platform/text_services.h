@@ -1,7 +1,9 @@
 // text_services.h: numbers and texts the way of the user's locale.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 #include "frame/text.h"
@@ -39,5 +41,14 @@ Text pattern_format(double number, int decimals);
 /// Negative, zero or positive as `a` comes before, with or after `b` in the
 /// collation of the user's locale, case ignored.
 int compare(std::u16string_view a, std::u16string_view b);
+
+/// What a text is to the collation: keys compare, unit by unit, as `compare`
+/// compares their texts. For texts that are compared often.
+std::u32string collation_key(std::u16string_view text);
+
+/// How many units at the front of a key are its first level, which decides before
+/// all others. Of two keys whose first levels differ, one being the beginning of
+/// the other or not, the other levels are of no account.
+std::size_t first_level(std::u32string_view key);
 
 }  // namespace orv2_geo::text_services

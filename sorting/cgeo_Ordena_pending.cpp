@@ -4,28 +4,6 @@
 
 namespace orv2_geo {
 
-void cgeo_Ordena::Ordena_Double_Index_Array(const DoubleArray&, LongArray&, const std::int32_t&,
-                                            const std::int32_t&) const {
-  not_built(registered_name);
-}
-void cgeo_Ordena::Ordena_Double_Array(DoubleArray&, const std::int32_t&,
-                                      const std::int32_t&) const {
-  not_built(registered_name);
-}
-void cgeo_Ordena::Ordena_StringArray(StringArray&, const std::int32_t&, const std::int32_t&) const {
-  not_built(registered_name);
-}
-void cgeo_Ordena::Ordena_LongArray(LongArray&, const std::int32_t&, const std::int32_t&) const {
-  not_built(registered_name);
-}
-void cgeo_Ordena::Ordena_StringIndexArray(const StringArray&, LongArray&, const std::int32_t&,
-                                          const std::int32_t&) const {
-  not_built(registered_name);
-}
-void cgeo_Ordena::Ordena_LongIndexArray(const LongArray&, LongArray&, const std::int32_t&,
-                                        const std::int32_t&) const {
-  not_built(registered_name);
-}
 void cgeo_Ordena::Quita_Puntos_Repetidos_XY_con_indice1(std::int32_t&, DoubleArray&, DoubleArray&,
                                                         DoubleArray&, LongArray&, const ObjectRef&,
                                                         const double&, const Bool&) const {

@@ -12,14 +12,16 @@ constexpr double radians_per_centesimal = 0.01570796327;
 
 // The bearing of a direction that is parallel to no axis. A circle that comes
 // out whole is folded to 0.
-Checked quadrant_bearing(Checked dy, Checked dx) {
+[[gnu::always_inline]] inline Checked quadrant_bearing(Checked dy, Checked dx) {
   const Checked a = atan(dy / dx) * 400.0 / circle_in_radians;
   const bool first_base = a > 0.0 ? dy >= 0.0 || dx >= 0.0 : !(dy >= 0.0 || dx <= 0.0);
   const Checked bearing = (first_base ? 100.0 : 300.0) - a;
   return bearing == 400.0 ? Checked(0.0) : bearing;
 }
 
-Checked length_of(Checked dy, Checked dx) { return sqrt(power(dy, 2.0) + power(dx, 2.0)); }
+[[gnu::always_inline]] inline Checked length_of(Checked dy, Checked dx) {
+  return sqrt(power(dy, 2.0) + power(dx, 2.0));
+}
 
 }  // namespace
 

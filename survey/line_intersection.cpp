@@ -12,14 +12,10 @@ constexpr double farthest = 9999999.0;
 // Allowance on the sum of the distances from a point to the ends of a segment.
 constexpr double segment_tolerance = 0.01;
 
-bool same(const double& ax, const double& ay, const double& bx, const double& by) {
-  return Checked(ax) == bx && Checked(ay) == by;
-}
+bool same(double ax, double ay, double bx, double by) { return ax == bx && ay == by; }
 
 // Whether v lies in the closed interval between a and b, either way round.
-bool between(const double& v, const double& a, const double& b) {
-  return (Checked(a) <= v && Checked(v) <= b) || (Checked(b) <= v && Checked(v) <= a);
-}
+bool between(double v, double a, double b) { return (a <= v && v <= b) || (b <= v && v <= a); }
 
 bool is_near(const double& X, const double& Y) {
   const bool near_in_x = abs(Checked(X)) <= farthest;
@@ -31,6 +27,28 @@ Checked distance(const double& ax, const double& ay, const double& bx, const dou
   return power(power(Checked(ay) - by, 2.0) + power(Checked(ax) - bx, 2.0), 0.5);
 }
 
+// The slope of the second line and the Y in which two lines in general position
+// meet: neither level nor upright, no end in common, not parallel.
+struct Meeting {
+  double M2, y;
+};
+
+// In plain arithmetic; a finite sum of all that could overflow proves each step.
+// False leaves the lines to the ladder.
+bool quick_meeting(double x1, double y1, double x2, double y2, double x3, double y3, double x4,
+                   double y4, Meeting& meeting) {
+  const double d1x = x2 - x1, d1y = y2 - y1, d2x = x3 - x4, d2y = y3 - y4;
+  const bool along_an_axis = (d1x == 0.0) | (d1y == 0.0) | (d2x == 0.0) | (d2y == 0.0);
+  const bool may_share_an_end = (x1 == x3) | (x2 == x4) | (x1 == x4) | (x2 == x3);
+  if (along_an_axis | may_share_an_end) return false;
+  const double M1 = d1x / d1y;
+  const double M2 = d2x / d2y;
+  const double slopes = M1 - M2;
+  const double y = (M1 * y1 - M2 * y4 + x4 - x1) / slopes;
+  meeting = {M2, y};
+  return checked::is_finite(d1x + d1y + d2x + d2y + slopes + y) && M1 != 0.0 && M2 != 0.0;
+}
+
 }  // namespace
 
 void cgeo_Geometria::GR_Intersec_2_Rectas(const double& R1x1, const double& R1y1,
@@ -39,6 +57,19 @@ void cgeo_Geometria::GR_Intersec_2_Rectas(const double& R1x1, const double& R1y1
                                           const double& R2x2, const double& R2y2, double& X,
                                           double& Y, Bool& Paralelas) const try {
   Paralelas = false;
+  const auto finish = [&] {
+    if (is_near(X, Y)) return;
+    X = R1x2;  // too far away: the second end of R1, silently
+    Y = R1y2;
+    Paralelas = false;
+  };
+  Meeting meeting{};
+  if (quick_meeting(R1x1, R1y1, R1x2, R1y2, R2x1, R2y1, R2x2, R2y2, meeting)) {
+    Y = meeting.y;
+    X = (Checked(Y) - R2y1) * meeting.M2 + R2x1;  // reads what Y may have changed
+    return finish();
+  }
+
   const auto zero = [](Checked difference) { return difference == 0.0; };
   const Checked d1x = Checked(R1x1) - R1x2;
   const Checked d1y = Checked(R1y1) - R1y2;
@@ -48,7 +79,8 @@ void cgeo_Geometria::GR_Intersec_2_Rectas(const double& R1x1, const double& R1y1
   const bool upright1 = zero(d1x), upright2 = zero(d2x);
 
   // Stored coordinates, free of rounding: the first row that fits answers. X is
-  // written before Y is read.
+  // written before Y is read. The differences have shown that none is NaN, so
+  // they are compared as they are.
   const auto answer = [&](const double& x, const double& y) { X = x, Y = y; };
   if (level1 && upright2 && between(R2x1, R1x1, R1x2)) return answer(R2x2, R1y1);
   if (level2 && upright1 && between(R1x1, R2x1, R2x2)) return answer(R1x1, R2y2);
@@ -95,9 +127,7 @@ void cgeo_Geometria::GR_Intersec_2_Rectas(const double& R1x1, const double& R1y1
   } else {
     X = (Checked(Y) - R1y1) * M1 + R1x1;
   }
-  if (is_near(X, Y)) return;
-  answer(R1x2, R1y2);  // too far away: the second end of R1, silently
-  Paralelas = false;
+  finish();
 } catch (...) {
   leave_signed(registered_name);
 }

@@ -1,9 +1,12 @@
 // Point in polygon, on the lattice of hundredths of a unit.
 #include <algorithm>
+#include <bit>
 #include <cmath>
 #include <cstddef>
+#include <cstring>
 #include <limits>
 #include <optional>
+#include <string_view>
 
 #include "frame/checked_math.h"
 #include "frame/counted.h"
@@ -15,6 +18,8 @@ namespace orv2_geo {
 
 namespace {
 
+constexpr std::u16string_view title = u"Pto en Poligono - Error nº ";
+
 constexpr double scale = 100.0;
 
 // To the nearest hundredth, ties to the even one.
@@ -25,18 +30,30 @@ LatticePoint lattice_point(double x, double y) {
   return {in_x, hundredths(y)};
 }
 
-// Scaled values this far from zero surely fit 32 bits when rounded.
-constexpr double surely_fits = 2147483647.0;
+// Coordinates this close to zero surely fit 32 bits when scaled and rounded.
+constexpr double surely_fits = 21474836.0;
 
-// How a run of vertices lies to a row.
-struct Run {
-  std::size_t out_of_range = 0;
-  std::size_t above = 0;
-};
+// Two numbers at a time; what a comparison of them gives, all ones for true.
+using Pair [[gnu::vector_size(16)]] = double;
+using PairMask [[gnu::vector_size(16)]] = std::int64_t;
+using PairBits [[gnu::vector_size(16)]] = std::uint64_t;
 
-// A ring walked in blocks in plain arithmetic. Most blocks lie wholly on one
-// side of the point's row, and then neither wind around the point nor need
-// rounding; only an edge that straddles the row is looked at.
+Pair pair_at(const double* values) noexcept {
+  Pair pair;
+  std::memcpy(&pair, values, sizeof pair);
+  return pair;
+}
+
+// Which are closer to zero than `limit`. NaN is not.
+PairMask within(double limit, Pair values) noexcept {
+  constexpr std::int64_t without_sign = std::numeric_limits<std::int64_t>::max();
+  return std::bit_cast<Pair>(std::bit_cast<PairMask>(values) & without_sign) < limit;
+}
+
+// A ring walked in plain arithmetic, in blocks of pairs of vertices. Of most
+// blocks all lie on one side of the point's row, and then they neither wind
+// around the point nor need rounding; only an edge that straddles the row is
+// looked at.
 class QuickWalk {
  public:
   QuickWalk(LatticePoint point, const double* xs, const double* ys, std::size_t vertices) noexcept
@@ -45,42 +62,77 @@ class QuickWalk {
   /// How often the ring winds around the point; nothing when a coordinate may
   /// not fit. At least two vertices.
   std::optional<std::int64_t> winding() const noexcept {
-    std::int64_t winding = 0;
-    std::size_t before = 0;
-    for (std::size_t start = 0; start < vertices_; start += block) {
-      const std::size_t end = std::min(start + block, vertices_);
-      const Run run = end - start == block ? look_at(start, start + block) : look_at(start, end);
-      if (run.out_of_range != 0) return std::nullopt;
-      const std::size_t all_alike = is_above(before) ? end - start : 0;
-      if (run.above != all_alike) {
-        for (std::size_t i = start; i < end; before = i++) winding += winding_between(before, i);
-      }
-      before = end - 1;
+    const std::size_t last = vertices_ - 1;
+    if (!fits(last)) return std::nullopt;  // no pair may hold it
+    std::int64_t winding = winding_between(last, 0);
+    if (vertices_ % 2 != 0) winding += winding_between(last - 1, last);
+    const std::size_t pairs = vertices_ / 2;
+    for (std::size_t first = 0; first < pairs; first += block) {
+      const Look look = look_at(first, std::min(block, pairs - first));
+      if (!look.fits) return std::nullopt;
+      if ((look.within | look.before) != 0) winding += winding_in(first, look);
     }
-    return winding + winding_between(before, 0);
+    return winding;
   }
 
  private:
-  static constexpr std::size_t block = 64;
+  static constexpr std::size_t block = 64;  // pairs
+
+  // How the edges of a block lie, those within its pairs and those that lead from
+  // the pair before to a pair: a bit for each that straddles the point's row, the
+  // lowest for the block's last pair.
+  struct Look {
+    bool fits;
+    std::size_t pairs;
+    std::uint64_t within;
+    std::uint64_t before;
+  };
 
   // The highest scaled value that still rounds to `row`, ties going to even.
   static double top_of_row(std::int32_t row) noexcept {
     const double tie = row + 0.5;
-    return row % 2 == 0 ? tie : std::nextafter(tie, -std::numeric_limits<double>::infinity());
+    if (row % 2 == 0) return tie;
+    return std::bit_cast<double>(std::bit_cast<std::int64_t>(tie) - (row < 0 ? -1 : 1));
   }
 
-  [[gnu::always_inline]] Run look_at(std::size_t start, std::size_t end) const noexcept {
-    const double top = top_of_row_;
-    std::int64_t fits = 0;
-    std::int64_t above = 0;
-    for (std::size_t i = start; i < end; ++i) {
-      const double x = scale * xs_[i];
-      const double y = scale * ys_[i];
-      fits += std::abs(x) < surely_fits;  // NaN does not
-      fits += std::abs(y) < surely_fits;
-      above += y > top;
+  Look look_at(std::size_t first, std::size_t pairs) const noexcept {
+    const double* x = xs_ + 2 * first;
+    const double* y = ys_ + 2 * first;
+    PairMask fitting_x = {};  // these count downwards: a true mask is -1
+    PairMask fitting_y = {};
+    PairBits below = {};  // the row's top included: such a vertex is on the row
+#pragma GCC unroll 2
+    for (std::size_t i = 0; i < 2 * pairs; i += 2) {
+      const Pair scaled_y = scale * pair_at(y + i);
+      fitting_x += within(surely_fits, pair_at(x + i));
+      fitting_y += within(scale * surely_fits, scaled_y);
+      below = below + below - std::bit_cast<PairBits>(scaled_y <= top_of_row_);
     }
-    return {2 * (end - start) - static_cast<std::size_t>(fits), static_cast<std::size_t>(above)};
+    const PairMask fitting = fitting_x + fitting_y;
+    const std::uint64_t led_by = first == 0 ? below[0] >> (pairs - 1) : !is_above(2 * first - 1);
+    return {fitting[0] + fitting[1] == -4 * static_cast<std::int64_t>(pairs), pairs,
+            below[0] ^ below[1], (below[1] >> 1 | led_by << (pairs - 1)) ^ below[0]};
+  }
+
+  std::int64_t winding_in(std::size_t first, const Look& look) const noexcept {
+    std::int64_t winding = 0;
+    const auto start_of_pair = [&](std::uint64_t bits) {
+      const auto behind = static_cast<std::size_t>(std::countr_zero(bits));
+      return 2 * (first + look.pairs - 1 - behind);
+    };
+    for (std::uint64_t left = look.within; left != 0; left &= left - 1) {
+      const std::size_t i = start_of_pair(left);
+      winding += winding_of_edge(point_, vertex(i), vertex(i + 1));
+    }
+    for (std::uint64_t left = look.before; left != 0; left &= left - 1) {
+      const std::size_t i = start_of_pair(left);
+      winding += winding_of_edge(point_, vertex(i - 1), vertex(i));
+    }
+    return winding;
+  }
+
+  bool fits(std::size_t i) const noexcept {
+    return std::abs(xs_[i]) < surely_fits && std::abs(ys_[i]) < surely_fits;
   }
 
   bool is_above(std::size_t i) const noexcept { return scale * ys_[i] > top_of_row_; }
@@ -90,8 +142,10 @@ class QuickWalk {
             static_cast<std::int32_t>(std::lrint(scale * ys_[i]))};
   }
 
+  // Of an edge whose ends need not fit; what it adds is then of no account.
   int winding_between(std::size_t a, std::size_t b) const noexcept {
-    return is_above(a) == is_above(b) ? 0 : winding_of_edge(point_, vertex(a), vertex(b));
+    if (is_above(a) == is_above(b) || !fits(a) || !fits(b)) return 0;
+    return winding_of_edge(point_, vertex(a), vertex(b));
   }
 
   LatticePoint point_;
@@ -101,16 +155,10 @@ class QuickWalk {
   std::size_t vertices_;
 };
 
-// The elements 1 to `last`, when the array has them all.
-const double* elements_from_1(const DoubleArray& array, std::int32_t last) {
-  if (array.legal_count() == 0 || array.lower() > 1 || array.upper() < last) return nullptr;
-  return &array(1);
-}
-
 std::optional<std::int64_t> quick_winding(LatticePoint point, const DoubleArray& XX,
                                           const DoubleArray& YY, std::int32_t vertices) {
-  const double* xs = elements_from_1(XX, vertices);
-  const double* ys = elements_from_1(YY, vertices);
+  const double* xs = XX.row(1, vertices);
+  const double* ys = YY.row(1, vertices);
   if (vertices < 2 || xs == nullptr || ys == nullptr) return std::nullopt;
   return QuickWalk(point, xs, ys, static_cast<std::size_t>(vertices)).winding();
 }
@@ -132,7 +180,7 @@ Bool cgeo_api::Pto_in_Poligono(const DoubleArray& XX, const DoubleArray& YY,
                                const std::int32_t& nVer, const double& xp, const double& yp,
                                std::int16_t& Loc) const {
   bool inside = false;
-  trapped(registered_name, u"Pto en Poligono - Error nº ", [&] {
+  trapped(registered_name, title, [&] {
     const LatticePoint point = lattice_point(xp, yp);
     if (nVer < 1) raise(failure::subscript_out_of_range);  // room for no vertex at all
     const std::int32_t vertices = nVer - 1;                // the last repeats the first: never read

@@ -1,9 +1,9 @@
 // Validation and clean-up of a terrain profile.
 #include "frame/checked_math.h"
 #include "frame/counted.h"
-#include "frame/mConstantes.h"
 #include "platform/error_box.h"
 #include "terrain/cgeo_Terreno.h"
+#include "terrain/exchange_sort.h"
 
 namespace orv2_geo {
 
@@ -13,20 +13,6 @@ constexpr char16_t out_of_order[] =
     u"ERROR: Las Distancia a origen no estan ordenadas.\r\n"
     u"      Hay distacias parciales negativas.\r\n"
     u"                  ¡¡Corigelas!!";
-
-// Always at full length. Neighbours change places at equality too, which fixes
-// the order that points of equal distance end in.
-void exchange_sort(std::int32_t points, DoubleArray& distances, DoubleArray& elevations) {
-  for (const std::int32_t i : counted(1, points - 1)) {
-    for (const std::int32_t j : counted(1, points - i)) {
-      double& here = distances(j);
-      double& next = distances(j + 1);
-      if (Checked(here) < next) continue;
-      mConstantes::Intercambia_8_bytes(&here, &next);
-      mConstantes::Intercambia_8_bytes(&elevations(j), &elevations(j + 1));
-    }
-  }
-}
 
 }  // namespace
 
@@ -48,7 +34,7 @@ void cgeo_Terreno::Ordena_terreno_y_quita_repetidos(std::int32_t& Ptos, DoubleAr
   DoubleArray TD(0, Ptos);
   DoubleArray TZ(0, Ptos);
   if (Ptos < 2) return;
-  exchange_sort(Ptos, DistO, Z);
+  terrain::exchange_sort(Ptos, DistO, Z);
   TD(1) = DistO(1);
   TZ(1) = Z(1);
   std::int32_t k = 1;

@@ -5,6 +5,19 @@
 
 namespace orv2_geo {
 
+namespace {
+
+// From i on, the first place of a profile that may end the walk to X1, at most
+// `last`. Places before X1 are passed in plain arithmetic; one that is NaN is
+// not before it and stops the walk too. The places exist.
+std::int32_t first_not_before(const DoubleArray& X, std::int32_t i, std::int32_t last, double X1) {
+  const double* place = &X(i);
+  while (i < last && *place < X1) ++i, ++place;
+  return i;
+}
+
+}  // namespace
+
 double cgeo_Terreno::TF_ProyeccVertical_de_X_en_1R(const double& Xt1, const double& Yt1,
                                                    const double& Xt2, const double& Yt2,
                                                    const double& X1) const try {
@@ -26,11 +39,9 @@ double cgeo_Terreno::TF_Y_del_Terreno_dando_su_X(const DoubleArray& X, const Dou
   if (Checked(X1) == X(n)) return Y(n);
   if (Checked(X1) < X(1)) return on_stretch_to(2);
   if (Checked(X1) > X(n)) return on_stretch_to(n);
-  for (std::int32_t i = 2; i < n; ++i) {
-    if (Checked(X1) == X(i)) return Y(i);
-    if (Checked(X1) < X(i)) return on_stretch_to(i);
-  }
-  return on_stretch_to(n);  // X1 lies before X(n) by now
+  const std::int32_t i = first_not_before(X, 2, n, X1);  // X1 lies before X(n) by now
+  if (i < n && Checked(X1) == X(i)) return Y(i);
+  return on_stretch_to(i);
 } catch (...) {
   leave_signed(registered_name);
 }

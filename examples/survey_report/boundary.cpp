@@ -14,7 +14,6 @@ namespace survey_report {
 
 namespace {
 
-constexpr std::size_t fewest_vertices = 3;
 constexpr double measured_again = 0.0002;  // of the ring's larger side
 constexpr double beyond_the_box = 0.05;    // of its larger side
 
@@ -95,17 +94,6 @@ class Ring {
   std::vector<Place> vertices_;
 };
 
-double larger_side(const Box& box) {
-  return std::max(box.x.max - box.x.min, box.y.max - box.y.min);
-}
-
-std::vector<Place> ring_through(const std::vector<Place>& places) {
-  if (places.empty()) return {};
-  Ring ring(measured_again * larger_side(box_of(places)));
-  for (const Place& place : places) ring.add(place);
-  return ring.take_vertices();
-}
-
 // ---- The library's view of a ring
 
 double distance_between(const Place& from, const Place& to) {
@@ -114,22 +102,6 @@ double distance_between(const Place& from, const Place& to) {
   orv2_geo::cgeo_Algorismos().recta_Angulo_y_Dist(from.x, from.y, to.x, to.y, bearing, distance);
   return distance;
 }
-
-// The ring as a closed chain, seen from `origin`: small numbers keep digits.
-struct Chain {
-  std::int32_t count;
-  orv2_geo::DoubleArray x;
-  orv2_geo::DoubleArray y;
-
-  Chain(const std::vector<Place>& ring, const Place& origin)
-      : count(static_cast<std::int32_t>(ring.size()) + 1), x(1, count), y(1, count) {
-    for (std::int32_t i = 1; i <= count; ++i) {
-      const Place& vertex = ring[static_cast<std::size_t>(i - 1) % ring.size()];
-      x(i) = vertex.x - origin.x;
-      y(i) = vertex.y - origin.y;
-    }
-  }
-};
 
 std::vector<Cut> cuts_of(const Boundary& boundary, const SectionLine& line) {
   const Place origin = line.from;
@@ -155,6 +127,34 @@ void widen(Range& range, double value) {
 
 }  // namespace
 
+double larger_side(const Box& box) {
+  return std::max(box.x.max - box.x.min, box.y.max - box.y.min);
+}
+
+std::vector<Place> ring_through(const std::vector<Place>& places) {
+  if (places.empty()) return {};
+  Ring ring(measured_again * larger_side(box_of(places)));
+  for (const Place& place : places) ring.add(place);
+  return ring.take_vertices();
+}
+
+std::vector<Place> places_coded(const std::vector<SurveyPoint>& points, std::string_view code) {
+  std::vector<Place> coded;
+  for (const SurveyPoint& point : points) {
+    if (std::string_view(point.code).starts_with(code)) coded.push_back(place_of(point));
+  }
+  return coded;
+}
+
+Chain::Chain(const std::vector<Place>& ring, const Place& origin)
+    : count(static_cast<std::int32_t>(ring.size()) + 1), x(1, count), y(1, count) {
+  for (std::int32_t i = 1; i <= count; ++i) {
+    const Place& vertex = ring[static_cast<std::size_t>(i - 1) % ring.size()];
+    x(i) = vertex.x - origin.x;
+    y(i) = vertex.y - origin.y;
+  }
+}
+
 std::vector<Place> convex_hull(std::vector<Place> places) {
   std::sort(places.begin(), places.end(), west_of);
   places.erase(std::unique(places.begin(), places.end()), places.end());
@@ -168,10 +168,7 @@ std::vector<Place> convex_hull(std::vector<Place> places) {
 Boundary boundary_of(const std::vector<SurveyPoint>& points, std::string_view code) {
   Boundary boundary;
   boundary.code = code;
-  std::vector<Place> coded;
-  for (const SurveyPoint& point : points) {
-    if (std::string_view(point.code).starts_with(code)) coded.push_back(place_of(point));
-  }
+  const std::vector<Place> coded = places_coded(points, code);
   boundary.coded_points = coded.size();
   boundary.vertices = ring_through(coded);
   if (boundary.vertices.size() >= fewest_vertices) return boundary;

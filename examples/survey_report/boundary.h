@@ -2,10 +2,12 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "frame/geo_arrays.h"
 #include "survey_report/points.h"
 
 namespace survey_report {
@@ -26,14 +28,32 @@ struct Boundary {
   bool is_hull = false;          ///< not those points, but the hull of all
 };
 
+/// A ring of fewer encloses nothing.
+constexpr std::size_t fewest_vertices = 3;
+
+/// The places of the points whose code begins with `code`, in their order.
+std::vector<Place> places_coded(const std::vector<SurveyPoint>& points, std::string_view code);
+
+/// The places as a ring; one that lies where an earlier one does, to 1/5000 of
+/// the ring's larger side, was measured again and is no vertex.
+std::vector<Place> ring_through(const std::vector<Place>& places);
+
+/// The library's view of a ring that has vertices: numbered from 1, the last
+/// repeating the first, seen from `origin`, as small numbers keep digits.
+struct Chain {
+  Chain(const std::vector<Place>& ring, const Place& origin);
+
+  std::int32_t count;
+  orv2_geo::DoubleArray x;
+  orv2_geo::DoubleArray y;
+};
+
 /// The corners of the convex hull, counter-clockwise from the westernmost; none
 /// when the places lie on one line.
 std::vector<Place> convex_hull(std::vector<Place> places);
 
-/// The points whose code begins with `code`, in their order; one that lies where
-/// an earlier one does, to 1/5000 of the boundary's larger side, was measured
-/// again and is no vertex. With fewer than three such places, the convex hull of
-/// all points.
+/// The ring through the points whose code begins with `code`. With fewer than
+/// three vertices, the convex hull of all points.
 Boundary boundary_of(const std::vector<SurveyPoint>& points, std::string_view code);
 
 /// The length of the ring. Throws RunFailure when the library refuses it.
@@ -48,6 +68,8 @@ struct Box {
   Range y;
 };
 Box box_of(const std::vector<Place>& places);
+
+double larger_side(const Box& box);
 
 /// A straight way from one place to another.
 struct SectionLine {

@@ -8,13 +8,13 @@
 #include <string>
 #include <string_view>
 #include <system_error>
-#include <tuple>
 #include <utility>
 
 #include "survey_report/options.h"
 #include "survey_report/output.h"
 #include "survey_report/plan.h"
 #include "survey_report/points.h"
+#include "survey_report/profile_drawing.h"
 #include "survey_report/report.h"
 #include "survey_report/study.h"
 #include "survey_report/traverse.h"
@@ -25,8 +25,9 @@ namespace {
 constexpr std::string_view help_text = R"(Usage: survey_report [options] FILE
 
 Prints a survey: its boundary with a section line across it, elevations and
-slopes at the nodes of a grid, and its points with azimuth and distance from
-each to the next. On request it draws a plan.
+slopes at the nodes of a grid, a longitudinal profile along the section line,
+the points inside a work area, and all points with azimuth and distance from
+each to the next. On request it draws a plan and the profile.
 
 FILE is a point file, one point a line: number, X, Y, Z, code. The code may be
 left out. A header line, blank lines and lines that start with # may be there.
@@ -37,14 +38,26 @@ Options:
   --northing-first    the lines of FILE are number, Y, X, Z, code
   -o, --output FILE   write the report to FILE, whole or not at all
   --plan FILE         draw a plan to FILE, in SVG, whole or not at all
+  --profile FILE      draw the profile to FILE, in SVG, whole or not at all
   --boundary CODE     the boundary is the points whose code begins with CODE
                       (LINDERO if not given), in their order; where these are
                       fewer than three, the convex hull of all points
   --section X1,Y1,X2,Y2
                       the ends of the section line; if not given, from west to
-                      east through the middle of the boundary
+                      east through the middle of the boundary; it is the axis
+                      of the profile
   --grid STEP         the step of the grid; if not given, a round one that
                       makes about 8 x 8 nodes
+  --corridor WIDTH    the profile is made at the points that lie as near as
+                      WIDTH to the section line, on either side; if not given,
+                      half of the step that the grid has by itself
+  --stations STEP     the step of the stations along the profile; if not given,
+                      a round one that makes 8 to 20 of them
+  --area X1,Y1,X2,Y2,X3,Y3,...
+                      the vertices of the work area; if not given, a rectangle
+                      over the middle half of the boundary
+  --area-code CODE    the vertices of the work area are the points whose code
+                      begins with CODE, in their order
   -h, --help          print this help and stop
   --                  what follows is FILE, even if it starts with -
 
@@ -77,11 +90,20 @@ bool same_file(const std::string& a, const std::string& b) {
 
 // What is written must not take the place of the survey or of each other.
 void check_apart(const Command& command) {
-  const auto& [input, output, plan] = std::tie(*command.input, command.output, command.plan);
-  if (output && same_file(input, *output)) throw UsageFault("the output file is the point file");
-  if (plan && same_file(input, *plan)) throw UsageFault("--plan names the point file");
-  if (plan && output && same_file(*output, *plan)) {
-    throw UsageFault("--plan names the output file");
+  struct Named {
+    const std::optional<std::string>& file;
+    const char* name;   // as another's
+    const char* names;  // as the subject
+  };
+  const Named files[] = {{command.input, "the point file", ""},
+                         {command.output, "the output file", "the output file is "},
+                         {command.plan, "the --plan file", "--plan names "},
+                         {command.profile, "", "--profile names "}};
+  for (const Named& later : files) {
+    for (const Named* earlier = files; earlier != &later; ++earlier) {
+      if (!earlier->file || !later.file || !same_file(*earlier->file, *later.file)) continue;
+      throw UsageFault(std::string(later.names) + earlier->name);
+    }
   }
 }
 
@@ -100,13 +122,16 @@ std::string report_on(const std::string& file, const Survey& survey, const Study
 
 Study study_on(const Survey& survey, const StudyOptions& options) try {
   return study_of(survey.points, options);
-} catch (const GridFault& fault) {
-  throw UsageFault(std::string("--grid ") + fault.what());
+} catch (const ChoiceFault& fault) {
+  throw UsageFault(fault.what());
 }
 
-std::string plan_on(const std::string& file, const Survey& survey, const Study& study) try {
-  return plan_of(survey, study);
-} catch (const PlanFault& fault) {
+using Draw = std::string (*)(const Survey& survey, const Study& study);
+
+std::string drawing_on(const std::string& file, const Survey& survey, const Study& study,
+                       Draw draw) try {
+  return draw(survey, study);
+} catch (const DrawingFault& fault) {
   throw DataFault(file + ": " + fault.what() + '\n');
 }
 
@@ -118,12 +143,16 @@ void put_report(const std::optional<std::string>& file, const std::string& text)
   }
 }
 
-// The plan takes its name last: where the report fails, there is none.
-void put(const Command& command, const std::string& text, const std::string& drawing) {
-  std::optional<Replacement> plan;
-  if (command.plan) plan.emplace(*command.plan, drawing);
+// The drawings take their names last: where the report fails, there is none.
+void put(const Command& command, const std::string& text, const std::string& plan,
+         const std::string& profile) {
+  std::optional<Replacement> drawings[2];
+  if (command.plan) drawings[0].emplace(*command.plan, plan);
+  if (command.profile) drawings[1].emplace(*command.profile, profile);
   put_report(command.output, text);
-  if (plan) plan->commit();
+  for (std::optional<Replacement>& drawing : drawings) {
+    if (drawing) drawing->commit();
+  }
 }
 
 void run(const Command& command) {
@@ -133,7 +162,11 @@ void run(const Command& command) {
   const Survey survey = load_survey(file, command.order);
   const Study study = study_on(survey, command.study);
   const std::string text = report_on(file, survey, study);
-  put(command, text, command.plan ? plan_on(file, survey, study) : std::string());
+  const auto drawn = [&](bool wanted, Draw draw) {
+    return wanted ? drawing_on(file, survey, study, draw) : std::string();
+  };
+  put(command, text, drawn(command.plan.has_value(), plan_of),
+      drawn(command.profile.has_value(), profile_drawing_of));
 }
 
 void complain(const std::string& message) { std::fputs(message.c_str(), stderr); }

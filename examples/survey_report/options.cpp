@@ -1,11 +1,13 @@
 #include "survey_report/options.h"
 
 #include <algorithm>
-#include <array>
 #include <charconv>
 #include <cmath>
+#include <iterator>
 #include <string_view>
 #include <system_error>
+#include <tuple>
+#include <vector>
 
 namespace survey_report {
 
@@ -30,39 +32,64 @@ std::optional<double> number_in(std::string_view text) {
   return value;
 }
 
-std::string_view take_field(std::string_view& rest) {
-  const std::string_view field = rest.substr(0, rest.find(','));
-  rest.remove_prefix(std::min(field.size() + 1, rest.size()));
-  return field;
-}
-
-// Four numbers between commas, and nothing else.
-std::optional<std::array<double, 4>> four_numbers(std::string_view text) {
-  if (text.ends_with(',')) return std::nullopt;
-  std::array<double, 4> values{};
-  for (double& value : values) {
-    const std::optional<double> number = number_in(take_field(text));
-    if (!number) return std::nullopt;
-    value = *number;
+// One or more numbers between commas, and nothing else; none when there is
+// anything else.
+std::vector<double> numbers_in(std::string_view text) {
+  std::vector<double> values;
+  for (bool more = true; more;) {
+    const std::size_t comma = text.find(',');
+    const std::optional<double> number = number_in(text.substr(0, comma));
+    if (!number) return {};
+    values.push_back(*number);
+    more = comma != std::string_view::npos;
+    if (more) text.remove_prefix(comma + 1);
   }
-  if (!text.empty()) return std::nullopt;
   return values;
 }
 
+std::string quoted(std::string_view option, std::string_view value) {
+  return std::string(option) + " \"" + std::string(value) + '"';
+}
+
 SectionLine section_in(std::string_view text) {
-  const std::string quoted = "--section \"" + std::string(text) + '"';
-  const auto values = four_numbers(text);
-  if (!values) throw UsageFault(quoted + " is not four numbers X1,Y1,X2,Y2");
-  const auto [x1, y1, x2, y2] = *values;
-  const SectionLine line{{x1, y1}, {x2, y2}};
-  if (line.from == line.to) throw UsageFault(quoted + " starts where it ends");
+  const std::vector<double> values = numbers_in(text);
+  if (values.size() != 4) {
+    throw UsageFault(quoted("--section", text) + " is not four numbers X1,Y1,X2,Y2");
+  }
+  const SectionLine line{{values[0], values[1]}, {values[2], values[3]}};
+  if (line.from == line.to) throw UsageFault(quoted("--section", text) + " starts where it ends");
   return line;
 }
 
-double step_in(std::string_view text) {
-  const std::optional<double> step = number_in(text);
-  if (step && *step > 0.0) return *step;
-  throw UsageFault("--grid \"" + std::string(text) + "\" is not a positive number");
+double positive_in(std::string_view option, std::string_view text) {
+  const std::optional<double> number = number_in(text);
+  if (number && *number > 0.0) return *number;
+  throw UsageFault(quoted(option, text) + " is not a positive number");
+}
+
+std::size_t different(std::vector<Place> places) {
+  std::sort(places.begin(), places.end(),
+            [](const Place& a, const Place& b) { return std::tie(a.x, a.y) < std::tie(b.x, b.y); });
+  return static_cast<std::size_t>(
+      std::distance(places.begin(), std::unique(places.begin(), places.end())));
+}
+
+// A ring may be written closed: its first vertex again at its end.
+std::vector<Place> area_in(std::string_view text) {
+  const std::vector<double> values = numbers_in(text);
+  if (values.empty() || values.size() % 2 != 0) {
+    throw UsageFault(quoted("--area", text) + " is not pairs of numbers X1,Y1,X2,Y2,X3,Y3,...");
+  }
+  std::vector<Place> vertices;
+  for (std::size_t i = 0; i < values.size(); i += 2) vertices.push_back({values[i], values[i + 1]});
+  if (vertices.size() > 1 && vertices.front() == vertices.back()) vertices.pop_back();
+  if (different(vertices) >= fewest_vertices) return vertices;
+  throw UsageFault(quoted("--area", text) + " has fewer than three vertices");
+}
+
+void set_positive(std::optional<double>& place, const char* option, std::string_view value) {
+  if (place) throw UsageFault(std::string("more than one ") + option + " is given");
+  place = positive_in(option, value);
 }
 
 void set_output(Command& command, std::string_view value) {
@@ -71,6 +98,10 @@ void set_output(Command& command, std::string_view value) {
 
 void set_plan(Command& command, std::string_view value) {
   set_once(command.plan, value, "--plan file");
+}
+
+void set_profile(Command& command, std::string_view value) {
+  set_once(command.profile, value, "--profile file");
 }
 
 void set_boundary(Command& command, std::string_view value) {
@@ -84,8 +115,31 @@ void set_section(Command& command, std::string_view value) {
 }
 
 void set_grid(Command& command, std::string_view value) {
-  if (command.study.grid_step) throw UsageFault("more than one --grid is given");
-  command.study.grid_step = step_in(value);
+  set_positive(command.study.grid_step, "--grid", value);
+}
+
+void set_corridor(Command& command, std::string_view value) {
+  set_positive(command.study.corridor, "--corridor", value);
+}
+
+void set_stations(Command& command, std::string_view value) {
+  set_positive(command.study.station_step, "--stations", value);
+}
+
+void require_no_area(const AreaChoice& area) {
+  if (area.vertices.empty() && !area.code) return;
+  throw UsageFault("more than one --area or --area-code is given");
+}
+
+void set_area(Command& command, std::string_view value) {
+  require_no_area(command.study.area);
+  command.study.area.vertices = area_in(value);
+}
+
+void set_area_code(Command& command, std::string_view value) {
+  require_no_area(command.study.area);
+  if (value.empty()) throw UsageFault("--area-code has an empty code");
+  command.study.area.code = value;
 }
 
 // ---- Options
@@ -100,6 +154,9 @@ constexpr ValueOption value_options[] = {
     {"-o", "a file name", set_output},         {"--output", "a file name", set_output},
     {"--plan", "a file name", set_plan},       {"--boundary", "a code", set_boundary},
     {"--section", "X1,Y1,X2,Y2", set_section}, {"--grid", "a step", set_grid},
+    {"--profile", "a file name", set_profile}, {"--corridor", "a width", set_corridor},
+    {"--stations", "a step", set_stations},    {"--area", "X1,Y1,X2,Y2,X3,Y3,...", set_area},
+    {"--area-code", "a code", set_area_code},
 };
 
 class CommandLine {

@@ -23,6 +23,7 @@ struct Command {
   std::optional<std::string> input;  ///< there, unless help is asked for
   std::optional<std::string> output;
   std::optional<std::string> plan;
+  std::optional<std::string> profile;
   StudyOptions study;
 };
 

@@ -20,6 +20,7 @@ constexpr double longest_bar = 46.0;
 constexpr double tick_distance = 28.0;  // about, between coordinates on the frame
 constexpr double tick_length = 1.6;
 constexpr double beyond_the_points = 0.1;  // of the section line, at most
+constexpr double far_off = 1e9;            // on the sheet: no such area is drawn
 constexpr std::size_t many_points = 600;
 constexpr std::size_t longest_coordinate = 14;
 constexpr std::size_t longest_entry = 20;  // of the legend
@@ -38,6 +39,10 @@ constexpr std::string_view cut_paint =
     R"(class="cut" fill="#ffffff" stroke="#c00000" stroke-width="0.4")";
 constexpr std::string_view node_paint = R"(fill="none" stroke="#777777" stroke-width="0.2")";
 
+constexpr std::string_view area_paint =
+    R"(fill="none" stroke="#b8860b" stroke-width="0.5" stroke-dasharray="2.2 1.2")";
+constexpr std::string_view inside_paint = R"(fill="#ffd966")";
+
 constexpr double label_gap = 0.5;  // between labels in a row
 constexpr double coordinate_size = 2.5;
 constexpr double number_size = 1.8;
@@ -45,6 +50,7 @@ constexpr double node_size = 1.8;
 constexpr double cut_size = 3.2;
 constexpr double cut_reach = 1.1;
 constexpr double node_reach = 0.7;
+constexpr double inside_gap = 0.5;  // between a point's symbol and the circle around it
 
 // ---- What is drawn where
 
@@ -57,28 +63,22 @@ double within(double value, const Range& range, double margin) {
   return std::clamp(value, range.min - margin, range.max + margin);
 }
 
-// All points, and the ends of the section line unless they are far off.
+// All points; the work area and the ends of the section line unless they are
+// far off.
 Box drawn_box(const Survey& survey, const Study& study) {
   const Extents extents = extents_of(survey.points);
   const Box points{extents.x, extents.y};
   Box box = points;
+  const double margin = beyond_the_points * larger_side(points);
+  const auto include_near = [&](const Place& place) {
+    include(box, {within(place.x, points.x, margin), within(place.y, points.y, margin)});
+  };
+  for (const Place& vertex : study.area.vertices) include_near(vertex);
   if (!study.complete()) return box;
-  const double larger = std::max(points.x.max - points.x.min, points.y.max - points.y.min);
-  const double margin = beyond_the_points * larger;
   for (const Place& end : {study.section.line.from, study.section.line.to}) {
-    include(box, {within(end.x, points.x, margin), within(end.y, points.y, margin)});
+    include_near(end);
   }
   return box;
-}
-
-// A text of at most so many characters.
-std::string shortened(std::string_view text, std::size_t longest) {
-  if (display_width(text) <= longest) return std::string(text);
-  std::string_view rest = text;
-  for (std::size_t i = 0; i + 1 < longest; ++i) {
-    if (!take_character(rest)) rest.remove_prefix(1);
-  }
-  return std::string(text.substr(0, text.size() - rest.size())) + "\u2026";
 }
 
 std::string entry_text(const CodeGroup& group) {
@@ -125,7 +125,12 @@ class Plan {
         board_(layout_.frame),
         groups_(code_groups(survey.points)),
         nodes_(nodes_to_draw(study.relief, mapping_.scale())),
-        reach_(survey.points.size() > many_points ? 0.6 : 0.9) {}
+        reach_(survey.points.size() > many_points ? 0.6 : 0.9),
+        area_is_drawn_(can_draw_area()),
+        is_inside_(survey.points.size()) {
+    if (!area_is_drawn_) return;
+    for (const std::size_t point : study.area.inside) is_inside_[point] = true;
+  }
 
   std::string drawn() {
     svg_.rectangle({0, 0}, layout_.width, layout_.height, R"(fill="#ffffff")");
@@ -134,6 +139,7 @@ class Plan {
     svg_.open_group(R"~(clip-path="url(#inside)")~");
     take_room();
     lines();
+    area();
     points();
     labels();
     svg_.close_group();
@@ -146,19 +152,30 @@ class Plan {
  private:
   Place on_sheet(const SurveyPoint& point) const { return mapping_.on_sheet({point.x, point.y}); }
 
-  std::vector<Place> ring_on_sheet() const {
+  bool can_draw_area() const {
+    const std::vector<Place> ring = on_sheet(study_.area.vertices);
+    return study_.area.fault.empty() && !ring.empty() &&
+           std::all_of(ring.begin(), ring.end(), [](const Place& place) {
+             return std::abs(place.x) < far_off && std::abs(place.y) < far_off;
+           });
+  }
+
+  // The circle that marks a point inside the work area is part of its symbol.
+  double reach_of(std::size_t point) const {
+    return is_inside_[point] ? reach_ + inside_gap : reach_;
+  }
+
+  std::vector<Place> on_sheet(const std::vector<Place>& vertices) const {
     std::vector<Place> ring;
-    for (const Place& vertex : study_.boundary.vertices) ring.push_back(mapping_.on_sheet(vertex));
+    ring.reserve(vertices.size());
+    for (const Place& vertex : vertices) ring.push_back(mapping_.on_sheet(vertex));
     return ring;
   }
 
   void headings() {
-    const Rect& frame = layout_.frame;
-    const std::size_t room = static_cast<std::size_t>(frame.width() / text_width("0", 5.5));
-    svg_.text({frame.left, 11}, shortened(survey_.file_name, room), {.size = 5.5, .bold = true});
     std::string text = std::to_string(survey_.points.size());
     text += survey_.points.size() == 1 ? " point" : " points";
-    svg_.text({frame.left, 16.5}, text + "; X to the east, Y to the north", {.size = 3.2});
+    draw_headings(svg_, layout_.frame, survey_.file_name, text + "; X to the east, Y to the north");
   }
 
   // ---- Frame
@@ -223,12 +240,14 @@ class Plan {
 
   // Symbols and lines come before every label.
   void take_room() {
-    for (const SurveyPoint& point : survey_.points) board_.occupy(around(on_sheet(point), reach_));
-    if (!study_.complete()) return;
-    const std::vector<Place> ring = ring_on_sheet();
-    for (std::size_t i = 0; i < ring.size(); ++i) {
-      board_.occupy_line(ring[i], ring[(i + 1) % ring.size()]);
+    for (std::size_t i = 0; i < survey_.points.size(); ++i) {
+      board_.occupy(around(on_sheet(survey_.points[i]), reach_of(i)));
     }
+    if (area_is_drawn_ && study_.area.vertices == pulled_in(study_.area.vertices)) {
+      occupy_ring(study_.area.vertices);
+    }
+    if (!study_.complete()) return;
+    occupy_ring(study_.boundary.vertices);
     occupy_section();
     for (const Cut& cut : study_.section.cuts) {
       board_.occupy(around(mapping_.on_sheet(cut.place), cut_reach));
@@ -238,21 +257,32 @@ class Plan {
     }
   }
 
-  // Where its ends are far off, the part along the drawing is enough.
+  void occupy_ring(const std::vector<Place>& vertices) {
+    const std::vector<Place> ring = on_sheet(vertices);
+    for (std::size_t i = 0; i < ring.size(); ++i) {
+      board_.occupy_line(ring[i], ring[(i + 1) % ring.size()]);
+    }
+  }
+
+  // The places, or where they are outside the drawing the next ones inside.
+  std::vector<Place> pulled_in(std::vector<Place> places) const {
+    for (Place& place : places) {
+      place = {within(place.x, box_.x, 0.0), within(place.y, box_.y, 0.0)};
+    }
+    return places;
+  }
+
+  // A line that leaves the drawing takes no room.
   void occupy_section() {
-    const SectionLine& line = study_.section.line;
-    const auto near = [&](const Place& end) {
-      return mapping_.on_sheet({within(end.x, box_.x, 0.0), within(end.y, box_.y, 0.0)});
-    };
-    const bool whole = near(line.from) == mapping_.on_sheet(line.from) &&
-                       near(line.to) == mapping_.on_sheet(line.to);
-    if (whole) board_.occupy_line(near(line.from), near(line.to));
+    const std::vector<Place> ends = {study_.section.line.from, study_.section.line.to};
+    if (ends != pulled_in(ends)) return;
+    board_.occupy_line(mapping_.on_sheet(ends[0]), mapping_.on_sheet(ends[1]));
   }
 
   void lines() {
     if (!study_.complete()) return;
     svg_.open_group(R"(id="boundary")");
-    svg_.path(path_through(ring_on_sheet(), true), ring_paint());
+    svg_.path(path_through(on_sheet(study_.boundary.vertices), true), ring_paint());
     svg_.close_group();
     svg_.open_group(R"(id="section")");
     const SectionLine& line = study_.section.line;
@@ -279,6 +309,18 @@ class Plan {
            path_through({{at.x, at.y - node_reach}, {at.x, at.y + node_reach}}, false);
   }
 
+  void area() {
+    if (!area_is_drawn_) return;
+    svg_.open_group(R"(id="area")");
+    svg_.path(path_through(on_sheet(study_.area.vertices), true), area_paint);
+    svg_.close_group();
+    svg_.open_group(R"(id="inside" fill="#ffd966")");
+    for (const std::size_t point : study_.area.inside) {
+      svg_.path(circle(on_sheet(survey_.points[point]), reach_of(point)));
+    }
+    svg_.close_group();
+  }
+
   // The frequent codes below the rare ones.
   void points() {
     svg_.open_group(R"(id="points")");
@@ -302,8 +344,9 @@ class Plan {
       label(mapping_.on_sheet(node.place), node_reach, fixed(node.elevation, 2),
             {.size = node_size, .colour = grey, .halo = true});
     }
-    for (const SurveyPoint& point : survey_.points) {
-      label(on_sheet(point), reach_, point.number, {.size = number_size, .halo = true});
+    for (std::size_t i = 0; i < survey_.points.size(); ++i) {
+      const SurveyPoint& point = survey_.points[i];
+      label(on_sheet(point), reach_of(i), point.number, {.size = number_size, .halo = true});
     }
     for (std::size_t i = 0; i < cut_rooms.size(); ++i) cut(i, cut_rooms[i]);
     svg_.close_group();
@@ -372,6 +415,7 @@ class Plan {
       legend_entry(symbol.outline(at, 1.1), symbol.paint, at, entry_text(groups_[i]));
     }
     if (study_.complete()) study_legend();
+    if (area_is_drawn_) area_legend();
     svg_.close_group();
   }
 
@@ -384,6 +428,12 @@ class Plan {
                  R"(fill="#ffffff" stroke="#c00000" stroke-width="0.4")", at, "Cut, by its number");
     at = legend_row();
     legend_entry(node_mark(at), node_paint, at, "Grid node, elevation");
+  }
+
+  void area_legend() {
+    legend_line(area_paint, "Work area");
+    const Place at = legend_row();
+    legend_entry(circle(at, 1.1 + inside_gap), inside_paint, at, "Point inside it");
   }
 
   void legend_line(std::string_view paint, const std::string& text) {
@@ -430,6 +480,8 @@ class Plan {
   std::vector<CodeGroup> groups_;
   std::vector<Node> nodes_;
   double reach_;
+  bool area_is_drawn_;
+  std::vector<bool> is_inside_;
   std::size_t rows_used_ = 0;
   Svg svg_;
 };

@@ -12,7 +12,7 @@ namespace survey_report {
 /// where one unit of the survey takes `scale` millimetres.
 double scale_bar_length(double scale);
 
-/// A drawing on a sheet of A4, as SVG. Throws PlanFault.
+/// A drawing on a sheet of A4, as SVG. Throws DrawingFault.
 std::string plan_of(const Survey& survey, const Study& study);
 
 }  // namespace survey_report

@@ -100,22 +100,6 @@ class Smallest {
 
 // ---- What the library says of a triangle
 
-double elevation_at(const Place& place, Triangle triangle, const std::vector<SurveyPoint>& points) {
-  // The library looks from the first vertex through the node at the opposite
-  // side, so the first is the farthest: never the node itself.
-  const auto squared = [&](std::size_t i) {
-    return std::pow(points[i].x - place.x, 2) + std::pow(points[i].y - place.y, 2);
-  };
-  std::sort(triangle.begin(), triangle.end(),
-            [&](std::size_t a, std::size_t b) { return squared(a) > squared(b); });
-  const SurveyPoint& a = points[triangle[0]];
-  const SurveyPoint& b = points[triangle[1]];
-  const SurveyPoint& c = points[triangle[2]];
-  return orv2_geo::cgeo_Algorismos().Triangulo_Cota_1p_interior(
-      a.x - place.x, a.y - place.y, a.z, b.x - place.x, b.y - place.y, b.z, c.x - place.x,
-      c.y - place.y, c.z, 0.0, 0.0);
-}
-
 // The library measures a triangle with three different levels against
 // elevation zero: the survey's lowest point is made that level.
 std::optional<double> slope_of(const Triangle& triangle, const std::vector<SurveyPoint>& points,
@@ -176,6 +160,22 @@ std::optional<Triangle> triangle_around(const Place& place,
     }
   }
   return smallest.found();
+}
+
+double elevation_at(const Place& place, Triangle triangle, const std::vector<SurveyPoint>& points) {
+  // The library looks from the first vertex through the node at the opposite
+  // side, so the first is the farthest: never the node itself.
+  const auto squared = [&](std::size_t i) {
+    return std::pow(points[i].x - place.x, 2) + std::pow(points[i].y - place.y, 2);
+  };
+  std::sort(triangle.begin(), triangle.end(),
+            [&](std::size_t a, std::size_t b) { return squared(a) > squared(b); });
+  const SurveyPoint& a = points[triangle[0]];
+  const SurveyPoint& b = points[triangle[1]];
+  const SurveyPoint& c = points[triangle[2]];
+  return orv2_geo::cgeo_Algorismos().Triangulo_Cota_1p_interior(
+      a.x - place.x, a.y - place.y, a.z, b.x - place.x, b.y - place.y, b.z, c.x - place.x,
+      c.y - place.y, c.z, 0.0, 0.0);
 }
 
 Relief relief_of(const std::vector<SurveyPoint>& points, const Boundary& boundary, double step) {

@@ -54,6 +54,10 @@ std::vector<Place> grid_places(const Box& box, double step);
 /// around it that form no sliver.
 std::optional<Triangle> triangle_around(const Place& place, const std::vector<SurveyPoint>& points);
 
+/// The elevation at a place of the triangle around it. Throws RunFailure when the
+/// library refuses it.
+double elevation_at(const Place& place, Triangle triangle, const std::vector<SurveyPoint>& points);
+
 /// The nodes inside the boundary that have a triangle.
 /// Throws RunFailure when the library refuses an elevation.
 Relief relief_of(const std::vector<SurveyPoint>& points, const Boundary& boundary, double step);

@@ -80,9 +80,11 @@ std::string vertices_text(const Boundary& boundary) {
          " where an earlier one does: measured again";
 }
 
+constexpr std::string_view no_area = "None: the points do not enclose an area.\n";
+
 // Why a section has no numbers; empty when it has.
 std::string reason_for_none(const Study& study) {
-  if (study.boundary.vertices.empty()) return "None: the points do not enclose an area.\n";
+  if (study.boundary.vertices.empty()) return std::string(no_area);
   if (!study.fault.empty()) return "Not computed: " + study.fault + ".\n";
   return {};
 }
@@ -125,6 +127,36 @@ std::string nodes_table(const Survey& survey, const Relief& relief) {
   return table.text();
 }
 
+std::string step_text(double step) { return fixed(step, decimals_for(step)); }
+
+std::string stations_table(const Profile& profile) {
+  Table table({{"Station", Align::right},
+               {"Distance", Align::right},
+               {"X", Align::right},
+               {"Y", Align::right},
+               {"Elevation", Align::right}});
+  for (std::size_t i = 0; i < profile.stations.size(); ++i) {
+    const Station& station = profile.stations[i];
+    table.add({std::to_string(i + 1), length_text(station.distance), length_text(station.place.x),
+               length_text(station.place.y), length_text(station.elevation)});
+  }
+  return table.text();
+}
+
+std::string inside_table(const Survey& survey, const std::vector<std::size_t>& inside) {
+  Table table({{"Point", Align::right},
+               {"X", Align::right},
+               {"Y", Align::right},
+               {"Z", Align::right},
+               {"Code", Align::left}});
+  for (const std::size_t i : inside) {
+    const SurveyPoint& point = survey.points[i];
+    table.add({point.number, length_text(point.x), length_text(point.y), length_text(point.z),
+               point.code});
+  }
+  return table.text();
+}
+
 bool has_no_slope(const Node& node) { return !node.slope.has_value(); }
 
 bool stands_still(const Leg& leg) { return !leg.azimuth.has_value(); }
@@ -161,7 +193,7 @@ std::string relief_section(const Survey& survey, const Study& study) {
   const std::string reason = reason_for_none(study);
   if (!reason.empty()) return text + reason;
   const Relief& relief = study.relief;
-  const std::string step = fixed(relief.step, decimals_for(relief.step));
+  const std::string step = step_text(relief.step);
   if (relief.nodes.empty()) {
     return text + "No node of a grid of " + step +
            " lies inside the boundary with three points around it.\n";
@@ -173,6 +205,49 @@ std::string relief_section(const Survey& survey, const Study& study) {
     text += "Slope - where the triangle has none.\n";
   }
   return text + '\n' + nodes_table(survey, relief) + '\n' + summary_text(relief);
+}
+
+std::string reason_for_no_profile(const Study& study) {
+  if (study.boundary.vertices.empty()) return "the points do not enclose an area";
+  if (!study.fault.empty()) return study.fault;
+  if (!study.profile.stations.empty()) return {};
+  if (!study.profile.fault.empty()) return study.profile.fault;
+  return "fewer than two points within " + length_text(study.profile.corridor) +
+         " of the section line give it an elevation";
+}
+
+std::string profile_section(const Study& study) {
+  std::string text = titled("Longitudinal profile");
+  const std::string reason = reason_for_none(study);
+  if (!reason.empty()) return text + reason;
+  const Profile& profile = study.profile;
+  if (profile.stations.empty()) return text + "None: " + reason_for_no_profile(study) + ".\n";
+  text += "Axis      the section line; distances from its start\n";
+  text += "Terrain   " + counted(profile.terrain.size(), "point", "points") + " within " +
+          length_text(profile.corridor) + " of the axis, at most " +
+          length_text(profile.widest_gap) + " apart along it\n";
+  text += "Lowest    " + length_text(profile.lowest) + '\n';
+  text += "Highest   " + length_text(profile.highest) + '\n';
+  text += "Stations  every " + step_text(profile.step) + ", and both ends of the terrain\n\n";
+  text += "The terrain has a point where each of these points is beside the axis: with its own\n";
+  text += "elevation where it is on the axis, else with that of the triangle of three points\n";
+  text += "around the place on the axis. From one to the next it runs straight.\n\n";
+  return text + stations_table(profile);
+}
+
+std::string area_section(const Survey& survey, const Study& study) {
+  std::string text = titled("Work area");
+  const WorkArea& area = study.area;
+  if (area.vertices.empty()) return text + std::string(no_area);
+  const Box box = box_of(area.vertices);
+  text += "Area      " + area.origin + '\n';
+  text += "Vertices  " + std::to_string(area.vertices.size()) + '\n';
+  text += "Box       " + place_text({box.x.min, box.y.min}) + " to " +
+          place_text({box.x.max, box.y.max}) + '\n';
+  if (!area.fault.empty()) return text + "Inside    not computed: " + area.fault + ".\n";
+  text += "Inside    " + std::to_string(area.inside.size()) + " of " +
+          counted(survey.points.size(), "point", "points") + ", to a hundredth\n";
+  return area.inside.empty() ? text : text + '\n' + inside_table(survey, area.inside);
 }
 
 std::string traverse_section(const Survey& survey, const Traverse& traverse) {
@@ -201,7 +276,8 @@ std::string traverse_section(const Survey& survey, const Traverse& traverse) {
 std::string report(const Survey& survey, const Study& study) {
   const Traverse traverse = traverse_through(survey.points);
   return heading_section(survey, traverse) + "\n\n" + boundary_section(study) + "\n\n" +
-         relief_section(survey, study) + "\n\n" + traverse_section(survey, traverse);
+         relief_section(survey, study) + "\n\n" + profile_section(study) + "\n\n" +
+         area_section(survey, study) + "\n\n" + traverse_section(survey, traverse);
 }
 
 }  // namespace survey_report

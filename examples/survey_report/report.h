@@ -26,6 +26,15 @@ std::string boundary_section(const Study& study);
 /// A row a grid node: elevation, slope and the triangle they are taken from.
 std::string relief_section(const Survey& survey, const Study& study);
 
+/// The profile along the section line, a row a station.
+std::string profile_section(const Study& study);
+
+/// Why a study has no profile; empty when it has one.
+std::string reason_for_no_profile(const Study& study);
+
+/// The work area, a row a point inside it.
+std::string area_section(const Survey& survey, const Study& study);
+
 /// A row a point: its coordinates, and the leg to the next point.
 std::string traverse_section(const Survey& survey, const Traverse& traverse);
 

@@ -7,6 +7,8 @@ namespace survey_report {
 
 namespace {
 
+constexpr double most_multiples = 500.0;
+
 // A power of ten: the largest that is at most `value`.
 double decade_of(double value) {
   const double exponent = std::floor(std::log10(value));
@@ -40,6 +42,14 @@ int decimals_for(double step) {
     if (std::abs(scaled - std::round(scaled)) <= 1e-6 * scaled) return decimals;
   }
   return most;
+}
+
+std::vector<double> multiples(const Range& range, double step) {
+  std::vector<double> values;
+  const double first = std::ceil(range.min / step);
+  const double count = std::min(std::floor(range.max / step) - first + 1.0, most_multiples);
+  for (double i = 0.0; i < count; ++i) values.push_back((first + i) * step);
+  return values;
 }
 
 }  // namespace survey_report

@@ -4,17 +4,18 @@
 #include <cmath>
 #include <numeric>
 
+#include "survey_report/utf8.h"
+
 namespace survey_report {
 
 namespace {
 
 constexpr double padding = 6.0;  // between the frame and what is drawn in it
-constexpr double most_multiples = 500.0;
 
 constexpr SheetLayout landscape{297, 210, {17, 20, 236, 196}, {265, 20}, {243, 57}, {245, 76}, 24,
                                 5.0, 50};
-constexpr SheetLayout portrait{210, 297, {17, 20, 203, 226}, {28, 238}, {17, 275}, {80, 240}, 8,
-                               6.0, 64};
+constexpr SheetLayout portrait{210, 297, {17, 20, 203, 226}, {28, 238}, {17, 275}, {80, 240}, 9,
+                               5.4, 64};
 
 double size_of(const Range& range) { return range.max - range.min; }
 
@@ -34,6 +35,13 @@ Place middle_of(const Rect& rect) {
 
 }  // namespace
 
+void draw_headings(Svg& svg, const Rect& frame, std::string_view title, std::string_view below) {
+  constexpr double size = 5.5;
+  const auto room = static_cast<std::size_t>(frame.width() / text_width("0", size));
+  svg.text({frame.left, 11}, shortened(title, room), {.size = size, .bold = true});
+  svg.text({frame.left, 16.5}, below, {.size = 3.2});
+}
+
 const SheetLayout& layout_for(const Box& box) {
   return size_of(box.x) >= size_of(box.y) ? landscape : portrait;
 }
@@ -43,7 +51,7 @@ Mapping::Mapping(const Box& box, const Rect& frame)
       centre_{std::midpoint(box.x.min, box.x.max), std::midpoint(box.y.min, box.y.max)},
       scale_(scale_for(box, frame)) {
   const bool finite = std::isfinite(size_of(box.x)) && std::isfinite(size_of(box.y));
-  if (!finite || !(scale_ > 0.0)) throw PlanFault("the points are too far apart for a plan");
+  if (!finite || !(scale_ > 0.0)) throw DrawingFault("the points are too far apart for a plan");
 }
 
 Place Mapping::on_sheet(const Place& place) const {
@@ -55,14 +63,6 @@ Box Mapping::visible() const {
   const double across = frame_.width() / 2 / scale_;
   const double up = frame_.height() / 2 / scale_;
   return {{centre_.x - across, centre_.x + across}, {centre_.y - up, centre_.y + up}};
-}
-
-std::vector<double> multiples(const Range& range, double step) {
-  std::vector<double> values;
-  const double first = std::ceil(range.min / step);
-  const double count = std::min(std::floor(range.max / step) - first + 1.0, most_multiples);
-  for (double i = 0.0; i < count; ++i) values.push_back((first + i) * step);
-  return values;
 }
 
 }  // namespace survey_report

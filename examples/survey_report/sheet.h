@@ -2,15 +2,17 @@
 #pragma once
 
 #include <stdexcept>
+#include <string_view>
 #include <vector>
 
 #include "survey_report/boundary.h"
 #include "survey_report/labels.h"
+#include "survey_report/svg.h"
 
 namespace survey_report {
 
 /// A drawing that cannot be made.
-class PlanFault : public std::runtime_error {
+class DrawingFault : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
 };
@@ -28,13 +30,16 @@ struct SheetLayout {
   double column_width;
 };
 
+/// Two lines above a frame: the title, cut to the frame's width, and what is below.
+void draw_headings(Svg& svg, const Rect& frame, std::string_view title, std::string_view below);
+
 /// Landscape for what is wider than high, else portrait.
 const SheetLayout& layout_for(const Box& box);
 
 /// Puts a box of the survey into the middle of a frame, as large as it fits.
 class Mapping {
  public:
-  /// Throws PlanFault when the box has no finite size.
+  /// Throws DrawingFault when the box has no finite size.
   Mapping(const Box& box, const Rect& frame);
 
   /// Millimetres on the sheet for one unit of the survey.
@@ -49,8 +54,5 @@ class Mapping {
   Place centre_;
   double scale_;
 };
-
-/// The multiples of `step` in a range: at most a few hundred.
-std::vector<double> multiples(const Range& range, double step);
 
 }  // namespace survey_report

@@ -18,7 +18,7 @@ bool has_size(const Box& box) {
 
 double checked_step(const Box& box, double step) {
   if (node_count(box, step) <= most_nodes) return step;
-  throw GridFault("gives more than " + fixed(most_nodes, 0) + " nodes");
+  throw ChoiceFault("--grid gives more than " + fixed(most_nodes, 0) + " nodes");
 }
 
 void work_out(Study& study, const std::vector<SurveyPoint>& points, const StudyOptions& options) {
@@ -28,6 +28,9 @@ void work_out(Study& study, const std::vector<SurveyPoint>& points, const StudyO
   study.section = section_of(study.boundary, options.section.value_or(default_section(box)));
   const double step = options.grid_step.value_or(default_step(box));
   study.relief = relief_of(points, study.boundary, checked_step(box, step));
+  study.profile =
+      profile_of(points, study.boundary, study.section,
+                 options.corridor.value_or(default_corridor(box)), options.station_step);
 }
 
 }  // namespace
@@ -35,6 +38,7 @@ void work_out(Study& study, const std::vector<SurveyPoint>& points, const StudyO
 Study study_of(const std::vector<SurveyPoint>& points, const StudyOptions& options) {
   Study only_boundary;
   only_boundary.boundary = boundary_of(points, options.boundary_code);
+  only_boundary.area = area_of(points, only_boundary.boundary, options.area);
   if (only_boundary.boundary.vertices.empty()) return only_boundary;
   try {
     Study study = only_boundary;

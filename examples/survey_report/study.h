@@ -1,11 +1,13 @@
-// study.h: what is worked out from a survey, for the report and the plan alike.
+// study.h: what is worked out from a survey, for the report and the drawings alike.
 #pragma once
 
 #include <optional>
-#include <stdexcept>
 #include <string>
 
+#include "survey_report/area.h"
 #include "survey_report/boundary.h"
+#include "survey_report/choice_fault.h"
+#include "survey_report/profile.h"
 #include "survey_report/relief.h"
 
 namespace survey_report {
@@ -15,27 +17,26 @@ struct StudyOptions {
   std::string boundary_code = "LINDERO";
   std::optional<SectionLine> section;  ///< else across the boundary's box
   std::optional<double> grid_step;     ///< positive; else a round one
-};
-
-/// A grid step that gives too many nodes; the message says how many may be.
-class GridFault : public std::runtime_error {
- public:
-  using std::runtime_error::runtime_error;
+  std::optional<double> corridor;      ///< positive; to either side of the section line
+  std::optional<double> station_step;  ///< positive; else a round one
+  AreaChoice area;
 };
 
 struct Study {
-  Boundary boundary;  ///< without vertices there is nothing else
+  WorkArea area;
+  Boundary boundary;  ///< without vertices there is nothing else but an area
   double perimeter = 0.0;
   Section section;
   Relief relief;
-  /// Why nothing but the boundary is known, where the library refused a
+  Profile profile;
+  /// Why nothing but boundary and area is known, where the library refused a
   /// computation or a length has no number; else empty.
   std::string fault;
 
   bool complete() const { return fault.empty() && !boundary.vertices.empty(); }
 };
 
-/// Throws GridFault.
+/// Throws ChoiceFault.
 Study study_of(const std::vector<SurveyPoint>& points, const StudyOptions& options);
 
 }  // namespace survey_report

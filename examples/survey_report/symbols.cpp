@@ -12,13 +12,6 @@ namespace {
 
 constexpr std::size_t most_codes = 10;
 
-std::string circle(const Place& at, double reach) {
-  const std::string r = sheet_number(reach);
-  const std::string arc = " a " + r + ' ' + r + " 0 1 0 ";
-  return "M " + sheet_number(at.x - reach) + ' ' + sheet_number(at.y) + arc +
-         sheet_number(2 * reach) + " 0" + arc + sheet_number(-2 * reach) + " 0 Z";
-}
-
 std::string dot(const Place& at, double reach) { return circle(at, 0.6 * reach); }
 
 std::string square(const Place& at, double reach) {
@@ -74,6 +67,13 @@ std::vector<CodeGroup> by_code(const std::vector<SurveyPoint>& points) {
 }
 
 }  // namespace
+
+std::string circle(const Place& at, double reach) {
+  const std::string r = sheet_number(reach);
+  const std::string arc = " a " + r + ' ' + r + " 0 1 0 ";
+  return "M " + sheet_number(at.x - reach) + ' ' + sheet_number(at.y) + arc +
+         sheet_number(2 * reach) + " 0" + arc + sheet_number(-2 * reach) + " 0 Z";
+}
 
 std::vector<CodeGroup> code_groups(const std::vector<SurveyPoint>& points) {
   std::vector<CodeGroup> groups = by_code(points);

@@ -26,6 +26,9 @@ struct Symbol {
   const char* paint;  ///< attributes
 };
 
+/// The outline of a circle.
+std::string circle(const Place& at, double reach);
+
 /// The symbol of the group in that place of the list; the eleventh is for others.
 const Symbol& symbol_of_group(std::size_t group);
 

@@ -74,4 +74,13 @@ std::string without_controls(std::string_view utf8) {
   return plain;
 }
 
+std::string shortened(std::string_view text, std::size_t longest) {
+  if (display_width(text) <= longest) return std::string(text);
+  std::string_view rest = text;
+  for (std::size_t i = 0; i + 1 < longest; ++i) {
+    if (!take_character(rest)) rest.remove_prefix(1);
+  }
+  return std::string(text.substr(0, text.size() - rest.size())) + "\u2026";
+}
+
 }  // namespace survey_report

@@ -23,4 +23,7 @@ std::size_t display_width(std::string_view utf8);
 /// it stays on its line.
 std::string without_controls(std::string_view utf8);
 
+/// A text of at most so many characters: of a longer one the beginning and "…".
+std::string shortened(std::string_view text, std::size_t longest);
+
 }  // namespace survey_report

@@ -3,6 +3,7 @@
 
 #include <langinfo.h>
 #include <locale.h>
+#include <algorithm>
 #include <clocale>
 #include <cwchar>
 #include <cwctype>
@@ -67,6 +68,26 @@ int compare(std::u16string_view a, std::u16string_view b) {
     const bool right_ends = j++ == right.size();
     if (left_ends || right_ends) return static_cast<int>(right_ends) - static_cast<int>(left_ends);
   }
+}
+
+std::u32string collation_key(std::u16string_view text) {
+  const std::wstring wide = folded(text);
+  std::u32string key;
+  // Part by part between zeros, as compare does.
+  for (std::size_t i = 0; i <= wide.size(); ++i) {
+    if (i != 0) key.push_back(U'\0');
+    const wchar_t* part = wide.c_str() + i;
+    std::wstring units(wcsxfrm_l(nullptr, part, 0, user_locale()), L'\0');
+    wcsxfrm_l(units.data(), part, units.size() + 1, user_locale());
+    key.append(units.begin(), units.end());
+    i += std::wcslen(part);
+  }
+  return key;
+}
+
+std::size_t first_level(std::u32string_view key) {
+  // Levels are parted by the unit 1, texts' parts by 0.
+  return std::min(key.find_first_of(std::u32string_view(U"\0\1", 2)), key.size());
 }
 
 }  // namespace orv2_geo::text_services

@@ -33,6 +33,26 @@ TYPED_TEST(GeoArrays, AnIndexMustLieWithinTheBounds) {
   }
 }
 
+TYPED_TEST(GeoArrays, ARowIsThereWhenEveryElementOfItIs) {
+  TypeParam array(5, 7);
+  EXPECT_EQ(array.row(5, 7), array.data());
+  EXPECT_EQ(array.row(6, 6), array.data() + 1);
+  EXPECT_EQ(array.row(5, 8), nullptr);
+  EXPECT_EQ(array.row(4, 7), nullptr);
+  EXPECT_EQ(array.row(7, 6), nullptr);
+  EXPECT_EQ(array.row(lowest, highest), nullptr);
+  EXPECT_EQ(array.row(highest, lowest), nullptr);
+  array.make(0, 4, 2);
+  EXPECT_EQ(array.row(0, 0), nullptr);
+  array.make(0, 0);
+  EXPECT_EQ(array.row(0, -1), nullptr);
+  array.release();
+  EXPECT_EQ(array.row(0, 0), nullptr);
+  array.make(highest, 1);
+  EXPECT_EQ(array.row(highest, highest), array.data());
+  EXPECT_EQ(array.row(lowest, highest), nullptr);
+}
+
 TYPED_TEST(GeoArrays, UnallocatedHasNoIndexAndNoBounds) {
   TypeParam array;
   EXPECT_FALSE(array.allocated());

@@ -5,11 +5,13 @@ import math
 from support import Case
 
 import orv2_geo
-from orv2_geo import DoubleArray, Ref, RunFailure, SingleArray
+from orv2_geo import DoubleArray, LongArray, Ref, RunFailure, SingleArray, StringArray
 
 algorismos = orv2_geo.create("Orv2_Geo.cgeo_Algorismos")
 geometria = orv2_geo.create("Orv2_Geo.cgeo_Geometria")
 terreno = orv2_geo.create("Orv2_Geo.cgeo_Terreno")
+ordena = orv2_geo.create("Orv2_Geo.cgeo_Ordena")
+api = orv2_geo.create("Orv2_Geo.cgeo_api")
 
 
 class Crossing(Case):
@@ -149,3 +151,52 @@ class Surveying(Case):
         terreno.Ordena_terreno_y_quita_repetidos(points, distances, levels)
         self.assertEqual((points.value, list(distances), list(levels)),
                          (3, [0.0, 10.0, 20.0, 30.0], [0.0, 1.0, 2.0, 3.0]))
+
+
+class PointInPolygon(Case):
+    x = DoubleArray([0, 10, 10, 0, 0], lower=1)
+    y = DoubleArray([0, 0, 10, 10, 0], lower=1)
+
+    def test_low_edges_are_in_and_high_edges_out(self):
+        self.assertIs(api.Pto_in_Poligono(self.x, self.y, 5, 0.0, 0.0), True)
+        self.assertIs(api.Pto_in_Poligono(self.x, self.y, 5, 10.0, 10.0), False)
+
+    def test_no_region_is_told_by_loc_alone(self):
+        loc = Ref(7)
+        self.assertIs(api.Pto_in_Poligono(self.x, self.y, 2, 5.0, 5.0, loc), False)
+        self.assertEqual(loc.value, -1)
+        self.assertIs(api.Pto_in_Poligono(self.x, self.y, 2, 5.0, 5.0), False)
+
+
+class Sorts(Case):
+    def test_doubles_through_an_index_with_bounds_from_0(self):
+        index = LongArray()
+        ordena.Ordena_Double_Index_Array(DoubleArray([12.5, -0.5, 0.0], lower=1), index)
+        self.assertEqual((list(index), index.lower), ([0, 2, 3, 1], 0))
+
+    def test_doubles_in_place_up_to_a_bound(self):
+        values = DoubleArray([7.0, 4.5, 2.25], lower=1)
+        ordena.Ordena_Double_Array(values, UpperBound=2)
+        self.assertEqual(list(values), [4.5, 7.0, 2.25])
+
+    def test_texts_without_regard_to_case(self):
+        codes = StringArray(["Abd", "abc", "ABC"], lower=1)
+        ordena.Ordena_StringArray(codes)
+        self.assertEqual(list(codes), ["abc", "ABC", "Abd"])
+
+    def test_an_index_of_texts(self):
+        codes, index = StringArray(["c", "a", "b"], lower=1), LongArray([1, 2, 3], lower=1)
+        ordena.Ordena_StringIndexArray(codes, index)
+        self.assertEqual((list(index), list(codes)), ([2, 3, 1], ["c", "a", "b"]))
+
+    def test_numbers_and_their_index(self):
+        numbers = LongArray([3, 1, 2], lower=1)
+        index = LongArray([1, 2, 3], lower=1)
+        ordena.Ordena_LongIndexArray(numbers, index, 9)
+        self.assertEqual(list(index), [2, 3, 1])
+        ordena.Ordena_LongArray(numbers)
+        self.assertEqual(list(numbers), [1, 2, 3])
+
+    def test_an_entry_that_numbers_nothing_is_9(self):
+        with self.fails(9, "Orv2_Geo.cgeo_Ordena"):
+            ordena.Ordena_LongIndexArray(LongArray([3], lower=1), LongArray([1, 2], lower=1))

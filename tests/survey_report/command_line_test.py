@@ -74,6 +74,45 @@ class Options(InAFolder):
             (["good.csv", "--plan", "a", "--plan=b"], "more than one --plan file is given"),
             (["good.csv", "--plan", "./good.csv"], "--plan names the point file"),
             (["good.csv", "-o", "a", "--plan", "./a"], "--plan names the output file"),
+            (["good.csv", "--profile"], "--profile needs a file name"),
+            (["good.csv", "--profile="], "the --profile file has an empty name"),
+            (["good.csv", "--profile", "a", "--profile=b"],
+             "more than one --profile file is given"),
+            (["good.csv", "--profile", "./good.csv"], "--profile names the point file"),
+            (["good.csv", "-o", "a", "--profile", "./a"], "--profile names the output file"),
+            (["good.csv", "--plan", "a", "--profile", "./a"], "--profile names the --plan file"),
+            (["good.csv", "--stations", "0"], '--stations "0" is not a positive number'),
+            (["good.csv", "--stations=x"], '--stations "x" is not a positive number'),
+            (["good.csv", "--stations=5", "--stations=5"], "more than one --stations is given"),
+            (["good.csv", "--stations"], "--stations needs a step"),
+            (["good.csv", "--corridor", "-1"], '--corridor "-1" is not a positive number'),
+            (["good.csv", "--corridor=5", "--corridor=5"], "more than one --corridor is given"),
+            (["good.csv", "--corridor"], "--corridor needs a width"),
+            (["good.csv", "--area"], "--area needs X1,Y1,X2,Y2,X3,Y3,..."),
+            (["good.csv", "--area", ""],
+             '--area "" is not pairs of numbers X1,Y1,X2,Y2,X3,Y3,...'),
+            (["good.csv", "--area", "0,0,1,0,1"],
+             '--area "0,0,1,0,1" is not pairs of numbers X1,Y1,X2,Y2,X3,Y3,...'),
+            (["good.csv", "--area", "0,0,1,0,1,x"],
+             '--area "0,0,1,0,1,x" is not pairs of numbers X1,Y1,X2,Y2,X3,Y3,...'),
+            (["good.csv", "--area", "0,0,1,0,1,1,"],
+             '--area "0,0,1,0,1,1," is not pairs of numbers X1,Y1,X2,Y2,X3,Y3,...'),
+            (["good.csv", "--area", "0,0,1,0,1,inf"],
+             '--area "0,0,1,0,1,inf" is not pairs of numbers X1,Y1,X2,Y2,X3,Y3,...'),
+            (["good.csv", "--area=0,0,1,0"], '--area "0,0,1,0" has fewer than three vertices'),
+            (["good.csv", "--area=0,0,1,0,0,0"],
+             '--area "0,0,1,0,0,0" has fewer than three vertices'),
+            (["good.csv", "--area=0,0,1,0,1,0,0,0"],
+             '--area "0,0,1,0,1,0,0,0" has fewer than three vertices'),
+            (["good.csv", "--area=0,0,1,0,1,1", "--area=0,0,1,0,1,1"],
+             "more than one --area or --area-code is given"),
+            (["good.csv", "--area=0,0,1,0,1,1", "--area-code=A"],
+             "more than one --area or --area-code is given"),
+            (["good.csv", "--area-code=A", "--area=0,0,1,0,1,1"],
+             "more than one --area or --area-code is given"),
+            (["good.csv", "--area-code="], "--area-code has an empty code"),
+            (["good.csv", "--area-code"], "--area-code needs a code"),
+            (["good.csv", "--area-code", "EJE"], "--area-code gives fewer than three vertices"),
             (["good.csv", "--boundary"], "--boundary needs a code"),
             (["good.csv", "--boundary="], "--boundary has an empty code"),
             (["good.csv", "--grid"], "--grid needs a step"),
@@ -156,6 +195,67 @@ class BoundaryAndRelief(InAFolder):
         self.assert_fails(run("square.csv", "--grid", "0.001"), 2,
                           "survey_report: --grid gives more than 40000 nodes" + Options.HINT)
 
+    def test_too_many_stations(self):
+        self.assert_fails(run("square.csv", "--section=0,0,100,0", "--stations", "0.001"), 2,
+                          "survey_report: --stations gives more than 400 stations" + Options.HINT)
+
+    def test_the_profile_has_the_corridor_and_the_stations_of_the_user(self):
+        text = self.report("--section=0,0,100,0", "--corridor=0.5", "--stations=40")
+        self.assertIn("Terrain   2 points within 0.500 of the axis, at most 100.000 apart", text)
+        for row in ("  1     0.000    0.000  0.000      5.000", "  2    40.000   40.000  0.000      5.400",
+                    "  4   100.000  100.000  0.000      6.000"):
+            self.assertIn(row + "\n", text)
+
+    def test_the_area_of_the_user_may_be_written_closed(self):
+        text = self.report("--area=-1,-1,60,-1,60,50,-1,-1")
+        self.assertEqual(text, self.report("--area", "-1,-1,60,-1,60,50"))
+        self.assertIn("Vertices  3\nBox       -1.000, -1.000 to 60.000, 50.000\n"
+                      "Inside    1 of 5 points, to a hundredth\n", text)
+        self.assertIn("\n    4  50.000  20.000  8.000  LINDERO\n", text)
+
+    def test_the_area_may_be_the_points_of_a_code(self):
+        self.assertIn("Area      points whose code begins with LIND\nVertices  5\n",
+                      self.report("--area-code", "LIND"))
+
+
+class Profile(InAFolder):
+    SVG = "{http://www.w3.org/2000/svg}"
+
+    def setUp(self):
+        super().setUp()
+        self.write("square.csv", SQUARE)
+
+    def test_what_is_on_it(self):
+        without = run("square.csv", "--section=0,0,100,0").stdout
+        result = run("square.csv", "--section=0,0,100,0", "--profile", "profile.svg")
+        self.assertEqual((result.returncode, result.stderr, result.stdout), (0, b"", without))
+        root = ElementTree.parse("profile.svg").getroot()
+        self.assertEqual(root.find(self.SVG + "title").text, "Longitudinal profile: square.csv")
+        groups = [group.get("id") for group in root.iter(self.SVG + "g")]
+        for name in ("levels", "terrain", "terrain-points", "ordinates", "cuts", "datum",
+                     "stations"):
+            self.assertEqual(groups.count(name), 1, name)
+
+    def test_it_may_come_with_a_plan(self):
+        arguments = ("square.csv", "--section=0,0,100,0", "--profile=profile.svg",
+                     "--plan=plan.svg", "-o", "report.txt")
+        self.assertEqual(run(*arguments).returncode, 0)
+        self.assertEqual(self.files(), ["plan.svg", "profile.svg", "report.txt", "square.csv"])
+
+    def test_without_points_near_the_section_line_there_is_none(self):
+        arguments = ("square.csv", "--section=500,0,500,9", "--corridor=5")
+        self.assertIn(b"\nNone: fewer than two points within 5.000 of the section line give it an "
+                      b"elevation.\n", run(*arguments).stdout)
+        self.assert_fails(run(*arguments, "--profile=profile.svg", "--plan=plan.svg"), 1,
+                          "square.csv: no profile: fewer than two points within 5.000 of the "
+                          "section line give it an elevation\n")
+        self.assertEqual(self.files(), ["square.csv"])
+
+    def test_points_on_a_line_have_none(self):
+        self.write("line.csv", GOOD)
+        self.assert_fails(run("line.csv", "--profile=profile.svg"), 1,
+                          "line.csv: no profile: the points do not enclose an area\n")
+
 
 class Plan(InAFolder):
     SVG = "{http://www.w3.org/2000/svg}"
@@ -190,6 +290,20 @@ class Plan(InAFolder):
                                ("-1e9,60,1e9,60", 4)):
             root = self.plan("square.csv", "--section=" + section)
             self.assertEqual(len(self.cuts(root)), count, section)
+
+    def test_the_points_inside_the_area_are_marked(self):
+        for area, count in (("-1,-1,60,-1,60,50", 1), ("-1,-1,200,-1,200,200,-1,200", 5),
+                            ("500,500,600,500,500,600", 0), ("-1e6,-1e6,1e6,-1e6,0,1e6", 5)):
+            root = self.plan("square.csv", "--area=" + area)
+            [inside] = self.group(root, "inside")
+            self.assertEqual(len(inside), count, area)
+            self.assertEqual(len(self.group(root, "area")), 1, area)
+
+    def test_an_area_that_cannot_be_tested_or_drawn_is_left_out(self):
+        for area in ("0,0,1e9,0,0,1e9", "1e200,0,1e200,5,5,1e200"):
+            root = self.plan("square.csv", "--area=" + area)
+            self.assertEqual(self.group(root, "inside"), [], area)
+            self.assertNotRegex(pathlib.Path("plan.svg").read_text(), "nan|inf[^\"oO]")
 
     def test_the_report_is_the_same_with_a_plan(self):
         without = run("square.csv").stdout
@@ -377,6 +491,12 @@ class Sample(unittest.TestCase):
         lines = result.stdout.decode().splitlines()
         self.assertEqual(lines[0], "Survey report: sample_survey.csv")
         self.assertEqual(lines[3], "Points    301, read as number, X, Y, Z, code")
+        for line in ("Terrain   28 points within 10.000 of the axis, at most 22.445 apart along it",
+                     "Stations  every 20, and both ends of the terrain",
+                     "      1    14.566  435016.990  4473108.995    617.936",
+                     "     12   213.593  435216.017  4473108.995    621.754",
+                     "Inside    99 of 301 points, to a hundredth"):
+            self.assertIn(line, lines)
         start = next(i for i, line in enumerate(lines) if line.startswith("Number"))
         rows = lines[start + 2:]
         self.assertEqual(len(rows), 301)

@@ -56,6 +56,21 @@ TEST(Report, AllOfAShortSurvey) {
             "No node of a grid of 10 lies inside the boundary with three points around it.\n"
             "\n"
             "\n"
+            "Longitudinal profile\n"
+            "====================\n"
+            "\n"
+            "None: fewer than two points within 5.000 of the section line give it an elevation.\n"
+            "\n"
+            "\n"
+            "Work area\n"
+            "=========\n"
+            "\n"
+            "Area      rectangle over the middle half of the boundary\n"
+            "Vertices  4\n"
+            "Box       102.500, 450.125 to 107.500, 950.375\n"
+            "Inside    0 of 4 points, to a hundredth\n"
+            "\n"
+            "\n"
             "Traverse\n"
             "========\n"
             "\n"
@@ -139,10 +154,69 @@ TEST(Report, ALevelSquareHasNoSlope) {
       << relief_section(survey, study);
 }
 
+// The axis has points at 4 and 8: the elevation rises 3 in 4, and 6 is half way.
+TEST(Report, TheProfileHasARowAStation) {
+  std::vector<SurveyPoint> points = square;
+  points.push_back({"E", 5, 4, 7, "", 5});
+  points.push_back({"F", 9, 4, 10, "", 6});
+  StudyOptions options;
+  options.section = SectionLine{{1, 4}, {11, 4}};
+  options.corridor = 0.5;
+  options.station_step = 2;
+  EXPECT_EQ(profile_section(study_of(points, options)),
+            "Longitudinal profile\n"
+            "====================\n"
+            "\n"
+            "Axis      the section line; distances from its start\n"
+            "Terrain   2 points within 0.500 of the axis, at most 4.000 apart along it\n"
+            "Lowest    7.000\n"
+            "Highest   10.000\n"
+            "Stations  every 2, and both ends of the terrain\n"
+            "\n"
+            "The terrain has a point where each of these points is beside the axis: with its own\n"
+            "elevation where it is on the axis, else with that of the triangle of three points\n"
+            "around the place on the axis. From one to the next it runs straight.\n"
+            "\n"
+            "Station  Distance      X      Y  Elevation\n"
+            "-------  --------  -----  -----  ---------\n"
+            "      1     4.000  5.000  4.000      7.000\n"
+            "      2     6.000  7.000  4.000      8.500\n"
+            "      3     8.000  9.000  4.000     10.000\n");
+}
+
+TEST(Report, TheWorkAreaHasARowAPointInside) {
+  StudyOptions options;
+  options.area.vertices = {{0, 0}, {15, 0}, {0, 9}};
+  const Survey survey = survey_of(square);
+  EXPECT_EQ(area_section(survey, study_of(survey.points, options)),
+            "Work area\n"
+            "=========\n"
+            "\n"
+            "Area      as given\n"
+            "Vertices  3\n"
+            "Box       0.000, 0.000 to 15.000, 9.000\n"
+            "Inside    2 of 4 points, to a hundredth\n"
+            "\n"
+            "Point       X      Y      Z  Code\n"
+            "-----  ------  -----  -----  ---------\n"
+            "    A   1.000  1.000  1.000  LINDERO\n"
+            "    B  11.000  1.000  1.000  LINDERO 2\n");
+}
+
+TEST(Report, AnAreaTooLargeForTheLibraryIsNotComputed) {
+  StudyOptions options;
+  options.area.vertices = {{0, 0}, {1e9, 0}, {0, 1e9}};
+  const Survey survey = survey_of(square);
+  EXPECT_TRUE(area_section(survey, study_of(survey.points, options))
+                  .ends_with("Inside    not computed: the area is larger than 21474836.\n"));
+}
+
 TEST(Report, PointsOnALineEncloseNothing) {
   const Survey survey = survey_of({{"1", 0, 0, 0, "", 1}, {"2", 3, 3, 0, "", 2}});
   const Study study = study_of(survey.points, {});
   EXPECT_TRUE(boundary_section(study).ends_with("None: the points do not enclose an area.\n"));
+  EXPECT_TRUE(profile_section(study).ends_with("None: the points do not enclose an area.\n"));
+  EXPECT_TRUE(area_section(survey, study).ends_with("None: the points do not enclose an area.\n"));
   EXPECT_TRUE(
       relief_section(survey, study).ends_with("None: the points do not enclose an area.\n"));
 }
@@ -158,7 +232,7 @@ TEST(Report, ASectionPastTheLibrarysNumbersIsNotComputed) {
 TEST(Report, AGridTooFineIsRefused) {
   StudyOptions options;
   options.grid_step = 0.01;
-  EXPECT_THROW(study_of(square, options), GridFault);
+  EXPECT_THROW(study_of(square, options), ChoiceFault);
 }
 
 }  // namespace

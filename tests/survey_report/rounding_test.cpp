@@ -56,5 +56,10 @@ TEST(Rounding, AScaleBarIsRoundAndFitsItsRoom) {
   EXPECT_DOUBLE_EQ(scale_bar_length(100.0), 0.2);
 }
 
+TEST(Rounding, MultiplesInARange) {
+  EXPECT_EQ(multiples({-3, 12}, 5), (std::vector<double>{0, 5, 10}));
+  EXPECT_TRUE(multiples({1, 4}, 5).empty());
+}
+
 }  // namespace
 }  // namespace survey_report

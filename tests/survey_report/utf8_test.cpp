@@ -61,5 +61,11 @@ TEST(Utf8, ControlCharactersBecomeBlanks) {
   EXPECT_EQ(without_controls("TOP\tWALL\x1B[1m\x7F"), "TOP WALL [1m ");
 }
 
+TEST(Utf8, ALongTextIsShortened) {
+  EXPECT_EQ(shortened("plot.csv", 8), "plot.csv");
+  EXPECT_EQ(shortened("plot.csv", 5), "plot\u2026");
+  EXPECT_EQ(shortened("SE\u00D1ALES", 4), "SE\u00D1\u2026");
+}
+
 }  // namespace
 }  // namespace survey_report

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <bit>
+#include <limits>
 #include <utility>
 #include <vector>
 
@@ -8,6 +9,7 @@
 #include "terrain/cgeo_Terreno.h"
 #include "tests/platform/recording_interface.h"
 #include "tests/support/expect_failure.h"
+#include "tests/support/refused_memory.h"
 
 namespace orv2_geo {
 namespace {
@@ -16,6 +18,7 @@ using testing_support::bits;
 using testing_support::failure_of;
 using testing_support::Numbers;
 using testing_support::RecordingInterface;
+using testing_support::RefusedAllocation;
 
 const cgeo_Terreno terrain;
 
@@ -211,6 +214,61 @@ TEST(CleanUp, AFailureHalfWayLeavesTheExchangesMade) {
   EXPECT_EQ(failure_of([&] { terrain.Ordena_terreno_y_quita_repetidos(points, D, Z); }), 9);
   points = 4;
   EXPECT_EQ(failure_of([&] { terrain.Ordena_terreno_y_quita_repetidos(points, D, Z); }), 9);
+}
+
+TEST(CleanUp, ADistanceThatIsNaNStopsThePassThatMeetsIt) {
+  const double nan = std::numeric_limits<double>::quiet_NaN();
+  DoubleArray D = array_of(1, {3, 2, nan, 1}), Z = array_of(1, {30, 20, 0, 10});
+  std::int32_t points = 4;
+  EXPECT_EQ(failure_of([&] { terrain.Ordena_terreno_y_quita_repetidos(points, D, Z); }), 6);
+  EXPECT_EQ(D(1), 2.0);
+  EXPECT_EQ(D(2), 3.0);
+  EXPECT_EQ(elements(Z), (std::vector<double>{20, 30, 0, 10}));
+}
+
+// One variable for both: each exchange is made twice.
+TEST(CleanUp, OneArrayForDistancesAndElevations) {
+  DoubleArray D = array_of(1, {3, 3, 2, 1});
+  std::int32_t points = 4;
+  terrain.Ordena_terreno_y_quita_repetidos(points, D, D);
+  EXPECT_EQ(points, 3);
+  EXPECT_EQ(elements(D), (std::vector<double>{0, 3, 2, 1}));
+}
+
+// Points of equal distance are told apart by their elevations, so that the order
+// in which they end is seen.
+TEST(CleanUp, TheOrderOfTiesIsThatOfThePasses) {
+  Numbers numbers(63);
+  for (int run = 0; run < 3000; ++run) {
+    const std::size_t n = 2 + numbers.below(run % 10 == 0 ? 200 : 12);
+    const std::size_t different = 1 + numbers.below(run % 3 == 0 ? 3 : n);
+    std::vector<double> d(n), z(n);
+    for (std::size_t i = 0; i < n; ++i) {
+      d[i] = static_cast<double>(numbers.below(different));
+      if (d[i] == 0.0 && numbers.below(2) == 0) d[i] = -0.0;
+      if (d[i] == 1.0 && different > 2) d[i] = std::numeric_limits<double>::infinity();
+      z[i] = static_cast<double>(i);
+    }
+    DoubleArray D = array_of(1, d), Z = array_of(1, z);
+    auto points = static_cast<std::int32_t>(n);
+    {
+      // Without memory the passes themselves are made: the same outcome.
+      const RefusedAllocation refused(run % 2 == 0 ? 2 : 1000);
+      terrain.Ordena_terreno_y_quita_repetidos(points, D, Z);
+      ASSERT_EQ(refused.happened(), run % 2 == 0);
+    }
+    for (std::size_t i = n; i-- > 1;) {
+      for (std::size_t j = 0; j < i; ++j) {
+        if (d[j] < d[j + 1]) continue;
+        std::swap(d[j], d[j + 1]);
+        std::swap(z[j], z[j + 1]);
+      }
+    }
+    d.insert(d.begin(), 0.0);
+    z.insert(z.begin(), 0.0);
+    ASSERT_EQ(elements(Z), z) << run;
+    ASSERT_EQ(elements(D), d) << run;
+  }
 }
 
 TEST(CleanUp, RandomTiesAgainstTheLiteralProcedure) {

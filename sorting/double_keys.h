@@ -1,0 +1,57 @@
+// double_keys.h: the keys by which doubles are ordered.
+//
+// The key of a value is the default text of the value plus an offset, 200000000
+// for a negative one and 300000000 for any other, and keys are compared as texts.
+// For values from -100000000 to below 700000000 every key has nine digits before
+// the decimal sign and at most six after it, so that comparing the texts compares
+// the numbers of 15 digits that they stand for: there the key is such a whole
+// number of millionths, and no text is made. For values beyond, the texts have
+// other lengths and their order is no order of numbers; when a single one occurs,
+// all keys of the sort are made as texts.
+#pragma once
+
+#include <cstdint>
+
+namespace orv2_geo::sorting {
+
+inline constexpr double offset_below_zero = 200000000.0;
+inline constexpr double offset_from_zero = 300000000.0;
+
+/// Where keys have nine digits before the decimal sign.
+inline constexpr double lowest_in_span = -100000000.0;
+inline constexpr double beyond_span = 700000000.0;
+
+/// From here on rounding to 15 digits has made it ten digits.
+inline constexpr std::int64_t first_of_ten_digits = 1'000'000'000'000'000;
+
+/// The key of a value in the span, in millionths: value plus offset, a double,
+/// rounded to 15 digits as its text is, ties to even.
+inline std::int64_t key_in_span(double value) noexcept {
+  const double sum = value < 0.0 ? value + offset_below_zero : value + offset_from_zero;
+  const auto whole = static_cast<std::int64_t>(sum);
+  // From 100000000 on a double is a multiple of 2^-26, so this is exact, and
+  // millionths are 15625 / 2^20 of that.
+  const auto fraction =
+      static_cast<std::int64_t>((sum - static_cast<double>(whole)) * 67108864.0);  // 2^26
+  const std::int64_t product = fraction * 15625;
+  const std::int64_t rest = product & 0xfffff;
+  const std::int64_t down = product >> 20;
+  const std::int64_t half = 0x80000;
+  const bool up = rest > half || (rest == half && (down & 1) != 0);
+  return whole * 1000000 + down + (up ? 1 : 0);
+}
+
+/// The same order without the numbers between 200000000 and 300000000, which no
+/// key takes: 199999999.9 and 300000000 become neighbours.
+inline std::uint64_t closed_up(std::int64_t key) noexcept {
+  constexpr std::int64_t last_below_zero = 200'000'000'000'000;
+  constexpr std::int64_t gap = 100'000'000'000'000 - 1;
+  return static_cast<std::uint64_t>(key <= last_below_zero ? key + gap : key);
+}
+
+/// The number that a key's text stands for: the double next to it.
+inline double number_of_key(std::int64_t key) noexcept {
+  return static_cast<double>(key) / 1000000.0;
+}
+
+}  // namespace orv2_geo::sorting

@@ -1,0 +1,158 @@
+// Sorts of doubles by their keys.
+#include <algorithm>
+#include <memory>
+#include <new>
+#include <optional>
+#include <span>
+#include <utility>
+
+#include "frame/checked_math.h"
+#include "frame/counted.h"
+#include "platform/text_services.h"
+#include "sorting/bounds.h"
+#include "sorting/double_keys.h"
+#include "sorting/mOrdena.h"
+#include "sorting/scratch.h"
+
+namespace orv2_geo {
+
+namespace {
+
+using sorting::Packing;
+
+Text key_text(double value) {
+  if (Checked(value) < 0.0) {
+    return text_services::default_text(Checked(value) + sorting::offset_below_zero);
+  }
+  return text_services::default_text(Checked(value) + sorting::offset_from_zero);
+}
+
+std::uint64_t number_key(double value) { return sorting::closed_up(sorting::key_in_span(value)); }
+
+// How keys are packed when all values have one of nine digits, and it fits.
+std::optional<Packing> packing_in_span(std::span<const double> values) {
+  double lowest = sorting::beyond_span;
+  double highest = sorting::lowest_in_span;
+  bool in_span = true;
+  for (const double value : values) {
+    in_span &= value >= sorting::lowest_in_span;  // NaN is not
+    lowest = value < lowest ? value : lowest;
+    highest = value > highest ? value : highest;
+  }
+  if (!in_span || highest >= sorting::beyond_span) return std::nullopt;
+  if (sorting::key_in_span(highest) >= sorting::first_of_ten_digits) return std::nullopt;
+  const Packing packing(number_key(lowest), number_key(highest), values.size());
+  return packing.fits() ? std::optional(packing) : std::nullopt;
+}
+
+std::span<const double> first_values(const DoubleArray& array, std::int32_t upper) {
+  const double* values = array.row(1, upper);
+  if (values == nullptr) return {};
+  return {values, static_cast<std::size_t>(upper)};
+}
+
+void pack_keys(const Packing& packing, std::span<const double> values,
+               std::span<std::uint64_t> words) {
+  for (std::size_t p = 0; p < values.size(); ++p) words[p] = packing.pack(number_key(values[p]), p);
+}
+
+// Both: false, and nothing changed, where texts must be made or there is no
+// memory.
+bool index_at_once(const DoubleArray& DoubleA, LongArray& TheIndex, std::int32_t upper) try {
+  const std::span<const double> values = first_values(DoubleA, upper);
+  if (values.empty()) return false;
+  const auto packing = packing_in_span(values);
+  if (!packing) return false;
+  sorting::Scratch scratch(values.size());
+  pack_keys(*packing, values, scratch.words());
+  // The index itself takes the positions, and then the numbers from 1.
+  const std::span order(reinterpret_cast<std::uint32_t*>(&TheIndex(1)), values.size());
+  scratch.order_words(*packing, 1, order);
+  for (std::uint32_t& entry : order) ++entry;
+  return true;
+} catch (const std::bad_alloc&) {
+  return false;
+}
+
+// Value by value: the first that is missing or NaN fails.
+void index_by_texts(const DoubleArray& DoubleA, LongArray& TheIndex, std::int32_t upper) {
+  const bool all_there = !first_values(DoubleA, upper).empty();
+  StringArray Keys(0, all_there ? upper : 0);
+  for (const std::int32_t i : counted(1, upper)) {
+    Text key = key_text(DoubleA(i));
+    if (all_there) Keys(i) = std::move(key);
+    TheIndex(i) = i;
+  }
+  mOrdena::Ordena_StringIndexArray(Keys, TheIndex, 1, upper);
+}
+
+double number_for(double before, double key_number) {
+  // By what stood there before, not by where the key came from: only positive
+  // values come back as they were.
+  if (Checked(before) > 0.0) return Checked(key_number) - sorting::offset_from_zero;
+  return -Checked(key_number) - sorting::offset_below_zero;
+}
+
+bool sort_at_once(DoubleArray& DoubleA, std::int32_t upper) try {
+  const std::span<const double> values = first_values(DoubleA, upper);
+  if (values.empty() || !packing_in_span(values)) return false;
+  const auto [lowest, highest] = std::minmax_element(values.begin(), values.end());
+  const auto whole_key = [](double value) {
+    return static_cast<std::uint64_t>(sorting::key_in_span(value));
+  };
+  const Packing packing(whole_key(*lowest), whole_key(*highest), 1);  // without positions
+  sorting::Scratch scratch(values.size());
+  std::transform(values.begin(), values.end(), scratch.words().begin(),
+                 [&](double value) { return packing.pack(whole_key(value), 0); });
+  const auto sorted = sorting::sort_packed(packing, scratch.words(), scratch.spare());
+  std::transform(values.begin(), values.end(), sorted.begin(), &DoubleA(1),
+                 [&](double before, std::uint64_t word) {
+                   const auto key = static_cast<std::int64_t>(packing.number(word));
+                   return number_for(before, sorting::number_of_key(key));
+                 });
+  return true;
+} catch (const std::bad_alloc&) {
+  return false;
+}
+
+void sort_by_texts(DoubleArray& DoubleA, std::int32_t upper) {
+  const bool all_there = !first_values(DoubleA, upper).empty();
+  StringArray Keys(0, all_there ? upper : 0);
+  for (const std::int32_t i : counted(1, upper)) {
+    Text key = key_text(DoubleA(i));
+    if (all_there) Keys(i) = std::move(key);
+  }
+  mOrdena::Ordena_StringArray(Keys, 1, upper);
+  for (const std::int32_t i : counted(1, upper)) {
+    DoubleA(i) = number_for(DoubleA(i), text_services::number_from_text(Keys(i).view()));
+  }
+}
+
+// The upper end of a sort of doubles. The lower bound is asked for, which can
+// fail, and then is 1 whatever it says. Room for keys from 0 on must be there.
+std::int32_t upper_end(const DoubleArray& DoubleA, std::int32_t lower, std::int32_t upper) {
+  (void)sorting::lower_bound_of(DoubleA, lower);
+  const std::int32_t end = sorting::upper_bound_of(DoubleA, upper);
+  if (end < 0) raise(failure::subscript_out_of_range);
+  return end;
+}
+
+}  // namespace
+
+void mOrdena::Ordena_Double_Index_Array(const DoubleArray& DoubleA, LongArray& TheIndex,
+                                        const std::int32_t& LowerBound,
+                                        const std::int32_t& UpperBound) {
+  const std::int32_t upper = upper_end(DoubleA, LowerBound, UpperBound);
+  TheIndex.size(0, upper);
+  if (index_at_once(DoubleA, TheIndex, upper)) return;
+  index_by_texts(DoubleA, TheIndex, upper);
+}
+
+void mOrdena::Ordena_Double_Array(DoubleArray& DoubleA, const std::int32_t& LowerBound,
+                                  const std::int32_t& UpperBound) {
+  const std::int32_t upper = upper_end(DoubleA, LowerBound, UpperBound);
+  if (sort_at_once(DoubleA, upper)) return;
+  sort_by_texts(DoubleA, upper);
+}
+
+}  // namespace orv2_geo

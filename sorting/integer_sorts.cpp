@@ -1,0 +1,84 @@
+// Sorts of 32-bit numbers, in place or through an index.
+#include <algorithm>
+#include <new>
+#include <utility>
+#include <vector>
+
+#include "sorting/bounds.h"
+#include "sorting/kernel.h"
+#include "sorting/mOrdena.h"
+#include "sorting/scratch.h"
+
+namespace orv2_geo {
+
+namespace {
+
+using sorting::Range;
+
+struct NumbersInPlace {
+  LongArray& array;
+  std::int32_t key(std::int32_t k) const { return array(k); }
+  static bool above(std::int32_t a, std::int32_t b) { return a > b; }
+  void swap(std::int32_t i, std::int32_t j) { std::swap(array(i), array(j)); }
+};
+
+struct NumbersByIndex {
+  const LongArray& array;
+  LongArray& index;
+  std::int32_t key(std::int32_t k) const { return array(index(k)); }
+  static bool above(std::int32_t a, std::int32_t b) { return a > b; }
+  void swap(std::int32_t i, std::int32_t j) { std::swap(index(i), index(j)); }
+};
+
+// In the same order, without a sign.
+std::uint64_t unsigned_key(std::int32_t key) {
+  return static_cast<std::uint32_t>(key) ^ 0x80000000U;
+}
+
+// False, and nothing changed, where the algorithm itself must be run: where an
+// entry numbers nothing, subscripts could overflow or there is no memory.
+bool sort_index_at_once(const LongArray& array, LongArray& index, Range range) try {
+  std::int32_t* entries = index.row(range.lo, range.hi);
+  if (entries == nullptr || !sorting::is_moderate(range)) return false;
+  const std::span<std::int32_t> moving(entries, sorting::length(range));
+  sorting::Scratch scratch(moving.size());
+  const sorting::Packing packing(0, 0xffffffff, moving.size());
+  for (std::size_t p = 0; p < moving.size(); ++p) {
+    const std::int32_t* number = array.row(moving[p], moving[p]);
+    if (number == nullptr) return false;
+    scratch.words()[p] = packing.pack(unsigned_key(*number), p);
+  }
+  std::vector<std::uint32_t> order(moving.size());
+  scratch.order_words(packing, range.lo, order);
+  std::vector<std::int32_t> copy(moving.size());
+  sorting::rearrange(moving, std::span<const std::uint32_t>(order), copy.data());
+  return true;
+} catch (const std::bad_alloc&) {
+  return false;
+}
+
+}  // namespace
+
+void mOrdena::Ordena_LongArray(LongArray& TheArray, const std::int32_t& LowerBound,
+                               const std::int32_t& UpperBound) {
+  const Range range = {sorting::lower_bound_of(TheArray, LowerBound),
+                       sorting::upper_bound_of(TheArray, UpperBound)};
+  std::int32_t* numbers = TheArray.row(range.lo, range.hi);
+  if (numbers != nullptr && sorting::is_moderate(range)) {
+    std::sort(numbers, numbers + sorting::length(range));  // no one can tell equals apart
+  } else {
+    sorting::sort_by_steps(NumbersInPlace{TheArray}, range);
+  }
+}
+
+void mOrdena::Ordena_LongIndexArray(const LongArray& TheArray, LongArray& TheIndex,
+                                    const std::int32_t& LowerBound,
+                                    const std::int32_t& UpperBound) {
+  // The lower bound is asked for, which can fail, and then is 1 all the same.
+  (void)sorting::lower_bound_of(TheIndex, LowerBound);
+  const Range range = {1, sorting::upper_bound_of(TheIndex, UpperBound)};
+  if (sort_index_at_once(TheArray, TheIndex, range)) return;
+  sorting::sort_by_steps(NumbersByIndex{TheArray, TheIndex}, range);
+}
+
+}  // namespace orv2_geo

@@ -1,0 +1,165 @@
+// Sorts of texts, in place or through an index.
+#include <algorithm>
+#include <memory>
+#include <new>
+#include <utility>
+#include <vector>
+
+#include "platform/prepared_texts.h"
+#include "platform/text_services.h"
+#include "sorting/bounds.h"
+#include "sorting/kernel.h"
+#include "sorting/mOrdena.h"
+#include "sorting/scratch.h"
+
+namespace orv2_geo {
+
+namespace {
+
+using sorting::Range;
+
+// Exchanges move handles: a text is never copied, and none is ever in two places.
+struct TextsInPlace {
+  StringArray& array;
+  const Text& key(std::int32_t k) const { return array(k); }
+  static bool above(const Text& a, const Text& b) {
+    return text_services::compare(a.view(), b.view()) > 0;
+  }
+  void swap(std::int32_t i, std::int32_t j) { array(i).swap(array(j)); }
+};
+
+struct TextsByIndex {
+  const StringArray& array;
+  LongArray& index;
+  const Text& key(std::int32_t k) const { return array(index(k)); }
+  static bool above(const Text& a, const Text& b) { return TextsInPlace::above(a, b); }
+  void swap(std::int32_t i, std::int32_t j) { std::swap(index(i), index(j)); }
+};
+
+// Ascending order of texts, part by part: the texts alike in one part are looked
+// at again in the next, so that each is read once however many it is compared
+// with.
+class TextOrder {
+ public:
+  explicit TextOrder(std::span<const Text* const> texts)
+      : prepared_(texts), parts_(texts.size()), tied_(texts.size()) {
+    for (std::uint32_t i = 0; i < parts_.size(); ++i) {
+      if (i + PreparedTexts::ahead < parts_.size()) prepared_.announce(i + PreparedTexts::ahead);
+      parts_[i] = prepared_.first_part(i);
+    }
+    sort(parts_, 1);
+  }
+
+  /// Their positions in that order, ties marked.
+  std::vector<std::uint32_t> marked() const {
+    std::vector<std::uint32_t> order(parts_.size());
+    for (std::size_t p = 0; p < order.size(); ++p) {
+      order[p] = parts_[p].text | (tied_[p] ? sorting::tied_mark : 0);
+    }
+    return order;
+  }
+
+ private:
+  using Part = PreparedTexts::Part;
+  static constexpr int most_parts = 16;  // beyond, whole texts are compared
+
+  void sort(std::span<Part> parts, int number) {
+    std::sort(parts.begin(), parts.end(),
+              [](const Part& a, const Part& b) { return a.word < b.word; });
+    for (auto start = parts.begin(); start != parts.end();) {
+      const auto differs = [&](const Part& part) { return part.word != start->word; };
+      const auto end = std::find_if(start + 1, parts.end(), differs);
+      if (end - start > 1) sort_alike({start, end}, number);
+      start = end;
+    }
+  }
+
+  void sort_alike(std::span<Part> parts, int number) {
+    const bool over = prepared_.is_over(parts[0]);
+    if (!over && number < most_parts) {
+      for (std::size_t k = 0; k < parts.size(); ++k) {
+        if (k + PreparedTexts::ahead < parts.size()) {
+          prepared_.announce(parts[k + PreparedTexts::ahead].text);
+        }
+        parts[k] = prepared_.next_part(parts[k]);
+      }
+      return sort(parts, number + 1);
+    }
+    const bool equal = over && prepared_.parts_decide();
+    if (!equal) {
+      std::sort(parts.begin(), parts.end(), [&](const Part& a, const Part& b) {
+        return prepared_.compare(a.text, b.text) < 0;
+      });
+    }
+    for (std::size_t k = 1; k < parts.size(); ++k) {
+      const auto place = static_cast<std::size_t>(&parts[k] - parts_.data());
+      tied_[place] = equal || prepared_.compare(parts[k - 1].text, parts[k].text) == 0;
+    }
+  }
+
+  PreparedTexts prepared_;
+  std::vector<Part> parts_;
+  std::vector<bool> tied_;  // to the one before
+};
+
+// The positions of the texts in the order in which the algorithm leaves them at
+// the subscripts from `first` on.
+std::vector<std::uint32_t> order_of(std::span<const Text* const> texts, std::int64_t first) {
+  std::vector<std::uint32_t> order = TextOrder(texts).marked();
+  sorting::Scratch scratch(texts.size());
+  sorting::settle_ties(order, first, scratch.all());
+  return order;
+}
+
+// Both: false, and nothing changed, where the algorithm itself must be run.
+bool sort_at_once(StringArray& array, Range range) try {
+  Text* texts = array.row(range.lo, range.hi);
+  if (texts == nullptr || !sorting::is_moderate(range)) return false;
+  const std::span<Text> moving(texts, sorting::length(range));
+  std::vector<const Text*> keys(moving.size());
+  for (std::size_t p = 0; p < keys.size(); ++p) keys[p] = &moving[p];
+  const std::vector<std::uint32_t> order = order_of(keys, range.lo);
+  std::vector<Text> copy(moving.size());
+  sorting::rearrange(moving, std::span<const std::uint32_t>(order), copy.data());
+  return true;
+} catch (const std::bad_alloc&) {
+  return false;
+}
+
+bool sort_index_at_once(const StringArray& array, LongArray& index, Range range) try {
+  std::int32_t* entries = index.row(range.lo, range.hi);
+  if (entries == nullptr || !sorting::is_moderate(range)) return false;
+  const std::span<std::int32_t> moving(entries, sorting::length(range));
+  std::vector<const Text*> keys(moving.size());
+  for (std::size_t p = 0; p < keys.size(); ++p) {
+    keys[p] = array.row(moving[p], moving[p]);
+    if (keys[p] == nullptr) return false;
+  }
+  const std::vector<std::uint32_t> order = order_of(keys, range.lo);
+  std::vector<std::int32_t> copy(moving.size());
+  sorting::rearrange(moving, std::span<const std::uint32_t>(order), copy.data());
+  return true;
+} catch (const std::bad_alloc&) {
+  return false;
+}
+
+}  // namespace
+
+void mOrdena::Ordena_StringArray(StringArray& TheArray, const std::int32_t& LowerBound,
+                                 const std::int32_t& UpperBound) {
+  const Range range = {sorting::lower_bound_of(TheArray, LowerBound),
+                       sorting::upper_bound_of(TheArray, UpperBound)};
+  if (sort_at_once(TheArray, range)) return;
+  sorting::sort_by_steps(TextsInPlace{TheArray}, range);
+}
+
+void mOrdena::Ordena_StringIndexArray(const StringArray& TheArray, LongArray& TheIndex,
+                                      const std::int32_t& LowerBound,
+                                      const std::int32_t& UpperBound) {
+  const Range range = {sorting::lower_bound_of(TheIndex, LowerBound),
+                       sorting::upper_bound_of(TheIndex, UpperBound)};
+  if (sort_index_at_once(TheArray, TheIndex, range)) return;
+  sorting::sort_by_steps(TextsByIndex{TheArray, TheIndex}, range);
+}
+
+}  // namespace orv2_geo

@@ -1,0 +1,104 @@
+#include "platform/prepared_texts.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "platform/text_services.h"
+#include "tests/support/expect_failure.h"
+
+namespace orv2_geo {
+namespace {
+
+using testing_support::Numbers;
+
+int sign_of(int order) { return order < 0 ? -1 : order > 0 ? 1 : 0; }
+
+// By parts as long as they tell, then as a whole.
+int order_of(PreparedTexts& prepared, std::uint32_t i, std::uint32_t j) {
+  PreparedTexts::Part a = prepared.first_part(i), b = prepared.first_part(j);
+  while (a.word == b.word && !prepared.is_over(a)) {
+    a = prepared.next_part(a);
+    b = prepared.next_part(b);
+  }
+  if (a.word != b.word) return a.word < b.word ? -1 : 1;
+  return prepared.parts_decide() ? 0 : sign_of(prepared.compare(i, j));
+}
+
+void expect_the_collation(const std::vector<Text>& texts) {
+  std::vector<const Text*> all;
+  for (const Text& text : texts) all.push_back(&text);
+  PreparedTexts prepared(all);
+  for (std::uint32_t i = 0; i < texts.size(); ++i) {
+    for (std::uint32_t j = 0; j < texts.size(); ++j) {
+      const int order = sign_of(text_services::compare(texts[i].view(), texts[j].view()));
+      ASSERT_EQ(order_of(prepared, i, j), order)
+          << texts[i].to_utf8() << " | " << texts[j].to_utf8();
+      ASSERT_EQ(sign_of(prepared.compare(i, j)), order);
+    }
+  }
+}
+
+TEST(PreparedTexts, CompareAsTheCollationDoes) {
+  const std::vector<Text> table[] = {
+      {},
+      {u""},
+      {u"", u"a", u"A", u"b", u""},
+      {u"P1", u"P10", u"P2", u"p1", u"P01", u"P", u"P-1", u"P 1", u"P.1", u"P_1"},
+      {u"año", u"ano", u"anp", u"AÑO", u"añp", u"nn", u"ñ", u"o", u"n"},
+      {u"lindero", u"líndero", u"lindEro", u"líndera", u"linderó", u"lindero1"},
+      {u"chopo", u"cz", u"cho", u"d", u"llano", u"lz", u"m"},
+      {u"straße", u"strasse", u"strasze", u"œuvre", u"oeuvre", u"of"},
+      {u"300000012", u"300000012.5", u"300000012,5", u"1300000000", u"-5", u"5E+15", u"5E-15"},
+      {std::u16string_view(u"a\0b", 3), std::u16string_view(u"a\0", 2), u"a", u"ab",
+       std::u16string_view(u"\0", 1)},
+      {u"😀", u"😁", u"a😀", u"a", u"\xd83d", u"\xde00", u"z"},
+      {u"común-1", u"común-10", u"COMÚN-2", u"común-"},
+      {u"\u0001", u"a\u0001b", u"ab", u"a\u0001"},
+      {u"a\u0301", u"á", u"a", u"b\u0301", u"e\u0308x"},
+      {u"日本", u"日", u"本", u"abc", u"Ω", u"ω", u"я"},
+  };
+  for (const std::vector<Text>& texts : table) expect_the_collation(texts);
+}
+
+TEST(PreparedTexts, RandomTextsOfManyAlphabets) {
+  Numbers numbers(91);
+  const std::u16string_view alphabets[] = {
+      u"0123456789",
+      u"0123456789PpAaBb-._ ",
+      u"abcABCáéíóúüñÑçÇàèºª",
+      u"chllrrCHLLdzDZss",
+      u"aábβbcдя日😀\u0301\u0001",
+      u"'\"-_.,;:!?()[]{}@#$%&/\\+*=<>|~^` \t\u00a0\u00ad",
+  };
+  for (int run = 0; run < 300; ++run) {
+    const std::u16string_view alphabet = alphabets[numbers.below(std::size(alphabets))];
+    const std::u16string common(numbers.below(2) * numbers.below(12), alphabet[0]);
+    std::vector<Text> texts(2 + numbers.below(15));
+    for (Text& text : texts) {
+      std::u16string units = common;
+      for (std::uint64_t k = numbers.below(run % 2 == 0 ? 4 : 25); k > 0; --k) {
+        units.push_back(alphabet[numbers.below(alphabet.size())]);
+      }
+      text = Text(units);
+    }
+    expect_the_collation(texts);
+  }
+}
+
+// More different characters than have a number.
+TEST(PreparedTexts, ManyDifferentCharacters) {
+  std::vector<Text> texts;
+  for (char16_t unit = 0x4e00; unit < 0x4f80; unit = static_cast<char16_t>(unit + 3)) {
+    texts.push_back(Text(std::u16string(2, unit)));
+  }
+  for (char16_t unit = 0x100; unit < 0x280; unit = static_cast<char16_t>(unit + 2)) {
+    texts.push_back(Text(std::u16string(1, unit)));
+  }
+  expect_the_collation(texts);
+}
+
+}  // namespace
+}  // namespace orv2_geo
