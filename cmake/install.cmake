@@ -1,4 +1,5 @@
-# What an installation holds: the library, the header for C in include, the
+# What an installation holds: the library and beside it the module for the
+# screen, where it is built, the header for C in include, the
 # headers for C++ under include/orv2_geo as they lie here, and the package that
 # find_package(Orv2_Geo) finds.
 include(GNUInstallDirs)
@@ -7,6 +8,10 @@ include(CMakePackageConfigHelpers)
 install(TARGETS orv2_geo EXPORT Orv2_Geo
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
   INCLUDES DESTINATION include)
+
+if(TARGET orv2_geo_qt)
+  install(TARGETS orv2_geo_qt LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+endif()
 
 install(FILES ${PROJECT_SOURCE_DIR}/c_api/orv2_geo.h DESTINATION include)
 foreach(room IN LISTS rooms)

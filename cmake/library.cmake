@@ -17,7 +17,7 @@ set_source_files_properties(frame/elementary.cpp TARGET_DIRECTORY orv2_geo_objec
   PROPERTIES COMPILE_OPTIONS "-fno-builtin")
 
 add_library(orv2_geo SHARED)
-target_link_libraries(orv2_geo PRIVATE orv2_geo_objects)
+target_link_libraries(orv2_geo PRIVATE orv2_geo_objects ${CMAKE_DL_LIBS})
 target_include_directories(orv2_geo PUBLIC
   $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>
   $<INSTALL_INTERFACE:include/orv2_geo>)

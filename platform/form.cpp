@@ -97,6 +97,7 @@ void Control::set_property(std::string_view name, const Variant& value) {
   } else {
     raise(failure::no_such_member);
   }
+  if (watcher_) watcher_();
 }
 
 Form::Form(std::string_view name, std::u16string_view caption, std::int32_t width,

@@ -9,6 +9,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "frame/export.h"
@@ -30,6 +31,10 @@ enum class ControlKind : std::uint8_t {
 
 /// Cell alignments of a grid's column, all centred vertically.
 enum class CellAlignment : std::int16_t { left = 1, centre = 4, right = 7 };
+
+/// Where a form appears. Over the owner: the window from which it is shown,
+/// or the screen where there is none.
+enum class StartPosition : std::uint8_t { centre_of_owner = 0, centre_of_screen = 1 };
 
 /// One line of a form's design. Places and sizes are in twips; inside a frame
 /// they are relative to it.
@@ -99,6 +104,10 @@ class ORV2_PUBLIC Control final : public LateBound {
   Variant call(std::string_view name, std::span<const Argument> arguments) override;
   void set_property(std::string_view name, const Variant& value) override;
 
+  /// For whoever shows the form: `watcher` is called after a property has been
+  /// set by name, which may be in the middle of a routine. An empty one ends it.
+  void watch(std::function<void()> watcher) { watcher_ = std::move(watcher); }
+
  private:
   ControlDesign design_;
   bool visible_;
@@ -108,6 +117,7 @@ class ORV2_PUBLIC Control final : public LateBound {
   double min_ = 0.0;
   double max_ = 100.0;
   Grid grid_;
+  std::function<void()> watcher_;
 };
 
 /// A modal form. The routines behind its events are set by its owner; the
@@ -124,6 +134,7 @@ class ORV2_PUBLIC Form {
   const Text& caption() const noexcept { return caption_; }
   std::int32_t width() const noexcept { return width_; }
   std::int32_t height() const noexcept { return height_; }
+  StartPosition start() const noexcept { return start_; }
   std::size_t size() const noexcept { return controls_.size(); }
   Control& control(std::size_t i) const { return *controls_[i]; }
 
@@ -135,6 +146,7 @@ class ORV2_PUBLIC Form {
   bool open() const noexcept { return open_; }
 
   // For the form's owner.
+  void set_start(StartPosition start) noexcept { start_ = start; }
   void on_click(std::string_view name, std::function<void()> routine);
   void show_modal();  ///< Blocks until the form is hidden or closed.
   void hide() noexcept { open_ = false; }
@@ -161,6 +173,7 @@ class ORV2_PUBLIC Form {
   Text caption_;
   std::int32_t width_;
   std::int32_t height_;
+  StartPosition start_ = StartPosition::centre_of_owner;
   bool open_ = false;
   std::vector<Control*> controls_;
   std::vector<ObjectRef> owned_;

@@ -15,6 +15,7 @@ namespace orv2_geo::text_services {
 namespace {
 
 constexpr int significant_digits = 15;
+constexpr int significant_digits_f32 = 7;
 
 bool is_digit(char c) { return c >= '0' && c <= '9'; }
 
@@ -119,15 +120,21 @@ bool increase(std::string& digits) {
   return true;
 }
 
-}  // namespace
-
-Text default_text(double number) {
+Text default_text(double number, int digits) {
   std::array<char, 40> buffer{};
   const auto [end, error] = std::to_chars(buffer.data(), buffer.data() + buffer.size(), number,
-                                          std::chars_format::general, significant_digits);
+                                          std::chars_format::general, digits);
   std::string text(buffer.data(), end);
   std::replace(text.begin(), text.end(), 'e', 'E');
   return localised(text == "-0" ? "0" : text);
+}
+
+}  // namespace
+
+Text default_text(double number) { return default_text(number, significant_digits); }
+
+Text default_text(float number) {
+  return default_text(static_cast<double>(number), significant_digits_f32);
 }
 
 Text default_text(std::int32_t number) { return localised(std::to_string(number)); }

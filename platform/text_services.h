@@ -16,7 +16,9 @@ char16_t decimal_sign();
 
 /// The default text of a number: up to 15 significant digits, trailing zeros
 /// dropped, exponent form outside the plain range, the locale's decimal sign.
+/// An f32 gives up to 7.
 Text default_text(double number);
+Text default_text(float number);
 Text default_text(std::int32_t number);
 
 /// The same with one blank in front of a number that is not negative.

@@ -36,7 +36,10 @@ ORV2_PUBLIC UserInterface& user_interface();
 /// installed before.
 ORV2_PUBLIC UserInterface* install_user_interface(UserInterface* driver) noexcept;
 
-/// The system's own interface: on a system without a screen it writes to
+/// The system's own interface. It draws on the screen through the module
+/// described in screen_module.h, sought beside this library and then where the
+/// loader looks. Without a screen (neither DISPLAY nor WAYLAND_DISPLAY is set,
+/// or the display cannot be opened) or without the module it writes boxes to
 /// standard error and leaves forms as their cancel button would.
 UserInterface& system_user_interface();
 

@@ -10,13 +10,16 @@ packages=(
 checks=(clang clang-format clang-tidy libclang-rt-14-dev)
 # For the benchmarks.
 bench=(libbenchmark-dev libcgal-dev libboost-dev libgeos-dev libgeos++-dev libicu-dev libnanoflann-dev)
+# For forms on a screen, and for tests that press their buttons on one without a person.
+screen=(qt6-base-dev xvfb xdotool openbox imagemagick x11-utils fonts-liberation)
 
 case "${1:-build}" in
   build) ;;
   checks) packages+=("${checks[@]}") ;;
   bench) packages+=("${bench[@]}") ;;
-  all) packages+=("${checks[@]}" "${bench[@]}") ;;
-  *) echo "usage: tools/setup.sh [build|checks|bench|all]" >&2; exit 2 ;;
+  screen) packages+=("${screen[@]}") ;;
+  all) packages+=("${checks[@]}" "${bench[@]}" "${screen[@]}") ;;
+  *) echo "usage: tools/setup.sh [build|checks|bench|screen|all]" >&2; exit 2 ;;
 esac
 
 as_root() {

@@ -1,9 +1,9 @@
-// Boxes and forms on a system without a screen.
+#include "platform/posix/console_user_interface.h"
+
 #include <cstdio>
 #include <string>
 
 #include "platform/form.h"
-#include "platform/user_interface.h"
 
 namespace orv2_geo {
 
@@ -25,7 +25,7 @@ class ConsoleUserInterface final : public UserInterface {
 
 }  // namespace
 
-UserInterface& system_user_interface() {
+UserInterface& console_user_interface() {
   static ConsoleUserInterface console;
   return console;
 }

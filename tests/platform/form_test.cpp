@@ -141,6 +141,26 @@ TEST_F(Forms, AProgressBarIsAProgressIndicator) {
   EXPECT_EQ(failure_of([&] { bar->set_property("Value", Text(u"x")); }), 13);
 }
 
+TEST_F(Forms, AWatcherIsToldOfEachPropertySetByName) {
+  Control& bar = form.control("Barra");
+  std::vector<double> seen;
+  bar.watch([&] { seen.push_back(bar.value()); });
+  const ObjectRef indicator = form.object("Barra");
+  indicator->set_property("Value", 3.0);
+  EXPECT_EQ(failure_of([&] { indicator->set_property("Color", 1.0); }), 438);
+  indicator->set_property("Visible", Bool(true));
+  bar.set_value(4.0);  // not by name
+  bar.watch({});
+  indicator->set_property("Value", 5.0);
+  EXPECT_EQ(seen, (std::vector<double>{3.0, 3.0}));
+}
+
+TEST_F(Forms, AFormStartsOverItsOwnerUnlessToldOtherwise) {
+  EXPECT_EQ(form.start(), StartPosition::centre_of_owner);
+  form.set_start(StartPosition::centre_of_screen);
+  EXPECT_EQ(form.start(), StartPosition::centre_of_screen);
+}
+
 TEST_F(Forms, ALateBoundCaptionTakesNumbersAsTheirText) {
   form.object("lbl")->set_property("caption", std::int32_t{12});
   EXPECT_EQ(form.control("lbl").text(), Text(u"12"));

@@ -53,6 +53,9 @@ TEST(TextServices, TheDefaultTextOfANumber) {
       {999999999999999.9, "1E+15"},
   };
   for (const NumberRow& row : table) EXPECT_EQ(with_point(default_text(row.number)), row.text);
+  EXPECT_EQ(with_point(default_text(0.1F)), "0.1");
+  EXPECT_EQ(with_point(default_text(1234567.8F)), "1234568");
+  EXPECT_EQ(with_point(default_text(1e7F)), "1E+07");
   EXPECT_EQ(default_text(std::int32_t{-42}), Text(u"-42"));
   EXPECT_EQ(signed_text(9), Text(u" 9"));
   EXPECT_EQ(signed_text(0), Text(u" 0"));

@@ -1,0 +1,62 @@
+// A host with a Qt application of its own, with or without widgets, that shows
+// a box and a form of the library over its window.
+//   qt_host widgets|core
+#include <QApplication>
+#include <QTimer>
+#include <QWidget>
+#include <iostream>
+#include <string_view>
+
+#include "platform/error_box.h"
+#include "platform/form.h"
+
+namespace {
+
+using namespace orv2_geo;
+
+constexpr ControlDesign controls[] = {
+    {.name = "cmdAceptar",
+     .kind = ControlKind::button,
+     .left = 300,
+     .top = 300,
+     .width = 1050,
+     .height = 360,
+     .text = u"Aceptar",
+     .is_default = true},
+};
+
+void show_both() {
+  error_box(u"sobre la ventana");
+  Form form("f_Sobre", u"Sobre su dueña:", 1650, 1050, controls);
+  form.on_click("cmdAceptar", [&] { form.hide(); });
+  form.show_modal();
+  std::cout << "returned" << std::endl;
+}
+
+int run_with_widgets(int& count, char** words) {
+  QApplication application(count, words);
+  QWidget window;
+  window.setWindowTitle("Programa anfitrión");
+  window.setGeometry(40, 60, 400, 300);
+  window.show();
+  QTimer::singleShot(0, &window, [&] {
+    while (!window.isActiveWindow()) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    show_both();
+    QCoreApplication::quit();
+  });
+  return QCoreApplication::exec();
+}
+
+int run_without_widgets(int& count, char** words) {
+  const QCoreApplication application(count, words);
+  show_both();
+  return 0;
+}
+
+}  // namespace
+
+int main(int count, char** words) {
+  const std::string_view what = count == 2 ? words[1] : "";
+  if (what == "widgets") return run_with_widgets(count, words);
+  return what == "core" ? run_without_widgets(count, words) : 2;
+}

@@ -1,0 +1,207 @@
+"""A display in memory with a window manager, and a person in front of it.
+
+Everything waits by asking again until something is so, with a long deadline, so
+that a slow machine only makes the tests slow.
+"""
+import ctypes
+import os
+import queue
+import re
+import signal
+import subprocess
+import tempfile
+import threading
+import time
+
+# Seconds until something counts as never happening.
+PATIENCE = float(os.environ.get("ORV2_PATIENCE", "60"))
+
+
+def ends_with_us():
+    """In a new process: it ends when this one does, however that comes."""
+    pr_set_pdeathsig = 1
+    ctypes.CDLL(None).prctl(pr_set_pdeathsig, signal.SIGKILL)
+
+
+def until(what, condition):
+    """The first answer of `condition` that counts as true."""
+    end = time.monotonic() + PATIENCE
+    while True:
+        answer = condition()
+        if answer:
+            return answer
+        if time.monotonic() > end:
+            raise AssertionError("never came: " + what)
+        time.sleep(0.05)
+
+
+def output(*command, environment=None, binary=False):
+    """What a command prints; nothing when it fails."""
+    done = subprocess.run(command, env=environment, capture_output=True, timeout=PATIENCE,
+                          check=False)
+    printed = done.stdout if done.returncode == 0 else b""
+    return printed if binary else printed.decode().strip()
+
+
+class Display:
+    """An X display with a window manager, of the given dots per inch."""
+
+    def __init__(self, dpi):
+        self.dpi = dpi
+        reading, writing = os.pipe()
+        self._server = subprocess.Popen(
+            ["Xvfb", "-displayfd", str(writing), "-screen", "0", "1600x1200x24",
+             "-noreset", "-nolisten", "tcp"], pass_fds=[writing], stdout=subprocess.DEVNULL,
+            stderr=subprocess.DEVNULL, preexec_fn=ends_with_us)
+        os.close(writing)
+        with os.fdopen(reading) as answer:
+            number = answer.readline().strip()
+        if not number:
+            raise AssertionError("the display did not start")
+        self._folder = tempfile.TemporaryDirectory()
+        self.environment = {**os.environ, "DISPLAY": ":" + number, "LC_ALL": "C.UTF-8",
+                            "XDG_RUNTIME_DIR": self._folder.name}
+        for name in ("WAYLAND_DISPLAY", "QT_QPA_PLATFORM", "QT_SCALE_FACTOR", "SESSION_MANAGER",
+                     "DBUS_SESSION_BUS_ADDRESS"):
+            self.environment.pop(name, None)
+        self.run("xprop", "-root", "-f", "RESOURCE_MANAGER", "8s", "-set", "RESOURCE_MANAGER",
+                 f"Xft.dpi:\t{dpi}\n")
+        self._manager = subprocess.Popen(["openbox"], env=self.environment,
+                                         stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
+                                         preexec_fn=ends_with_us)
+        until("a window manager", lambda: "window id" in self.run(
+            "xprop", "-root", "_NET_SUPPORTING_WM_CHECK"))
+
+    def close(self):
+        for process in (self._manager, self._server):
+            process.terminate()
+            process.wait(PATIENCE)
+        self._folder.cleanup()
+
+    def run(self, *command, binary=False):
+        return output(*command, environment=self.environment, binary=binary)
+
+    def windows(self, title):
+        """The visible windows with exactly this title."""
+        found = self.run("xdotool", "search", "--onlyvisible", "--name", ".").split()
+        return [one for one in found if self.run("xdotool", "getwindowname", one) == title]
+
+    def window(self, title):
+        """The window of that title, visible and with the keyboard."""
+        def shown():
+            active = self.run("xdotool", "getactivewindow")
+            return [one for one in self.windows(title) if one == active]
+        return Window(self, until(f"the window {title!r}", shown)[0])
+
+    def wait_for_no(self, title):
+        until(f"{title!r} gone", lambda: not self.windows(title))
+
+
+class Window:
+    """A window on a display; places in it are in twips."""
+
+    def __init__(self, display, identity):
+        self.display = display
+        self.identity = identity
+
+    def pixels(self, twips):
+        return round(twips / 15 * self.display.dpi / 96)
+
+    def place(self):
+        """Left, top, width and height of what is inside the frame."""
+        told = self.display.run("xwininfo", "-id", self.identity)
+        return tuple(int(re.search(name + r":\s+(-?\d+)", told).group(1)) for name in (
+            "Absolute upper-left X", "Absolute upper-left Y", "Width", "Height"))
+
+    def property(self, name):
+        return self.display.run("xprop", "-id", self.identity, name)
+
+    def click(self, left, top):
+        x, y, _, _ = self.place()
+        self.display.run("xdotool", "mousemove", str(x + self.pixels(left)),
+                         str(y + self.pixels(top)), "click", "1")
+
+    def press(self, *keys):
+        self.display.run("xdotool", "key", "--delay", "20", *keys)
+
+    def type(self, text):
+        self.display.run("xdotool", "type", "--delay", "20", text)
+
+    def press_title_bar_box(self):
+        """The box at the right end of the title bar."""
+        extents = self.property("_NET_FRAME_EXTENTS").split("=")[1].split(",")
+        top = int(extents[2])
+        left, upper, width, _ = self.place()
+        self.display.run("xdotool", "mousemove", str(left + width - top // 2),
+                         str(upper - top // 2), "click", "1")
+
+    def picture(self, path):
+        """The window with its frame, written to a file."""
+        left, top, width, height = self.place()
+        frame = [int(n) for n in self.property("_NET_FRAME_EXTENTS").split("=")[1].split(",")]
+        self.display.run(
+            "import", "-window", "root", "-crop",
+            f"{width + frame[0] + frame[1]}x{height + frame[2] + frame[3]}"
+            f"+{left - frame[0]}+{top - frame[2]}", "+repage", path)
+
+    def colours(self, left, top, width, height):
+        """The pixels of a part, three bytes each."""
+        x, y, _, _ = self.place()
+        part = "%dx%d+%d+%d" % (self.pixels(width), self.pixels(height), x + self.pixels(left),
+                                y + self.pixels(top))
+        raw = self.display.run("import", "-window", "root", "-crop", part, "+repage", "-depth",
+                               "8", "rgb:-", binary=True)
+        return [raw[i:i + 3] for i in range(0, len(raw), 3)]
+
+
+class Host:
+    """A host program on a display, its lines as they come."""
+
+    def __init__(self, program, *words, environment):
+        self._process = subprocess.Popen([program, *words], env=environment, text=True,
+                                         stdin=subprocess.PIPE, stdout=subprocess.PIPE,
+                                         stderr=subprocess.PIPE, encoding="utf-8",
+                                         preexec_fn=ends_with_us)
+        self._lines = queue.Queue()
+        self._errors = []
+        self._readers = [threading.Thread(target=self._read_lines, daemon=True),
+                         threading.Thread(target=self._read_errors, daemon=True)]
+        for reader in self._readers:
+            reader.start()
+
+    def _read_lines(self):
+        for line in self._process.stdout:
+            self._lines.put(line.rstrip("\n"))
+        self._lines.put(None)
+
+    def _read_errors(self):
+        self._errors.extend(self._process.stderr)
+
+    def line(self):
+        """The next line; None at the end."""
+        try:
+            return self._lines.get(timeout=PATIENCE)
+        except queue.Empty:
+            raise AssertionError("the host says nothing") from None
+
+    def nothing_said(self):
+        return self._lines.empty()
+
+    def go_on(self):
+        self._process.stdin.write("\n")
+        self._process.stdin.flush()
+
+    def end(self):
+        """Waits for the end: the status and what was on standard error."""
+        status = self._process.wait(PATIENCE)
+        for reader in self._readers:
+            reader.join(PATIENCE)
+        self._process.stdin.close()
+        self._process.stdout.close()
+        self._process.stderr.close()
+        return status, "".join(self._errors)
+
+    def kill(self):
+        if self._process.poll() is None:
+            self._process.kill()
+            self.end()

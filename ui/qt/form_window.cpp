@@ -1,0 +1,188 @@
+#include "ui/qt/form_window.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QFont>
+#include <QKeyEvent>
+#include <QScreen>
+#include <QWindow>
+#include <algorithm>
+
+namespace orv2_geo::qt {
+
+namespace {
+
+// Letters that the places of the controls are made for: 8.25 points.
+QFont form_font() {
+  QFont font;
+  font.setFamilies({"Liberation Sans", "Arial", "Helvetica"});
+  font.setStyleHint(QFont::SansSerif);
+  font.setPixelSize(11);
+  return font;
+}
+
+bool is_enter(int key) { return key == Qt::Key_Return || key == Qt::Key_Enter; }
+
+}  // namespace
+
+QWidget* owner_window() {
+  if (QWidget* modal = QApplication::activeModalWidget()) return modal;
+  if (QWidget* active = QApplication::activeWindow()) return active;
+  // Between two boxes no window has the keyboard yet.
+  for (QWidget* window : QApplication::topLevelWidgets()) {
+    if (window->isVisible() && window->windowType() == Qt::Window) return window;
+  }
+  return nullptr;
+}
+
+void put_over(QWidget& window, QWidget* owner) {
+  if (owner == nullptr) return;
+  window.winId();  // gives it its handle
+  window.windowHandle()->setTransientParent(owner->window()->windowHandle());
+}
+
+FormWindow::FormWindow(Form& form)
+    : QDialog(nullptr, Qt::Tool | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
+                           Qt::WindowCloseButtonHint | Qt::MSWindowsFixedSizeDialogHint),
+      form_(form) {
+  QWidget* owner = owner_window();
+  setObjectName(QString::fromStdString(form.name()));
+  setWindowTitle(to_qstring(form.caption()));
+  setWindowModality(Qt::ApplicationModal);
+  setAttribute(Qt::WA_QuitOnClose, false);
+  setFont(form_font());
+  setFixedSize(pixels(form.width()), pixels(form.height()));
+  make_controls();
+  set_tab_order();
+  put_over(*this, owner);
+  centre(form.start() == StartPosition::centre_of_owner ? owner : nullptr);
+}
+
+FormWindow::~FormWindow() {
+  for (const ControlView& view : views_) view.control->watch({});
+}
+
+void FormWindow::make_controls() {
+  const Act act = [this](const std::function<void()>& action) { this->act(action); };
+  views_.reserve(form_.size());
+  for (std::size_t i = 0; i < form_.size(); ++i) {
+    views_.push_back(make_view(form_, form_.control(i), this, act));
+    views_.back().widget->installEventFilter(this);
+  }
+  for (const ControlView& view : views_) {
+    const ControlDesign& design = view.control->design();
+    if (design.container.empty()) continue;
+    const QPoint place = view.widget->pos();
+    view.widget->setParent(widget_of(form_.control(design.container)));
+    view.widget->move(place);
+  }
+  refresh();
+}
+
+QWidget* FormWindow::widget_of(const Control& control) const {
+  const auto has_it = [&](const ControlView& view) { return view.control == &control; };
+  return std::find_if(views_.begin(), views_.end(), has_it)->widget;
+}
+
+void FormWindow::set_tab_order() {
+  std::vector<const ControlView*> order;
+  for (const ControlView& view : views_) {
+    if (view.widget->focusPolicy() != Qt::NoFocus) order.push_back(&view);
+  }
+  std::stable_sort(order.begin(), order.end(), [](const ControlView* a, const ControlView* b) {
+    return a->control->design().tab_index < b->control->design().tab_index;
+  });
+  for (std::size_t i = 1; i < order.size(); ++i) {
+    setTabOrder(order[i - 1]->widget, order[i]->widget);
+  }
+  const auto first = std::find_if(order.begin(), order.end(), [this](const ControlView* view) {
+    return view->widget->isVisibleTo(this) && view->widget->isEnabled();
+  });
+  if (first != order.end()) (*first)->widget->setFocus();
+}
+
+void FormWindow::centre(QWidget* owner) {
+  const QRect space = (owner != nullptr ? owner->screen() : screen())->availableGeometry();
+  QRect place(QPoint(0, 0), size());
+  place.moveCenter(owner != nullptr ? owner->window()->frameGeometry().center() : space.center());
+  place.moveLeft(std::max(std::min(place.left(), space.right() - place.width()), space.left()));
+  place.moveTop(std::max(std::min(place.top(), space.bottom() - place.height()), space.top()));
+  move(place.topLeft());
+}
+
+void FormWindow::run() {
+  show();
+  activateWindow();
+  for (const ControlView& view : views_) {
+    view.control->watch([this, &view] { follow(view); });
+  }
+  if (form_.open()) loop_.exec();
+  hide();
+  if (failure_) std::rethrow_exception(failure_);
+}
+
+void FormWindow::refresh() {
+  for (const ControlView& view : views_) view.refresh();
+}
+
+// A routine is at work and no events are handled: what it shows is painted at
+// once. A step of a progress bar is painted by the bar itself.
+void FormWindow::follow(const ControlView& view) {
+  if (view.control->visible() != view.widget->isVisibleTo(view.widget->parentWidget())) {
+    refresh();
+    repaint();
+  } else {
+    view.refresh();
+  }
+}
+
+void FormWindow::act(const std::function<void()>& action) noexcept {
+  if (!form_.open() || failure_) return;
+  try {
+    action();
+    refresh();
+  } catch (...) {
+    failure_ = std::current_exception();
+  }
+  if (!form_.open() || failure_) loop_.quit();
+}
+
+void FormWindow::press_enter() {
+  const bool has_default = std::any_of(views_.begin(), views_.end(), [](const ControlView& view) {
+    return view.control->design().is_default && view.can_act();
+  });
+  if (has_default) return form_.press_enter();
+  for (const ControlView& view : views_) {
+    const Control& control = *view.control;
+    if (control.design().kind == ControlKind::button && view.widget->hasFocus()) {
+      return form_.click(control.design().name);
+    }
+  }
+}
+
+// A key held down since before the form came up presses nothing.
+bool FormWindow::take_key(const QKeyEvent& key) {
+  if (!is_enter(key.key()) && key.key() != Qt::Key_Escape) return false;
+  if (!key.isAutoRepeat()) {
+    act([&] { is_enter(key.key()) ? press_enter() : form_.press_escape(); });
+  }
+  return true;
+}
+
+// Before the widgets: some desktops let Enter press the button in focus even
+// where the form has a default button.
+bool FormWindow::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::KeyPress && take_key(static_cast<QKeyEvent&>(*event))) return true;
+  return QDialog::eventFilter(watched, event);
+}
+
+void FormWindow::keyPressEvent(QKeyEvent* event) {
+  if (!take_key(*event)) event->ignore();
+}
+
+void FormWindow::closeEvent(QCloseEvent* event) {
+  event->ignore();  // the form decides; run() takes the window away
+  act([this] { form_.close(); });
+}
+
+}  // namespace orv2_geo::qt

@@ -1,0 +1,61 @@
+// form_window.h: a form of the form model as a modal window.
+#pragma once
+
+#include <QDialog>
+#include <QEventLoop>
+#include <exception>
+#include <functional>
+#include <vector>
+
+#include "platform/form.h"
+#include "ui/qt/control_view.h"
+
+namespace orv2_geo::qt {
+
+/// The window in front of the person, over which another one appears; null
+/// when it is none of this application's.
+QWidget* owner_window();
+
+/// Lets `window` stay over `owner` without belonging to it.
+void put_over(QWidget& window, QWidget* owner);
+
+/// A window of fixed size with the form's controls. The person's actions go to
+/// the form, and after each the widgets show the controls' state again.
+///
+/// Enter presses the default button; where that cannot act, or there is none,
+/// the button that has the focus. Escape presses the cancel button. The title
+/// bar's box closes the form.
+class FormWindow final : public QDialog {
+ public:
+  explicit FormWindow(Form& form);
+  ~FormWindow() override;
+  FormWindow(const FormWindow&) = delete;
+  FormWindow& operator=(const FormWindow&) = delete;
+
+  /// Returns when the form is no longer open, or the application is quitting.
+  /// What a routine behind an event throws ends it and leaves here.
+  void run();
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void closeEvent(QCloseEvent* event) override;
+
+ private:
+  void make_controls();
+  void set_tab_order();
+  void centre(QWidget* owner);
+  void refresh();
+  void follow(const ControlView& view);
+  void act(const std::function<void()>& action) noexcept;
+  bool take_key(const QKeyEvent& key);
+  void press_enter();
+  QWidget* widget_of(const Control& control) const;
+
+  Form& form_;
+  std::vector<ControlView> views_;
+  QEventLoop loop_;
+  std::exception_ptr failure_;
+};
+
+}  // namespace orv2_geo::qt

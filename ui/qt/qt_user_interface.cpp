@@ -1,0 +1,49 @@
+// The module's one function, and boxes and forms on the screen behind it.
+#include <QApplication>
+#include <QMessageBox>
+
+#include "platform/error_box.h"
+#include "platform/screen_module.h"
+#include "ui/qt/application.h"
+#include "ui/qt/form_window.h"
+
+namespace orv2_geo::qt {
+
+namespace {
+
+class QtUserInterface final : public UserInterface {
+ public:
+  explicit QtUserInterface(UserInterface& without_screen) : without_screen_(without_screen) {}
+
+  void error_box(const Text& text, std::int32_t flags, const Text* caption) override {
+    if (application() == nullptr) return without_screen_.error_box(text, flags, caption);
+    QMessageBox box(flags == critical_icon ? QMessageBox::Critical : QMessageBox::NoIcon,
+                    caption != nullptr ? to_qstring(*caption) : QStringLiteral("Orv2_Geo"),
+                    to_qstring(text), QMessageBox::Ok);
+    box.setTextFormat(Qt::PlainText);
+    box.setAttribute(Qt::WA_QuitOnClose, false);
+    box.setWindowModality(Qt::ApplicationModal);
+    put_over(box, owner_window());
+    box.exec();
+  }
+
+  void show_modal(Form& form) override {
+    if (application() == nullptr) return without_screen_.show_modal(form);
+    FormWindow(form).run();
+  }
+
+ private:
+  UserInterface& without_screen_;
+};
+
+}  // namespace
+
+}  // namespace orv2_geo::qt
+
+extern "C" ORV2_PUBLIC orv2_geo::UserInterface* orv2_geo_screen(
+    std::uint32_t version, orv2_geo::LibraryMark library, orv2_geo::UserInterface* without_screen) {
+  const bool fits = version == orv2_geo::screen_module_version && library == orv2_geo::this_library;
+  if (!fits) return nullptr;
+  static orv2_geo::qt::QtUserInterface interface(*without_screen);
+  return &interface;
+}
