@@ -29,11 +29,14 @@ class Stops {
 
   template <class Stop>
   void list(std::int64_t count, Stop stops_at) noexcept {
-    next_ = end_ = 0;
+    std::int64_t end = 0;
+#pragma GCC unroll 8
     for (std::int64_t k = 0; k < count; ++k) {
-      at_[static_cast<std::size_t>(end_)] = static_cast<std::uint8_t>(k);
-      end_ += stops_at(k);
+      at_[static_cast<std::size_t>(end)] = static_cast<std::uint8_t>(k);
+      end += stops_at(k);
     }
+    next_ = 0;
+    end_ = end;
   }
 
  private:
