@@ -50,4 +50,7 @@ void cgeo_Ordena::Ordena_LongIndexArray(const LongArray& TheArray, LongArray& Th
   leave_signed(registered_name);
 }
 
+// On purpose without effect: the sorts exchange texts by themselves.
+void cgeo_Ordena::SwapStrings(const Text&, const Text&, const std::int32_t&) const {}
+
 }  // namespace orv2_geo

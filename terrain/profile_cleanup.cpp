@@ -1,9 +1,9 @@
 // Validation and clean-up of a terrain profile.
 #include "frame/checked_math.h"
 #include "frame/counted.h"
+#include "frame/exchange_sort.h"
 #include "platform/error_box.h"
 #include "terrain/cgeo_Terreno.h"
-#include "terrain/exchange_sort.h"
 
 namespace orv2_geo {
 
@@ -34,7 +34,7 @@ void cgeo_Terreno::Ordena_terreno_y_quita_repetidos(std::int32_t& Ptos, DoubleAr
   DoubleArray TD(0, Ptos);
   DoubleArray TZ(0, Ptos);
   if (Ptos < 2) return;
-  terrain::exchange_sort(Ptos, DistO, Z);
+  exchange_sort(Ptos, {&DistO, &Z});
   TD(1) = DistO(1);
   TZ(1) = Z(1);
   std::int32_t k = 1;

@@ -9,7 +9,7 @@ packages=(
 # For the checks of a developer: formats, lint, sanitizers under both compilers.
 checks=(clang clang-format clang-tidy libclang-rt-14-dev)
 # For the benchmarks.
-bench=(libbenchmark-dev libcgal-dev libboost-dev libgeos-dev libgeos++-dev libicu-dev)
+bench=(libbenchmark-dev libcgal-dev libboost-dev libgeos-dev libgeos++-dev libicu-dev libnanoflann-dev)
 # For forms on a screen, and for tests that press their buttons on one without a person.
 screen=(qt6-base-dev xvfb xdotool openbox imagemagick x11-utils fonts-liberation)
 

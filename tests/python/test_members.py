@@ -200,3 +200,48 @@ class Sorts(Case):
     def test_an_entry_that_numbers_nothing_is_9(self):
         with self.fails(9, "Orv2_Geo.cgeo_Ordena"):
             ordena.Ordena_LongIndexArray(LongArray([3], lower=1), LongArray([1, 2], lower=1))
+
+
+class Bar:
+    """A progress indicator that keeps what it is told."""
+
+    def __init__(self):
+        self.__dict__.update(told=[], Visible=None, Min=None, max=None, Value=None)
+
+    def __setattr__(self, name, value):
+        self.told.append((name, value))
+
+
+class RepeatedPoints(Case):
+    def setUp(self):
+        self.count, self.index = Ref(4), LongArray()
+        self.x, self.y, self.z = (DoubleArray(values) for values in (
+            [0, 9, 0, 0, 5], [0, 0, 0, 0, 0], [0, 1, 2, 3, 4]))
+
+    def remove(self, *given):
+        ordena.Quita_Puntos_Repetidos_XY_con_indice1(self.count, self.x, self.y, self.z, self.index,
+                                                     *given)
+
+    def test_the_flag_is_a_points_and_the_entry_a_places(self):
+        bar = Bar()
+        self.remove(bar)
+        self.assertEqual((self.count.value, list(self.x), list(self.z)),
+                         (3, [0.0, 0.0, 0.0, 9.0], [0.0, 2.0, 3.0, 1.0]))
+        self.assertEqual(list(self.index), [0, 2, 3, 1, 3])
+        self.assertEqual(bar.told, [("Visible", True), ("Min", 0), ("max", 4 / 8001),
+                                    ("Visible", True)])
+
+    def test_a_negative_precision_keeps_all(self):
+        self.remove(Bar(), -1.0, True)
+        self.assertEqual((self.count.value, list(self.x)), (4, [0.0, 0.0, 0.0, 5.0, 9.0]))
+
+    def test_a_lower_bound_of_1_is_9_in_the_end(self):
+        self.z = DoubleArray([1, 2, 3, 4], lower=1)
+        with self.fails(9, "Orv2_Geo.cgeo_Ordena"):
+            self.remove(Bar())
+        self.assertEqual((self.count.value, len(self.x), len(self.z)), (3, 4, 4))
+
+    def test_texts_are_not_swapped(self):
+        first, second, number = Ref("one"), Ref("two"), Ref(7)
+        ordena.SwapStrings(first, second, number)
+        self.assertEqual((first.value, second.value, number.value), ("one", "two", 7))

@@ -1,5 +1,7 @@
 #include "tests/support/refused_memory.h"
 
+#include <malloc.h>
+
 #include <atomic>
 #include <cstdlib>
 #include <new>
@@ -9,6 +11,14 @@ namespace {
 thread_local long left_to_pass = -1;
 thread_local bool refused = false;
 std::atomic<long> in_use{0};
+std::atomic<std::size_t> bytes_in_use{0};
+std::atomic<std::size_t> most_bytes{0};
+std::size_t bytes_at_start = 0;
+
+void count_bytes(void* memory) noexcept {
+  const std::size_t now = bytes_in_use += malloc_usable_size(memory);
+  if (now > most_bytes) most_bytes = now;
+}
 
 void* obtained(std::size_t bytes) noexcept {
   if (left_to_pass == 0) {
@@ -18,12 +28,18 @@ void* obtained(std::size_t bytes) noexcept {
   }
   if (left_to_pass > 0) --left_to_pass;
   void* memory = bytes > 0x7fffffffff ? nullptr : std::malloc(bytes != 0 ? bytes : 1);
-  if (memory != nullptr) ++in_use;
+  if (memory != nullptr) {
+    ++in_use;
+    count_bytes(memory);
+  }
   return memory;
 }
 
 void given_back(void* memory) noexcept {
-  if (memory != nullptr) --in_use;
+  if (memory != nullptr) {
+    --in_use;
+    bytes_in_use -= malloc_usable_size(memory);
+  }
   std::free(memory);
 }
 
@@ -55,5 +71,8 @@ RefusedAllocation::~RefusedAllocation() { left_to_pass = -1; }
 bool RefusedAllocation::happened() noexcept { return refused; }
 
 long allocations_in_use() noexcept { return in_use; }
+
+void peak::start() noexcept { most_bytes = bytes_at_start = bytes_in_use; }
+std::size_t peak::bytes() noexcept { return most_bytes - bytes_at_start; }
 
 }  // namespace orv2_geo::testing_support

@@ -1,5 +1,7 @@
-// refused_memory.h: lets a test refuse the n-th allocation.
+// refused_memory.h: lets a test refuse the n-th allocation, and measures.
 #pragma once
+
+#include <cstddef>
 
 namespace orv2_geo::testing_support {
 
@@ -18,5 +20,19 @@ class RefusedAllocation {
 
 /// Allocations not yet given back.
 long allocations_in_use() noexcept;
+
+namespace peak {
+void start() noexcept;
+std::size_t bytes() noexcept;
+}  // namespace peak
+
+/// The most bytes in use at once, beyond those in use now, while `work` runs.
+/// For one test at a time.
+template <class Work>
+std::size_t peak_bytes_of(Work&& work) {
+  peak::start();
+  work();
+  return peak::bytes();
+}
 
 }  // namespace orv2_geo::testing_support

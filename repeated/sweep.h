@@ -1,0 +1,238 @@
+// sweep.h: what the routines of the repeated-point engine share: tolerance, box,
+// progress and the sweep over the points in X order.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+
+#include "frame/checked_math.h"
+#include "frame/counted.h"
+#include "frame/geo_arrays.h"
+#include "frame/progress_sink.h"
+#include "platform/event_pump.h"
+
+namespace orv2_geo::repeated {
+
+/// What the engine's failures are signed with.
+inline constexpr char source[] = "Orv2_Geo.mOrdena";
+
+/// In the unit of the coordinates: what a precision of 0 stands for.
+inline constexpr double default_tolerance = 0.0002;
+
+/// Only an exact 0 asks for the default; a negative precision stays.
+inline double tolerance(double precision) {
+  return Checked(precision) == 0.0 ? default_tolerance : precision;
+}
+
+/// The caller's progress indicator, set up for a sweep over so many points.
+class Progress {
+ public:
+  /// Failure 11 for no points, before the indicator is touched.
+  Progress(const std::int32_t& points, const ObjectRef& indicator)
+      : indicator_(indicator), step_(to_i32(floor(Checked(32000.0) / points) + 1.0)) {
+    indicator_.visible(true);
+    indicator_.min(0);
+    indicator_.max(Checked(points) / step_);
+  }
+
+  /// Comes before the i-th point is examined.
+  void step(std::int32_t i) const {
+    // Where i / 1000 is not whole, the test that follows cannot hold.
+    if (i % 1000 == 0) [[unlikely]]
+      step_at_thousand(i);
+  }
+
+  void visible() const { indicator_.visible(true); }
+
+ private:
+  // The test holds for no point at all: on purpose the indicator stays where it
+  // was set up.
+  [[gnu::noinline]] void step_at_thousand(std::int32_t i) const {
+    if (floor(Checked(i) / 100.0) == Checked(i) / 1000.0) show(i);
+  }
+
+  void show(std::int32_t i) const {
+    yield_to_events();
+    indicator_.value(floor(Checked(i) / step_));
+  }
+
+  ProgressSink indicator_;
+  std::int32_t step_;
+};
+
+/// Coordinates that a box compares: X and Y, or all three.
+template <std::size_t axes>
+using Spot = std::array<double, axes>;
+
+/// The open box about an anchor: per axis strictly less than the tolerance away,
+/// so that a point exactly at the tolerance is outside. No distance: diagonally
+/// it reaches further.
+template <std::size_t axes>
+class Box {
+ public:
+  explicit Box(double tolerance) noexcept : tolerance_(tolerance) {}
+
+  void move_to(const Spot<axes>& anchor) noexcept {
+    anchor_ = anchor;
+    finite_ = true;
+#pragma GCC unroll 3
+    for (std::size_t axis = 0; axis < axes; ++axis) {
+      low_[axis] = anchor[axis] - tolerance_;
+      high_[axis] = anchor[axis] + tolerance_;
+      finite_ = finite_ && checked::is_finite(low_[axis]) && checked::is_finite(high_[axis]);
+    }
+  }
+
+  /// Comes before a comparison: an anchor may have bounds that overflow as long
+  /// as nothing is compared with it. Failure 6.
+  void check_bounds() const {
+    if (!finite_) [[unlikely]]
+      check_each_bound();
+  }
+
+  /// Failure 6 for NaN.
+  bool holds(const Spot<axes>& spot) const {
+    bool inside = true;
+#pragma GCC unroll 3
+    for (std::size_t axis = 0; axis < axes; ++axis) {
+      const bool above = Checked(low_[axis]) < spot[axis];
+      const bool below = Checked(spot[axis]) < high_[axis];
+      inside = inside && above && below;
+    }
+    return inside;
+  }
+
+ private:
+  [[gnu::noinline, gnu::cold]] void check_each_bound() const {
+    for (const double at : anchor_) {
+      static_cast<void>(Checked(Checked(at) - tolerance_));
+      static_cast<void>(Checked(Checked(at) + tolerance_));
+    }
+  }
+
+  double tolerance_;
+  Spot<axes> anchor_{};
+  Spot<axes> low_{};
+  Spot<axes> high_{};
+  bool finite_ = true;
+};
+
+/// The coordinates of the points, and the points in X order. Every subscript is
+/// checked.
+struct Cloud {
+  const DoubleArray& X;
+  const DoubleArray& Y;
+  const DoubleArray& Z;
+  const LongArray& Orden;
+
+  std::int32_t point(std::int32_t i) const { return Orden(i); }
+  double x(std::int32_t p) const { return X(p); }
+  double y(std::int32_t p) const { return Y(p); }
+  double z(std::int32_t p) const { return Z(p); }
+
+  template <class Clusters>
+  void ahead(std::int32_t, const Clusters&) const noexcept {}
+};
+
+/// A cloud of which every subscript was looked at before. In X order the points
+/// stand anywhere in their arrays, so some are asked for ahead of their turn.
+template <bool reads_Z>
+class SoundCloud {
+ public:
+  /// Nothing when a subscript may be beyond its array. The order may have more
+  /// points than the sweep, and each of them may stand anywhere in it.
+  static std::optional<SoundCloud> of(const Cloud& cloud, std::int32_t points) noexcept {
+    const std::int32_t all = cloud.Orden.upper();
+    const SoundCloud sound(cloud, all);
+    if (points > all || sound.order_ == nullptr || sound.x_ == nullptr) return std::nullopt;
+    if (sound.y_ == nullptr || (reads_Z && sound.z_ == nullptr)) return std::nullopt;
+    return sound;
+  }
+
+  std::int32_t point(std::int32_t i) const noexcept { return order_[i - 1]; }
+  double x(std::int32_t p) const noexcept { return x_[p - 1]; }
+  double y(std::int32_t p) const noexcept { return y_[p - 1]; }
+  double z(std::int32_t p) const noexcept { return z_[p - 1]; }
+
+  // Inlined by force: as a call without effects it would be left out.
+  template <class Clusters>
+  [[gnu::always_inline]] void ahead(std::int32_t i, const Clusters& clusters) const noexcept {
+    if (last_ - i < distance) return;
+    const std::int32_t p = point(i + distance);
+    __builtin_prefetch(x_ + (p - 1));
+    __builtin_prefetch(y_ + (p - 1));
+    if constexpr (reads_Z) __builtin_prefetch(z_ + (p - 1));
+    clusters.ahead(p);
+  }
+
+ private:
+  static constexpr std::int32_t distance = 64;  // points
+
+  SoundCloud(const Cloud& cloud, std::int32_t last) noexcept
+      : order_(cloud.Orden.row(1, last)),
+        x_(cloud.X.row(1, last)),
+        y_(cloud.Y.row(1, last)),
+        z_(cloud.Z.row(1, last)),
+        last_(last) {}
+
+  const std::int32_t* order_;
+  const double* x_;
+  const double* y_;
+  const double* z_;
+  std::int32_t last_;
+};
+
+/// What a box over so many axes compares of a point.
+template <std::size_t axes, class Points>
+Spot<axes> spot(const Points& points, std::int32_t p) {
+  const double x = points.x(p);
+  const double y = points.y(p);
+  if constexpr (axes == 2) {
+    return {x, y};
+  } else {
+    return {x, y, points.z(p)};
+  }
+}
+
+template <class Points, class Clusters>
+std::int32_t walk(std::int32_t nPtos, const Points& points, double tolerance,
+                  const Progress& progress, Clusters clusters) {
+  constexpr std::size_t axes = Clusters::axes;
+  Box<axes> box(tolerance);
+  const std::int32_t first = points.point(1);
+  clusters.first(first, points);
+  box.move_to(spot<axes>(points, first));
+  for (const std::int32_t i : counted(2, nPtos)) {
+    const std::int32_t p = points.point(i);
+    points.ahead(i, clusters);
+    progress.step(i);
+    box.check_bounds();
+    const Spot<axes> at = spot<axes>(points, p);
+    if (box.holds(at)) {
+      clusters.joined(p, points);
+    } else {
+      clusters.opened(p, points);
+      box.move_to(at);
+    }
+    clusters.placed(i, p);
+  }
+  return clusters.found();
+}
+
+/// Walks the points in X order and tells `clusters` of each: first(p) of the
+/// very first, opened(p) of one outside the box of the cluster at hand, which
+/// becomes the anchor of the next, joined(p) of one inside, and after either
+/// placed(i, p), i being its place in the order; ahead(p) comes some points
+/// before. Answers with how many clusters there are.
+template <class Clusters>
+std::int32_t sweep(std::int32_t nPtos, const Cloud& cloud, double tolerance,
+                   const Progress& progress, const Clusters& clusters) {
+  if (const auto sound = SoundCloud<Clusters::reads_Z>::of(cloud, nPtos)) {
+    return walk(nPtos, *sound, tolerance, progress, clusters);
+  }
+  return walk(nPtos, cloud, tolerance, progress, clusters);
+}
+
+}  // namespace orv2_geo::repeated

@@ -1,0 +1,494 @@
+#include <limits>
+#include <optional>
+
+#include "tests/repeated/engine_fixture.h"
+#include "tests/support/refused_memory.h"
+
+namespace orv2_geo {
+namespace {
+
+using namespace testing_support;
+using Numbers32 = std::vector<std::int32_t>;
+
+// ---- Survivors in X order --------------------------------------------------
+
+struct InXRow {
+  const char* rule;
+  std::vector<Point> points;
+  double Precision;
+  std::int32_t nNuevos;
+  Numbers32 Indice;  // from subscript 0
+};
+
+TEST(SurvivorsInX, Rules) {
+  const InXRow table[] = {
+      {"one point", {{7, 8, 9}}, 0, 1, {0, 1}},
+      {"no repeats: the X order", {{5, 0, 0}, {-1, 0, 0}, {3, 0, 0}}, 0, 3, {0, 2, 3, 1}},
+      {"the highest survives, of equal Z the lowest number",
+       {{0, 0, 1}, {0, 0, 5}, {0, 0, 5}},
+       0.001,
+       1,
+       {0, 2, 0, 0}},
+      {"a lower Z changes nothing", {{0, 0, 5}, {0, 0, 1}, {0, 0, 4}}, 0.001, 1, {0, 1, 0, 0}},
+      {"equal Z met later with a lower number takes over",
+       {{0.5, 0, 5}, {0, 0, 5}, {0.25, 0, 1}},
+       1,
+       1,
+       {0, 1, 0, 0}},
+      {"equal Z after a rise, lower number",
+       {{0.75, 0, 9}, {0.25, 0, 9}, {0, 0, 1}},
+       1,
+       1,
+       {0, 1, 0, 0}},
+      {"exactly the tolerance apart in X", {{0, 0, 0}, {0.5, 0, 0}}, 0.5, 2, {0, 1, 2}},
+      {"exactly the tolerance apart in Y upwards", {{0, 0, 0}, {0, 0.5, 0}}, 0.5, 2, {0, 1, 2}},
+      {"exactly the tolerance apart in Y downwards", {{0, 0, 0}, {0, -0.5, 0}}, 0.5, 2, {0, 1, 2}},
+      {"0.99 tolerances apart", {{0, 0, 0}, {0.495, 0, 0}}, 0.5, 1, {0, 1, 0}},
+      {"0.99 tolerances apart on both axes: a box, no circle",
+       {{0, 0, 0}, {0.495, -0.495, 0}},
+       0.5,
+       1,
+       {0, 1, 0}},
+      {"any Z", {{0, 0, -1e9}, {0, 0, 1e9}}, 0.5, 1, {0, 2, 0}},
+      {"precision 0 is 0.0002: 0.0001 away", {{0, 0, 0}, {0.0001, 0, 0}}, 0, 1, {0, 1, 0}},
+      {"precision 0 is 0.0002: 0.0002 away", {{0, 0, 0}, {0.0002, 0, 0}}, 0, 2, {0, 1, 2}},
+      {"precision of negative zero is 0.0002 too", {{0, 0, 0}, {0.0001, 0, 0}}, -0.0, 1, {0, 1, 0}},
+      {"a precision below the default is kept", {{0, 0, 0}, {0.0001, 0, 0}}, 0.0001, 2, {0, 1, 2}},
+      {"a negative precision: no repeats", {{1, 1, 1}, {1, 1, 1}}, -0.5, 2, {0, 1, 2}},
+      {"a point of equal X and another Y comes between",
+       {{1, 0, 0}, {1, 5, 0}, {1, 0, 0}},
+       0,
+       3,
+       {0, 1, 2, 3}},
+      {"a chain ends a tolerance from the anchor",
+       {{0, 0, 0}, {0.375, 0, 0}, {0.75, 0, 0}, {1, 0, 0}, {1.5, 0, 0}},
+       1,
+       2,
+       {0, 1, 4, 0, 0, 0}},
+      {"the anchor stays in X and Y when a higher point takes over",
+       {{0, 0, 0}, {0.75, 0, 9}, {1.5, 0, 9}},
+       1,
+       2,
+       {0, 2, 3, 0}},
+      {"beyond the range of the X order only neighbours are found",
+       {{1e9, 0, 0}, {5, 0, 0}, {1e9, 0, 0}},
+       0,
+       2,
+       {0, 1, 2, 0}},
+  };
+  for (const InXRow& row : table) {
+    const Indicator progress;
+    const IndexOutcome out = in_X(PointList(row.points), row.Precision, progress.reference);
+    EXPECT_EQ(out.box, "") << row.rule;
+    EXPECT_EQ(out.nNuevos, row.nNuevos) << row.rule;
+    EXPECT_EQ(out.first.lower(), 0) << row.rule;
+    EXPECT_EQ(entries(out.first), row.Indice) << row.rule;
+  }
+}
+
+TEST(SurvivorsInX, WhatTheIndexHeldIsGone) {
+  const PointList list({{2, 0, 0}, {1, 0, 0}});
+  const Indicator progress;
+  LongArray Indice(5, 9);
+  std::int32_t nNuevos = 0;
+  mOrdena::m_Indice_de_Puntos_sin_Repetir_ORDENADOS_EN_X(list.nPtos, list.X, list.Y, list.Z,
+                                                         nNuevos, Indice, 0.0, progress.reference);
+  EXPECT_EQ(Indice.lower(), 0);
+  EXPECT_EQ(entries(Indice), (Numbers32{0, 2, 1}));
+}
+
+// ---- Renumbered survivors --------------------------------------------------
+
+struct RenumberedRow {
+  const char* rule;
+  Renumbering routine;
+  std::vector<Point> points;
+  double Precision;
+  std::int32_t nNuevos;
+  Numbers32 IndiceNuevos, IndiceGeneral;  // from subscript 0
+};
+
+TEST(Renumbered, Rules) {
+  const std::vector<Point> stack = {{0, 0, 1}, {0, 0, 5}, {0, 0, 5}};
+  const std::vector<Point> sandwich = {{0, 0, 1}, {0, 0, 5}, {0, 0, 1}};
+  const std::vector<Point> apart = {{9, 0, 0}, {1, 0, 0}, {9, 0, 0}};
+  const RenumberedRow table[] = {
+      {"one point", highest, {{7, 8, 9}}, 0, 1, {0, 1}, {0, 1}},
+      {"one point, all axes", all_axes, {{7, 8, 9}}, 0, 1, {0, 1}, {0, 1}},
+      {"the highest of a plan position", highest, stack, 0.001, 1, {0, 2, 0, 0}, {0, 1, 1, 1}},
+      {"all axes: the anchor's Z is the first's",
+       all_axes,
+       stack,
+       0.001,
+       2,
+       {0, 1, 2, 0},
+       {0, 1, 2, 2}},
+      {"all axes: a point of another Z comes between",
+       all_axes,
+       sandwich,
+       0.001,
+       3,
+       {0, 1, 2, 3},
+       {0, 1, 2, 3}},
+      {"new numbers go by input number", highest, apart, 0, 2, {0, 1, 2, 0}, {0, 1, 2, 1}},
+      {"new numbers go by input number, all axes",
+       all_axes,
+       apart,
+       0,
+       2,
+       {0, 1, 2, 0},
+       {0, 1, 2, 1}},
+      {"all axes: the lowest number whatever the Z",
+       all_axes,
+       {{0.25, 0, 0.25}, {0, 0, 0}, {0.125, 0, 0.5}},
+       1,
+       1,
+       {0, 1, 0, 0},
+       {0, 1, 1, 1}},
+      {"all axes: exactly the tolerance in Z upwards",
+       all_axes,
+       {{0, 0, 0}, {0, 0, 0.5}},
+       0.5,
+       2,
+       {0, 1, 2},
+       {0, 1, 2}},
+      {"all axes: exactly the tolerance in Z downwards",
+       all_axes,
+       {{0, 0, 0}, {0, 0, -0.5}},
+       0.5,
+       2,
+       {0, 1, 2},
+       {0, 1, 2}},
+      {"all axes: the anchor's Z does not rise",
+       all_axes,
+       {{0, 0, 0}, {0, 0, 0.375}, {0, 0, 0.75}},
+       0.5,
+       2,
+       {0, 1, 3, 0},
+       {0, 1, 1, 2}},
+      {"a negative precision", highest, stack, -1, 3, {0, 1, 2, 3}, {0, 1, 2, 3}},
+      {"a negative precision, all axes", all_axes, stack, -1, 3, {0, 1, 2, 3}, {0, 1, 2, 3}},
+      {"precision 0 is 0.0002", all_axes, {{0, 0, 0}, {0, 0, 0.0001}}, 0, 1, {0, 1, 0}, {0, 1, 1}},
+  };
+  for (const RenumberedRow& row : table) {
+    const Indicator progress;
+    const IndexOutcome out =
+        run(row.routine, PointList(row.points), row.Precision, progress.reference);
+    EXPECT_EQ(out.box, "") << row.rule;
+    EXPECT_EQ(out.nNuevos, row.nNuevos) << row.rule;
+    EXPECT_EQ(entries(out.first), row.IndiceNuevos) << row.rule;
+    EXPECT_EQ(entries(out.second), row.IndiceGeneral) << row.rule;
+    EXPECT_EQ(entries(out.Repetido), std::vector<bool>(row.points.size() + 1)) << row.rule;
+    EXPECT_EQ(out.first.lower(), 0) << row.rule;
+    EXPECT_EQ(out.second.lower(), 0) << row.rule;
+  }
+}
+
+TEST(Renumbered, TiesInXOfManyPointsLeaveTheLowestNumber) {
+  std::vector<Point> points(40, {3, 4, 5});
+  points.push_back({1, 0, 0});
+  for (const Renumbering routine : {highest, all_axes}) {
+    const Indicator progress;
+    const IndexOutcome out = run(routine, PointList(points), 0.0, progress.reference);
+    EXPECT_EQ(out.nNuevos, 2);
+    EXPECT_EQ(out.first(1), 1);
+    EXPECT_EQ(out.first(2), 41);
+  }
+}
+
+TEST(Renumbered, WhatTheFlagsHeldIsGone) {
+  const PointList list({{2, 0, 0}, {2, 0, 0}});
+  for (const Renumbering routine : {highest, all_axes}) {
+    const Indicator progress;
+    LongArray IndiceNuevos(7, 8), IndiceGeneral(-3, 30);
+    mOrdena::BoolArray Repetido(0, 9);
+    for (std::int32_t i = 0; i <= 9; ++i) Repetido(i) = true;
+    std::int32_t nNuevos = 0;
+    routine(list.nPtos, list.X, list.Y, list.Z, nNuevos, IndiceNuevos, IndiceGeneral, Repetido, 0.0,
+            progress.reference);
+    EXPECT_EQ(entries(Repetido), std::vector<bool>(3));
+    EXPECT_EQ(entries(IndiceNuevos), (Numbers32{0, 1, 0}));
+    EXPECT_EQ(entries(IndiceGeneral), (Numbers32{0, 1, 1}));
+  }
+}
+
+// ---- One variable given twice ----------------------------------------------
+
+TEST(UnrepeatedIndex, OneVariableGivenTwice) {
+  PointList list({{1, 0, 0}, {2, 0, 0}, {1, 0, 0}, {5, 0, 0}});
+  const Indicator progress;
+  const RecordingInterface screen;
+  LongArray a, b;
+  mOrdena::BoolArray Repetido;
+  std::int32_t count = 4;
+  mOrdena::m_Indice_de_Puntos_sin_Repetir_ORDENADOS_EN_X(count, list.X, list.X, list.X, count, a,
+                                                         0.0, progress.reference);
+  EXPECT_EQ(count, 3);
+  EXPECT_EQ(entries(a), (Numbers32{0, 1, 2, 4, 0}));
+  for (const Renumbering routine : {highest, all_axes}) {
+    count = 4;
+    routine(count, list.X, list.X, list.X, count, a, b, Repetido, 0.0, progress.reference);
+    EXPECT_EQ(count, 3);
+    EXPECT_EQ(entries(a), (Numbers32{0, 1, 2, 4, 0}));
+    EXPECT_EQ(entries(b), (Numbers32{0, 1, 2, 1, 3}));
+    count = 4;
+    routine(count, list.X, list.X, list.X, count, b, b, Repetido, 0.0, progress.reference);
+    EXPECT_EQ(entries(b), (Numbers32{0, 1, 2, 4, 0})) << "the last to be written";
+  }
+  EXPECT_TRUE(screen.boxes.empty());
+}
+
+// ---- Against the steps restated --------------------------------------------
+
+void expect_as_restated(const PointList& list, double Precision, restated::Bar bar) {
+  using restated::row_of;
+  const auto x = row_of(list.X), y = row_of(list.Y), z = row_of(list.Z);
+  const auto indicator = [&] {
+    Indicator progress;
+    progress.object->on_write = [=](std::size_t n) {
+      if (static_cast<int>(n) == bar.fails_at) raise(bar.failure);
+    };
+    return progress.reference;
+  };
+  const restated::Index expected = restated::ordered_in_X(list.nPtos, x, y, z, Precision, bar);
+  const IndexOutcome out = in_X(list, Precision, indicator());
+  EXPECT_EQ(out.box, boxed(title_in_X, expected.number));
+  EXPECT_EQ(out.nNuevos, expected.nNuevos);
+  EXPECT_TRUE(row_of(out.first) == expected.Indice);
+  for (const Renumbering routine : {highest, all_axes}) {
+    const restated::Renumbered renumbered =
+        restated::renumbered(routine == all_axes, list.nPtos, x, y, z, Precision, bar);
+    const IndexOutcome of = run(routine, list, Precision, indicator());
+    EXPECT_EQ(of.box, boxed(routine == all_axes ? title_2D : title_2, renumbered.number));
+    EXPECT_EQ(of.nNuevos, renumbered.nNuevos);
+    EXPECT_TRUE(row_of(of.first) == renumbered.IndiceNuevos);
+    EXPECT_TRUE(row_of(of.second) == renumbered.IndiceGeneral);
+    EXPECT_TRUE(row_of(of.Repetido) == renumbered.Repetido);
+  }
+}
+
+TEST(UnrepeatedIndex, AnyPointsAsRestated) {
+  Numbers numbers(71);
+  const double units[] = {0.0002, 0.5, 1.0};
+  const double precisions[] = {0.0, 0.0002, 0.5, 1.0, 0.003, -0.5, 1e-12};
+  for (int round = 0; round < 3000; ++round) {
+    const std::size_t count = 1 + numbers.below(round % 50 == 0 ? 2500 : 40);
+    const PointList list(any_points(numbers, count, units[numbers.below(3)]));
+    expect_as_restated(list, precisions[numbers.below(7)], {});
+    if (HasFailure()) FAIL() << "round " << round;
+  }
+}
+
+TEST(UnrepeatedIndex, WhatAFailureLeavesAsRestated) {
+  Numbers numbers(72);
+  const double nan = std::numeric_limits<double>::quiet_NaN();
+  const double infinity = std::numeric_limits<double>::infinity();
+  const double highest_number = std::numeric_limits<double>::max();
+  const double odd[] = {nan, infinity, -infinity, highest_number, -highest_number, 0.0};
+  int failed = 0;
+  for (int round = 0; round < 4000; ++round) {
+    const std::size_t count = numbers.below(20);
+    PointList list(any_points(numbers, count, 0.5));
+    const auto point = static_cast<std::int32_t>(numbers.below(count + 1));
+    const auto shorter = static_cast<std::int32_t>(numbers.below(count + 1));
+    restated::Bar bar;
+    double Precision = numbers.below(3) == 0 ? highest_number / 2 : 1.0;
+    switch (numbers.below(7)) {
+      case 0: list.Y(point) = odd[numbers.below(6)]; break;
+      case 1: list.Z(point) = odd[numbers.below(6)]; break;
+      case 2: list.X.size_keeping(0, shorter); break;
+      case 3: list.Y.size_keeping(0, shorter); break;
+      case 4: list.Z.size_keeping(0, shorter); break;
+      case 5: bar.fails_at = 1 + static_cast<int>(numbers.below(4)); break;
+      default: Precision = odd[numbers.below(6)];
+    }
+    if (std::isnan(Precision)) continue;  // a row of its own below
+    failed += restated::ordered_in_X(list.nPtos, restated::row_of(list.X), restated::row_of(list.Y),
+                                     restated::row_of(list.Z), Precision, bar)
+                  .number != 0;
+    expect_as_restated(list, Precision, bar);
+    if (HasFailure()) FAIL() << "round " << round;
+  }
+  EXPECT_GT(failed, 500);
+}
+
+// ---- Failures --------------------------------------------------------------
+
+TEST(UnrepeatedIndex, FailuresThatAreTrapped) {
+  const double nan = std::numeric_limits<double>::quiet_NaN();
+  const std::vector<Point> two = {{1, 1, 1}, {2, 2, 2}};
+  struct Row {
+    const char* rule;
+    std::int32_t nPtos;
+    double Precision;
+    std::vector<Point> points;
+    int number;
+    std::size_t writes;
+    bool sized;
+  };
+  const double large = 1e308;
+  const Row table[] = {
+      {"no points: 32000 / 0, before the indicator", 0, 0, two, 11, 0, true},
+      {"a negative number of points", -1, 0, two, 9, 0, false},
+      {"the lowest number of all", std::numeric_limits<std::int32_t>::min(), 0, two, 9, 0, false},
+      {"too few elements", 3, 0, two, 9, 0, true},
+      {"a precision that is no number", 2, nan, two, 6, 0, true},
+      {"a high bound that overflows", 2, large, {{0, large, 0}, {1, 2, 0}}, 6, 3, true},
+      {"a low bound that overflows", 2, large, {{0, -large, 0}, {1, 2, 0}}, 6, 3, true},
+      {"NaN against the box", 2, 1, {{0, 0, 0}, {1, nan, 0}}, 6, 3, true},
+      {"a box about NaN", 2, 1, {{0, nan, 0}, {1, 0, 0}}, 6, 3, true},
+  };
+  for (const Row& row : table) {
+    PointList list(row.points);
+    list.nPtos = row.nPtos;
+    const auto size = row.sized ? static_cast<std::size_t>(row.nPtos) + 1 : 0;
+    Indicator progress;
+    IndexOutcome out = in_X(list, row.Precision, progress.reference);
+    EXPECT_EQ(out.box, boxed(title_in_X, row.number)) << row.rule;
+    EXPECT_EQ(out.nNuevos, -77) << row.rule;
+    EXPECT_EQ(entries(out.first), Numbers32(size)) << row.rule;
+    EXPECT_EQ(progress.object->written.size(), row.writes) << row.rule;
+    for (const Renumbering routine : {highest, all_axes}) {
+      Indicator again;
+      out = run(routine, list, row.Precision, again.reference);
+      EXPECT_EQ(out.box, boxed(routine == highest ? title_2 : title_2D, row.number)) << row.rule;
+      EXPECT_EQ(out.nNuevos, -77) << row.rule;
+      EXPECT_EQ(entries(out.first), Numbers32(size)) << row.rule;
+      EXPECT_EQ(entries(out.second), Numbers32(size)) << row.rule;
+      EXPECT_EQ(entries(out.Repetido), std::vector<bool>(size)) << row.rule;
+      EXPECT_EQ(again.object->written.size(), row.writes) << row.rule;
+    }
+  }
+}
+
+TEST(UnrepeatedIndex, AnAnchorMayOverflowWhenNothingIsComparedWithIt) {
+  const double large = 1e308;
+  const Indicator progress;
+  // The last point opens a cluster, and no point comes after it.
+  const IndexOutcome out =
+      in_X(PointList({{0, 0, 0}, {1, large * 1.5, 0}}), large, progress.reference);
+  EXPECT_EQ(out.box, "");
+  EXPECT_EQ(entries(out.first), (Numbers32{0, 1, 2}));
+  const IndexOutcome one = in_X(PointList({{0, large, 0}}), large, progress.reference);
+  EXPECT_EQ(one.box, "");
+  EXPECT_EQ(one.nNuevos, 1);
+}
+
+TEST(UnrepeatedIndex, AnInfinityOfTheCallersIsOneLikeAnyOther) {
+  const double infinity = std::numeric_limits<double>::infinity();
+  const Indicator progress;
+  const IndexOutcome out =
+      in_X(PointList({{0, infinity, 0}, {0, infinity, 0}, {0, 3, 0}}), 1, progress.reference);
+  EXPECT_EQ(out.box, "");
+  EXPECT_EQ(entries(out.first), (Numbers32{0, 1, 2, 3}));  // not strictly between its own bounds
+}
+
+TEST(UnrepeatedIndex, TheBoxIsCaptionedWithTheEngine) {
+  const PointList list({{1, 1, 1}});
+  const RecordingInterface screen;
+  std::int32_t nNuevos = 0;
+  LongArray Indice;
+  mOrdena::m_Indice_de_Puntos_sin_Repetir_ORDENADOS_EN_X(1, list.X, list.Y, list.Z, nNuevos, Indice,
+                                                         0.0, nullptr);
+  ASSERT_EQ(screen.boxes.size(), 1U);
+  EXPECT_EQ(screen.boxes[0].caption, "Orv2_Geo.mOrdena");
+  EXPECT_EQ(screen.boxes[0].text, title_in_X + " 91:Variable de objeto no establecida");
+}
+
+TEST(UnrepeatedIndex, LockedIndexesAre10) {
+  const PointList list({{1, 1, 1}});
+  const Indicator progress;
+  IndexOutcome out;
+  for (LongArray* locked : {&out.first, &out.second}) {
+    const RecordingInterface screen;
+    const ArrayLock lock(*locked);
+    highest(1, list.X, list.Y, list.Z, out.nNuevos, out.first, out.second, out.Repetido, 0.0,
+            progress.reference);
+    EXPECT_EQ(box_of(screen), boxed(title_2, 10));
+    EXPECT_EQ(out.nNuevos, -77);
+  }
+}
+
+// ---- Memory ----------------------------------------------------------------
+
+// Refuses every allocation in turn: the routine returns, shows 7 or has done
+// without, and leaks nothing. Answers with how often it showed 7.
+template <class Call>
+int refuse_each_allocation(const std::string& title, Call call) {
+  const IndexOutcome expected = call();
+  int shown = 0;
+  for (int let_pass = 0;; ++let_pass) {
+    const long before = allocations_in_use();
+    bool refused = false;
+    {
+      std::optional<RefusedAllocation> refusal(std::in_place, let_pass);
+      const IndexOutcome out = call();
+      refused = RefusedAllocation::happened();
+      refusal.reset();
+      if (out.box.empty()) {
+        EXPECT_EQ(entries(out.first), entries(expected.first)) << let_pass;
+        EXPECT_EQ(out.nNuevos, expected.nNuevos) << let_pass;
+      } else {
+        EXPECT_EQ(out.box, boxed(title, 7)) << let_pass;
+        EXPECT_EQ(out.nNuevos, -77) << let_pass;
+        ++shown;
+      }
+    }
+    EXPECT_EQ(allocations_in_use(), before) << let_pass;
+    if (!refused) return shown;
+  }
+}
+
+TEST(UnrepeatedIndex, RefusedMemoryIs7AndLeaksNothing) {
+  Numbers numbers(73);
+  const PointList list(any_points(numbers, 30, 0.5));
+  const ObjectRef progress(new Silent);
+  // What the sort keeps on the thread about the characters of keys is there now.
+  in_X(PointList({{1234567890.5, 0, 0}, {1234567890.25, 0, 0}}), 0.0, progress);
+  EXPECT_GE(refuse_each_allocation(title_in_X, [&] { return in_X(list, 0.0, progress); }), 4);
+  for (const Renumbering routine : {highest, all_axes, flagging}) {
+    EXPECT_GE(refuse_each_allocation(routine == all_axes ? title_2D : title_2,
+                                     [&] { return run(routine, list, 0.0, progress); }),
+              4);
+  }
+}
+
+TEST(UnrepeatedIndex, LessThan64BytesForEachPointBesidesTheIndexes) {
+  Numbers numbers(74);
+  const std::size_t count = 100000;
+  std::vector<Point> points;
+  while (points.size() < count) {
+    points.push_back({numbers.coordinate(), numbers.coordinate(), numbers.coordinate()});
+    if (numbers.below(10) == 0) points.back() = points[numbers.below(points.size())];
+  }
+  const PointList list(points);
+  const ObjectRef progress(new Silent);
+  const RecordingInterface screen;
+  const auto beyond = [&](std::size_t bytes_of_indexes, auto&& work) {
+    return (peak_bytes_of(work) - bytes_of_indexes * (count + 1)) / count;
+  };
+  std::int32_t nNuevos = 0;
+  LongArray a, b;
+  mOrdena::BoolArray flags;
+  EXPECT_LT(beyond(4,
+                   [&] {
+                     mOrdena::m_Indice_de_Puntos_sin_Repetir_ORDENADOS_EN_X(
+                         list.nPtos, list.X, list.Y, list.Z, nNuevos, a, 0.0, progress);
+                   }),
+            64U);
+  a.release();
+  for (const Renumbering routine : {highest, all_axes, flagging}) {
+    EXPECT_LT(beyond(4 + 4 + 2,
+                     [&] {
+                       routine(list.nPtos, list.X, list.Y, list.Z, nNuevos, a, b, flags, 0.0,
+                               progress);
+                     }),
+              64U);
+    a.release(), b.release(), flags.release();
+  }
+  EXPECT_LT(static_cast<std::size_t>(nNuevos), count);
+  EXPECT_TRUE(screen.boxes.empty());
+}
+
+}  // namespace
+}  // namespace orv2_geo
