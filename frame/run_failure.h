@@ -26,7 +26,6 @@
   F(cannot_create_object, 429, "No se puede crear el objeto")             \
   F(no_such_member, 438, "El objeto no admite esta propiedad o método")   \
   F(host_object_failed, 440, "Error de automatización")                   \
-  F(action_not_supported, 445, "Acción no admitida por el objeto")        \
   F(argument_not_optional, 449, "Argumento no opcional")                  \
   F(wrong_argument_count, 450, "Número de argumentos o asignación de propiedad incorrectos")
 

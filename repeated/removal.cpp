@@ -54,8 +54,8 @@ class Flagged {
     Secuencia_(i) = p;
   }
   [[gnu::always_inline]] void ahead(std::int32_t p) const noexcept {
-    __builtin_prefetch(Indice_.row(p, p), 1);
-    __builtin_prefetch(Repetido_.row(p, p), 1);
+    repeated::ask_for(Indice_, p);
+    repeated::ask_for(Repetido_, p);
   }
   std::int32_t found() const noexcept { return cluster_; }
 
@@ -156,6 +156,7 @@ void Quita_Puntos_Repetidos_XY_con_indice1(std::int32_t& nPtos, DoubleArray& X, 
   // the routine above trapped is not noticed here.
   std::int32_t j = 0;
   for (const std::int32_t p : counted(1, nPtos)) {
+    repeated::ask_ahead(Secuencia, p, nPtos, all_X, all_Y, all_Z);
     if (Repetido(p)) continue;
     ++j;
     Indice(j) = Secuencia(p);
@@ -180,6 +181,7 @@ void Quita_Puntos_Repetidos_2D_0(std::int32_t& nPtos, DoubleArray& X, DoubleArra
     DoubleArray kept_Y(0, nPtos);
     DoubleArray kept_Z(0, nPtos);
     for (const std::int32_t k : counted(1, nPtos)) {
+      repeated::ask_ahead(Orden, k, nPtos, X, Y, Z);
       kept_X(k) = X(Orden(k));
       kept_Y(k) = Y(Orden(k));
       kept_Z(k) = Z(Orden(k));

@@ -119,6 +119,27 @@ class Box {
   bool finite_ = true;
 };
 
+/// Asks for an element that is needed soon; harmless where there is none.
+/// Inlined by force, as everything that does no more than this: as a call without
+/// effects it would be left out.
+template <class T>
+[[gnu::always_inline]] inline void ask_for(const GeoArray<T>& array, std::int32_t index) noexcept {
+  __builtin_prefetch(array.row(index, index));
+}
+
+/// How many points ahead.
+inline constexpr std::int32_t steps_ahead = 64;
+
+/// Of elements that are met in the order of `numbers`: asks for that of a place
+/// some steps after i.
+template <class... Arrays>
+[[gnu::always_inline]] inline void ask_ahead(const LongArray& numbers, std::int32_t i,
+                                             std::int32_t last, const Arrays&... arrays) noexcept {
+  if (last - i < steps_ahead) return;
+  const std::int32_t* const number = numbers.row(i + steps_ahead, i + steps_ahead);
+  if (number != nullptr) (ask_for(arrays, *number), ...);
+}
+
 /// The coordinates of the points, and the points in X order. Every subscript is
 /// checked.
 struct Cloud {
@@ -156,11 +177,10 @@ class SoundCloud {
   double y(std::int32_t p) const noexcept { return y_[p - 1]; }
   double z(std::int32_t p) const noexcept { return z_[p - 1]; }
 
-  // Inlined by force: as a call without effects it would be left out.
   template <class Clusters>
   [[gnu::always_inline]] void ahead(std::int32_t i, const Clusters& clusters) const noexcept {
-    if (last_ - i < distance) return;
-    const std::int32_t p = point(i + distance);
+    if (last_ - i < steps_ahead) return;
+    const std::int32_t p = point(i + steps_ahead);
     __builtin_prefetch(x_ + (p - 1));
     __builtin_prefetch(y_ + (p - 1));
     if constexpr (reads_Z) __builtin_prefetch(z_ + (p - 1));
@@ -168,8 +188,6 @@ class SoundCloud {
   }
 
  private:
-  static constexpr std::int32_t distance = 64;  // points
-
   SoundCloud(const Cloud& cloud, std::int32_t last) noexcept
       : order_(cloud.Orden.row(1, last)),
         x_(cloud.X.row(1, last)),

@@ -138,14 +138,6 @@ void deliver(const LongArray& made, LongArray& index) {
   std::copy_n(made.data(), made.count(), index.data());
 }
 
-// Asks for the entries that some later points of `clusters` lead to.
-[[gnu::always_inline]] inline void look_ahead(const LongArray& of_cluster,
-                                              const LongArray& clusters, std::int32_t p) {
-  constexpr std::int32_t distance = 32;  // points
-  if (clusters.upper() - p < distance) return;
-  __builtin_prefetch(of_cluster.data() + clusters.data()[p + distance]);
-}
-
 // Each cluster's entry in `survivors` becomes its survivor's new number, and the
 // survivor's own entry in `clusters` is marked by its sign. A cluster has one
 // survivor, so they need no sorting: they are met in order. A new number is at
@@ -153,7 +145,7 @@ void deliver(const LongArray& made, LongArray& index) {
 void number_survivors(LongArray& clusters, LongArray& survivors) {
   std::int32_t number = 0;
   for (const std::int32_t p : counted(1, clusters.upper())) {
-    look_ahead(survivors, clusters, p);
+    repeated::ask_ahead(clusters, p, clusters.upper(), survivors);
     const std::int32_t c = clusters(p);
     if (survivors(c) != p) continue;
     survivors(c) = ++number;

@@ -3,13 +3,13 @@
 #include <bit>
 #include <cmath>
 #include <cstddef>
-#include <cstring>
 #include <limits>
 #include <optional>
 #include <string_view>
 
 #include "frame/checked_math.h"
 #include "frame/counted.h"
+#include "frame/number_pairs.h"
 #include "platform/error_box.h"
 #include "platform/region.h"
 #include "survey/cgeo_api.h"
@@ -33,21 +33,10 @@ LatticePoint lattice_point(double x, double y) {
 // Coordinates this close to zero surely fit 32 bits when scaled and rounded.
 constexpr double surely_fits = 21474836.0;
 
-// Two numbers at a time; what a comparison of them gives, all ones for true.
-using Pair [[gnu::vector_size(16)]] = double;
-using PairMask [[gnu::vector_size(16)]] = std::int64_t;
-using PairBits [[gnu::vector_size(16)]] = std::uint64_t;
-
-Pair pair_at(const double* values) noexcept {
-  Pair pair;
-  std::memcpy(&pair, values, sizeof pair);
-  return pair;
-}
-
 // Which are closer to zero than `limit`. NaN is not.
-PairMask within(double limit, Pair values) noexcept {
+PairMask within(double limit, NumberPair values) noexcept {
   constexpr std::int64_t without_sign = std::numeric_limits<std::int64_t>::max();
-  return std::bit_cast<Pair>(std::bit_cast<PairMask>(values) & without_sign) < limit;
+  return std::bit_cast<NumberPair>(std::bit_cast<PairMask>(values) & without_sign) < limit;
 }
 
 // A ring walked in plain arithmetic, in blocks of pairs of vertices. Of most
@@ -103,7 +92,7 @@ class QuickWalk {
     PairBits below = {};  // the row's top included: such a vertex is on the row
 #pragma GCC unroll 2
     for (std::size_t i = 0; i < 2 * pairs; i += 2) {
-      const Pair scaled_y = scale * pair_at(y + i);
+      const NumberPair scaled_y = scale * pair_at(y + i);
       fitting_x += within(surely_fits, pair_at(x + i));
       fitting_y += within(scale * surely_fits, scaled_y);
       below = below + below - std::bit_cast<PairBits>(scaled_y <= top_of_row_);

@@ -28,7 +28,7 @@ class Words(Case):
                 (10, "La matriz es fija o está bloqueada temporalmente"),
                 (91, "Variable de objeto no establecida"), (429, "No se puede crear el objeto"),
                 (438, "El objeto no admite esta propiedad o método"),
-                (440, "Error de automatización"), (445, "Acción no admitida por el objeto"),
+                (440, "Error de automatización"),
                 (449, "Argumento no opcional"),
                 (450, "Número de argumentos o asignación de propiedad incorrectos")):
             self.assertEqual(RunFailure(number).description, description)

@@ -63,9 +63,8 @@ auto entries(const Array& array) {
 inline IndexOutcome in_X(const PointList& list, double Precision, const ObjectRef& progress) {
   const RecordingInterface screen;
   IndexOutcome out;
-  mOrdena::m_Indice_de_Puntos_sin_Repetir_ORDENADOS_EN_X(list.nPtos, list.X, list.Y, list.Z,
-                                                         out.nNuevos, out.first, Precision,
-                                                         progress);
+  mOrdena::m_Indice_de_Puntos_sin_Repetir_ORDENADOS_EN_X(
+      list.nPtos, list.X, list.Y, list.Z, out.nNuevos, out.first, Precision, progress);
   out.box = box_of(screen);
   return out;
 }
@@ -85,8 +84,7 @@ inline IndexOutcome run(Renumbering routine, const PointList& list, double Preci
   return out;
 }
 
-inline const std::string title_in_X =
-    "m_Indice_de_Puntos_sin_Repetir_ORDENADOS_EN_X - Error nº ";
+inline const std::string title_in_X = "m_Indice_de_Puntos_sin_Repetir_ORDENADOS_EN_X - Error nº ";
 inline const std::string title_2 = "m_Indice_de_Puntos_sin_Repetir_2 - Error nº ";
 inline const std::string title_2D = "m_Indice_de_Puntos_sin_Repetir_2D - Error nº ";
 inline const std::string title_2D_0 = "Quita Puntos Repetidos 2D 0 - Error nº ";
@@ -110,8 +108,8 @@ inline std::vector<Point> any_points(Numbers& numbers, std::size_t count, double
     switch (kind) {
       case 0: points.push_back({whole(spread) * unit, whole(2.0) * unit, z}); break;
       case 1:
-        points.push_back({whole(4.0) + whole(3.0) * unit / 3, whole(2.0) + whole(3.0) * unit / 3,
-                          z});
+        points.push_back(
+            {whole(4.0) + whole(3.0) * unit / 3, whole(2.0) + whole(3.0) * unit / 3, z});
         break;
       case 2:
         chain += numbers.between(0.0, 1.2) * unit;

@@ -1,0 +1,217 @@
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <string>
+#include <vector>
+
+#include "arrays/cgeo_Matrices.h"
+#include "frame/progress_sink.h"
+#include "tests/arrays/arrays_support.h"
+#include "tests/platform/recording_interface.h"
+#include "tests/support/expect_failure.h"
+
+namespace orv2_geo {
+namespace {
+
+using testing_support::array_of;
+using testing_support::doubles;
+using testing_support::elements;
+using testing_support::failure_of;
+using testing_support::Numbers;
+using testing_support::RecordingInterface;
+
+const cgeo_Matrices matrices;
+using Values = std::vector<double>;
+using Index = std::vector<std::int32_t>;
+
+// Takes every property and keeps none.
+class AnyProgress final : public LateBound {
+ public:
+  Variant call(std::string_view, std::span<const Argument>) override { return {}; }
+  void set_property(std::string_view, const Variant&) override { ++writes; }
+  int writes = 0;
+};
+
+struct FilterRow {
+  const char* rule;
+  std::int32_t points;
+  double max, min;
+  Index kept;
+};
+
+TEST(ElevationFilter, KeepsTheIntervalAndItsEnds) {
+  const FilterRow table[] = {
+      {"both ends stay", 5, 30, 20, {2, 3, 5}},
+      {"one elevation", 5, 20, 20, {2, 5}},
+      {"all", 5, 99, -99, {1, 2, 3, 4, 5}},
+      {"the ends the wrong way round drop all", 5, 20, 30, {}},
+      {"only the first points count", 3, 30, 20, {2, 3}},
+      {"no points", 0, 99, -99, {}},
+      {"fewer than none", -4, 99, -99, {}},
+  };
+  for (const FilterRow& row : table) {
+    DoubleArray x = doubles(0, {7, 1, 2, 3, 4, 5}), y = doubles(0, {7, 10, 20, 30, 40, 50}),
+                z = doubles(0, {7, 10, 20, 30, 40, 20});
+    LongArray index = array_of<std::int32_t>(0, Index{7, 1, 2, 3, 4, 5});
+    std::int32_t points = row.points;
+    matrices.Quita_Puntos_fuera_interv_de_Cotas_con_indice(points, x, y, z, index, row.max,
+                                                           row.min);
+    EXPECT_EQ(points, static_cast<std::int32_t>(row.kept.size())) << row.rule;
+    Index expected = row.kept;
+    expected.insert(expected.begin(), 7);
+    EXPECT_EQ(elements(index), expected) << row.rule;
+    EXPECT_EQ(elements(x), Values(expected.begin(), expected.end())) << row.rule;
+    EXPECT_EQ(y.upper(), points) << row.rule;
+    EXPECT_EQ(z.upper(), points) << row.rule;
+  }
+}
+
+TEST(ElevationFilter, ThePointsAreCountedIn16Bits) {
+  const std::int32_t most = 32767;
+  DoubleArray x(0, most), y(0, most), z(0, most);
+  LongArray index(0, most);
+  for (std::int32_t i = 1; i <= most; ++i) x(i) = i, z(i) = i % 2;
+  std::int32_t points = most + 1;
+  const auto filter = [&] {
+    matrices.Quita_Puntos_fuera_interv_de_Cotas_con_indice(points, x, y, z, index, 0.5, -0.5);
+  };
+  EXPECT_EQ(failure_of(filter), 6);
+  EXPECT_EQ(x(2), 2.0);  // nothing has changed
+  points = most;
+  EXPECT_EQ(failure_of(filter), 6);  // when all have been handled
+  EXPECT_EQ(points, most);
+  EXPECT_EQ(x.upper(), most);
+  EXPECT_EQ(x(2), 4.0);
+  EXPECT_EQ(x(most / 2), most - 1.0);
+  points = most - 1;
+  EXPECT_EQ(failure_of(filter), 0);
+}
+
+TEST(ElevationFilter, FailuresLeaveTheCompactionDone) {
+  DoubleArray x = doubles(1, {1, 2, 3}), y = doubles(1, {1, 2, 3}), z = doubles(1, {9, 1, 1});
+  LongArray index = array_of<std::int32_t>(1, Index{1, 2, 3});
+  std::int32_t points = 4;
+  EXPECT_EQ(failure_of([&] {
+              matrices.Quita_Puntos_fuera_interv_de_Cotas_con_indice(points, x, y, z, index, 5, 0);
+            }),
+            9);
+  EXPECT_EQ(points, 4);
+  EXPECT_EQ(elements(x), (Values{2, 3, 3}));
+  LongArray short_index = array_of<std::int32_t>(1, Index{1});
+  points = 3;
+  x = doubles(1, {1, 2, 3});
+  z = doubles(1, {1, 1, 1});
+  EXPECT_EQ(failure_of([&] {
+              matrices.Quita_Puntos_fuera_interv_de_Cotas_con_indice(points, x, y, z, short_index,
+                                                                     5, 0);
+            }),
+            9);
+  z(1) = std::numeric_limits<double>::quiet_NaN();
+  EXPECT_EQ(failure_of([&] {
+              matrices.Quita_Puntos_fuera_interv_de_Cotas_con_indice(points, x, y, z, index, 5, 0);
+            }),
+            6);
+}
+
+TEST(RemovalFacades, TheEmptyOnesChangeNothing) {
+  const DoubleArray none;
+  matrices.Quita_Puntos_Repetidos_XYZ_con_indice(5, none, none, none, LongArray(), 1, true);
+  matrices.Quita_Pts_Repetidos_3D(5, none, none, none, StringArray(), StringArray(), ShortArray(),
+                                  LongArray(), ObjectRef(), true, 1);
+}
+
+TEST(RemovalFacades, PrecisionAndAvisoDoNotMatterInPlace) {
+  for (const double precision : {0.0, 0.5, 100.0, -1.0}) {
+    for (const bool aviso : {false, true}) {
+      DoubleArray x = doubles(1, {1, 1, 1, 2, 2, 2}), y(1, 6), z = doubles(1, {1, 2, 3, 4, 5, 6});
+      std::int32_t points = 6;
+      matrices.Quita_Puntos_Repetidos(points, x, y, z, precision, aviso);
+      EXPECT_EQ(points, 3);
+      EXPECT_EQ(elements(x), (Values{1, 2, 2, 2, 2, 2}));
+      EXPECT_EQ(elements(z), (Values{1, 4, 5, 4, 5, 6}));
+    }
+  }
+}
+
+TEST(RemovalFacades, TheIndexIsComposedWithTheCallersNumbering) {
+  auto* progress = new AnyProgress;
+  const ObjectRef sink(progress);
+  const DoubleArray x = doubles(1, {9, 1, 1, 5}), y(1, 4), z = doubles(1, {0, 1, 2, 0});
+  LongArray index = array_of<std::int32_t>(1, Index{100, 200, 300, 400});
+  std::int32_t points = 4;
+  matrices.Quita_Puntos_Repetidos_XYZ_con_indice1(points, x, y, z, index, sink, 0.1, true);
+  EXPECT_EQ(points, 3);
+  EXPECT_EQ(elements(index), (Index{0, 300, 400, 100, 0}));  // the higher of two, in X order
+  EXPECT_EQ(elements(x), (Values{9, 1, 1, 5}));
+  EXPECT_GT(progress->writes, 0);
+}
+
+TEST(RemovalFacades, APointBeyondTheCallersNumberingIs9) {
+  const ObjectRef sink(new AnyProgress);
+  const DoubleArray x = doubles(1, {3, 2, 1}), y(1, 3), z(1, 3);
+  LongArray index = array_of<std::int32_t>(1, Index{100, 200});
+  std::int32_t points = 3;
+  EXPECT_EQ(failure_of([&] {
+              matrices.Quita_Puntos_Repetidos_XYZ_con_indice1(points, x, y, z, index, sink, 0.1,
+                                                              true);
+            }),
+            9);
+  EXPECT_EQ(points, 3);
+}
+
+TEST(RemovalFacades, AFailureOfTheEngineIsShownAndLeavesNoPoints) {
+  RecordingInterface screen;
+  const DoubleArray x = doubles(1, {3, 2, 1}), none;
+  LongArray index = array_of<std::int32_t>(1, Index{100, 200, 300});
+  std::int32_t points = 3;
+  matrices.Quita_Puntos_Repetidos_XYZ_con_indice1(points, x, none, none, index,
+                                                  ObjectRef(new AnyProgress), 0.1, true);
+  EXPECT_EQ(screen.boxes.size(), 1U);
+  EXPECT_EQ(points, 0);
+}
+
+// A point list as a host holds it.
+struct Points {
+  std::int32_t count = 3;
+  DoubleArray x = doubles(0, {0, 1, 1, 2}), y{0, 3}, z{0, 3};
+  StringArray codes{0, 3}, names{0, 3};
+  ShortArray layers{0, 3};
+  LongArray numbers{0, 3};
+  double precision = 0.0;
+
+  void remove() {
+    matrices.Quita_Pts_Repetidos(count, x, y, z, codes, names, layers, numbers, false, precision);
+  }
+};
+
+TEST(RemovalFacades, TheDialogsToleranceIsThatOfItsTextBox) {
+  for (const double precision : {0.0, 0.05}) {
+    RecordingInterface screen;
+    std::string text;
+    screen.user = [&](Form& form) {
+      text = form.control("TxtPresc").text().to_utf8();
+      form.click("cmdCalcular");
+      form.click("cmdEliminar");
+    };
+    Points points;
+    points.x = doubles(0, {0, 1, 1.01, 2});  // further apart than the text says
+    points.precision = precision;
+    points.remove();
+    EXPECT_EQ(text, "0.001");
+    EXPECT_EQ(points.count, 3);
+    EXPECT_EQ(points.precision, precision == 0.0 ? 0.001 : precision);
+  }
+}
+
+TEST(RemovalFacades, CancelledTheDialogLeavesAllButPrecision) {
+  RecordingInterface screen;
+  screen.user = [&](Form& form) { form.click("cmdCancelar"); };
+  Points points;
+  points.remove();
+  EXPECT_EQ(points.count, 3);
+  EXPECT_EQ(elements(points.x), (Values{0, 1, 1, 2}));
+  EXPECT_EQ(points.precision, 0.001);
+}
+
+}  // namespace
+}  // namespace orv2_geo

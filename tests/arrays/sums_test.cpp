@@ -1,0 +1,150 @@
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <vector>
+
+#include "arrays/cgeo_Matrices.h"
+#include "tests/arrays/arrays_support.h"
+#include "tests/platform/recording_interface.h"
+#include "tests/support/expect_failure.h"
+
+namespace orv2_geo {
+namespace {
+
+using testing_support::bits;
+using testing_support::doubles;
+using testing_support::elements;
+using testing_support::failure_of;
+using testing_support::Numbers;
+using testing_support::RecordingInterface;
+
+const cgeo_Matrices matrices;
+using Values = std::vector<double>;
+
+struct SumRow {
+  const char* rule;
+  DoubleArray own, other;
+  std::int32_t failure;
+  std::size_t boxes;
+  Values sums, differences;
+};
+
+TEST(Sums, Rules) {
+  constexpr double inf = std::numeric_limits<double>::infinity();
+  const SumRow table[] = {
+      {"equal bounds", doubles(1, {1, 2}), doubles(1, {10, 20}), 0, 0, {11, 22}, {-9, -18}},
+      {"5 and 3",
+       doubles(1, {1, 2, 3, 4, 5}),
+       doubles(1, {10, 10, 10}),
+       0,
+       1,
+       {11, 12, 13, 4, 5},
+       {-9, -8, -7, 4, 5}},
+      {"3 and 5",
+       doubles(1, {1, 2, 3}),
+       doubles(1, {10, 10, 10, 10, 10}),
+       9,
+       1,
+       {11, 12, 13},
+       {-9, -8, -7}},
+      {"both end at 0", doubles(0, {1}), doubles(0, {2}), 0, 0, {1}, {1}},
+      {"0 and 4", doubles(0, {1}), doubles(1, {2, 3, 4, 5}), 0, 1, {1}, {1}},
+      {"element 0 is ignored", doubles(0, {7, 1}), doubles(0, {9, 10}), 0, 0, {7, 11}, {7, -9}},
+      {"lower bounds need not be equal",
+       doubles(0, {7, 1}),
+       doubles(1, {10}),
+       0,
+       0,
+       {7, 11},
+       {7, -9}},
+      {"no element 1", doubles(2, {7, 1}), doubles(1, {1, 1, 1}), 9, 0, {7, 1}, {7, 1}},
+      {"infinities are summed", doubles(1, {inf, 1}), doubles(1, {5, 1}), 0, 0, {inf, 2}, {inf, 0}},
+      {"an overflow leaves the elements before it",
+       doubles(1, {1, -1e308, 2}),
+       doubles(1, {1, -1e308, 2}),
+       6,
+       0,
+       {2, -1e308, 2},
+       {}},
+  };
+  for (const SumRow& row : table) {
+    RecordingInterface screen;
+    DoubleArray own = row.own;
+    EXPECT_EQ(failure_of([&] { matrices.Sumar_a_1Matriz_otra(own, row.other); }), row.failure)
+        << row.rule;
+    EXPECT_EQ(elements(own), row.sums) << row.rule;
+    ASSERT_EQ(screen.boxes.size(), row.boxes) << row.rule;
+    if (row.boxes != 0) {
+      EXPECT_EQ(screen.boxes[0],
+                (RecordingInterface::Box{"ERROR en Rk_Geo.dll. Las matrices a sumar no son igules",
+                                         16, std::nullopt}));
+    }
+    if (row.differences.empty()) continue;
+    own = row.own;
+    EXPECT_EQ(failure_of([&] { matrices.Restar_a_1Matriz_otra(own, row.other); }), row.failure)
+        << row.rule;
+    EXPECT_EQ(elements(own), row.differences) << row.rule;
+    ASSERT_EQ(screen.boxes.size(), 2 * row.boxes) << row.rule;
+    if (row.boxes != 0) {
+      EXPECT_EQ(screen.boxes[1].text, "ERROR en Rk_Geo.dll. Las matrices a restar no son igules");
+    }
+  }
+}
+
+TEST(Sums, UnallocatedArraysAre9WithoutAMessage) {
+  RecordingInterface screen;
+  DoubleArray none, some(1, 2);
+  EXPECT_EQ(failure_of([&] { matrices.Sumar_a_1Matriz_otra(none, some); }), 9);
+  EXPECT_EQ(failure_of([&] { matrices.Restar_a_1Matriz_otra(some, none); }), 9);
+  EXPECT_TRUE(screen.boxes.empty());
+}
+
+TEST(Sums, OneArrayForBoth) {
+  DoubleArray own = doubles(1, Values(700, 3));
+  matrices.Sumar_a_1Matriz_otra(own, own);
+  EXPECT_EQ(elements(own), Values(700, 6));
+  matrices.Restar_a_1Matriz_otra(own, own);
+  EXPECT_EQ(elements(own), Values(700, 0));
+}
+
+// Elements of which some are not finite or overflow, in arrays long enough for
+// every way of summing.
+TEST(Sums, RandomArraysElementByElement) {
+  Numbers numbers(96);
+  for (int run = 0; run < 600; ++run) {
+    const std::size_t n = 1 + numbers.below(run % 4 == 0 ? 2000 : 30);
+    Values a(n), b(n);
+    for (std::size_t i = 0; i < n; ++i) a[i] = numbers.any_bits(), b[i] = numbers.any_bits();
+    if (run % 3 == 0) {
+      for (std::size_t i = 0; i < n; ++i) a[i] = numbers.any(), b[i] = numbers.any();
+      if (numbers.below(2) == 0) a[numbers.below(n)] = 1e308, b[numbers.below(n)] = 1e308;
+      if (numbers.below(2) == 0) a[numbers.below(n)] = -std::numeric_limits<double>::infinity();
+    }
+    for (const bool add : {true, false}) {
+      Values expected = a;
+      std::int32_t failure = 0;
+      for (std::size_t i = 0; i < n && failure == 0; ++i) {
+        const double outcome = add ? b[i] + a[i] : a[i] - b[i];
+        const bool quiet = !std::isfinite(a[i]) || !std::isfinite(b[i]);
+        if (!std::isfinite(outcome) && !quiet) {
+          failure = 6;
+        } else {
+          expected[i] = outcome;
+        }
+      }
+      DoubleArray own = doubles(1, a);
+      const DoubleArray other = doubles(1, b);
+      ASSERT_EQ(failure_of([&] {
+                  add ? matrices.Sumar_a_1Matriz_otra(own, other)
+                      : matrices.Restar_a_1Matriz_otra(own, other);
+                }),
+                failure);
+      for (std::size_t i = 0; i < n; ++i) {
+        ASSERT_EQ(bits(own.data()[i]), bits(expected[i])) << run << ' ' << i;
+      }
+    }
+  }
+}
+
+}  // namespace
+}  // namespace orv2_geo

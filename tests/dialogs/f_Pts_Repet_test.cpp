@@ -1,0 +1,270 @@
+#include "dialogs/f_Pts_Repet.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "tests/platform/recording_interface.h"
+#include "tests/support/expect_failure.h"
+
+namespace orv2_geo {
+namespace {
+
+using testing_support::failure_of;
+using testing_support::RecordingInterface;
+
+template <class T>
+std::vector<T> elements(const GeoArray<T>& array) {
+  return {array.data(), array.data() + array.count()};
+}
+
+// Eight points, 2 repeated in plan at 3 and in space at 5; 6 is 0.0005 away from 4.
+class RepeatedPoints : public ::testing::Test {
+ protected:
+  RepeatedPoints() {
+    const double xs[] = {0, 10, 20, 20, 30, 20, 30.0005, 40, 50};
+    const double zs[] = {0, 1, 2, 7, 4, 2, 4, 6, 8};
+    for (std::int32_t i = 0; i <= 8; ++i) {
+      x(i) = xs[i];
+      y(i) = 100 + (i == 0 ? 0 : 1);
+      z(i) = zs[i];
+      const std::string number = std::to_string(i);
+      codes(i) = Text::from_utf8("C" + number);
+      layers(i) = static_cast<std::int16_t>(10 * i);
+      numbers(i) = -i;
+    }
+    for (std::int32_t i = 0; i <= 10; ++i) names(i) = Text::from_utf8("N" + std::to_string(i));
+  }
+
+  void with_person(std::function<void(Form&)> actions) {
+    screen.user = std::move(actions);
+    dialog.A_Quita_Pts_Repetidos(count, x, y, z, codes, names, layers, numbers, aviso, precision);
+    dialog.unload();
+  }
+
+  std::vector<std::string> texts(const StringArray& array) const {
+    std::vector<std::string> all;
+    for (const Text& text : elements(array)) all.push_back(text.to_utf8());
+    return all;
+  }
+  std::string text(Form& form, const char* name) { return form.control(name).text().to_utf8(); }
+  bool shown(Form& form, const char* name) { return form.control(name).visible(); }
+  bool enabled(Form& form, const char* name) { return form.control(name).enabled(); }
+
+  RecordingInterface screen;
+  std::int32_t count = 8;
+  DoubleArray x{0, 8}, y{0, 8}, z{0, 8};
+  StringArray codes{0, 8}, names{0, 10};
+  ShortArray layers{0, 8};
+  LongArray numbers{0, 8};
+  Bool aviso = true;
+  double precision = 5.0;
+  f_Pts_Repet dialog;
+};
+
+using Doubles = std::vector<double>;
+using Longs = std::vector<std::int32_t>;
+using Texts = std::vector<std::string>;
+
+TEST_F(RepeatedPoints, TheDesign) {
+  Form& form = dialog.form();
+  EXPECT_EQ(form.caption().to_utf8(), "Quitar puntos repetidos:");
+  EXPECT_EQ(form.width(), 2865);
+  EXPECT_EQ(form.height(), 3000);
+  EXPECT_EQ(form.size(), 15U);
+  EXPECT_EQ(text(form, "TxtPresc"), "0.001");
+  EXPECT_EQ(text(form, "Label1"), "Precisión:");
+  EXPECT_EQ(text(form, "Label2"), "Nº de puntos:");
+  EXPECT_EQ(text(form, "chkCood00"), "Quitar ptos (0,0)");
+  EXPECT_FALSE(enabled(form, "chkCood00"));
+  EXPECT_EQ(form.control("Opt3D(0)").value(), -1.0);
+  EXPECT_EQ(form.control("Opt3D(1)").value(), 0.0);
+  EXPECT_EQ(form.control("ProgressBar1").max(), 100.0);
+  for (const char* hidden : {"ProgressBar1", "cmdEliminar", "lblPtos", "lblEstudio"}) {
+    EXPECT_FALSE(shown(form, hidden)) << hidden;
+  }
+  EXPECT_EQ(form.control("lblEstudio").design().background, 0x00ffff);
+}
+
+TEST_F(RepeatedPoints, ComputeAndDelete) {
+  with_person([&](Form& form) {
+    EXPECT_EQ(text(form, "labPuntos"), "8");
+    EXPECT_TRUE(enabled(form, "FraOption"));
+    form.click("cmdCalcular");
+    // Confirming.
+    EXPECT_FALSE(enabled(form, "FraOption"));
+    EXPECT_FALSE(enabled(form, "cmdCalcular"));
+    EXPECT_FALSE(shown(form, "cmdCalcular"));
+    EXPECT_TRUE(shown(form, "cmdEliminar"));
+    EXPECT_TRUE(shown(form, "lblEstudio"));
+    EXPECT_FALSE(shown(form, "ProgressBar1"));
+    EXPECT_EQ(text(form, "lblEstudio"), "Hay 3 puntos repetidos");
+    EXPECT_EQ(text(form, "labCero"), "");
+    form.set_text("TxtPresc", u"9");  // frozen with its frame
+    EXPECT_EQ(text(form, "TxtPresc"), "0.001");
+    form.click("cmdEliminar");
+  });
+  EXPECT_FALSE(dialog.Cancelado);
+  EXPECT_EQ(count, 5);
+  EXPECT_EQ(elements(x), (Doubles{0, 10, 20, 30, 40, 50}));
+  EXPECT_EQ(elements(z), (Doubles{0, 1, 7, 4, 6, 8}));  // of a cluster the highest stays
+  EXPECT_EQ(texts(codes), (Texts{"C0", "C1", "C3", "C4", "C7", "C8"}));
+  EXPECT_EQ(elements(layers), (std::vector<std::int16_t>{0, 10, 30, 40, 70, 80}));
+  EXPECT_EQ(texts(names),
+            (Texts{"N0", "N1", "N3", "N4", "N7", "N8", "N6", "N7", "N8", "N9", "N10"}));
+  EXPECT_EQ(elements(numbers), (Longs{0, 1, 2, 2, 3, 2, 3, 4, 5}));
+  EXPECT_TRUE(screen.boxes.empty());
+}
+
+TEST_F(RepeatedPoints, ThreeDimensionsCompareTheElevations) {
+  with_person([](Form& form) {
+    form.select("Opt3D(1)");
+    form.press_enter();  // Calcular is the default button
+    EXPECT_EQ(form.control("lblEstudio").text().to_utf8(), "Hay 1 puntos repetidos");
+    form.click("cmdEliminar");
+  });
+  EXPECT_EQ(count, 7);
+}
+
+struct ToleranceRow {
+  const char* rule;
+  const char16_t* typed;
+  const char* found;
+};
+
+TEST_F(RepeatedPoints, TheTypedTolerance) {
+  const ToleranceRow table[] = {
+      {"as it stands", u"0.001", "Hay 3 puntos repetidos"},
+      {"smaller", u"0.0004", "Hay 2 puntos repetidos"},
+      {"a decimal comma ends the number: the default applies", u"0,001", "Hay 2 puntos repetidos"},
+      {"letters: the default", u"abc", "Hay 2 puntos repetidos"},
+      {"empty: the default", u"", "Hay 2 puntos repetidos"},
+      {"what follows the number is passed over", u" 0.001 m", "Hay 3 puntos repetidos"},
+      {"large", u"10.5", "Hay 5 puntos repetidos"},
+      {"negative: nothing is a repeat", u"-1", "Hay 0 puntos repetidos"},
+  };
+  for (const ToleranceRow& row : table) {
+    f_Pts_Repet one;
+    std::string found;
+    screen.user = [&](Form& form) {
+      form.set_text("TxtPresc", row.typed);
+      form.click("cmdCalcular");
+      found = form.control("lblEstudio").text().to_utf8();
+      form.click("cmdCancelar");
+    };
+    one.A_Quita_Pts_Repetidos(count, x, y, z, codes, names, layers, numbers, aviso, precision);
+    EXPECT_EQ(found, row.found) << row.rule;
+  }
+}
+
+TEST_F(RepeatedPoints, NoRepeatsAreOfferedForDeletionToo) {
+  count = 2;
+  with_person([](Form& form) {
+    form.click("cmdCalcular");
+    EXPECT_EQ(form.control("lblEstudio").text().to_utf8(), "Hay 0 puntos repetidos");
+    EXPECT_TRUE(form.control("cmdEliminar").visible());
+    form.click("cmdEliminar");
+  });
+  EXPECT_EQ(count, 2);
+  EXPECT_EQ(elements(x), (Doubles{0, 10, 20}));
+  EXPECT_EQ(elements(numbers), (Longs{0, 1, 2}));
+}
+
+TEST_F(RepeatedPoints, CancellingInEveryStateChangesNothing) {
+  const std::function<void(Form&)> ways[] = {
+      [](Form& form) { form.click("cmdCancelar"); },
+      [](Form& form) { form.press_escape(); },
+      [](Form& form) {
+        form.click("cmdCalcular");
+        form.click("cmdCancelar");
+      },
+      [](Form& form) {
+        form.press_enter();
+        form.press_escape();
+      },
+      [](Form&) {},  // an interface that cannot show it
+  };
+  const Doubles before_x = elements(x);
+  for (const auto& way : ways) {
+    f_Pts_Repet one;
+    screen.user = way;
+    one.A_Quita_Pts_Repetidos(count, x, y, z, codes, names, layers, numbers, aviso, precision);
+    EXPECT_TRUE(one.Cancelado);
+    EXPECT_EQ(count, 8);
+    EXPECT_EQ(elements(x), before_x);
+    EXPECT_EQ(elements(numbers), (Longs{0, -1, -2, -3, -4, -5, -6, -7, -8}));
+    EXPECT_EQ(names.upper(), 10);
+  }
+}
+
+TEST_F(RepeatedPoints, TheTitleBarsBoxIsNoCancelling) {
+  with_person([](Form& form) {
+    form.click("cmdCalcular");
+    form.close();
+  });
+  EXPECT_EQ(count, 5);
+  EXPECT_EQ(x.upper(), 5);
+}
+
+TEST_F(RepeatedPoints, TheTitleBarsBoxBeforeAnyCountingLeavesNoPoint) {
+  with_person([](Form& form) { form.close(); });
+  EXPECT_EQ(count, 0);
+  EXPECT_EQ(elements(x), (Doubles{0}));
+  EXPECT_EQ(texts(codes), (Texts{"C0"}));
+  EXPECT_EQ(layers.upper(), 0);
+  EXPECT_EQ(names.upper(), 10);
+  EXPECT_FALSE(numbers.allocated());
+}
+
+TEST_F(RepeatedPoints, AFailureOfTheEngineLeavesOnlyCancelling) {
+  z = DoubleArray(0, 3);
+  with_person([&](Form& form) {
+    form.click("cmdCalcular");
+    ASSERT_EQ(screen.boxes.size(), 1U);
+    EXPECT_EQ(screen.boxes[0].text,
+              "m_Indice_de_Puntos_sin_Repetir_2 - Error nº  9:El subíndice está fuera del "
+              "intervalo");
+    EXPECT_FALSE(enabled(form, "cmdCalcular"));
+    EXPECT_TRUE(shown(form, "cmdCalcular"));
+    EXPECT_FALSE(shown(form, "cmdEliminar"));
+    EXPECT_FALSE(shown(form, "lblEstudio"));
+    form.press_enter();
+    form.click("cmdCalcular");
+    form.click("cmdEliminar");
+    EXPECT_TRUE(form.open());
+    form.click("cmdCancelar");
+    EXPECT_FALSE(form.open());
+  });
+  EXPECT_TRUE(dialog.Cancelado);
+  EXPECT_EQ(count, 8);
+}
+
+TEST_F(RepeatedPoints, NoPointsAtAll) {
+  count = 0;
+  with_person([&](Form& form) {
+    form.click("cmdCalcular");
+    EXPECT_EQ(screen.boxes.size(), 1U);
+    form.press_escape();
+  });
+  EXPECT_TRUE(dialog.Cancelado);
+}
+
+TEST_F(RepeatedPoints, AShortArrayFailsWithTheOthersWrittenSoFar) {
+  layers = ShortArray(0, 2);
+  EXPECT_EQ(failure_of([&] {
+              with_person([](Form& form) {
+                form.click("cmdCalcular");
+                form.click("cmdEliminar");
+              });
+            }),
+            9);
+  EXPECT_EQ(count, 8);
+  EXPECT_EQ(x.upper(), 8);
+  EXPECT_EQ(x(3), 20);  // point 3 went to 2 before layer 3 was missing
+  EXPECT_EQ(codes(2).to_utf8(), "C3");
+  EXPECT_EQ(names(2).to_utf8(), "N2");  // not yet its turn
+}
+
+}  // namespace
+}  // namespace orv2_geo
