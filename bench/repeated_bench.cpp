@@ -255,8 +255,7 @@ void repeated_hash_grid(benchmark::State& state) {
       for (std::int64_t dx = -1; dx <= 1 && !repeated; ++dx) {
         for (std::int64_t dy = -1; dy <= 1 && !repeated; ++dy) {
           const auto found = first.find({x + dx, y + dy});
-          repeated = found != first.end() &&
-                     std::abs(s.X(found->second) - s.X(p)) < tolerance &&
+          repeated = found != first.end() && std::abs(s.X(found->second) - s.X(p)) < tolerance &&
                      std::abs(s.Y(found->second) - s.Y(p)) < tolerance;
         }
       }
