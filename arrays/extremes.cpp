@@ -70,7 +70,7 @@ bool extremes_of(std::span<const double> elements, Span& extremes) {
     const NumberPair pair = pair_at(&elements[k]);
     max = pair > max ? pair : max;
     min = pair < min ? pair : min;
-    numbers += pair == pair;
+    numbers += pair == pair;  // NOLINT(misc-redundant-expression): NaN is not
   }
   extremes = {std::max(max[0], max[1]), std::min(min[0], min[1])};
   if (k < elements.size()) {
@@ -233,13 +233,12 @@ void cgeo_Matrices::MaxMin_3Matriz(const DoubleArray& X, const DoubleArray& Y, c
   if (limit < 2) return;
   Scan(all).run(2, limit, look_at_skipping);
   if (!is_exactly_true(Ver)) return;
-  const auto& [x, y, z] = all;
   std::optional<f_MaxiMin> dialog;
   skip_on_failure([&] { dialog.emplace(); });
   if (!dialog) return;
   skip_on_failure([&] {
-    dialog->A_Let_Parametros_Mdt1(MaxX, MinX, MaxY, MinY, MaxZ, MinZ, x.max_at, y.max_at, z.max_at,
-                                  x.min_at, y.min_at, z.min_at);
+    dialog->A_Let_Parametros_Mdt1(MaxX, MinX, MaxY, MinY, MaxZ, MinZ, all[0].max_at, all[1].max_at,
+                                  all[2].max_at, all[0].min_at, all[1].min_at, all[2].min_at);
   });
   skip_on_failure([&] { dialog->show_modal(); });
   dialog->unload();

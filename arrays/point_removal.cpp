@@ -20,7 +20,8 @@ void cgeo_Matrices::Quita_Puntos_Repetidos_XYZ_con_indice1(
     std::int32_t& nPtos1, const DoubleArray& X1, const DoubleArray& Y1, const DoubleArray& Z1,
     LongArray& Indice, const ObjectRef& Progreso1, const double& Precision, const Bool&) const try {
   const std::int32_t nPtos = nPtos1;
-  const DoubleArray X(X1), Y(Y1), Z(Z1);
+  // Copies: a progress object may change what is the caller's in the middle.
+  const DoubleArray X(X1), Y(Y1), Z(Z1);  // NOLINT(performance-unnecessary-copy-initialization)
   const LongArray numbering(Indice);
   std::int32_t nNuevos = 0;
   mOrdena::m_Indice_de_Puntos_sin_Repetir_ORDENADOS_EN_X(nPtos, X, Y, Z, nNuevos, Indice, Precision,

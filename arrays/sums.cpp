@@ -37,7 +37,8 @@ bool work_block(double* own, const double* other) {
   PairMask finite = {};
   for (std::int32_t k = 0; k < block; k += 2) {
     const NumberPair outcome = Operation::of(pair_at(own + k), pair_at(other + k));
-    finite += outcome - outcome == NumberPair{};  // an infinity less itself is none
+    // An infinity less itself is no number. NOLINTNEXTLINE(misc-redundant-expression)
+    finite += outcome - outcome == NumberPair{};
     put_pair(outcome, outcomes + k);
   }
   if (finite[0] + finite[1] != -block) return false;

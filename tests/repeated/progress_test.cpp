@@ -147,5 +147,52 @@ TEST(Progress, AHostThatChangesItsArraysMeanwhile) {
   EXPECT_EQ(entries(out.second), (std::vector<std::int32_t>{0, 1, 2, 0}));
 }
 
+TEST(Progress, AHostThatChangesTheIndexesMeanwhile) {
+  using Numbers32 = std::vector<std::int32_t>;
+  const PointList list({{2, 0, 0}, {1, 0, 0}, {2, 0, 0}});
+  const RecordingInterface screen;
+  std::int32_t nNuevos = 0;
+  LongArray a, b;
+  mOrdena::BoolArray flags;
+  const Indicator progress;
+  progress.object->on_write = [&](std::size_t n) {
+    if (n == 3) a.size(5, 9);
+  };
+  mOrdena::m_Indice_de_Puntos_sin_Repetir_ORDENADOS_EN_X(3, list.X, list.Y, list.Z, nNuevos, a, 0.0,
+                                                         progress.reference);
+  EXPECT_EQ(nNuevos, 2);
+  EXPECT_EQ(a.lower(), 0) << "a whole copy, bounds included";
+  EXPECT_EQ(entries(a), (Numbers32{0, 2, 1, 0}));
+  EXPECT_TRUE(screen.boxes.empty());
+
+  // The general index ends in the middle of its own writing, before the other.
+  const Indicator shortening;
+  shortening.object->on_write = [&](std::size_t n) {
+    if (n == 3) b.size(0, 2);
+  };
+  nNuevos = -77;
+  highest(3, list.X, list.Y, list.Z, nNuevos, a, b, flags, 0.0, shortening.reference);
+  EXPECT_EQ(box_of(screen), boxed(title_2, 9));
+  EXPECT_EQ(nNuevos, -77);
+  EXPECT_EQ(entries(a), (Numbers32{0, 0, 0, 0}));
+  EXPECT_EQ(entries(b), (Numbers32{0, 1, 2}));
+}
+
+TEST(Progress, AHostThatLocksAnIndexMeanwhileIs10InTheEnd) {
+  const PointList list({{2, 0, 0}, {1, 0, 0}});
+  const RecordingInterface screen;
+  std::int32_t nNuevos = -77;
+  LongArray a;
+  const Indicator progress;
+  progress.object->on_write = [&](std::size_t n) {
+    if (n == 3) a.lock();
+  };
+  mOrdena::m_Indice_de_Puntos_sin_Repetir_ORDENADOS_EN_X(2, list.X, list.Y, list.Z, nNuevos, a, 0.0,
+                                                         progress.reference);
+  EXPECT_EQ(box_of(screen), boxed(title_in_X, 10));
+  EXPECT_EQ(nNuevos, -77);
+  EXPECT_EQ(entries(a), (std::vector<std::int32_t>{0, 0, 0}));
+}
+
 }  // namespace
 }  // namespace orv2_geo
