@@ -22,17 +22,32 @@ void end_line(std::string& text) {
   text += '\n';
 }
 
+// The longest finite number has 309 digits before the point, the smallest 324
+// after it and 16 more.
+using Room = std::array<char, 400>;
+
 }  // namespace
 
 std::string fixed(double value, int decimals) {
-  // The longest finite number has 309 digits before the point.
-  std::array<char, 400> room;
+  Room room;
   const auto [end, error] = std::to_chars(room.data(), room.data() + room.size(), value,
                                           std::chars_format::fixed, decimals);
   std::string text(room.data(), end);
   const bool is_zero = text.find_first_not_of("-0.") == std::string::npos;
   if (is_zero && text.starts_with('-')) text.erase(0, 1);
   return text;
+}
+
+std::string exact(double value, int decimals) {
+  Room room;
+  const auto [end, error] =
+      std::to_chars(room.data(), room.data() + room.size(), value, std::chars_format::fixed);
+  const std::string text(room.data(), end);
+  const std::size_t point = std::min(text.find('.'), text.size());
+  const std::size_t needed = point + 1 + static_cast<std::size_t>(decimals);
+  if (decimals == 0 || text.size() >= needed) return text;
+  return text + (point == text.size() ? "." : "") +
+         std::string(needed - std::max(text.size(), point + 1), '0');
 }
 
 std::string azimuth_text(double azimuth) {

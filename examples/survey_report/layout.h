@@ -12,6 +12,10 @@ namespace survey_report {
 /// whatever the locale. What rounds to zero has no sign.
 std::string fixed(double value, int decimals);
 
+/// `value`, which is finite, with the decimals that make it read back as it is,
+/// and no fewer than `decimals`.
+std::string exact(double value, int decimals);
+
 /// An azimuth of 400 to the circle with four decimals; what rounds to the full
 /// circle is 0.0000.
 std::string azimuth_text(double azimuth);

@@ -1,5 +1,6 @@
 // survey_report: prints what a point file holds.
 #include <cstdio>
+#include <deque>
 #include <exception>
 #include <filesystem>
 #include <optional>
@@ -9,12 +10,16 @@
 #include <string_view>
 #include <system_error>
 #include <utility>
+#include <vector>
 
+#include "survey_report/extremes.h"
+#include "survey_report/failure_words.h"
 #include "survey_report/options.h"
 #include "survey_report/output.h"
 #include "survey_report/plan.h"
 #include "survey_report/points.h"
 #include "survey_report/profile_drawing.h"
+#include "survey_report/repeats.h"
 #include "survey_report/report.h"
 #include "survey_report/study.h"
 #include "survey_report/traverse.h"
@@ -24,7 +29,7 @@ namespace {
 
 constexpr std::string_view help_text = R"(Usage: survey_report [options] FILE
 
-Prints a survey: its boundary with a section line across it, elevations and
+Prints a survey: its extremes, its repeated points, its boundary with a section line across it, elevations and
 slopes at the nodes of a grid, a longitudinal profile along the section line,
 the points inside a work area, and all points with azimuth and distance from
 each to the next. On request it draws a plan and the profile.
@@ -58,6 +63,18 @@ Options:
                       over the middle half of the boundary
   --area-code CODE    the vertices of the work area are the points whose code
                       begins with CODE, in their order
+  --repeats TOLERANCE
+                      two points are a pair of repeated points when they are
+                      nearer than TOLERANCE in X and in Y (0.02 if not given)
+  --kept FILE         write the points that stay when repeated ones are removed
+                      to FILE, as a point file, whole or not at all
+  --repetidos         remove repeated points in the library's dialog, with the
+                      tolerance typed there; --kept is then what the user kept,
+                      in the present folder under the name of FILE with _kept.csv
+                      if not given; a dialog that is cancelled, as it is without
+                      a screen, removes and writes nothing
+  --ver               show the extremes in the library's dialog, for two points
+                      or more
   -h, --help          print this help and stop
   --                  what follows is FILE, even if it starts with -
 
@@ -98,7 +115,8 @@ void check_apart(const Command& command) {
   const Named files[] = {{command.input, "the point file", ""},
                          {command.output, "the output file", "the output file is "},
                          {command.plan, "the --plan file", "--plan names "},
-                         {command.profile, "", "--profile names "}};
+                         {command.profile, "the --profile file", "--profile names "},
+                         {command.kept, "", "--kept names "}};
   for (const Named& later : files) {
     for (const Named* earlier = files; earlier != &later; ++earlier) {
       if (!earlier->file || !later.file || !same_file(*earlier->file, *later.file)) continue;
@@ -114,8 +132,9 @@ Survey load_survey(const std::string& file, FieldOrder order) {
   return {std::filesystem::path(file).filename().string(), order, std::move(read.points)};
 }
 
-std::string report_on(const std::string& file, const Survey& survey, const Study& study) try {
-  return report(survey, study);
+std::string report_on(const std::string& file, const Survey& survey, const Study& study,
+                      const std::string& dialog) try {
+  return report(survey, study, dialog);
 } catch (const LegFault& fault) {
   throw DataFault(messages(file, {{fault.line(), fault.what()}}));
 }
@@ -143,16 +162,45 @@ void put_report(const std::optional<std::string>& file, const std::string& text)
   }
 }
 
-// The drawings take their names last: where the report fails, there is none.
-void put(const Command& command, const std::string& text, const std::string& plan,
-         const std::string& profile) {
-  std::optional<Replacement> drawings[2];
-  if (command.plan) drawings[0].emplace(*command.plan, plan);
-  if (command.profile) drawings[1].emplace(*command.profile, profile);
+// A file that is written beside the report.
+struct Beside {
+  std::string file;
+  std::string text;
+};
+
+// These take their names last: where the report fails, there is none.
+void put(const Command& command, const std::string& text, const std::vector<Beside>& beside) {
+  std::deque<Replacement> files;
+  for (const Beside& other : beside) files.emplace_back(other.file, other.text);
   put_report(command.output, text);
-  for (std::optional<Replacement>& drawing : drawings) {
-    if (drawing) drawing->commit();
-  }
+  for (Replacement& file : files) file.commit();
+}
+
+std::vector<Beside> drawings_of(const Command& command, const Survey& survey, const Study& study) {
+  std::vector<Beside> drawings;
+  const auto add = [&](const std::optional<std::string>& file, Draw draw) {
+    if (file) drawings.push_back({*file, drawing_on(*command.input, survey, study, draw)});
+  };
+  add(command.plan, plan_of);
+  add(command.profile, profile_drawing_of);
+  return drawings;
+}
+
+DialogRemoval removal_on(const std::string& file, const Survey& survey) try {
+  return remove_in_dialog(survey.points);
+} catch (const orv2_geo::RunFailure& failure) {
+  throw DataFault(file + ": repeated points: " + words_of(failure) + '\n');
+}
+
+std::vector<SurveyPoint> kept_on(const std::string& file, const Survey& survey,
+                                 const Study& study) {
+  const std::string& fault = study.repeats.fault;
+  if (!fault.empty()) throw DataFault(file + ": repeated points: " + fault + '\n');
+  return kept_points(survey.points, study.repeats);
+}
+
+Beside kept_file(const Command& command, const std::vector<SurveyPoint>& kept) {
+  return {*command.kept, point_file(kept, command.order)};
 }
 
 void run(const Command& command) {
@@ -161,12 +209,17 @@ void run(const Command& command) {
   const std::string& file = *command.input;
   const Survey survey = load_survey(file, command.order);
   const Study study = study_on(survey, command.study);
-  const std::string text = report_on(file, survey, study);
-  const auto drawn = [&](bool wanted, Draw draw) {
-    return wanted ? drawing_on(file, survey, study, draw) : std::string();
-  };
-  put(command, text, drawn(command.plan.has_value(), plan_of),
-      drawn(command.profile.has_value(), profile_drawing_of));
+  std::vector<Beside> beside = drawings_of(command, survey, study);
+  if (command.extremes_dialog) show_extremes(survey.points);
+  std::string dialog;
+  if (command.removal_dialog) {
+    const DialogRemoval removal = removal_on(file, survey);
+    dialog = dialog_section(survey, removal, *command.kept);
+    if (removal.confirmed) beside.push_back(kept_file(command, removal.kept));
+  } else if (command.kept) {
+    beside.push_back(kept_file(command, kept_on(file, survey, study)));
+  }
+  put(command, report_on(file, survey, study, dialog), beside);
 }
 
 void complain(const std::string& message) { std::fputs(message.c_str(), stderr); }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <filesystem>
 #include <iterator>
 #include <string_view>
 #include <system_error>
@@ -104,6 +105,14 @@ void set_profile(Command& command, std::string_view value) {
   set_once(command.profile, value, "--profile file");
 }
 
+void set_kept(Command& command, std::string_view value) {
+  set_once(command.kept, value, "--kept file");
+}
+
+void set_repeats(Command& command, std::string_view value) {
+  set_positive(command.study.repeats, "--repeats", value);
+}
+
 void set_boundary(Command& command, std::string_view value) {
   if (value.empty()) throw UsageFault("--boundary has an empty code");
   command.study.boundary_code = value;
@@ -142,6 +151,12 @@ void set_area_code(Command& command, std::string_view value) {
   command.study.area.code = value;
 }
 
+// Where the points go that stay after a dialog when the user names no file: into
+// the present folder.
+std::string kept_file_of(const std::filesystem::path& input) {
+  return input.stem().string() + "_kept.csv";
+}
+
 // ---- Options
 
 struct ValueOption {
@@ -156,7 +171,8 @@ constexpr ValueOption value_options[] = {
     {"--section", "X1,Y1,X2,Y2", set_section}, {"--grid", "a step", set_grid},
     {"--profile", "a file name", set_profile}, {"--corridor", "a width", set_corridor},
     {"--stations", "a step", set_stations},    {"--area", "X1,Y1,X2,Y2,X3,Y3,...", set_area},
-    {"--area-code", "a code", set_area_code},
+    {"--area-code", "a code", set_area_code},  {"--repeats", "a tolerance", set_repeats},
+    {"--kept", "a file name", set_kept},
 };
 
 class CommandLine {
@@ -166,6 +182,7 @@ class CommandLine {
   Command read() {
     while (!words_.empty() && !command_.help) word(take());
     if (!command_.help && !command_.input) throw UsageFault("no point file is given");
+    if (command_.removal_dialog && !command_.kept) command_.kept = kept_file_of(*command_.input);
     return command_;
   }
 
@@ -186,6 +203,10 @@ class CommandLine {
       command_.help = true;
     } else if (word == "--northing-first") {
       command_.order = FieldOrder::northing_first;
+    } else if (word == "--ver") {
+      command_.extremes_dialog = true;
+    } else if (word == "--repetidos") {
+      command_.removal_dialog = true;
     } else if (!value_option(word)) {
       throw UsageFault("unknown option " + std::string(word));
     }

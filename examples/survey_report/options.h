@@ -24,6 +24,9 @@ struct Command {
   std::optional<std::string> output;
   std::optional<std::string> plan;
   std::optional<std::string> profile;
+  std::optional<std::string> kept;  ///< there when the dialog is asked for
+  bool extremes_dialog = false;
+  bool removal_dialog = false;
   StudyOptions study;
 };
 

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "survey_report/extremes.h"
 #include "survey_report/layout.h"
 #include "survey_report/rounding.h"
 #include "survey_report/svg.h"

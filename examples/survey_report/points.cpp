@@ -8,6 +8,7 @@
 #include <system_error>
 #include <utility>
 
+#include "survey_report/layout.h"
 #include "survey_report/utf8.h"
 
 namespace survey_report {
@@ -20,6 +21,7 @@ constexpr std::size_t fields_needed = 4;   // all but the code
 constexpr std::size_t fields_allowed = 5;  // with the code
 constexpr std::size_t bad_lines_shown = 20;
 constexpr std::size_t characters_shown = 40;
+constexpr int fewest_decimals = 3;
 
 // What is wrong with the line at hand.
 class LineFault : public std::runtime_error {
@@ -201,9 +203,14 @@ class Reader {
   PointFile file_;
 };
 
-void widen(Range& range, double value) {
-  range.min = std::min(range.min, value);
-  range.max = std::max(range.max, value);
+// ---- Writing
+
+std::string written(std::string_view field) {
+  const bool plain = trimmed(field) == field && field.find_first_of(",\"#\r") == field.npos;
+  if (plain) return std::string(field);
+  std::string text = "\"";
+  for (const char c : field) text.append(c == '"' ? 2 : 1, c);
+  return text + '"';
 }
 
 }  // namespace
@@ -213,6 +220,17 @@ PointFile read_points(std::string_view text, FieldOrder order) {
   Reader reader(order);
   while (!text.empty()) reader.line(take_line(text));
   return reader.take_file();
+}
+
+std::string point_file(const std::vector<SurveyPoint>& points, FieldOrder order) {
+  const bool x_first = order == FieldOrder::x_first;
+  std::string text = x_first ? "Number,X,Y,Z,Code\n" : "Number,Y,X,Z,Code\n";
+  for (const SurveyPoint& point : points) {
+    text += written(point.number) + ',' + exact(x_first ? point.x : point.y, fewest_decimals) +
+            ',' + exact(x_first ? point.y : point.x, fewest_decimals) + ',' +
+            exact(point.z, fewest_decimals) + ',' + written(point.code) + '\n';
+  }
+  return text;
 }
 
 std::string_view field_names(FieldOrder order) {
@@ -232,17 +250,6 @@ std::string messages(std::string_view file, const std::vector<BadLine>& bad_line
             (others == 1 ? " more bad line\n" : " more bad lines\n");
   }
   return text;
-}
-
-Extents extents_of(const std::vector<SurveyPoint>& points) {
-  const SurveyPoint& first = points.front();
-  Extents extents{{first.x, first.x}, {first.y, first.y}, {first.z, first.z}};
-  for (const SurveyPoint& point : points) {
-    widen(extents.x, point.x);
-    widen(extents.y, point.y);
-    widen(extents.z, point.z);
-  }
-  return extents;
 }
 
 }  // namespace survey_report

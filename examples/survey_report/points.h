@@ -47,6 +47,11 @@ struct PointFile {
 /// Every other line that is not a point is listed among the bad ones.
 PointFile read_points(std::string_view text, FieldOrder order);
 
+/// The text of a point file that reads back as these points, bit for bit, under
+/// a header: coordinates with three decimals or as many more as they need, a
+/// field in quotes where it would read as something else without.
+std::string point_file(const std::vector<SurveyPoint>& points, FieldOrder order);
+
 /// The names of the fields in the order of the file: "number, X, Y, Z, code".
 std::string_view field_names(FieldOrder order);
 
@@ -59,14 +64,5 @@ struct Range {
   double min = 0.0;
   double max = 0.0;
 };
-
-struct Extents {
-  Range x;
-  Range y;
-  Range z;
-};
-
-/// The box around the points, of which there is at least one.
-Extents extents_of(const std::vector<SurveyPoint>& points);
 
 }  // namespace survey_report

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "library/orv2_geo.hpp"
+#include "survey_report/extremes.h"
 #include "survey_report/rounding.h"
 
 namespace survey_report {

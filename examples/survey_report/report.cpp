@@ -5,6 +5,7 @@
 #include <optional>
 #include <string_view>
 
+#include "survey_report/extremes.h"
 #include "survey_report/layout.h"
 #include "survey_report/rounding.h"
 #include "survey_report/utf8.h"
@@ -23,24 +24,39 @@ std::string counted(std::size_t count, std::string_view one, std::string_view ma
   return std::to_string(count) + ' ' + std::string(count == 1 ? one : many);
 }
 
+std::string joined(const std::vector<std::string>& words) {
+  std::string text;
+  for (const std::string& word : words) text += (text.empty() ? "" : ", ") + word;
+  return text;
+}
+
 std::string titled(std::string_view title) {
   return std::string(title) + '\n' + std::string(display_width(title), '=') + "\n\n";
 }
 
-void add_range(Table& table, const std::string& name, const Range& range) {
-  const double difference = range.max - range.min;
-  table.add({name, length_text(range.min), length_text(range.max),
-             std::isfinite(difference) ? length_text(difference) : std::string(no_number)});
+// A difference has no number past every double.
+std::string difference_text(double difference) {
+  return std::isfinite(difference) ? length_text(difference) : std::string(no_number);
 }
 
-std::string extents_table(const Extents& extents) {
+void add_range(Table& table, const std::string& name, const std::vector<SurveyPoint>& points,
+               double SurveyPoint::*axis, const Range& range) {
+  const auto holder = [&](double value) { return points[holder_of(points, axis, value)].number; };
+  table.add({name, length_text(range.min), holder(range.min), length_text(range.max),
+             holder(range.max), difference_text(range.max - range.min)});
+}
+
+std::string extents_table(const std::vector<SurveyPoint>& points) {
   Table table({{"Axis", Align::left},
                {"Minimum", Align::right},
+               {"Point", Align::right},
                {"Maximum", Align::right},
+               {"Point", Align::right},
                {"Difference", Align::right}});
-  add_range(table, "X", extents.x);
-  add_range(table, "Y", extents.y);
-  add_range(table, "Z", extents.z);
+  const Extents extents = extents_of(points);
+  add_range(table, "X", points, &SurveyPoint::x, extents.x);
+  add_range(table, "Y", points, &SurveyPoint::y, extents.y);
+  add_range(table, "Z", points, &SurveyPoint::z, extents.z);
   return table.text();
 }
 
@@ -117,12 +133,10 @@ std::string nodes_table(const Survey& survey, const Relief& relief) {
                {"Slope %", Align::right},
                {"Triangle", Align::left}});
   for (const Node& node : relief.nodes) {
-    std::string numbers;
-    for (const std::size_t i : node.triangle) {
-      numbers += (numbers.empty() ? "" : ", ") + survey.points[i].number;
-    }
+    std::vector<std::string> numbers;
+    for (const std::size_t i : node.triangle) numbers.push_back(survey.points[i].number);
     table.add({length_text(node.place.x), length_text(node.place.y), length_text(node.elevation),
-               slope_text(node.slope), numbers});
+               slope_text(node.slope), joined(numbers)});
   }
   return table.text();
 }
@@ -157,6 +171,54 @@ std::string inside_table(const Survey& survey, const std::vector<std::size_t>& i
   return table.text();
 }
 
+// ---- Repeated points
+
+std::string pairs_text(const Repeats& repeats) {
+  if (repeats.too_many_pairs) return "more than " + std::to_string(most_pairs) + ": not listed";
+  return std::to_string(repeats.pairs.size());
+}
+
+std::string counts_text(std::size_t before, std::size_t after) {
+  return std::to_string(before) + " before, " + std::to_string(after) +
+         " after: " + std::to_string(before - after) + " removed";
+}
+
+std::string pairs_table(const std::vector<SurveyPoint>& points, const Repeats& repeats) {
+  Table table({{"Point", Align::right},
+               {"Code", Align::left},
+               {"Point", Align::right},
+               {"Code", Align::left},
+               {"Distance", Align::right},
+               {"Rise", Align::right},
+               {"Removed", Align::left}});
+  for (const RepeatedPair& pair : repeats.pairs) {
+    std::vector<std::string> removed;
+    for (const std::size_t i : {pair.first, pair.second}) {
+      if (repeats.fault.empty() && !repeats.keeps(i)) removed.push_back(points[i].number);
+    }
+    const SurveyPoint& first = points[pair.first];
+    const SurveyPoint& second = points[pair.second];
+    table.add({first.number, first.code, second.number, second.code, length_text(pair.distance),
+               difference_text(pair.rise),
+               removed.empty() ? std::string(no_number) : joined(removed)});
+  }
+  return table.text();
+}
+
+// A row a point that stands for others too.
+std::string stand_ins_table(const std::vector<SurveyPoint>& points, const DialogRemoval& removal) {
+  std::vector<std::vector<std::string>> groups(removal.kept.size());
+  for (std::size_t i = 0; i < points.size(); ++i) {
+    groups[removal.stands_for[i]].push_back(points[i].number);
+  }
+  Table table({{"Kept", Align::right}, {"Code", Align::left}, {"Stands for", Align::left}});
+  for (std::size_t i = 0; i < groups.size(); ++i) {
+    const SurveyPoint& kept = removal.kept[i];
+    if (groups[i].size() > 1) table.add({kept.number, kept.code, joined(groups[i])});
+  }
+  return table.text();
+}
+
 bool has_no_slope(const Node& node) { return !node.slope.has_value(); }
 
 bool stands_still(const Leg& leg) { return !leg.azimuth.has_value(); }
@@ -169,7 +231,36 @@ std::string heading_section(const Survey& survey, const Traverse& traverse) {
           std::string(field_names(survey.order)) + '\n';
   text += "Traverse  " + length_text(traverse.length) + " in plan, " +
           counted(traverse.legs.size(), "leg", "legs") + "\n\n";
-  return text + extents_table(extents_of(survey.points));
+  return text + extents_table(survey.points);
+}
+
+std::string repeats_section(const Survey& survey, const Study& study) {
+  const Repeats& repeats = study.repeats;
+  std::string text = titled("Repeated points");
+  text += "Tolerance  " + exact(repeats.tolerance, 0) + ", in X and in Y\n";
+  text += "Pairs      " + pairs_text(repeats) + '\n';
+  text += "Points     " +
+          (repeats.fault.empty() ? counts_text(survey.points.size(), repeats.kept.size())
+                                 : "none removed: " + repeats.fault) +
+          '\n';
+  if (repeats.pairs.empty()) return text;
+  text += "\nA pair is any two points nearer than the tolerance in X and in Y. The removal goes\n";
+  text += "through the points once in the order of X: of neighbours there that are that near the\n";
+  text += "first of them the highest stays. It does not see a pair that another point parts in\n";
+  text += "that order: of such a pair both may stay. Distance in plan, rise from the first.\n\n";
+  return text + pairs_table(survey.points, repeats);
+}
+
+std::string dialog_section(const Survey& survey, const DialogRemoval& removal,
+                           const std::string& file) {
+  std::string text = titled("Repeated points removed in the dialog");
+  if (!removal.confirmed) {
+    return text + "Cancelled: nothing was removed, and no file of kept points was written.\n";
+  }
+  text += "Points  " + counts_text(survey.points.size(), removal.kept.size()) + '\n';
+  text += "File    " + without_controls(file) + '\n';
+  if (removal.kept.size() == survey.points.size()) return text;
+  return text + '\n' + stand_ins_table(survey.points, removal);
 }
 
 std::string boundary_section(const Study& study) {
@@ -273,9 +364,10 @@ std::string traverse_section(const Survey& survey, const Traverse& traverse) {
   return text + '\n' + table.text();
 }
 
-std::string report(const Survey& survey, const Study& study) {
+std::string report(const Survey& survey, const Study& study, const std::string& dialog) {
   const Traverse traverse = traverse_through(survey.points);
-  return heading_section(survey, traverse) + "\n\n" + boundary_section(study) + "\n\n" +
+  return heading_section(survey, traverse) + "\n\n" + repeats_section(survey, study) + "\n\n" +
+         dialog + (dialog.empty() ? "" : "\n\n") + boundary_section(study) + "\n\n" +
          relief_section(survey, study) + "\n\n" + profile_section(study) + "\n\n" +
          area_section(survey, study) + "\n\n" + traverse_section(survey, traverse);
 }

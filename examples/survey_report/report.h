@@ -17,8 +17,17 @@ struct Survey {
   std::vector<SurveyPoint> points;  ///< at least one
 };
 
-/// File, number of points, length of the traverse and the box around the points.
+/// File, number of points, length of the traverse, and the extremes with the
+/// points that hold them.
 std::string heading_section(const Survey& survey, const Traverse& traverse);
+
+/// Points measured more than once, a row a pair, and how many the library removes.
+std::string repeats_section(const Survey& survey, const Study& study);
+
+/// What the user removed in the library's dialog, a row a point that stands for
+/// several; `file` is where the kept points are written.
+std::string dialog_section(const Survey& survey, const DialogRemoval& removal,
+                           const std::string& file);
 
 /// The boundary, the section line and a row a cut.
 std::string boundary_section(const Study& study);
@@ -38,7 +47,8 @@ std::string area_section(const Survey& survey, const Study& study);
 /// A row a point: its coordinates, and the leg to the next point.
 std::string traverse_section(const Survey& survey, const Traverse& traverse);
 
-/// All sections, a blank line between each two.
-std::string report(const Survey& survey, const Study& study);
+/// All sections, blank lines between each two; `dialog` is the dialog_section,
+/// empty where there was no dialog.
+std::string report(const Survey& survey, const Study& study, const std::string& dialog = {});
 
 }  // namespace survey_report

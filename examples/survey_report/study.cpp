@@ -38,6 +38,7 @@ void work_out(Study& study, const std::vector<SurveyPoint>& points, const StudyO
 Study study_of(const std::vector<SurveyPoint>& points, const StudyOptions& options) {
   Study only_boundary;
   only_boundary.boundary = boundary_of(points, options.boundary_code);
+  only_boundary.repeats = repeats_of(points, options.repeats.value_or(default_tolerance));
   only_boundary.area = area_of(points, only_boundary.boundary, options.area);
   if (only_boundary.boundary.vertices.empty()) return only_boundary;
   try {

@@ -9,6 +9,7 @@
 #include "survey_report/choice_fault.h"
 #include "survey_report/profile.h"
 #include "survey_report/relief.h"
+#include "survey_report/repeats.h"
 
 namespace survey_report {
 
@@ -19,17 +20,19 @@ struct StudyOptions {
   std::optional<double> grid_step;     ///< positive; else a round one
   std::optional<double> corridor;      ///< positive; to either side of the section line
   std::optional<double> station_step;  ///< positive; else a round one
+  std::optional<double> repeats;       ///< positive; how near repeated points are
   AreaChoice area;
 };
 
 struct Study {
+  Repeats repeats;
   WorkArea area;
-  Boundary boundary;  ///< without vertices there is nothing else but an area
+  Boundary boundary;  ///< without vertices there is nothing else but an area and repeats
   double perimeter = 0.0;
   Section section;
   Relief relief;
   Profile profile;
-  /// Why nothing but boundary and area is known, where the library refused a
+  /// Why nothing but boundary, area and repeats is known, where the library refused a
   /// computation or a length has no number; else empty.
   std::string fault;
 

@@ -34,6 +34,21 @@ TEST(Layout, TheLargestNumberIsWrittenOut) {
   EXPECT_EQ(fixed(-std::numeric_limits<double>::max(), 3).size(), 1 + 309 + 4);
 }
 
+const NumberRow exact_rows[] = {
+    {"decimals are filled up", 12.5, 3, "12.500"},
+    {"a whole number too", 12, 3, "12.000"},
+    {"as many as it needs", 538542.4645712, 3, "538542.4645712"},
+    {"none where none are asked for", 5, 0, "5"},
+    {"no more than it needs", 0.02, 0, "0.02"},
+    {"minus zero keeps its sign", -0.0, 1, "-0.0"},
+};
+
+TEST(Layout, ExactNumbers) {
+  for (const NumberRow& row : exact_rows) {
+    EXPECT_EQ(exact(row.value, row.decimals), row.text) << row.rule;
+  }
+}
+
 struct CommaNumbers : std::numpunct<char> {
   char do_decimal_point() const override { return ','; }
 };

@@ -2,7 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <bit>
+#include <cmath>
+#include <limits>
 #include <locale>
+#include <random>
 
 namespace survey_report {
 
@@ -206,21 +210,62 @@ TEST(Points, NotMoreThanTwentyBadLinesAreShown) {
   }
 }
 
-TEST(Points, ExtentsOfOnePointAreThePoint) {
-  const Extents box = extents_of({{"1", -2, 3, 4, "", 1}});
-  EXPECT_EQ(box.x.min, -2);
-  EXPECT_EQ(box.x.max, -2);
-  EXPECT_EQ(box.z.max, 4);
+struct WrittenRow {
+  const char* rule;
+  SurveyPoint point;
+  const char* line;
+};
+
+const WrittenRow written_rows[] = {
+    {"coordinates have three decimals",
+     {"1", 2, 3.5, 616.65, "EJE", 2},
+     "1,2.000,3.500,616.650,EJE"},
+    {"or as many as they need",
+     {"1", 0.1234567, 1e-7, -0.0, "", 2},
+     "1,0.1234567,0.0000001,-0.000,"},
+    {"a number past all digits is written out",
+     {"1", 1e22, 5e-5, 0, "", 2},
+     "1,10000000000000000000000.000,0.00005,0.000,"},
+    {"a comma is put in quotes", {"1", 2, 3, 4, "POZO, 60", 2}, "1,2.000,3.000,4.000,\"POZO, 60\""},
+    {"a quote is doubled", {"1", 2, 3, 4, "18\" W", 2}, "1,2.000,3.000,4.000,\"18\"\" W\""},
+    {"blanks at the ends are kept", {"1", 2, 3, 4, " A ", 2}, "1,2.000,3.000,4.000,\" A \""},
+    {"a number that would begin a comment", {"#1", 2, 3, 4, "A", 2}, "\"#1\",2.000,3.000,4.000,A"},
+    {"a return is no line end", {"1", 2, 3, 4, "A\r", 2}, "1,2.000,3.000,4.000,\"A\r\""},
+    {"a code of another alphabet",
+     {"1", 2, 3, 4,
+      "SE\xC3\x91"
+      "AL",
+      2},
+     "1,2.000,3.000,4.000,SE\xC3\x91"
+     "AL"},
+};
+
+TEST(Points, WhatIsWrittenReadsBack) {
+  for (const WrittenRow& row : written_rows) {
+    const std::string text = point_file({row.point}, FieldOrder::x_first);
+    EXPECT_EQ(text, "Number,X,Y,Z,Code\n" + std::string(row.line) + '\n') << row.rule;
+    EXPECT_EQ(read_points(text, FieldOrder::x_first).points, Points{row.point}) << row.rule;
+  }
 }
 
-TEST(Points, ExtentsReachFromTheSmallestToTheLargest) {
-  const Extents box = extents_of({{"1", 5, -3, 4, "", 1}, {"2", -2, 9, 1, "", 2}});
-  EXPECT_EQ(box.x.min, -2);
-  EXPECT_EQ(box.x.max, 5);
-  EXPECT_EQ(box.y.min, -3);
-  EXPECT_EQ(box.y.max, 9);
-  EXPECT_EQ(box.z.min, 1);
-  EXPECT_EQ(box.z.max, 4);
+TEST(Points, NorthingFirstIsWrittenSo) {
+  const Points points{{"1", 435000, 4473000, 600, "EJE", 2}};
+  const std::string text = point_file(points, FieldOrder::northing_first);
+  EXPECT_EQ(text, "Number,Y,X,Z,Code\n1,4473000.000,435000.000,600.000,EJE\n");
+  EXPECT_EQ(read_points(text, FieldOrder::northing_first).points, points);
+}
+
+TEST(Points, EveryDoubleReadsBackBitForBit) {
+  std::mt19937_64 bits(1);
+  for (int i = 0; i < 20000; ++i) {
+    const double value = std::bit_cast<double>(bits());
+    if (!std::isfinite(value)) continue;
+    const Points points{{"1", value, 5e-324, std::numeric_limits<double>::lowest(), "", 2}};
+    const Points read =
+        read_points(point_file(points, FieldOrder::x_first), FieldOrder::x_first).points;
+    ASSERT_EQ(read, points);
+    EXPECT_EQ(std::bit_cast<std::uint64_t>(read[0].x), std::bit_cast<std::uint64_t>(value));
+  }
 }
 
 }  // namespace
