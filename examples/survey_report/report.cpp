@@ -244,10 +244,12 @@ std::string repeats_section(const Survey& survey, const Study& study) {
                                  : "none removed: " + repeats.fault) +
           '\n';
   if (repeats.pairs.empty()) return text;
-  text += "\nA pair is any two points nearer than the tolerance in X and in Y. The removal goes\n";
-  text += "through the points once in the order of X: of neighbours there that are that near the\n";
-  text += "first of them the highest stays. It does not see a pair that another point parts in\n";
-  text += "that order: of such a pair both may stay. Distance in plan, rise from the first.\n\n";
+  text += "\nA pair is any two points nearer than the tolerance in X and in Y; distance in plan,\n";
+  text +=
+      "rise from the first. The removal goes once through the points in the order of X, takes\n";
+  text +=
+      "neighbours that near to the first of them for one point, and keeps the highest. It does\n";
+  text += "not see a pair that another point parts in that order: both may stay.\n\n";
   return text + pairs_table(survey.points, repeats);
 }
 

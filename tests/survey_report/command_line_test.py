@@ -81,6 +81,19 @@ class Options(InAFolder):
             (["good.csv", "--profile", "./good.csv"], "--profile names the point file"),
             (["good.csv", "-o", "a", "--profile", "./a"], "--profile names the output file"),
             (["good.csv", "--plan", "a", "--profile", "./a"], "--profile names the --plan file"),
+            (["good.csv", "--kept"], "--kept needs a file name"),
+            (["good.csv", "--kept="], "the --kept file has an empty name"),
+            (["good.csv", "--kept", "a", "--kept=b"], "more than one --kept file is given"),
+            (["good.csv", "--kept", "./good.csv"], "--kept names the point file"),
+            (["good.csv", "-o", "a", "--kept", "./a"], "--kept names the output file"),
+            (["good.csv", "--plan", "a", "--kept", "./a"], "--kept names the --plan file"),
+            (["good.csv", "--profile", "a", "--kept", "./a"], "--kept names the --profile file"),
+            (["good.csv", "-o", "good_kept.csv", "--repetidos"], "--kept names the output file"),
+            (["good.csv", "--repeats"], "--repeats needs a tolerance"),
+            (["good.csv", "--repeats=0"], '--repeats "0" is not a positive number'),
+            (["good.csv", "--repeats", "1cm"], '--repeats "1cm" is not a positive number'),
+            (["good.csv", "--repeats=1", "--repeats=1"], "more than one --repeats is given"),
+            (["good.csv", "--ver=1"], "unknown option --ver=1"),
             (["good.csv", "--stations", "0"], '--stations "0" is not a positive number'),
             (["good.csv", "--stations=x"], '--stations "x" is not a positive number'),
             (["good.csv", "--stations=5", "--stations=5"], "more than one --stations is given"),
@@ -216,6 +229,82 @@ class BoundaryAndRelief(InAFolder):
     def test_the_area_may_be_the_points_of_a_code(self):
         self.assertIn("Area      points whose code begins with LIND\nVertices  5\n",
                       self.report("--area-code", "LIND"))
+
+
+class Repeats(InAFolder):
+    TWICE = ("7,100,200,600,EJE\n8,110,200,601,\"POZO, 60\"\n9,100.03,200,600.5,EJE 2\n"
+             "10,130,250.12345,602,\n")
+    NO_SCREEN = {name: value for name, value in os.environ.items()
+                 if name not in ("DISPLAY", "WAYLAND_DISPLAY")}
+
+    def setUp(self):
+        super().setUp()
+        self.write("twice.csv", self.TWICE)
+
+    def report(self, *arguments, messages=""):
+        result = run("twice.csv", *arguments, env=self.NO_SCREEN)
+        self.assertEqual((result.returncode, result.stderr.decode()), (0, messages))
+        return result.stdout.decode()
+
+    def test_the_tolerance_is_the_users(self):
+        text = self.report()
+        self.assertIn("Tolerance  0.02, in X and in Y\nPairs      0\n"
+                      "Points     4 before, 4 after: 0 removed\n\n\nBoundary", text)
+        text = self.report("--repeats=0.05")
+        self.assertIn("Tolerance  0.05, in X and in Y\nPairs      1\n"
+                      "Points     4 before, 3 after: 1 removed\n", text)
+        self.assertIn("\n    7  EJE       9  EJE 2     0.030  0.500  7\n", text)
+
+    def test_the_points_that_stay_are_written(self):
+        self.assertEqual(self.report("--repeats=0.05", "--kept=kept.csv"),
+                         self.report("--repeats=0.05"))
+        self.assertEqual(pathlib.Path("kept.csv").read_text(encoding="utf-8"),
+                         'Number,X,Y,Z,Code\n8,110.000,200.000,601.000,"POZO, 60"\n'
+                         "9,100.030,200.000,600.500,EJE 2\n10,130.000,250.12345,602.000,\n")
+        again = run("kept.csv", "--repeats", "0.05")
+        self.assertIn(b"Points     3 before, 3 after: 0 removed\n", again.stdout)
+
+    def test_they_are_written_in_the_order_of_the_survey(self):
+        self.report("--northing-first", "--kept", "kept.csv")
+        lines = pathlib.Path("kept.csv").read_text(encoding="utf-8").splitlines()
+        self.assertEqual(lines[:2], ["Number,Y,X,Z,Code", "7,100.000,200.000,600.000,EJE"])
+
+    def test_none_are_written_where_the_report_fails(self):
+        for arguments in (["-o", "no/report"], ["--plan", "no/plan"]):
+            self.assertEqual(run("twice.csv", "--kept=kept.csv", *arguments).returncode, 1)
+        self.assertEqual(self.files(), ["twice.csv"])
+
+    def test_none_are_written_where_the_library_refuses(self):
+        self.write("far.csv", "1,0,1.7e308,0\n2,1,1.7e308,0\n")
+        result = run("far.csv", "--repeats=1e308", "--kept=kept.csv", env=self.NO_SCREEN)
+        box, message = result.stderr.decode().splitlines()
+        self.assertIn("m_Indice_de_Puntos_sin_Repetir_ORDENADOS_EN_X - Error nº  6:", box)
+        self.assertEqual(message, "far.csv: repeated points: the library's search failed")
+        self.assertEqual((result.returncode, result.stdout), (1, b""))
+        self.assertEqual(self.files(), ["far.csv", "twice.csv"])
+
+    def test_without_a_screen_the_dialog_of_repeated_points_is_cancelled(self):
+        without = self.report()
+        for more in ([], ["--kept=kept.csv"]):
+            text = self.report("--repetidos", *more, messages="Orv2_Geo: no screen is available for "
+                               '"Quitar puntos repetidos:"; cancelled\n')
+            section = ("Repeated points removed in the dialog\n" + 37 * "=" + "\n\nCancelled: nothing "
+                       "was removed, and no file of kept points was written.\n\n\n")
+            self.assertIn(section, text)
+            self.assertEqual(text.replace(section, ""), without)
+            self.assertEqual(self.files(), ["twice.csv"])
+
+    def test_without_a_screen_the_dialog_of_extremes_is_cancelled(self):
+        self.assertEqual(self.report("--ver", messages="Orv2_Geo: no screen is available for "
+                                     '"Maximos y Minimos:"; cancelled\n'), self.report())
+
+    def test_the_dialogs_wait_for_good_options_and_points(self):
+        self.write("bad.csv", "x\n")
+        self.assert_fails(run("twice.csv", "--ver", "--repetidos", "--area-code=EJE",
+                              env=self.NO_SCREEN), 2, "survey_report: --area-code gives fewer than "
+                          "three vertices" + Options.HINT)
+        self.assert_fails(run("bad.csv", "--ver", "--repetidos", env=self.NO_SCREEN), 1,
+                          "bad.csv:1: 1 field, but number, X, Y, Z are needed\n")
 
 
 class Profile(InAFolder):
@@ -491,7 +580,22 @@ class Sample(unittest.TestCase):
         lines = result.stdout.decode().splitlines()
         self.assertEqual(lines[0], "Survey report: sample_survey.csv")
         self.assertEqual(lines[3], "Points    301, read as number, X, Y, Z, code")
-        for line in ("Terrain   28 points within 10.000 of the axis, at most 22.445 apart along it",
+        for line in ("X      435012.975     37   435224.003     19     211.028",
+                     "Y     4473028.989      5  4473189.001     27     160.012",
+                     "Z         605.279      3      638.355     23      33.076",
+                     "Tolerance  0.02, in X and in Y",
+                     "Pairs      9",
+                     "Points     301 before, 292 after: 9 removed",
+                     "    3  LINDERO       39  LINDERO       0.007   0.003  3",
+                     "   14  LINDERO      295  LINDERO       0.014  -0.003  295",
+                     "   47  BORDILLO     301  BORDILLO      0.002   0.002  47",
+                     "   50  BORDILLO     296  BORDILLO      0.013  -0.004  296",
+                     "  102  EJE          103  EJE           0.000   0.004  102",
+                     "  161  ARROYO MD    297  ARROYO MD     0.006  -0.002  297",
+                     "  174  ARROYO MI    299  ARROYO MI     0.010  -0.003  299",
+                     "  224  ARBOL        300  ARBOL         0.018   0.004  224",
+                     "  271  RELLENO      298  RELLENO       0.011  -0.001  298",
+                     "Terrain   28 points within 10.000 of the axis, at most 22.445 apart along it",
                      "Stations  every 20, and both ends of the terrain",
                      "      1    14.566  435016.990  4473108.995    617.936",
                      "     12   213.593  435216.017  4473108.995    621.754",
@@ -502,6 +606,15 @@ class Sample(unittest.TestCase):
         self.assertEqual(len(rows), 301)
         self.assertEqual({len(line) for line in rows[:-1]}, {len(lines[start])})
         self.assertEqual([line.split()[0] for line in rows if "  - " in line], ["102"])
+
+    def test_the_points_that_stay_are_lines_of_the_sample(self):
+        with tempfile.TemporaryDirectory() as folder:
+            kept = pathlib.Path(folder) / "kept.csv"
+            self.assertEqual(run(REPOSITORY / self.SAMPLE, "--kept", kept).returncode, 0)
+            gone = ["3", "47", "102", "224", "295", "296", "297", "298", "299"]
+            sample = (REPOSITORY / self.SAMPLE).read_text(encoding="utf-8").splitlines()[1:]
+            self.assertEqual(kept.read_text(encoding="utf-8").splitlines(),
+                             [line for line in sample if line.split(",")[0] not in gone])
 
 
 if __name__ == "__main__":

@@ -1,4 +1,5 @@
-"""Works the profile and the work area of a survey out again, apart from survey_report.
+"""Works the extremes, the repeated points, the profile and the work area of a survey
+out again, apart from survey_report.
 
     figures_test.py PROGRAM SURVEY
 """
@@ -6,8 +7,11 @@
 import csv
 import itertools
 import math
+import pathlib
+import re
 import subprocess
 import sys
+import tempfile
 import unittest
 
 PROGRAM = ""
@@ -19,12 +23,27 @@ THINNEST = 0.02
 ON_THE_AXIS = 0.0002
 
 
-def read_points():
-    with open(SURVEY, encoding="utf-8", newline="") as file:
+def read_points(survey):
+    with open(survey, encoding="utf-8", newline="") as file:
         rows = [row for row in csv.reader(file) if row and not row[0].startswith("#")]
     if not rows[0][1][-1].isdigit():
         rows = rows[1:]
-    return [(row[0].strip(), *map(float, row[1:4])) for row in rows]
+    return [(row[0].strip(), *map(float, row[1:4]), row[4].strip()) for row in rows]
+
+
+def near(a, b, tolerance):
+    return abs(a[1] - b[1]) < tolerance and abs(a[2] - b[2]) < tolerance
+
+
+def swept(points, tolerance):
+    """The places of those that stay: neighbours in X near the first of them are one point."""
+    clusters = []
+    for place in sorted(range(len(points)), key=lambda place: points[place][1]):
+        if clusters and near(points[clusters[-1][0]], points[place], tolerance):
+            clusters[-1].append(place)
+        else:
+            clusters.append([place])
+    return {min(cluster, key=lambda place: (-points[place][3], place)) for cluster in clusters}
 
 
 def cross(o, a, b):
@@ -41,7 +60,7 @@ def in_hull(places, place):
 def elevation_around(place, points):
     """In the plane of the three of the nearest points that lie closest around the place."""
     nearest, spots = [], set()
-    for _, x, y, z in sorted(points, key=lambda p: math.dist(p[1:3], place)):
+    for _, x, y, z, _ in sorted(points, key=lambda p: math.dist(p[1:3], place)):
         if (x, y) not in spots and len(nearest) < CANDIDATES:
             spots.add((x, y))
             nearest.append((x, y, z))
@@ -63,7 +82,7 @@ def terrain_along(line, corridor, points):
     length = math.dist(*line)
     places = [p[1:3] for p in points]
     terrain = set()
-    for _, x, y, z in points:
+    for _, x, y, z, _ in points:
         along = ((x - x1) * (x2 - x1) + (y - y1) * (y2 - y1)) / length
         beside = abs(cross((x1, y1), (x2, y2), (x, y))) / length
         if beside > corridor or not 0 <= along <= length:
@@ -106,7 +125,7 @@ def off_the_ring(ring, place):
 class Figures(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
-        cls.points = read_points()
+        cls.points = read_points(SURVEY)
         xs, ys = [p[1] for p in cls.points], [p[2] for p in cls.points]
         cls.box = (min(xs), min(ys), max(xs) - min(xs), max(ys) - min(ys))
 
@@ -130,6 +149,53 @@ class Figures(unittest.TestCase):
     def rows(lines):
         start = next(i for i, line in enumerate(lines) if line.lstrip().startswith("---"))
         return [line.split() for line in lines[start + 1:]]
+
+    @staticmethod
+    def cells(lines):
+        """The cells of the rows, cut where the rule under the headings says."""
+        start = next(i for i, line in enumerate(lines) if line.startswith("---"))
+        ends = [match.span() for match in re.finditer("-+", lines[start])]
+        return [[line[a:b if b < ends[-1][1] else None].strip() for a, b in ends]
+                for line in lines[start + 1:]]
+
+    def test_the_extremes_and_who_holds_them(self):
+        report = subprocess.run([PROGRAM, SURVEY], capture_output=True, timeout=60, check=True)
+        lines = report.stdout.decode("utf-8").split("\n\n\n")[0].splitlines()
+        rows = self.rows(lines)
+        self.assertEqual([row[0] for row in rows], ["X", "Y", "Z"])
+        for axis, row in enumerate(rows, 1):
+            low = min(self.points, key=lambda point: point[axis])
+            high = max(self.points, key=lambda point: point[axis])
+            self.assertEqual(row[1:], [f"{low[axis]:.3f}", low[0], f"{high[axis]:.3f}", high[0],
+                                       f"{high[axis] - low[axis]:.3f}"])
+
+    def test_the_repeated_points_at_six_tolerances(self):
+        for tolerance in (0.001, 0.01, 0.02, 0.1, 0.5, 2.0):
+            lines = self.section("Repeated points", f"--repeats={tolerance!r}")
+            pairs = [(a, b) for a, b in itertools.combinations(range(len(self.points)), 2)
+                     if near(self.points[a], self.points[b], tolerance)]
+            stay = swept(self.points, tolerance)
+            before, after = len(self.points), len(stay)
+            self.assertEqual(lines[4:6], [
+                f"Pairs      {len(pairs)}",
+                f"Points     {before} before, {after} after: {before - after} removed"])
+            rows = self.cells(lines) if pairs else []
+            self.assertEqual(len(rows), len(pairs))
+            for (first, second), row in zip(pairs, rows):
+                a, b = self.points[first], self.points[second]
+                gone = [self.points[place][0] for place in (first, second) if place not in stay]
+                self.assertEqual([*row[:4], row[6]],
+                                 [a[0], a[4], b[0], b[4], ", ".join(gone) or "-"])
+                self.assertAlmostEqual(float(row[4]), math.dist(a[1:3], b[1:3]), delta=0.0006)
+                self.assertAlmostEqual(float(row[5]), b[3] - a[3], delta=0.0006)
+
+    def test_the_points_that_stay_are_written_as_they_were(self):
+        with tempfile.TemporaryDirectory() as folder:
+            kept = pathlib.Path(folder) / "kept.csv"
+            self.section("Repeated points", "--repeats=0.5", f"--kept={kept}")
+            stay = swept(self.points, 0.5)
+            self.assertEqual(read_points(kept),
+                             [p for place, p in enumerate(self.points) if place in stay])
 
     def test_the_profile_along_three_lines(self):
         for ends in (((0.1, 0.2), (0.9, 0.7)), ((0.3, 0.95), (0.55, 0.1)), ((0.0, 0.45), (1.0, 0.45))):
@@ -161,7 +227,7 @@ class Figures(unittest.TestCase):
             # A point measured again may have its number again: told apart by place.
             found = {(row[0], row[1], row[2]) for row in self.rows(lines)}
             self.assertGreater(len(found), 20)
-            for number, x, y, _ in self.points:
+            for number, x, y, *_ in self.points:
                 if off_the_ring(ring, (x, y)) < 0.03:
                     continue
                 key = (number, f"{x:.3f}", f"{y:.3f}")

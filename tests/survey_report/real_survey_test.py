@@ -47,6 +47,15 @@ class RealSurvey(unittest.TestCase):
             self.assertAlmostEqual(float(row[6]), math.dist((x, y), (next_x, next_y)),
                                    delta=0.0006, msg=row[0])
 
+    def test_so_many_pairs_of_points_are_repeated(self):
+        for tolerance, count in (("0.01", 1), ("0.05", 8), ("0.1", 16), ("0.5", 57)):
+            result = subprocess.run([PROGRAM, SURVEY, "--repeats", tolerance],
+                                    capture_output=True, timeout=60, check=True)
+            text = result.stdout.decode("utf-8")
+            self.assertIn(f"Tolerance  {tolerance}, in X and in Y\nPairs      {count}\n", text)
+            section = text[text.index("Repeated points\n==="):].split("\n\n\n")[0]
+            self.assertEqual(len(section[section.index("\n-----"):].splitlines()) - 2, count)
+
     def test_the_last_point_leads_nowhere(self):
         self.assertEqual(self.rows[-1][5:], ["", ""])
 
