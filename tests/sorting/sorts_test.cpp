@@ -165,6 +165,28 @@ TEST(Sorts, RandomNumbersThroughAnIndex) {
   }
 }
 
+TEST(Sorts, LongArraysOfManyTies) {
+  Numbers numbers(78);
+  constexpr std::int32_t n = 150000;
+  for (const std::uint64_t different : {3U, 1000U, 100000U, 100000000U}) {
+    LongArray keys(1, n), index(1, n);
+    Elements restated{1, std::vector<std::int64_t>(n)};
+    for (std::int32_t i = 1; i <= n; ++i) {
+      keys(i) = static_cast<std::int32_t>(numbers.below(different)) - 50000;
+      index(i) = i;
+      restated.at(i) = i;
+    }
+    const auto key = [&](std::int64_t entry) { return keys(static_cast<std::int32_t>(entry)); };
+    sort_by_restated_steps(
+        restated, [&](std::int64_t a, std::int64_t b) { return compare_numbers(key(a), key(b)); },
+        1, n);
+    mOrdena::Ordena_LongIndexArray(keys, index, 1, n);
+    ASSERT_EQ(elements(index),
+              std::vector<std::int32_t>(restated.values.begin(), restated.values.end()))
+        << different;
+  }
+}
+
 TEST(Sorts, RandomTextsInPlace) {
   Numbers numbers(73);
   for (int run = 0; run < 400; ++run) {
