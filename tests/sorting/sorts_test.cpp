@@ -279,7 +279,8 @@ TEST(Sorts, SevenElementsKeepTheOrderOfTiesAndEightDoNot) {
 
 TEST(Sorts, ARangeOfOneOrNoneReadsNothing) {
   LongArray array = array_of<std::int32_t>(1, std::vector<int>{3, 2, 1});
-  for (const auto& [from, to] : {std::pair{2, 2}, {3, 1}, {50, 50}, {90, 40}, {highest, highest}}) {
+  for (const auto& range : {std::pair{2, 2}, {3, 1}, {50, 50}, {90, 40}, {highest, highest}}) {
+    const std::int32_t from = range.first, to = range.second;
     EXPECT_EQ(failure_of([&] { mOrdena::Ordena_LongArray(array, from, to); }), 0) << from;
     EXPECT_EQ(elements(array), (std::vector<std::int32_t>{3, 2, 1}));
   }
@@ -300,7 +301,8 @@ TEST(Sorts, ABoundOfAnUnallocatedArrayIs9) {
   LongArray numbers, index;
   StringArray names;
   DoubleArray values;
-  for (const auto& [from, to] : {std::pair{bound_from_array, 2}, {1, bound_from_array}}) {
+  for (const auto& range : {std::pair{bound_from_array, 2}, {1, bound_from_array}}) {
+    const std::int32_t from = range.first, to = range.second;
     EXPECT_EQ(failure_of([&] { sorts.Ordena_LongArray(numbers, from, to); }), 9);
     EXPECT_EQ(failure_of([&] { sorts.Ordena_StringArray(names, from, to); }), 9);
     EXPECT_EQ(failure_of([&] { sorts.Ordena_StringIndexArray(names, index, from, to); }), 9);
