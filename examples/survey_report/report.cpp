@@ -245,11 +245,10 @@ std::string repeats_section(const Survey& survey, const Study& study) {
           '\n';
   if (repeats.pairs.empty()) return text;
   text += "\nA pair is any two points nearer than the tolerance in X and in Y; distance in plan,\n";
-  text +=
-      "rise from the first. The removal goes once through the points in the order of X, takes\n";
-  text +=
-      "neighbours that near to the first of them for one point, and keeps the highest. It does\n";
-  text += "not see a pair that another point parts in that order: both may stay.\n\n";
+  text += "rise from the first. The removal goes once through the points in the order of X,\n";
+  text += "takes neighbours that near to the first of them for one point, and keeps the\n";
+  text += "highest. It does not see a pair that another point parts in that order: both may\n";
+  text += "stay.\n\n";
   return text + pairs_table(survey.points, repeats);
 }
 

@@ -178,24 +178,24 @@ const Points plot =
 TEST(RepeatsSection, HasARowAPairAndSaysWhoGoes) {
   Study study;
   study.repeats = repeats_of(plot, default_tolerance);
-  EXPECT_EQ(
-      repeats_section({"plot.csv", FieldOrder::x_first, plot}, study),
-      "Repeated points\n"
-      "===============\n"
-      "\n"
-      "Tolerance  0.02, in X and in Y\n"
-      "Pairs      2\n"
-      "Points     5 before, 4 after: 1 removed\n"
-      "\n"
-      "A pair is any two points nearer than the tolerance in X and in Y; distance in plan,\n"
-      "rise from the first. The removal goes once through the points in the order of X, takes\n"
-      "neighbours that near to the first of them for one point, and keeps the highest. It does\n"
-      "not see a pair that another point parts in that order: both may stay.\n"
-      "\n"
-      "Point  Code  Point  Code  Distance   Rise  Removed\n"
-      "-----  ----  -----  ----  --------  -----  -------\n"
-      "   P1  C1       P2  C2       0.010  0.500  P1\n"
-      "   P3  C3       P5  C5       0.015  0.000  -\n");
+  EXPECT_EQ(repeats_section({"plot.csv", FieldOrder::x_first, plot}, study),
+            "Repeated points\n"
+            "===============\n"
+            "\n"
+            "Tolerance  0.02, in X and in Y\n"
+            "Pairs      2\n"
+            "Points     5 before, 4 after: 1 removed\n"
+            "\n"
+            "A pair is any two points nearer than the tolerance in X and in Y; distance in plan,\n"
+            "rise from the first. The removal goes once through the points in the order of X,\n"
+            "takes neighbours that near to the first of them for one point, and keeps the\n"
+            "highest. It does not see a pair that another point parts in that order: both may\n"
+            "stay.\n"
+            "\n"
+            "Point  Code  Point  Code  Distance   Rise  Removed\n"
+            "-----  ----  -----  ----  --------  -----  -------\n"
+            "   P1  C1       P2  C2       0.010  0.500  P1\n"
+            "   P3  C3       P5  C5       0.015  0.000  -\n");
 }
 
 TEST(RepeatsSection, ManyPairsAreCounted) {
