@@ -1,6 +1,8 @@
 // The module's one function, and boxes and forms on the screen behind it.
 #include <QApplication>
+#include <QLabel>
 #include <QMessageBox>
+#include <algorithm>
 
 #include "platform/error_box.h"
 #include "platform/screen_module.h"
@@ -10,6 +12,16 @@
 namespace orv2_geo::qt {
 
 namespace {
+
+// A short text leaves the caption its room beside the boxes of a title bar.
+void make_room_for_caption(QMessageBox& box) {
+  constexpr int boxes = 120;
+  constexpr int most = 400;
+  auto* const text = box.findChild<QLabel*>("qt_msgbox_label");
+  if (text == nullptr) return;
+  const int caption = box.fontMetrics().horizontalAdvance(box.windowTitle());
+  text->setMinimumWidth(std::min(caption + boxes, most));
+}
 
 class QtUserInterface final : public UserInterface {
  public:
@@ -23,6 +35,7 @@ class QtUserInterface final : public UserInterface {
     box.setTextFormat(Qt::PlainText);
     box.setAttribute(Qt::WA_QuitOnClose, false);
     box.setWindowModality(Qt::ApplicationModal);
+    make_room_for_caption(box);
     put_over(box, owner_window());
     box.exec();
   }
