@@ -72,6 +72,10 @@ class ScreenTest(unittest.TestCase):
         window.picture(str(path))
         self.assertTrue(path.exists(), "no picture")
 
+    def assert_wide(self, box, least):
+        """A box has room for its text and its caption, told in twips."""
+        self.assertGreater(box.place()[2], box.pixels(least))
+
     def expect(self, host, *lines):
         for line in lines:
             self.assertEqual(host.line(), line)
@@ -224,6 +228,7 @@ class RepeatedPointsTest(ScreenTest):
         window.click(*CALCULAR)
         box = self.display.window(ENGINE)
         self.keep_picture(box, "points_failed")
+        self.assert_wide(box, 5500)  # the text is in two lines
         box.press("Return")
         self.display.wait_for_no(ENGINE)
         window = self.display.window(POINTS)
@@ -366,6 +371,7 @@ class ExtremesTest(ScreenTest):
     def test_the_outdated_member_says_so_and_shows_the_short_layout(self):
         host, box = self.show("outdated extremes", "Orv2_Geo")
         self.keep_picture(box, "extremes_outdated")
+        self.assert_wide(box, 2250)  # the caption's
         self.assertEqual(self.display.windows(EXTREMES), [])
         box.press("Return")
         window = self.display.window(EXTREMES)
@@ -395,6 +401,7 @@ class BoxTest(ScreenTest):
         host, window = self.show("failure", "Orv2_Geo.cgeo_Matrices")
         screen.until("a red icon", lambda: self.red(window) > 50)
         self.keep_picture(window, "box_critical")
+        self.assert_wide(window, 5500)
         window.press("Return")
         self.expect_end(host, "Orv2_Geo.cgeo_Matrices", "order 0 1 2")
 

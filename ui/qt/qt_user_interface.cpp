@@ -1,8 +1,7 @@
 // The module's one function, and boxes and forms on the screen behind it.
 #include <QApplication>
-#include <QLabel>
+#include <QGridLayout>
 #include <QMessageBox>
-#include <algorithm>
 
 #include "platform/error_box.h"
 #include "platform/screen_module.h"
@@ -13,14 +12,14 @@ namespace orv2_geo::qt {
 
 namespace {
 
-// A short text leaves the caption its room beside the boxes of a title bar.
+// However short the text, the caption has room beside the boxes of the title bar.
 void make_room_for_caption(QMessageBox& box) {
   constexpr int boxes = 120;
-  constexpr int most = 400;
-  auto* const text = box.findChild<QLabel*>("qt_msgbox_label");
-  if (text == nullptr) return;
+  auto* const layout = qobject_cast<QGridLayout*>(box.layout());
+  if (layout == nullptr) return;
   const int caption = box.fontMetrics().horizontalAdvance(box.windowTitle());
-  text->setMinimumWidth(std::min(caption + boxes, most));
+  auto* const room = new QSpacerItem(caption + boxes, 0);
+  layout->addItem(room, layout->rowCount(), 0, 1, layout->columnCount());
 }
 
 class QtUserInterface final : public UserInterface {
