@@ -154,8 +154,8 @@ TEST(ExtremesForm, ADifferenceThatOverflowsIsFailure6AfterTheCellsBeforeIt) {
       {"in Z", {1, 1, huge}, {0, 0, -huge}, {true, true, false}},
   };
   for (const OverflowRow& row : table) {
-    const auto& [x, y, z] = row.max;
-    const auto& [least_x, least_y, least_z] = row.min;
+    const double x = row.max[0], y = row.max[1], z = row.max[2];
+    const double least_x = row.min[0], least_y = row.min[1], least_z = row.min[2];
     f_MaxiMin full, brief;
     EXPECT_EQ(failure_of([&] {
                 full.A_Let_Parametros_Mdt1(x, least_x, y, least_y, z, least_z, 1, 2, 3, 4, 5, 6);

@@ -165,6 +165,28 @@ TEST(Sorts, RandomNumbersThroughAnIndex) {
   }
 }
 
+TEST(Sorts, LongArraysOfManyTies) {
+  Numbers numbers(78);
+  constexpr std::int32_t n = 150000;
+  for (const std::uint64_t different : {3U, 1000U, 100000U, 100000000U}) {
+    LongArray keys(1, n), index(1, n);
+    Elements restated{1, std::vector<std::int64_t>(n)};
+    for (std::int32_t i = 1; i <= n; ++i) {
+      keys(i) = static_cast<std::int32_t>(numbers.below(different)) - 50000;
+      index(i) = i;
+      restated.at(i) = i;
+    }
+    const auto key = [&](std::int64_t entry) { return keys(static_cast<std::int32_t>(entry)); };
+    sort_by_restated_steps(
+        restated, [&](std::int64_t a, std::int64_t b) { return compare_numbers(key(a), key(b)); },
+        1, n);
+    mOrdena::Ordena_LongIndexArray(keys, index, 1, n);
+    ASSERT_EQ(elements(index),
+              std::vector<std::int32_t>(restated.values.begin(), restated.values.end()))
+        << different;
+  }
+}
+
 TEST(Sorts, RandomTextsInPlace) {
   Numbers numbers(73);
   for (int run = 0; run < 400; ++run) {
@@ -257,7 +279,8 @@ TEST(Sorts, SevenElementsKeepTheOrderOfTiesAndEightDoNot) {
 
 TEST(Sorts, ARangeOfOneOrNoneReadsNothing) {
   LongArray array = array_of<std::int32_t>(1, std::vector<int>{3, 2, 1});
-  for (const auto& [from, to] : {std::pair{2, 2}, {3, 1}, {50, 50}, {90, 40}, {highest, highest}}) {
+  for (const auto& range : {std::pair{2, 2}, {3, 1}, {50, 50}, {90, 40}, {highest, highest}}) {
+    const std::int32_t from = range.first, to = range.second;
     EXPECT_EQ(failure_of([&] { mOrdena::Ordena_LongArray(array, from, to); }), 0) << from;
     EXPECT_EQ(elements(array), (std::vector<std::int32_t>{3, 2, 1}));
   }
@@ -278,7 +301,8 @@ TEST(Sorts, ABoundOfAnUnallocatedArrayIs9) {
   LongArray numbers, index;
   StringArray names;
   DoubleArray values;
-  for (const auto& [from, to] : {std::pair{bound_from_array, 2}, {1, bound_from_array}}) {
+  for (const auto& range : {std::pair{bound_from_array, 2}, {1, bound_from_array}}) {
+    const std::int32_t from = range.first, to = range.second;
     EXPECT_EQ(failure_of([&] { sorts.Ordena_LongArray(numbers, from, to); }), 9);
     EXPECT_EQ(failure_of([&] { sorts.Ordena_StringArray(names, from, to); }), 9);
     EXPECT_EQ(failure_of([&] { sorts.Ordena_StringIndexArray(names, index, from, to); }), 9);
