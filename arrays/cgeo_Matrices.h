@@ -145,10 +145,10 @@ class ORV2_PUBLIC cgeo_Matrices {
 
   /// Drops the points whose Z lies above MaxZ or below MinZ, which both are inside.
   /// The others move up in order; nPtos becomes their number, and X, Y, Z and
-  /// Indice end at it, from 0. Points are counted in 16 bits.
+  /// Indice end at it. Points are counted in 16 bits.
   /// Failures: 6 for nPtos beyond 32767, with nothing changed, for exactly 32767
   /// once all points are handled and before nPtos and the bounds change, and at NaN;
-  /// 9 at a missing element; 10.
+  /// 9 at a missing element, and in the end for arrays that do not start at 0; 10.
   void Quita_Puntos_fuera_interv_de_Cotas_con_indice(std::int32_t& nPtos, DoubleArray& X,
                                                      DoubleArray& Y, DoubleArray& Z,
                                                      LongArray& Indice, const double& MaxZ,

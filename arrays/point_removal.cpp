@@ -78,10 +78,10 @@ void cgeo_Matrices::Quita_Puntos_fuera_interv_de_Cotas_con_indice(std::int32_t& 
     Indice(k) = Indice(from);
   }
   nPtos = k;
-  X.size_keeping(0, k);
-  Y.size_keeping(0, k);
-  Z.size_keeping(0, k);
-  Indice.size_keeping(0, k);
+  X.size_keeping_from_0(k);
+  Y.size_keeping_from_0(k);
+  Z.size_keeping_from_0(k);
+  Indice.size_keeping_from_0(k);
 } catch (...) {
   leave_signed(registered_name);
 }

@@ -194,11 +194,11 @@ void f_Pts_Repet::A_Quita_Pts_Repetidos(std::int32_t& nPtos, DoubleArray& X, Dou
     Nombre(i) = NombreF_(k);
   }
   nPtos = nConservados_;
-  X.size_keeping(0, nPtos);
-  Y.size_keeping(0, nPtos);
-  Z.size_keeping(0, nPtos);
-  codigo.size_keeping(0, nPtos);
-  CapaP.size_keeping(0, nPtos);
+  X.size_keeping_from_0(nPtos);
+  Y.size_keeping_from_0(nPtos);
+  Z.size_keeping_from_0(nPtos);
+  codigo.size_keeping_from_0(nPtos);
+  CapaP.size_keeping_from_0(nPtos);
   // Nombre keeps its upper bound and the names beyond nPtos.
   NewInd = NuevoIndice_;
 }

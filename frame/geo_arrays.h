@@ -159,6 +159,13 @@ class GeoArray : public ArrayBase {
     ArrayBase::size(element, lower, upper, true);
   }
 
+  /// Sizing with keeping of an array that starts at 0, to `upper`. Failure 9 also
+  /// when it starts elsewhere: its lower bound is not to change.
+  void size_keeping_from_0(std::int32_t upper) {
+    if (allocated() && lower() != 0) raise(failure::subscript_out_of_range);
+    size_keeping(0, upper);
+  }
+
   /// Makes this the library's own array of `count` zeros (0 is allowed) from
   /// `lower`, with any dimension count. Failures: 10 when locked; 9 when the
   /// upper bound does not fit 32 bits; 7.

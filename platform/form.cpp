@@ -83,21 +83,20 @@ Variant Control::call(std::string_view, std::span<const Argument>) {
 void Control::set_property(std::string_view name, const Variant& value) {
   const auto is = [&](std::string_view property) { return same_name(name, property); };
   if (is("Visible")) {
-    visible_ = number_of(value) != 0.0;
+    set_visible(number_of(value) != 0.0);
   } else if (is("Enabled")) {
-    enabled_ = number_of(value) != 0.0;
+    set_enabled(number_of(value) != 0.0);
   } else if (is("Caption") || is("Text")) {
-    text_ = text_of(value);
+    set_text(text_of(value));
   } else if (is("Value")) {
-    value_ = number_of(value);
+    set_value(number_of(value));
   } else if (is("Min")) {
-    min_ = number_of(value);
+    put(min_, number_of(value));
   } else if (is("max")) {
-    max_ = number_of(value);
+    put(max_, number_of(value));
   } else {
     raise(failure::no_such_member);
   }
-  if (watcher_) watcher_();
 }
 
 Form::Form(std::string_view name, std::u16string_view caption, std::int32_t width,

@@ -98,19 +98,25 @@ class ORV2_PUBLIC Control final : public LateBound {
   Grid& grid() noexcept { return grid_; }
   const Grid& grid() const noexcept { return grid_; }
 
-  void set_visible(bool visible) noexcept { visible_ = visible; }
-  void set_enabled(bool enabled) noexcept { enabled_ = enabled; }
-  void set_text(const Text& text) { text_ = text; }
-  void set_value(double value) noexcept { value_ = value; }
+  void set_visible(bool visible) { put(visible_, visible); }
+  void set_enabled(bool enabled) { put(enabled_, enabled); }
+  void set_text(const Text& text) { put(text_, text); }
+  void set_value(double value) { put(value_, value); }
 
   Variant call(std::string_view name, std::span<const Argument> arguments) override;
   void set_property(std::string_view name, const Variant& value) override;
 
   /// For whoever shows the form: `watcher` is called after a property has been
-  /// set by name, which may be in the middle of a routine. An empty one ends it.
+  /// set, which may be in the middle of a routine. An empty one ends it.
   void watch(std::function<void()> watcher) { watcher_ = std::move(watcher); }
 
  private:
+  template <class T>
+  void put(T& property, const T& value) {
+    property = value;
+    if (watcher_) watcher_();
+  }
+
   ControlDesign design_;
   bool visible_;
   bool enabled_;

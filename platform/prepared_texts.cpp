@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <array>
 #include <bit>
+#include <initializer_list>
 #include <map>
 #include <memory>
+#include <unordered_map>
 
 #include "platform/text_services.h"
 
@@ -31,8 +33,19 @@ class Characters {
   /// other: no contraction, nothing that turns an order round.
   bool stand_apart(std::uint8_t first, std::uint8_t second) {
     std::uint8_t& known = (*pairs_)[std::size_t{first} * 256 + second];
-    if (known == 0) known = stand_apart_in_fact(first, second) ? 1 : 2;
+    if (known == 0) known = stand_apart_in_fact({first, second}) ? 1 : 2;
     return known == 1;
+  }
+
+  /// The same of three, of whom two and two stand apart. Contractions of three
+  /// plain letters begin or end with one of two in every language; only where
+  /// another character takes part is the collation asked.
+  bool stand_apart(std::uint8_t first, std::uint8_t second, std::uint8_t third) {
+    if (is_plain(first) && is_plain(second) && is_plain(third)) return true;
+    const std::uint32_t three = std::uint32_t{first} << 16 | std::uint32_t{second} << 8 | third;
+    const auto [known, is_new] = triples_.try_emplace(three, true);
+    if (is_new) known->second = stand_apart_in_fact({first, second, third});
+    return known->second;
   }
 
   /// The weight of a character at the first level, 0 where it has none there.
@@ -65,19 +78,27 @@ class Characters {
     return number;
   }
 
-  bool stand_apart_in_fact(std::uint8_t first, std::uint8_t second) const {
-    const char16_t both[] = {seen_[first].unit, seen_[second].unit};
+  bool stand_apart_in_fact(std::initializer_list<std::uint8_t> numbers) const {
+    std::u16string units;
     std::u32string weights;
-    for (const std::uint8_t number : {first, second}) {
+    for (const std::uint8_t number : numbers) {
+      units.push_back(seen_[number].unit);
       if (weight(number) != 0) weights.push_back(weight(number));
     }
-    return first_level_of({both, 2}) == weights;
+    return first_level_of(units) == weights;
+  }
+
+  bool is_plain(std::uint8_t number) const {
+    const char16_t unit = seen_[number].unit;
+    return (unit >= u'0' && unit <= u'9') || (unit >= u'a' && unit <= u'z') ||
+           (unit >= u'A' && unit <= u'Z');
   }
 
   std::unique_ptr<std::array<std::uint8_t, 0x10000>> numbers_ =
       std::make_unique<std::array<std::uint8_t, 0x10000>>();  // 0: not asked yet
   std::unique_ptr<std::array<std::uint8_t, 0x10000>> pairs_ =
       std::make_unique<std::array<std::uint8_t, 0x10000>>();
+  std::unordered_map<std::uint32_t, bool> triples_;
   std::map<std::u32string, std::uint8_t> by_key_;
   std::vector<Character> seen_ = {{}};  // number 0 is nobody's
 };
@@ -105,12 +126,15 @@ bool PreparedTexts::read_texts(std::vector<bool>& used) {
     const std::u16string_view units = texts_[t]->view();
     in_common_ = std::min(in_common_, units.size());
     std::uint8_t before = 0;
+    std::uint8_t before_that = 0;
     for (std::size_t i = 0; i < units.size(); ++i) {
       const std::uint8_t number = known.number(units[i]);
       if (number == Characters::illegible) return false;
       if (before != 0 && !known.stand_apart(before, number)) return false;
+      if (before_that != 0 && !known.stand_apart(before_that, before, number)) return false;
       used[number] = true;
       if (i < in_common_ && number != numbers_[first[i]]) in_common_ = i;
+      before_that = before;
       before = number;
     }
   }

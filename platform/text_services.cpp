@@ -190,4 +190,10 @@ Text pattern_format(double number, int decimals) {
   return localised(text);
 }
 
+// Through the keys, so that texts compared once and texts compared often have one
+// order: a system's own comparison of two texts can differ from that of its keys.
+int compare(std::u16string_view a, std::u16string_view b) {
+  return a == b ? 0 : collation_key(a).compare(collation_key(b));
+}
+
 }  // namespace orv2_geo::text_services

@@ -79,14 +79,6 @@ std::int32_t renumber_unflagged(const std::int32_t& nPtos, const LongArray& Secu
   return n;
 }
 
-// Keeps the elements and the lower bound, which has to be 0 already.
-void shrink(DoubleArray& coordinates, std::int32_t last) {
-  if (coordinates.allocated() && coordinates.lower() != 0) {
-    raise(failure::subscript_out_of_range);
-  }
-  coordinates.size_keeping(0, last);
-}
-
 struct NothingAhead {
   void ahead(std::int32_t) const noexcept {}
 };
@@ -165,9 +157,9 @@ void Quita_Puntos_Repetidos_XY_con_indice1(std::int32_t& nPtos, DoubleArray& X, 
     Z(j) = all_Z(Indice(j));
   }
   nPtos = nNuevos;
-  shrink(X, nPtos);
-  shrink(Y, nPtos);
-  shrink(Z, nPtos);
+  X.size_keeping_from_0(nPtos);
+  Y.size_keeping_from_0(nPtos);
+  Z.size_keeping_from_0(nPtos);
 }
 
 void Quita_Puntos_Repetidos_2D_0(std::int32_t& nPtos, DoubleArray& X, DoubleArray& Y,

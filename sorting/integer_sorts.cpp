@@ -1,5 +1,6 @@
 // Sorts of 32-bit numbers, in place or through an index.
 #include <algorithm>
+#include <functional>
 #include <new>
 #include <utility>
 #include <vector>
@@ -15,19 +16,46 @@ namespace {
 
 using sorting::Range;
 
+// A 32-bit element that is out of its array, and the key that it had there.
+template <class Elements>
+class HeldNumber {
+ public:
+  HeldNumber(Elements& elements, std::int32_t at)
+      : elements_(elements), at_(at), element_(elements.moving(at)), key_(elements.key(at)) {}
+
+  bool is_above(std::int32_t i) const { return key_ > elements_.key(i); }
+  bool is_below(std::int32_t i) const { return key_ < elements_.key(i); }
+  void shift(std::int32_t i) { elements_.moving(i + 1) = elements_.moving(i); }
+  void put(std::int32_t k) { elements_.moving(k) = element_; }
+  void settle(std::int32_t j) {
+    elements_.moving(at_) = elements_.moving(j);
+    put(j);
+  }
+
+ private:
+  Elements& elements_;
+  std::int32_t at_;
+  std::int32_t element_;
+  std::int32_t key_;
+};
+
 struct NumbersInPlace {
   LongArray& array;
+  std::int32_t& moving(std::int32_t k) { return array(k); }
   std::int32_t key(std::int32_t k) const { return array(k); }
-  static bool above(std::int32_t a, std::int32_t b) { return a > b; }
+  bool above(std::int32_t i, std::int32_t j) const { return key(i) > key(j); }
   void swap(std::int32_t i, std::int32_t j) { std::swap(array(i), array(j)); }
+  auto hold(std::int32_t k) { return HeldNumber<NumbersInPlace>(*this, k); }
 };
 
 struct NumbersByIndex {
   const LongArray& array;
   LongArray& index;
+  std::int32_t& moving(std::int32_t k) { return index(k); }
   std::int32_t key(std::int32_t k) const { return array(index(k)); }
-  static bool above(std::int32_t a, std::int32_t b) { return a > b; }
+  bool above(std::int32_t i, std::int32_t j) const { return key(i) > key(j); }
   void swap(std::int32_t i, std::int32_t j) { std::swap(index(i), index(j)); }
+  auto hold(std::int32_t k) { return HeldNumber<NumbersByIndex>(*this, k); }
 };
 
 // In the same order, without a sign.
@@ -35,12 +63,22 @@ std::uint64_t unsigned_key(std::int32_t key) {
   return static_cast<std::uint32_t>(key) ^ 0x80000000U;
 }
 
+// Whether an entry that moves changes a key.
+bool share_elements(const LongArray& array, std::span<const std::int32_t> entries) {
+  const std::int32_t* data = array.data();
+  const std::less<> before;
+  return before(data, entries.data() + entries.size()) &&
+         before(entries.data(), data + array.legal_count());
+}
+
 // False, and nothing changed, where the algorithm itself must be run: where an
-// entry numbers nothing, subscripts could overflow or there is no memory.
+// entry numbers nothing or is a key itself, subscripts could overflow or there is
+// no memory.
 bool sort_index_at_once(const LongArray& array, LongArray& index, Range range) try {
   std::int32_t* entries = index.row(range.lo, range.hi);
   if (entries == nullptr || !sorting::is_moderate(range)) return false;
   const std::span<std::int32_t> moving(entries, sorting::length(range));
+  if (share_elements(array, moving)) return false;
   sorting::Scratch scratch(moving.size());
   const sorting::Packing packing(0, 0xffffffff, moving.size());
   for (std::size_t p = 0; p < moving.size(); ++p) {

@@ -34,10 +34,15 @@ class RangeStack {
 };
 
 /// Sorts the elements lo to hi of what `Elements` offers:
-///   key(k)      the key of the element at subscript k, checked;
-///   above(a,b)  whether key a comes after key b;
-///   swap(i,j)   exchanges two elements.
-/// Elements only ever change places, so that a failure loses none.
+///   above(i, j)    whether the key of element i comes after that of element j;
+///   swap(i, j)     exchanges two elements;
+///   hold(k)        element k with its key, taken once, to be compared and put
+///                  elsewhere:
+///     .is_above(i), .is_below(i)  its key and that of element i;
+///     .shift(i)    element i moves up to i + 1, where the held one or a gap was;
+///     .put(k)      it goes into the gap at k;
+///     .settle(j)   element j goes to the held one's place, and it to j.
+/// Every access is checked.
 template <class Elements>
 class Kernel {
  public:
@@ -64,22 +69,21 @@ class Kernel {
   }
 
  private:
-  bool above(std::int32_t i, std::int32_t j) {
-    return elements_.above(elements_.key(i), elements_.key(j));
-  }
   void order(std::int32_t i, std::int32_t j) {
-    if (above(i, j)) elements_.swap(i, j);
+    if (elements_.above(i, j)) elements_.swap(i, j);
   }
 
   // Keeps the order of equal keys: it stops at one that is not above.
   void insert(Range range) {
     if (range.hi <= range.lo) return;
     for (const std::int32_t j : counted(range.lo + 1, range.hi)) {
+      auto held = elements_.hold(j);
       std::int32_t i = j - 1;
-      while (i >= range.lo && above(i, i + 1)) {
-        elements_.swap(i, i + 1);
+      while (i >= range.lo && held.is_below(i)) {
+        held.shift(i);
         i = (Checked32(i) - 1).value();
       }
+      held.put(i + 1);
     }
   }
 
@@ -96,18 +100,18 @@ class Kernel {
   // Both scans stop on keys equal to the pivot's, which are exchanged too. Gives
   // where the upward scan ended, and the pivot's final place.
   std::pair<std::int32_t, std::int32_t> partition(Range range) {
-    const std::int32_t pivot = range.lo + 1;
-    std::int32_t i = pivot;
+    auto pivot = elements_.hold(range.lo + 1);
+    std::int32_t i = range.lo + 1;
     std::int32_t j = range.hi;
     while (true) {
       do ++i;
-      while (above(pivot, i));
+      while (pivot.is_above(i));
       do --j;
-      while (above(j, pivot));
+      while (pivot.is_below(j));
       if (j < i) break;
       elements_.swap(i, j);
     }
-    elements_.swap(pivot, j);
+    pivot.settle(j);
     return {i, j};
   }
 

@@ -18,22 +18,62 @@ namespace {
 
 using sorting::Range;
 
-// Exchanges move handles: a text is never copied, and none is ever in two places.
+bool comes_after(const Text& a, const Text& b) {
+  return text_services::compare(a.view(), b.view()) > 0;
+}
+
+// A text that moves by exchanges alone: handles are moved, a text is never copied,
+// and at every point where a failure can leave each is in one place.
+class HeldText {
+ public:
+  HeldText(StringArray& array, std::int32_t at) : array_(array), at_(at) {}
+
+  bool is_above(std::int32_t i) const { return comes_after(array_(at_), array_(i)); }
+  bool is_below(std::int32_t i) const { return comes_after(array_(i), array_(at_)); }
+  void shift(std::int32_t i) { settle(i); }
+  void put(std::int32_t) {}  // the gap is where it is
+  void settle(std::int32_t j) {
+    array_(at_).swap(array_(j));
+    at_ = j;
+  }
+
+ private:
+  StringArray& array_;
+  std::int32_t at_;
+};
+
 struct TextsInPlace {
   StringArray& array;
-  const Text& key(std::int32_t k) const { return array(k); }
-  static bool above(const Text& a, const Text& b) {
-    return text_services::compare(a.view(), b.view()) > 0;
-  }
+  bool above(std::int32_t i, std::int32_t j) const { return comes_after(array(i), array(j)); }
   void swap(std::int32_t i, std::int32_t j) { array(i).swap(array(j)); }
+  auto hold(std::int32_t k) {
+    (void)array(k);
+    return HeldText(array, k);
+  }
 };
 
 struct TextsByIndex {
   const StringArray& array;
   LongArray& index;
   const Text& key(std::int32_t k) const { return array(index(k)); }
-  static bool above(const Text& a, const Text& b) { return TextsInPlace::above(a, b); }
+  bool above(std::int32_t i, std::int32_t j) const { return comes_after(key(i), key(j)); }
   void swap(std::int32_t i, std::int32_t j) { std::swap(index(i), index(j)); }
+
+  struct Held {
+    TextsByIndex& elements;
+    std::int32_t at;
+    std::int32_t entry;
+    const Text& key;
+    bool is_above(std::int32_t i) const { return comes_after(key, elements.key(i)); }
+    bool is_below(std::int32_t i) const { return comes_after(elements.key(i), key); }
+    void shift(std::int32_t i) { elements.index(i + 1) = elements.index(i); }
+    void put(std::int32_t k) { elements.index(k) = entry; }
+    void settle(std::int32_t j) {
+      elements.index(at) = elements.index(j);
+      put(j);
+    }
+  };
+  auto hold(std::int32_t k) { return Held{*this, k, index(k), key(k)}; }
 };
 
 // Ascending order of texts, part by part: the texts alike in one part are looked

@@ -53,27 +53,10 @@ char16_t decimal_sign() {
   return sign;
 }
 
-int compare(std::u16string_view a, std::u16string_view b) {
-  const std::wstring left = folded(a);
-  const std::wstring right = folded(b);
-  // The collation stops at a zero; what stands behind one counts as well.
-  std::size_t i = 0;
-  std::size_t j = 0;
-  while (true) {
-    const int order = wcscoll_l(left.c_str() + i, right.c_str() + j, user_locale());
-    if (order != 0) return order;
-    i += std::wcslen(left.c_str() + i);
-    j += std::wcslen(right.c_str() + j);
-    const bool left_ends = i++ == left.size();
-    const bool right_ends = j++ == right.size();
-    if (left_ends || right_ends) return static_cast<int>(right_ends) - static_cast<int>(left_ends);
-  }
-}
-
 std::u32string collation_key(std::u16string_view text) {
   const std::wstring wide = folded(text);
   std::u32string key;
-  // Part by part between zeros, as compare does.
+  // The transformation stops at a zero; what stands behind one counts as well.
   for (std::size_t i = 0; i <= wide.size(); ++i) {
     if (i != 0) key.push_back(U'\0');
     const wchar_t* part = wide.c_str() + i;

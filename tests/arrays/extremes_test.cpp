@@ -181,6 +181,8 @@ TEST_F(ThreeArrays, OnePointOpensNoDialog) {
   EXPECT_EQ(box.all(), (std::vector<double>{3, 3, 4, 4, 5, 5}));
   outdated(doubles(1, {6}), doubles(1, {4}), doubles(1, {5}), true);
   EXPECT_EQ(box.max_x, 6);
+  ASSERT_EQ(screen.boxes.size(), 1U);
+  EXPECT_EQ(screen.boxes[0].text, "obsoleto");
   EXPECT_TRUE(shown.empty());
 }
 

@@ -76,7 +76,9 @@ TEST(ElevationFilter, ThePointsAreCountedIn16Bits) {
     matrices.Quita_Puntos_fuera_interv_de_Cotas_con_indice(points, x, y, z, index, 0.5, -0.5);
   };
   EXPECT_EQ(failure_of(filter), 6);
-  EXPECT_EQ(x(2), 2.0);  // nothing has changed
+  EXPECT_EQ(points, most + 1);  // nothing has changed
+  EXPECT_EQ(x.upper(), most);
+  for (std::int32_t i = 1; i <= most; ++i) ASSERT_TRUE(x(i) == i && z(i) == i % 2) << i;
   points = most;
   EXPECT_EQ(failure_of(filter), 6);  // when all have been handled
   EXPECT_EQ(points, most);
@@ -111,6 +113,19 @@ TEST(ElevationFilter, FailuresLeaveTheCompactionDone) {
               matrices.Quita_Puntos_fuera_interv_de_Cotas_con_indice(points, x, y, z, index, 5, 0);
             }),
             6);
+}
+
+TEST(ElevationFilter, ArraysThatDoNotStartAt0FailWhenTheyAreResized) {
+  DoubleArray x = doubles(1, {1, 2, 3}), y = doubles(0, {0, 1, 2, 3}), z = doubles(0, {0, 9, 1, 1});
+  LongArray index = array_of<std::int32_t>(0, Index{0, 1, 2, 3});
+  std::int32_t points = 3;
+  EXPECT_EQ(failure_of([&] {
+              matrices.Quita_Puntos_fuera_interv_de_Cotas_con_indice(points, x, y, z, index, 5, 0);
+            }),
+            9);
+  EXPECT_EQ(points, 2);
+  EXPECT_EQ(elements(x), (Values{2, 3, 3}));
+  EXPECT_EQ(y.upper(), 3);  // X comes first
 }
 
 TEST(RemovalFacades, TheEmptyOnesChangeNothing) {

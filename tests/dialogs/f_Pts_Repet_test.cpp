@@ -125,6 +125,10 @@ TEST_F(RepeatedPoints, ThreeDimensionsCompareTheElevations) {
     form.click("cmdEliminar");
   });
   EXPECT_EQ(count, 7);
+  for (const DoubleArray* array : {&x, &y, &z}) EXPECT_EQ(array->upper(), 7);
+  EXPECT_EQ(codes.upper(), 7);
+  EXPECT_EQ(layers.upper(), 7);
+  EXPECT_EQ(names.upper(), 10);
 }
 
 struct ToleranceRow {

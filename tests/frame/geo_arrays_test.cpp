@@ -53,6 +53,18 @@ TYPED_TEST(GeoArrays, ARowIsThereWhenEveryElementOfItIs) {
   EXPECT_EQ(array.row(lowest, highest), nullptr);
 }
 
+TYPED_TEST(GeoArrays, SizingFrom0LeavesTheLowerBoundAlone) {
+  TypeParam array(0, 3);
+  array.size_keeping_from_0(1);
+  EXPECT_EQ(array.upper(), 1);
+  TypeParam elsewhere(1, 3);
+  EXPECT_EQ(failure_of([&] { elsewhere.size_keeping_from_0(2); }), 9);
+  EXPECT_EQ(elsewhere.upper(), 3);
+  TypeParam none;
+  none.size_keeping_from_0(2);
+  EXPECT_EQ(none.count(), 3U);
+}
+
 TYPED_TEST(GeoArrays, UnallocatedHasNoIndexAndNoBounds) {
   TypeParam array;
   EXPECT_FALSE(array.allocated());

@@ -4,10 +4,12 @@
 
 #include <limits>
 #include <optional>
+#include <string>
 #include <thread>
 
 #include "angles/cgeo_Algorismos.h"
 #include "angles/cgeo_FuncDeriv.h"
+#include "tests/platform/recording_interface.h"
 #include "tests/support/expect_failure.h"
 #include "tests/support/refused_memory.h"
 
@@ -36,6 +38,25 @@ TEST(Objects, ByNameAndByPositionAreOneCall) {
   aZ = 0.0;
   as_object(object).call(9, arguments);
   EXPECT_EQ(aZ, 300.0);
+}
+
+TEST(Objects, APrecisionLeftOutOpensTheDialogWithItsOwn) {
+  testing_support::RecordingInterface screen;
+  std::string typed;
+  screen.user = [&](Form& form) {
+    typed = form.control("TxtPresc").text().to_utf8();
+    form.press_escape();
+  };
+  std::int32_t points = 0;
+  DoubleArray x(0, 0), y(0, 0), z(0, 0);
+  StringArray codes(0, 0), names(0, 0);
+  ShortArray layers(0, 0);
+  LongArray index(0, 0);
+  Bool aviso;
+  const Argument arguments[] = {ref(points), ref(x),      ref(y),     ref(z),    ref(codes),
+                                ref(names),  ref(layers), ref(index), ref(aviso)};
+  create("Orv2_Geo.cgeo_Matrices")->call("Quita_Pts_Repetidos", arguments);
+  EXPECT_EQ(typed, "0.001");
 }
 
 TEST(Objects, TwoParametersThatAreOneVariableBehaveAsOne) {

@@ -141,7 +141,7 @@ TEST_F(Forms, AProgressBarIsAProgressIndicator) {
   EXPECT_EQ(failure_of([&] { bar->set_property("Value", Text(u"x")); }), 13);
 }
 
-TEST_F(Forms, AWatcherIsToldOfEachPropertySetByName) {
+TEST_F(Forms, AWatcherIsToldOfEachPropertySet) {
   Control& bar = form.control("Barra");
   std::vector<double> seen;
   bar.watch([&] { seen.push_back(bar.value()); });
@@ -149,10 +149,11 @@ TEST_F(Forms, AWatcherIsToldOfEachPropertySetByName) {
   indicator->set_property("Value", 3.0);
   EXPECT_EQ(failure_of([&] { indicator->set_property("Color", 1.0); }), 438);
   indicator->set_property("Visible", Bool(true));
-  bar.set_value(4.0);  // not by name
+  bar.set_value(4.0);
+  bar.set_enabled(false);
   bar.watch({});
   indicator->set_property("Value", 5.0);
-  EXPECT_EQ(seen, (std::vector<double>{3.0, 3.0}));
+  EXPECT_EQ(seen, (std::vector<double>{3.0, 3.0, 4.0, 4.0}));
 }
 
 TEST_F(Forms, AFormStartsOverItsOwnerUnlessToldOtherwise) {

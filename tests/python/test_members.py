@@ -194,6 +194,9 @@ class Sorts(Case):
         index = LongArray([1, 2, 3], lower=1)
         ordena.Ordena_LongIndexArray(numbers, index, 9)
         self.assertEqual(list(index), [2, 3, 1])
+        index = LongArray([1, 2, 3], lower=1)
+        ordena.Ordena_LongIndexArray(numbers, index)
+        self.assertEqual(list(index), [2, 3, 1])
         ordena.Ordena_LongArray(numbers)
         self.assertEqual(list(numbers), [1, 2, 3])
 

@@ -441,10 +441,13 @@ int refuse_each_allocation(const std::string& title, Call call) {
 
 TEST(UnrepeatedIndex, RefusedMemoryIs7AndLeaksNothing) {
   Numbers numbers(73);
-  const PointList list(any_points(numbers, 30, 0.5));
+  auto points = any_points(numbers, 30, 0.5);
+  const PointList list(points);
   const ObjectRef progress(new Silent);
-  // What the sort keeps on the thread about the characters of keys is there now.
-  in_X(PointList({{1234567890.5, 0, 0}, {1234567890.25, 0, 0}}), 0.0, progress);
+  // What the sort keeps on the thread about the characters of keys is there once a
+  // value that has no key as a number has made all of them texts.
+  points.push_back({1234567890.5, 0, 0});
+  in_X(PointList(points), 0.0, progress);
   EXPECT_EQ(refuse_each_allocation(title_in_X, [&] { return in_X(list, 0.0, progress); }), 2);
   for (const Renumbering routine : {highest, all_axes, flagging}) {
     EXPECT_EQ(refuse_each_allocation(routine == all_axes ? title_2D : title_2,

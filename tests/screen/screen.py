@@ -4,14 +4,18 @@ Everything waits by asking again until something is so, with a long deadline, so
 that a slow machine only makes the tests slow.
 """
 import ctypes
+import mmap
 import os
+import pathlib
 import queue
 import re
 import signal
+import struct
 import subprocess
 import tempfile
 import threading
 import time
+import zlib
 
 # Seconds until something counts as never happening.
 PATIENCE = float(os.environ.get("ORV2_PATIENCE", "60"))
@@ -23,7 +27,7 @@ def ends_with_us():
     ctypes.CDLL(None).prctl(pr_set_pdeathsig, signal.SIGKILL)
 
 
-def until(what, condition):
+def until(what, condition, pause=0.05):
     """The first answer of `condition` that counts as true."""
     end = time.monotonic() + PATIENCE
     while True:
@@ -32,15 +36,48 @@ def until(what, condition):
             return answer
         if time.monotonic() > end:
             raise AssertionError("never came: " + what)
-        time.sleep(0.05)
+        time.sleep(pause)
 
 
-def output(*command, environment=None, binary=False):
+def output(*command, environment=None):
     """What a command prints; nothing when it fails."""
     done = subprocess.run(command, env=environment, capture_output=True, timeout=PATIENCE,
                           check=False)
-    printed = done.stdout if done.returncode == 0 else b""
-    return printed if binary else printed.decode().strip()
+    return done.stdout.decode().strip() if done.returncode == 0 else ""
+
+
+def png(width, rows):
+    """A picture file of rows of pixels, three bytes each."""
+    def chunk(kind, data):
+        return (struct.pack(">I", len(data)) + kind + data +
+                struct.pack(">I", zlib.crc32(kind + data)))
+    head = struct.pack(">IIBBBBB", width, len(rows), 8, 2, 0, 0, 0)
+    data = zlib.compress(b"".join(b"\0" + row for row in rows))
+    return (b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", head) + chunk(b"IDAT", data) +
+            chunk(b"IEND", b""))
+
+
+class Shown:
+    """What the display shows, read from its memory: always as it is at the moment."""
+
+    def __init__(self, path):
+        with open(path, "rb") as file:
+            self._memory = mmap.mmap(file.fileno(), 0, access=mmap.ACCESS_READ)
+        head = struct.unpack(">25I", self._memory[:100])
+        self._stride, colours = head[12], head[19]
+        self._start = head[0] + 12 * colours
+
+    def rows(self, left, top, width, height):
+        """The pixels of a part, row by row, three bytes each."""
+        for y in range(top, top + height):
+            at = self._start + y * self._stride + 4 * left
+            raw = self._memory[at:at + 4 * width]
+            row = bytearray(3 * width)
+            row[0::3], row[1::3], row[2::3] = raw[2::4], raw[1::4], raw[0::4]
+            yield bytes(row)
+
+    def close(self):
+        self._memory.close()
 
 
 class Display:
@@ -48,17 +85,18 @@ class Display:
 
     def __init__(self, dpi):
         self.dpi = dpi
+        self._folder = tempfile.TemporaryDirectory()
         reading, writing = os.pipe()
         self._server = subprocess.Popen(
             ["Xvfb", "-displayfd", str(writing), "-screen", "0", "1600x1200x24",
-             "-noreset", "-nolisten", "tcp"], pass_fds=[writing], stdout=subprocess.DEVNULL,
+             "-noreset", "-nolisten", "tcp", "-fbdir", self._folder.name], pass_fds=[writing], stdout=subprocess.DEVNULL,
             stderr=subprocess.DEVNULL, preexec_fn=ends_with_us)
         os.close(writing)
         with os.fdopen(reading) as answer:
             number = answer.readline().strip()
         if not number:
             raise AssertionError("the display did not start")
-        self._folder = tempfile.TemporaryDirectory()
+        self.shown = Shown(os.path.join(self._folder.name, "Xvfb_screen0"))
         self.environment = {**os.environ, "DISPLAY": ":" + number, "LC_ALL": "C.UTF-8",
                             "XDG_RUNTIME_DIR": self._folder.name}
         for name in ("WAYLAND_DISPLAY", "QT_QPA_PLATFORM", "QT_SCALE_FACTOR", "SESSION_MANAGER",
@@ -76,10 +114,11 @@ class Display:
         for process in (self._manager, self._server):
             process.terminate()
             process.wait(PATIENCE)
+        self.shown.close()
         self._folder.cleanup()
 
-    def run(self, *command, binary=False):
-        return output(*command, environment=self.environment, binary=binary)
+    def run(self, *command):
+        return output(*command, environment=self.environment)
 
     def windows(self, title):
         """The visible windows with exactly this title."""
@@ -121,6 +160,10 @@ class Window:
         self.display.run("xdotool", "mousemove", str(x + self.pixels(left)),
                          str(y + self.pixels(top)), "click", "1")
 
+    def point_elsewhere(self):
+        """Takes the pointer out of the window, so that it covers nothing."""
+        self.display.run("xdotool", "mousemove", "0", "0")
+
     def press(self, *keys):
         self.display.run("xdotool", "key", "--delay", "20", *keys)
 
@@ -139,19 +182,25 @@ class Window:
         """The window with its frame, written to a file."""
         left, top, width, height = self.place()
         frame = [int(n) for n in self.property("_NET_FRAME_EXTENTS").split("=")[1].split(",")]
-        self.display.run(
-            "import", "-window", "root", "-crop",
-            f"{width + frame[0] + frame[1]}x{height + frame[2] + frame[3]}"
-            f"+{left - frame[0]}+{top - frame[2]}", "+repage", path)
+        width += frame[0] + frame[1]
+        height += frame[2] + frame[3]
+        rows = list(self.display.shown.rows(left - frame[0], top - frame[2], width, height))
+        pathlib.Path(path).write_bytes(png(width, rows))
 
-    def colours(self, left, top, width, height):
-        """The pixels of a part, three bytes each."""
+    def part(self, left, top, width, height):
+        """A part of the window, told in twips: a function for its pixels at any time."""
         x, y, _, _ = self.place()
-        part = "%dx%d+%d+%d" % (self.pixels(width), self.pixels(height), x + self.pixels(left),
-                                y + self.pixels(top))
-        raw = self.display.run("import", "-window", "root", "-crop", part, "+repage", "-depth",
-                               "8", "rgb:-", binary=True)
-        return [raw[i:i + 3] for i in range(0, len(raw), 3)]
+        place = (x + self.pixels(left), y + self.pixels(top), self.pixels(width),
+                 self.pixels(height))
+
+        def pixels():
+            rows = self.display.shown.rows(*place)
+            return [row[i:i + 3] for row in rows for i in range(0, len(row), 3)]
+        return pixels
+
+    def colours(self, *part):
+        """The pixels of a part as it is now."""
+        return self.part(*part)()
 
 
 class Host:
@@ -183,6 +232,13 @@ class Host:
             return self._lines.get(timeout=PATIENCE)
         except queue.Empty:
             raise AssertionError("the host says nothing") from None
+
+    def freeze(self):
+        """Stops the host in the middle of what it does; what it shows stays."""
+        self._process.send_signal(signal.SIGSTOP)
+
+    def thaw(self):
+        self._process.send_signal(signal.SIGCONT)
 
     def nothing_said(self):
         return self._lines.empty()

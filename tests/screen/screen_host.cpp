@@ -1,5 +1,6 @@
-// A host that shows one box or form and tells on standard output what came of
-// it. Where it says "waiting" it goes on after a line on standard input.
+// A host that lets the library, or a form of its own, ask the person once and
+// tells on standard output what came back. Where it says "waiting" it goes on after a line on
+// standard input.
 //   screen_host WHAT
 #include <clocale>
 #include <cstdio>
@@ -10,10 +11,10 @@
 #include <string_view>
 #include <thread>
 
-#include "dialogs/f_MaxiMin.h"
 #include "frame/progress_sink.h"
+#include "library/orv2_geo.hpp"
 #include "platform/error_box.h"
-#include "platform/form.h"
+#include "platform/text_services.h"
 
 namespace orv2_geo {
 namespace {
@@ -26,193 +27,86 @@ void wait_for_a_line() {
   std::getline(std::cin, line);
 }
 
-// ---- A form that searches, shows its progress and asks ------------------------
+// ---- Repeated points ----------------------------------------------------------
 
-constexpr ControlDesign search_controls[] = {
-    {.name = "chkCood00",
-     .kind = ControlKind::check_box,
-     .left = 96,
-     .top = 2064,
-     .width = 1788,
-     .height = 192,
-     .tab_index = 10,
-     .text = u"Quitar ptos (0,0)",
-     .enabled = false},
-    {.name = "FraOption",
-     .kind = ControlKind::frame,
-     .left = 288,
-     .top = 336,
-     .width = 2268,
-     .height = 1116,
-     .tab_index = 5,
-     .text = u"Buscar:"},
-    {.name = "TxtPresc",
-     .kind = ControlKind::text_box,
-     .left = 1152,
-     .top = 720,
-     .width = 972,
-     .height = 300,
-     .tab_index = 12,
-     .text = u"0.001",
-     .container = "FraOption"},
-    {.name = "Opt3D(1)",
-     .kind = ControlKind::option_button,
-     .left = 1296,
-     .top = 288,
-     .width = 876,
-     .height = 204,
-     .tab_index = 7,
-     .text = u"3D",
-     .container = "FraOption"},
-    {.name = "Opt3D(0)",
-     .kind = ControlKind::option_button,
-     .left = 288,
-     .top = 288,
-     .width = 636,
-     .height = 204,
-     .tab_index = 6,
-     .text = u"2D",
-     .container = "FraOption",
-     .value = -1.0},
-    {.name = "Label1",
-     .kind = ControlKind::label,
-     .left = 144,
-     .top = 768,
-     .width = 708,
-     .height = 192,
-     .tab_index = 13,
-     .text = u"Precisión:",
-     .container = "FraOption",
-     .sizes_itself = true},
-    {.name = "ProgressBar1",
-     .kind = ControlKind::progress_bar,
-     .left = 144,
-     .top = 1536,
-     .width = 2556,
-     .height = 156,
-     .tab_index = 3,
-     .visible = false},
-    {.name = "cmdCancelar",
-     .kind = ControlKind::button,
-     .left = 1632,
-     .top = 2400,
-     .width = 972,
-     .height = 348,
-     .tab_index = 0,
-     .text = u"Cancelar",
-     .is_cancel = true},
-    {.name = "cmdCalcular",
-     .kind = ControlKind::button,
-     .left = 336,
-     .top = 2400,
-     .width = 972,
-     .height = 348,
-     .tab_index = 4,
-     .text = u"Calcular",
-     .is_default = true},
-    {.name = "cmdEliminar",
-     .kind = ControlKind::button,
-     .left = 330,
-     .top = 2400,
-     .width = 972,
-     .height = 348,
-     .tab_index = 14,
-     .text = u"Eliminar",
-     .visible = false},
-    {.name = "labCero",
-     .kind = ControlKind::label,
-     .left = 1968,
-     .top = 2064,
-     .width = 492,
-     .height = 192,
-     .tab_index = 11},
-    {.name = "Label2",
-     .kind = ControlKind::label,
-     .left = 468,
-     .top = 48,
-     .width = 960,
-     .height = 192,
-     .tab_index = 9,
-     .text = u"Nº de puntos:",
-     .sizes_itself = true,
-     .alignment = CellAlignment::right},
-    {.name = "labPuntos",
-     .kind = ControlKind::label,
-     .left = 1488,
-     .top = 48,
-     .width = 84,
-     .height = 192,
-     .tab_index = 8,
-     .text = u"0",
-     .sizes_itself = true},
-    {.name = "lblPtos",
-     .kind = ControlKind::label,
-     .left = 2550,
-     .top = 1710,
-     .width = 180,
-     .height = 195,
-     .tab_index = 2,
-     .text = u"0",
-     .visible = false,
-     .sizes_itself = true},
-    {.name = "lblEstudio",
-     .kind = ControlKind::label,
-     .left = 360,
-     .top = 1710,
-     .width = 2025,
-     .height = 285,
-     .tab_index = 1,
-     .text = u"estudiando el nº:",
-     .visible = false,
-     .sizes_itself = true,
-     .alignment = CellAlignment::centre,
-     .background = 0x00ffff},
+std::string word(double value) { return text_services::default_text(value).to_utf8(); }
+std::string word(std::int32_t value) { return std::to_string(value); }
+std::string word(const Text& text) { return text.to_utf8(); }
+
+template <class T>
+void tell_elements(const std::string& name, const GeoArray<T>& array) {
+  std::string line = name;
+  for (std::uint32_t i = 0; i < array.count(); ++i) line += " " + word(array.data()[i]);
+  tell(line);
+}
+
+struct Points {
+  explicit Points(std::int32_t n)
+      : count(n),
+        x(0, n),
+        y(0, n),
+        z(0, n),
+        codes(0, n),
+        names(0, n),
+        layers(0, n),
+        numbers(0, n) {}
+
+  /// The member's dialog, and what it left of the points' number and Precision.
+  void drop_repeated() {
+    double Precision = 0.0;
+    cgeo_Matrices().Quita_Pts_Repetidos(count, x, y, z, codes, names, layers, numbers, true,
+                                        Precision);
+    tell("points " + word(count) + " precision " + word(Precision));
+  }
+
+  std::int32_t count;
+  DoubleArray x, y, z;
+  StringArray codes, names;
+  ShortArray layers;
+  LongArray numbers;
 };
 
-class SearchForm {
- public:
-  SearchForm() {
-    form_.on_click("cmdCalcular", [this] { search(); });
-    form_.on_click("cmdEliminar", [this] { leave("cmdEliminar"); });
-    form_.on_click("cmdCancelar", [this] { leave("cmdCancelar"); });
-    form_.control("labPuntos").set_text(u"125000");
+// 3 and 5 repeat 2 in plan, 5 in space too; 6 is 0.0005 away from 4.
+Points eight_points() {
+  constexpr double xs[] = {0, 10, 20, 20, 30, 20, 30.0005, 40, 50};
+  constexpr double zs[] = {0, 1, 2, 7, 4, 2, 4, 6, 8};
+  Points points(8);
+  for (std::int32_t i = 1; i <= points.count; ++i) {
+    points.x(i) = xs[i];
+    points.y(i) = 101;
+    points.z(i) = zs[i];
+    points.codes(i) = Text::from_utf8("C" + word(i));
+    points.names(i) = Text::from_utf8("Peña" + word(i));
+    points.layers(i) = static_cast<std::int16_t>(10 * i);
+    points.numbers(i) = -i;
   }
+  return points;
+}
 
-  void show() {
-    form_.show_modal();
-    tell("text " + form_.control("TxtPresc").text().to_utf8());
-    tell(form_.control("Opt3D(0)").value() != 0.0 ? "2D" : "3D");
+void drop_and_tell(Points points) {
+  points.drop_repeated();
+  tell_elements("x", points.x);
+  tell_elements("z", points.z);
+  tell_elements("codes", points.codes);
+  tell_elements("names", points.names);
+  tell_elements("layers", points.layers);
+  tell_elements("numbers", points.numbers);
+}
+
+void drop_repeated_of_short_arrays() {
+  Points points = eight_points();
+  points.z.size_keeping(0, 3);
+  drop_and_tell(points);
+}
+
+// Every spot twice, in no order.
+void drop_repeated_of_many() {
+  Points points(1000000);
+  for (std::int32_t i = 1; i <= points.count; ++i) {
+    points.x(i) = points.y(i) = i / 2 * 4001 % 1000003 / 8.0;
   }
-
- private:
-  void leave(const char* button) {
-    tell(button);
-    form_.hide();
-  }
-
-  void search() {
-    tell("cmdCalcular");
-    form_.control("FraOption").set_enabled(false);
-    form_.control("cmdCalcular").set_enabled(false);
-    const ObjectRef bar = form_.object("ProgressBar1");
-    const ProgressSink progress(bar);
-    progress.visible(true);
-    progress.min(0);
-    progress.max(30.5);
-    for (const double value : {0.0, 10.0, 20.0, 30.5}) {
-      progress.value(value);
-      wait_for_a_line();
-    }
-    form_.control("lblEstudio").set_text(u"Hay 112 puntos repetidos");
-    form_.control("lblEstudio").set_visible(true);
-    form_.control("ProgressBar1").set_visible(false);
-    form_.control("cmdCalcular").set_visible(false);
-    form_.control("cmdEliminar").set_visible(true);
-    tell("searched");
-  }
-
-  Form form_{"f_Busca", u"Quitar puntos repetidos:", 2865, 3000, search_controls};
-};
+  points.drop_repeated();
+}
 
 // ---- A form with what the others do not have ---------------------------------
 
@@ -257,10 +151,39 @@ constexpr ControlDesign other_controls[] = {
      .text = u"centrado",
      .alignment = CellAlignment::centre,
      .background = 0x000080},
+    {.name = "prgAvance",
+     .kind = ControlKind::progress_bar,
+     .left = 150,
+     .top = 2220,
+     .width = 2400,
+     .height = 156,
+     .visible = false},
+    {.name = "cmdTrabaja",
+     .kind = ControlKind::button,
+     .left = 150,
+     .top = 2550,
+     .width = 1050,
+     .height = 360,
+     .tab_index = 4,
+     .text = u"Trabaja",
+     .is_default = true},
 };
 
+// Steps that a test can look at one by one.
+void work(Form& form) {
+  const ObjectRef bar = form.object("prgAvance");
+  const ProgressSink progress(bar);
+  progress.visible(true);
+  progress.min(0);
+  progress.max(30.5);
+  for (const double value : {0.0, 10.0, 20.0, 30.5}) {
+    progress.value(value);
+    wait_for_a_line();
+  }
+}
+
 void show_other_form() {
-  Form form("f_Otra", u"Otros controles:", 2700, 2250, other_controls);
+  Form form("f_Otra", u"Otros controles:", 2700, 3060, other_controls);
   form.on_click("lblLargo", [] { tell("lblLargo"); });
   form.on_click("chkDibuja",
                 [&] { tell("tick " + std::to_string(form.control("chkDibuja").value() != 0.0)); });
@@ -268,6 +191,7 @@ void show_other_form() {
     error_box(u"Un aviso desde el formulario");
     tell("warned");
   });
+  form.on_click("cmdTrabaja", [&] { work(form); });
   form.on_click("cmdFalla", [] { raise(failure::division_by_zero); });
   try {
     form.show_modal();
@@ -279,24 +203,36 @@ void show_other_form() {
 
 // ---- The extremes ---------------------------------------------------------------
 
-void show_extremes(bool full) {
-  f_MaxiMin dialog;
-  if (full) {
-    dialog.A_Let_Parametros_Mdt1(445210.376, 444980.125, 4480412.5, 4479998.75, 688.214, -12.5,
-                                 1204, 17, 3, 88, 1205, 40);
-  } else {
-    dialog.A_Let_Parametros_Mdt(445210.376, 444980.125, 4480412.5, 4479998.75, 688.214, -12.5);
+using Extremes = decltype(&cgeo_Matrices::MaxMin_3Matriz);
+
+// Coordinates of a survey's size, each extreme at a point of its own.
+void show_extremes(Extremes member) {
+  DoubleArray x(0, 1205), y(0, 1205), z(0, 1205);
+  for (std::int32_t i = 1; i <= x.upper(); ++i) {
+    x(i) = 445000.0;
+    y(i) = 4480000.0;
+    z(i) = 650.0;
   }
-  dialog.show_modal();
-  tell(dialog.form().open() ? "open" : "not open");
+  x(88) = 444980.125;
+  x(1204) = 445210.376;
+  y(1205) = 4479998.75;
+  y(17) = 4480412.5;
+  z(40) = -12.5;
+  z(3) = 688.214;
+  double max_x = 0, min_x = 0, max_y = 0, min_y = 0, max_z = 0, min_z = 0;
+  (cgeo_Matrices().*member)(x, y, z, max_x, min_x, max_y, min_y, max_z, min_z, true);
+  std::string line;
+  for (const double found : {min_x, max_x, min_y, max_y, min_z, max_z}) line += " " + word(found);
+  tell("found" + line);
 }
 
 // ---- Boxes --------------------------------------------------------------------
 
-void show_trapped_box() {
-  trapped("Orv2_Geo.cgeo_api", u"Pto en Polígono - Error nº ",
-          [] { raise(failure::division_by_zero); });
-  tell("returned");
+void show_box_of_a_failure() {
+  const DoubleArray x(0, 3);
+  LongArray too_short(0, 2);
+  cgeo_Matrices().Ordena_en_X_el_Indice_1Matriz1(3, x, too_short, {});
+  tell_elements("order", too_short);
 }
 
 // A host's way of writing numbers stays as it is.
@@ -314,12 +250,14 @@ void show_box_on_another_thread() {
 
 int run(std::string_view what) {
   const std::map<std::string_view, std::function<void()>> all = {
-      {"search", [] { SearchForm().show(); }},
+      {"points", [] { drop_and_tell(eight_points()); }},
+      {"short arrays", drop_repeated_of_short_arrays},
+      {"many points", drop_repeated_of_many},
+      {"extremes", [] { show_extremes(&cgeo_Matrices::MaxMin_3Matriz); }},
+      {"outdated extremes", [] { show_extremes(&cgeo_Matrices::MaxMin_3Matriz1); }},
       {"other", show_other_form},
-      {"extremes", [] { show_extremes(true); }},
-      {"short", [] { show_extremes(false); }},
       {"box", show_box_and_locale},
-      {"trapped", show_trapped_box},
+      {"failure", show_box_of_a_failure},
       {"thread", show_box_on_another_thread},
   };
   const auto found = all.find(what);

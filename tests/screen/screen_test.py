@@ -1,10 +1,14 @@
 """Boxes and forms pressed by a person, and what came back to the host.
 
-Environment: ORV2_HOST and ORV2_QT_HOST, the host programs; ORV2_DPI; and
-ORV2_PICTURES, the folder for a picture of every state.
+Environment: ORV2_HOST and ORV2_QT_HOST, the host programs;
+ORV2_PYTHON_ENVIRONMENT, what a Python host needs; ORV2_DPI; and ORV2_PICTURES,
+the folder for a picture of every state.
 """
+import json
 import os
 import pathlib
+import sys
+import time
 import unittest
 
 import screen
@@ -14,17 +18,32 @@ QT_HOST = os.environ["ORV2_QT_HOST"]
 DPI = int(os.environ["ORV2_DPI"])
 PICTURES = pathlib.Path(os.environ["ORV2_PICTURES"])
 
-SEARCH = "Quitar puntos repetidos:"
+POINTS = "Quitar puntos repetidos:"
 OTHER = "Otros controles:"
 EXTREMES = "Maximos y Minimos:"
+ENGINE = "Orv2_Geo.mOrdena"
 
-# The middles of controls, in twips of the window.
+# The middles of controls, in twips of the window. Eliminar comes where Calcular was.
 CALCULAR, CANCELAR, PRECISION = (822, 2574), (2118, 2574), (288 + 1638, 336 + 870)
+ELIMINAR = CALCULAR
 IN_2D, IN_3D = (288 + 400, 336 + 390), (288 + 1420, 336 + 390)
-BAR = (144, 1536, 2556, 156)
-FRAME = (288, 336, 2268, 1116)
-AVISO, FALLA, TICK = (675, 1380), (1875, 1380), (250, 870)
+FRAME, FOUND = (288, 336, 2268, 1116), (360, 1710, 2025, 285)
+AVISO, FALLA, TICK, TRABAJA = (675, 1380), (1875, 1380), (250, 870), (675, 2730)
+BAR = (150, 2220, 2400, 156)
 ACEPTAR, SALIR = (7237, 1800), (6000, 1792)
+
+# Three of the eight points are repeated in plan, within 0.001.
+KEPT = [
+    "points 5 precision 0.001", "x 0 10 20 30 40 50", "z 0 1 7 4 6 8",
+    "codes  C1 C3 C4 C7 C8", "names  Peña1 Peña3 Peña4 Peña7 Peña8 Peña6 Peña7 Peña8",
+    "layers 0 10 30 40 70 80", "numbers 0 1 2 2 3 2 3 4 5"]
+UNTOUCHED = [
+    "points 8 precision 0.001", "x 0 10 20 20 30 20 30.0005 40 50",
+    "z 0 1 2 7 4 2 4 6 8", "codes  C1 C2 C3 C4 C5 C6 C7 C8",
+    "names  Peña1 Peña2 Peña3 Peña4 Peña5 Peña6 Peña7 Peña8",
+    "layers 0 10 20 30 40 50 60 70 80", "numbers 0 -1 -2 -3 -4 -5 -6 -7 -8"]
+NONE_KEPT = [
+    "points 0 precision 0.001", "x 0", "z 0", "codes ", UNTOUCHED[4], "layers 0", "numbers"]
 
 
 class ScreenTest(unittest.TestCase):
@@ -53,6 +72,10 @@ class ScreenTest(unittest.TestCase):
         window.picture(str(path))
         self.assertTrue(path.exists(), "no picture")
 
+    def assert_wide(self, box, least):
+        """A box has room for its text and its caption, told in twips."""
+        self.assertGreater(box.place()[2], box.pixels(least))
+
     def expect(self, host, *lines):
         for line in lines:
             self.assertEqual(host.line(), line)
@@ -66,9 +89,24 @@ class ScreenTest(unittest.TestCase):
         self.assertEqual(host.end(), (0, ""))
 
 
-class FormTest(ScreenTest):
+class RepeatedPointsTest(ScreenTest):
+    """The member opens its dialog; the host tells what it got back."""
+
+    def wait_for_the_count(self, window):
+        screen.until("the count", lambda: b"\x00\xff\xff" in window.colours(*FOUND))
+
+    def expect_way(self, way, answer, what="points"):
+        """What the person does in the window, and what the host then has."""
+        host, window = self.show(what, POINTS)
+        way(window)
+        self.expect_end(host, POINTS, *answer)
+
+    def compute(self, window):
+        window.click(*CALCULAR)
+        self.wait_for_the_count(window)
+
     def test_is_a_fixed_tool_window_in_the_middle_of_the_screen(self):
-        host, window = self.show("search", SEARCH)
+        host, window = self.show("points", POINTS)
         left, top, width, height = window.place()
         self.assertEqual((width, height), (window.pixels(2865), window.pixels(3000)))
         hints = window.property("WM_NORMAL_HINTS")
@@ -82,103 +120,203 @@ class FormTest(ScreenTest):
         self.assertEqual(functions & (minimise | maximise), 0)
         self.assertAlmostEqual(left + width / 2, 800, delta=30)
         self.assertAlmostEqual(top + height / 2, 600, delta=40)  # the title bar is above
-        self.keep_picture(window, "search_start")
+        self.keep_picture(window, "points_choosing")
         window.press("Escape")
-        self.expect_end(host, SEARCH, "cmdCancelar", "text 0.001", "2D")
+        self.expect_end(host, POINTS, *UNTOUCHED)
 
-    def test_clicks_reach_the_buttons(self):
-        host, window = self.show("search", SEARCH)
-        window.click(*CANCELAR)
-        self.expect_end(host, SEARCH, "cmdCancelar", "text 0.001", "2D")
+    def test_calcular_then_eliminar_keeps_one_point_a_spot(self):
+        host, window = self.show("points", POINTS)
+        self.compute(window)
+        self.keep_picture(window, "points_confirming")
+        window.click(*ELIMINAR)
+        self.expect_end(host, POINTS, *KEPT)
 
-    def test_the_title_bars_box_closes_and_is_no_cancel(self):
-        host, window = self.show("search", SEARCH)
-        window.press_title_bar_box()
-        self.expect_end(host, SEARCH, "text 0.001", "2D")
+    CANCELLED = {
+        "Cancelar at once": lambda self, window: window.click(*CANCELAR),
+        "Cancelar after Calcular": lambda self, window: (
+            self.compute(window), window.click(*CANCELAR)),
+        "Escape after Calcular": lambda self, window: (
+            self.compute(window), window.press("Escape")),
+    }
 
-    def test_the_window_managers_key_closes_too(self):
-        host, window = self.show("search", SEARCH)
-        window.press("alt+F4")
-        self.expect_end(host, SEARCH, "text 0.001", "2D")
+    def test_cancelling_changes_nothing_but_a_precision_of_zero(self):
+        for name, way in self.CANCELLED.items():
+            with self.subTest(name):
+                self.expect_way(lambda window: way(self, window), UNTOUCHED)
 
-    def test_text_and_options_are_the_persons(self):
-        host, window = self.show("search", SEARCH)
+    def test_the_title_bars_box_is_no_cancel_no_point_is_left(self):
+        self.expect_way(lambda window: window.press_title_bar_box(), NONE_KEPT)
+
+    def test_the_window_managers_key_is_no_cancel_either(self):
+        self.expect_way(lambda window: window.press("alt+F4"), NONE_KEPT)
+
+    def test_the_title_bars_box_after_calcular_applies(self):
+        def way(window):
+            self.compute(window)
+            window.press_title_bar_box()
+        self.expect_way(way, KEPT)
+
+    def test_enter_presses_calcular(self):
+        def way(window):
+            window.press("Return")
+            self.wait_for_the_count(window)
+            window.click(*ELIMINAR)
+        self.expect_way(way, KEPT)
+
+    def test_enter_in_the_text_box_presses_calcular_too(self):
+        def way(window):
+            window.click(*PRECISION)
+            window.press("Return")
+            self.wait_for_the_count(window)
+            window.click(*ELIMINAR)
+        self.expect_way(way, KEPT)
+
+    def test_a_decimal_comma_ends_the_tolerance_and_the_default_is_in_force(self):
+        host, window = self.show("points", POINTS)
         window.click(*PRECISION)
         window.press("ctrl+a")
-        window.type("0,25 m")
-        window.click(*IN_3D)
-        self.keep_picture(window, "search_typed")
-        window.press_title_bar_box()
-        self.expect_end(host, SEARCH, "text 0,25 m", "3D")
+        window.type("0,001")
+        self.keep_picture(window, "points_typed")
+        self.compute(window)
+        window.click(*ELIMINAR)
+        # 4 and 6 are 0.0005 apart, the default is 0.0002
+        self.expect(host, "points 6 precision 0.001", "x 0 10 20 30 30.0005 40 50")
+        self.expect_end(host, POINTS, "z 0 1 7 4 4 6 8", "codes  C1 C3 C4 C6 C7 C8",
+                        "names  Peña1 Peña3 Peña4 Peña6 Peña7 Peña8 Peña7 Peña8",
+                        "layers 0 10 30 40 60 70 80", "numbers 0 1 2 2 3 2 4 5 6")
+
+    # 5 repeats 2, but 3 stands between them in X order; 6 repeats 4
+    IN_SPACE = [
+        "points 7 precision 0.001", "x 0 10 20 20 30 20 40 50", "z 0 1 2 7 4 2 6 8",
+        "codes  C1 C2 C3 C4 C5 C7 C8",
+        "names  Peña1 Peña2 Peña3 Peña4 Peña5 Peña7 Peña8 Peña8",
+        "layers 0 10 20 30 40 50 70 80", "numbers 0 1 2 3 4 5 4 6 7"]
+
+    def test_3d_by_a_click_compares_the_elevations(self):
+        def way(window):
+            window.click(*IN_3D)
+            self.keep_picture(window, "points_3d")
+            self.compute(window)
+            window.click(*ELIMINAR)
+        self.expect_way(way, self.IN_SPACE)
 
     def test_an_arrow_key_chooses_the_other_option(self):
-        host, window = self.show("search", SEARCH)
+        for keys, answer in ((["Left"], KEPT), (["Left", "Right"], self.IN_SPACE)):
+            with self.subTest(keys):
+                def way(window, keys=keys):
+                    window.click(*IN_3D)
+                    window.press(*keys)
+                    self.compute(window)
+                    window.click(*ELIMINAR)
+                self.expect_way(way, answer)
+
+    def test_what_was_computed_with_is_frozen(self):
+        host, window = self.show("points", POINTS)
+        self.compute(window)
+        frame = window.part(*FRAME)
+        before = frame()
+        window.click(*PRECISION)
+        window.type("9")
         window.click(*IN_3D)
-        window.press("Left")
-        window.press("Right")
-        window.press("Left")
-        window.press_title_bar_box()
-        self.expect_end(host, SEARCH, "text 0.001", "2D")
+        window.point_elsewhere()
+        self.assertEqual(frame(), before)
+        window.click(*ELIMINAR)
+        self.expect_end(host, POINTS, *KEPT)
 
-    def blue(self, window, part):
-        """How many pixels are neither grey nor nearly so."""
-        return sum(max(pixel) - min(pixel) > 60 for pixel in window.colours(*part))
+    def test_after_a_failure_of_the_engine_only_cancelar_acts(self):
+        host, window = self.show("short arrays", POINTS)
+        window.click(*CALCULAR)
+        box = self.display.window(ENGINE)
+        self.keep_picture(box, "points_failed")
+        self.assert_wide(box, 5500)  # the text is in two lines
+        box.press("Return")
+        self.display.wait_for_no(ENGINE)
+        window = self.display.window(POINTS)
+        self.keep_picture(window, "points_stuck")
+        window.click(*CALCULAR)
+        window.click(*PRECISION)
+        window.click(*IN_3D)
+        self.assertTrue(host.nothing_said())
+        self.assertEqual(self.display.windows(POINTS), [window.identity])
+        window.click(*CANCELAR)
+        short = [line if line[0] != "z" else "z 0 1 2 7" for line in UNTOUCHED]
+        self.expect_end(host, POINTS, *short)
 
-    def search(self, host, window):
-        """From the routine's start to its end; its bar moves all the while."""
-        self.expect(host, "cmdCalcular")
+    def freeze_computing(self, host, window):
+        """Lets the host run a little at a time until Calcular has lost its black."""
+        window.point_elsewhere()
+        part = window.part(CALCULAR[0] - 300, CALCULAR[1] - 90, 600, 180)
+        darkest = lambda: min(max(pixel) for pixel in part())
+        self.assertLess(darkest(), 90)
+        host.freeze()
+        window.press("Return")
+
+        def computing():
+            host.thaw()
+            time.sleep(0.003)
+            host.freeze()
+            return darkest() > 110
+        screen.until("Calcular disabled", computing, pause=0.003)
+
+    def test_a_click_on_cancelar_waits_for_a_large_computation(self):
+        host, window = self.show("many points", POINTS)
+        self.freeze_computing(host, window)
+        self.keep_picture(window, "points_computing")
+        window.click(*CANCELAR)
+        self.assertTrue(host.nothing_said())
+        host.thaw()
+        self.expect_end(host, POINTS, "points 1000000 precision 0.001")
+
+    def test_a_large_list_is_halved(self):
+        def way(window):
+            self.compute(window)
+            self.keep_picture(window, "points_many")
+            window.click(*ELIMINAR)
+        self.expect_way(way, ["points 500001 precision 0.001"], what="many points")
+
+
+class FormTest(ScreenTest):
+    def blue(self, window):
+        """How many pixels of the bar are neither grey nor nearly so."""
+        return sum(max(pixel) - min(pixel) > 60 for pixel in window.colours(*BAR))
+
+    def test_a_bar_moves_with_every_step_of_a_routine(self):
+        host, window = self.show("other", OTHER)
+        window.press("Return")
         seen = []
         for step in range(4):
             self.expect(host, "waiting")
-            seen.append(self.blue(window, BAR))
-            self.keep_picture(window, f"search_step_{step}")
+            seen.append(self.blue(window))
+            self.keep_picture(window, f"other_step_{step}")
             host.go_on()
-        self.expect(host, "searched")
         self.assertEqual(seen, sorted(set(seen)), "the bar moves with every step")
         area = len(window.colours(*BAR))
         self.assertLess(seen[0], area * 0.05)
         self.assertAlmostEqual(seen[1] / seen[3], 10 / 30.5, delta=0.08)
         self.assertGreater(seen[3], area * 0.6)
-
-    def test_enter_presses_the_default_button_and_the_bar_moves(self):
-        host, window = self.show("search", SEARCH)
-        window.press("Return")
-        self.search(host, window)
-        screen.until("the count on its ground", lambda: b"\x00\xff\xff" in window.colours(
-            360, 1710, 2025, 285))
-        self.keep_picture(window, "search_found")
-        window.click(*CALCULAR)  # now another button's place
-        self.expect_end(host, SEARCH, "cmdEliminar", "text 0.001", "2D")
-
-    def test_a_frozen_frame_takes_nothing(self):
-        host, window = self.show("search", SEARCH)
-        window.click(*CALCULAR)
-        self.search(host, window)
-        window.click(*PRECISION)
-        window.type("9")
-        window.click(*IN_3D)
-        window.press("Escape")
-        self.expect_end(host, SEARCH, "cmdCancelar", "text 0.001", "2D")
+        window.press_title_bar_box()
+        self.expect_end(host, OTHER, "not open")
 
     def test_a_click_while_a_routine_is_at_work_waits_for_its_end(self):
-        host, window = self.show("search", SEARCH)
+        host, window = self.show("other", OTHER)
         window.press("Return")
-        self.expect(host, "cmdCalcular", "waiting")
-        window.click(*CANCELAR)
-        self.assertTrue(host.nothing_said())
+        self.expect(host, "waiting")
+        window.click(*TICK)
         for _ in range(3):
+            self.assertTrue(host.nothing_said())
             host.go_on()
             self.expect(host, "waiting")
         host.go_on()
-        self.expect(host, "searched")
-        self.expect_end(host, SEARCH, "cmdCancelar", "text 0.001", "2D")
+        self.expect(host, "tick 1")
+        window.press_title_bar_box()
+        self.expect_end(host, OTHER, "not open")
 
     def test_tab_goes_by_tab_index_and_the_space_bar_presses(self):
         host, window = self.show("other", OTHER)
         self.keep_picture(window, "other_start")
         window.press("Tab", "Tab", "space")  # from Falla over Aviso to the tick
         self.expect(host, "tick 1")
-        window.press("Tab", "Tab", "Return")  # round to Aviso, the button in focus
+        window.press("shift+Tab", "space")  # back to Aviso
         box = self.display.window("Orv2_Geo")
         box.press("Return")
         self.expect(host, "warned")
@@ -203,7 +341,7 @@ class FormTest(ScreenTest):
         window.click(*AVISO)
         box = self.display.window("Orv2_Geo")
         self.keep_picture(box, "box_over_form")
-        window.click(*FALLA)  # out of reach below the box
+        window.click(*TRABAJA)  # out of reach below the box
         self.assertTrue(host.nothing_said())
         self.display.run("xdotool", "windowactivate", box.identity)
         self.display.window("Orv2_Geo").press("Return")
@@ -213,6 +351,7 @@ class FormTest(ScreenTest):
 
 
 class ExtremesTest(ScreenTest):
+    FOUND = "found 444980.125 445210.376 4479998.75 4480412.5 -12.5 688.214"
     WAYS_OUT = {
         "Aceptar": lambda window: window.click(*ACEPTAR),
         "Cancelar": lambda window: window.click(*SALIR),
@@ -227,16 +366,21 @@ class ExtremesTest(ScreenTest):
                 host, window = self.show("extremes", EXTREMES)
                 self.keep_picture(window, "extremes")
                 leave(window)
-                self.expect_end(host, EXTREMES, "not open")
+                self.expect_end(host, EXTREMES, self.FOUND)
 
-    def test_the_short_layout(self):
-        host, window = self.show("short", EXTREMES)
+    def test_the_outdated_member_says_so_and_shows_the_short_layout(self):
+        host, box = self.show("outdated extremes", "Orv2_Geo")
+        self.keep_picture(box, "extremes_outdated")
+        self.assert_wide(box, 2250)  # the caption's
+        self.assertEqual(self.display.windows(EXTREMES), [])
+        box.press("Return")
+        window = self.display.window(EXTREMES)
         self.keep_picture(window, "extremes_short")
         self.assertEqual(window.place()[2:], (window.pixels(7935), window.pixels(2175)))
         window.click(2000, 700)  # nothing in the grid takes it
         window.type("9")
         window.press("Escape")
-        self.expect_end(host, EXTREMES, "not open")
+        self.expect_end(host, EXTREMES, self.FOUND)
 
 
 class BoxTest(ScreenTest):
@@ -254,11 +398,12 @@ class BoxTest(ScreenTest):
         self.expect_end(host, "Orv2_Geo", "same locale")
 
     def test_a_box_of_a_failure_has_its_source_and_the_icon(self):
-        host, window = self.show("trapped", "Orv2_Geo.cgeo_api")
+        host, window = self.show("failure", "Orv2_Geo.cgeo_Matrices")
         screen.until("a red icon", lambda: self.red(window) > 50)
         self.keep_picture(window, "box_critical")
+        self.assert_wide(window, 5500)
         window.press("Return")
-        self.expect_end(host, "Orv2_Geo.cgeo_api", "returned")
+        self.expect_end(host, "Orv2_Geo.cgeo_Matrices", "order 0 1 2")
 
     def test_another_thread_writes_to_the_console(self):
         host, window = self.show("thread", "Orv2_Geo")
@@ -281,16 +426,32 @@ class WithoutScreenTest(ScreenTest):
     def test_boxes_and_forms_go_to_the_console(self):
         for name, changed in self.CASES.items():
             with self.subTest(name):
-                host = self.host("trapped", **changed)
-                self.expect(host, "returned", "waiting")
+                host = self.host("failure", **changed)
+                self.expect(host, "order 0 1 2", "waiting")
                 host.go_on()
-                told = "Orv2_Geo.cgeo_api: Pto en Polígono - Error nº  11:División por cero\n"
+                told = ("Orv2_Geo.cgeo_Matrices: Ordena en X el Indice una Matriz1 - Error nº  9:"
+                        "El subíndice está fuera del intervalo\n")
                 self.assertEqual(host.end(), (0, told))
-                host = self.host("search", **changed)
-                self.expect(host, "cmdCancelar", "text 0.001", "2D", "waiting")
+                host = self.host("points", **changed)
+                self.expect(host, *UNTOUCHED, "waiting")
                 host.go_on()
-                told = f"Orv2_Geo: no screen is available for \"{SEARCH}\"; cancelled\n"
+                told = f"Orv2_Geo: no screen is available for \"{POINTS}\"; cancelled\n"
                 self.assertEqual(host.end(), (0, told))
+
+
+class PythonHostTest(ScreenTest):
+    def test_a_person_answers_the_dialogs_of_a_python_host(self):
+        folder = pathlib.Path(__file__).parent
+        host = self.host(str(folder / "python_host.py"), program=sys.executable,
+                         **json.loads(os.environ["ORV2_PYTHON_ENVIRONMENT"]))
+        window = self.display.window(POINTS)
+        window.click(*CALCULAR)
+        screen.until("the count", lambda: b"\x00\xff\xff" in window.colours(*FOUND))
+        window.click(*ELIMINAR)
+        self.expect(host, "2 [0.0, 10.0, 20.0] ['', 'uno', 'tres'] [0, 1, 1, 2] 0.001")
+        self.display.window(EXTREMES).press("Return")
+        self.expect(host, "20.0 10.0")
+        self.assertEqual(host.end(), (0, ""))
 
 
 class QtHostTest(ScreenTest):

@@ -67,6 +67,14 @@ TEST(DoubleKeys, HalvesAtTheFifteenthDigit) {
   EXPECT_EQ(key_in_span(0.0234375), 300000000023438);  // to the even 8
 }
 
+TEST(DoubleKeys, TheKeysOfAFewValues) {
+  EXPECT_EQ(key_in_span(-0.5), 199999999500000);
+  EXPECT_EQ(key_in_span(0.0), 300000000000000);
+  EXPECT_EQ(key_in_span(12.5), 300000012500000);
+  EXPECT_EQ(millionths(-0.5), 199999999500000);
+  EXPECT_EQ(millionths(12.5), 300000012500000);
+}
+
 TEST(DoubleKeys, PowersOfTwoAndTheEndsOfTheSpan) {
   const double up = std::numeric_limits<double>::infinity();
   for (int e = -1074; e < 30; ++e) {

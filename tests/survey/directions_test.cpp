@@ -65,6 +65,8 @@ TEST(Directions, TheDistanceIsAVariantOfF64) {
   const double dy = static_cast<double>(b) - a;
   const double expected = runtime.sqrt(runtime.pow(dy, 2.0) + runtime.pow(0.0, 2.0));
   EXPECT_EQ(bits(*geometry.GF_Distancia_S(a, b, a, a).get<double>()), bits(expected));
+  EXPECT_EQ(bits(*geometry.GF_Distancia(7, 3, 7, 3).get<double>()), bits(0.0));
+  EXPECT_EQ(bits(*geometry.GF_Distancia_S(7, 3, 7, 3).get<double>()), bits(0.0));
   EXPECT_EQ(failure_of([&] { (void)geometry.GF_Distancia(1e200, 0, 0, 0); }), 6);
 }
 
@@ -95,6 +97,7 @@ TEST(Directions, TheAngleAtAVertex) {
   EXPECT_EQ(bits(geometry.GF_angulo_3_puntos(1, 1, 0, 0, -1, 1)), bits(100.00000001305727));
   EXPECT_EQ(geometry.GF_angulo_3_puntos(0, -1, 0, 0, 0, 1), 200.0);
   EXPECT_EQ(geometry.GF_angulo_3_puntos(0, 0, 0, 0, -1, 0), 100.0);  // P1 on P2: 300 folded
+  EXPECT_EQ(geometry.GF_angulo_3_puntos(-1, 0, 0, 0, 0, 0), 100.0);  // P3 on P2 likewise
 }
 
 TEST(Directions, AParallelToTheRight) {

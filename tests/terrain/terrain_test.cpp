@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <bit>
+#include <cmath>
 #include <limits>
 #include <utility>
 #include <vector>
@@ -51,7 +52,11 @@ TEST(Profile, ElevationAtADistance) {
       {"before the profile", x, y, -10, 90},
       {"after the profile", x, y, 30, 70},
       {"a step: the first of the pair", step, levels, 10, 2},
-      {"just after a step", step, levels, 15, 3.5},
+      {"just before a step: on towards its first", step, levels, std::nextafter(10.0, 0.0),
+       (2.0 - 1.0) * std::nextafter(10.0, 0.0) / 10.0 + 1.0},
+      {"just after a step: from its second", step, levels, std::nextafter(10.0, 11.0),
+       (4.0 - 3.0) * (std::nextafter(10.0, 11.0) - 10.0) / 10.0 + 3.0},
+      {"between the step and the next", step, levels, 15, 3.5},
       {"a first stretch of no width", {5, 5, 9}, {7, 8, 9}, 1, 7},
       {"a descending profile gives what it gives", {20, 10, 0}, {1, 2, 3}, 5, 2.5},
       {"one point", {4}, {9}, 4, 0},

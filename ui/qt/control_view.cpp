@@ -231,7 +231,6 @@ ControlView make_view(Form& form, Control& control, QWidget* parent, const Act& 
     case ControlKind::button: {
       auto* const button = new QPushButton(parent);
       button->setAutoDefault(false);
-      button->setDefault(design.is_default);
       as_button(button);
       break;
     }

@@ -4,6 +4,7 @@
 #include <QCloseEvent>
 #include <QFont>
 #include <QKeyEvent>
+#include <QPushButton>
 #include <QScreen>
 #include <QWindow>
 #include <algorithm>
@@ -112,6 +113,7 @@ void FormWindow::centre(QWidget* owner) {
 
 void FormWindow::run() {
   show();
+  mark_enter_button();
   activateWindow();
   for (const ControlView& view : views_) {
     view.control->watch([this, &view] { follow(view); });
@@ -123,17 +125,18 @@ void FormWindow::run() {
 
 void FormWindow::refresh() {
   for (const ControlView& view : views_) view.refresh();
+  mark_enter_button();
 }
 
-// A routine is at work and no events are handled: what it shows is painted at
-// once. A step of a progress bar is painted by the bar itself.
+// A routine is at work and no events are handled: what it shows, hides, enables
+// and disables is painted at once. A step of a progress bar is painted by the
+// bar itself.
 void FormWindow::follow(const ControlView& view) {
-  if (view.control->visible() != view.widget->isVisibleTo(view.widget->parentWidget())) {
-    refresh();
-    repaint();
-  } else {
-    view.refresh();
-  }
+  const QWidget* parent = view.widget->parentWidget();
+  const bool same = view.control->visible() == view.widget->isVisibleTo(parent) &&
+                    view.control->enabled() == view.widget->isEnabledTo(parent);
+  view.refresh();
+  if (!same) repaint();
 }
 
 void FormWindow::act(const std::function<void()>& action) noexcept {
@@ -147,15 +150,23 @@ void FormWindow::act(const std::function<void()>& action) noexcept {
   if (!form_.open() || failure_) loop_.quit();
 }
 
-void FormWindow::press_enter() {
-  const bool has_default = std::any_of(views_.begin(), views_.end(), [](const ControlView& view) {
-    return view.control->design().is_default && view.can_act();
-  });
-  if (has_default) return form_.press_enter();
+// The default button, or else the one in focus; null when neither can act.
+const ControlView* FormWindow::enter_button() const {
+  const ControlView* in_focus = nullptr;
   for (const ControlView& view : views_) {
-    const Control& control = *view.control;
-    if (control.design().kind == ControlKind::button && view.widget->hasFocus()) {
-      return form_.click(control.design().name);
+    const ControlDesign& design = view.control->design();
+    if (design.kind != ControlKind::button || !view.can_act()) continue;
+    if (design.is_default) return &view;
+    if (view.widget == focusWidget()) in_focus = &view;
+  }
+  return in_focus;
+}
+
+void FormWindow::mark_enter_button() {
+  const ControlView* const marked = enter_button();
+  for (const ControlView& view : views_) {
+    if (auto* const button = qobject_cast<QPushButton*>(view.widget)) {
+      button->setDefault(&view == marked);
     }
   }
 }
@@ -164,7 +175,10 @@ void FormWindow::press_enter() {
 bool FormWindow::take_key(const QKeyEvent& key) {
   if (!is_enter(key.key()) && key.key() != Qt::Key_Escape) return false;
   if (!key.isAutoRepeat()) {
-    act([&] { is_enter(key.key()) ? press_enter() : form_.press_escape(); });
+    act([&] {
+      if (!is_enter(key.key())) return form_.press_escape();
+      if (const ControlView* button = enter_button()) form_.click(button->control->design().name);
+    });
   }
   return true;
 }
@@ -173,6 +187,7 @@ bool FormWindow::take_key(const QKeyEvent& key) {
 // where the form has a default button.
 bool FormWindow::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() == QEvent::KeyPress && take_key(static_cast<QKeyEvent&>(*event))) return true;
+  if (event->type() == QEvent::FocusIn) mark_enter_button();
   return QDialog::eventFilter(watched, event);
 }
 

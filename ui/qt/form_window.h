@@ -23,8 +23,8 @@ void put_over(QWidget& window, QWidget* owner);
 /// the form, and after each the widgets show the controls' state again.
 ///
 /// Enter presses the default button; where that cannot act, or there is none,
-/// the button that has the focus. Escape presses the cancel button. The title
-/// bar's box closes the form.
+/// the button that has the focus; it is drawn as the one that answers. Escape presses the cancel
+/// button. The title bar's box closes the form.
 class FormWindow final : public QDialog {
  public:
   explicit FormWindow(Form& form);
@@ -49,7 +49,8 @@ class FormWindow final : public QDialog {
   void follow(const ControlView& view);
   void act(const std::function<void()>& action) noexcept;
   bool take_key(const QKeyEvent& key);
-  void press_enter();
+  const ControlView* enter_button() const;
+  void mark_enter_button();
   QWidget* widget_of(const Control& control) const;
 
   Form& form_;

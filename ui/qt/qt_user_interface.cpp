@@ -1,5 +1,6 @@
 // The module's one function, and boxes and forms on the screen behind it.
 #include <QApplication>
+#include <QGridLayout>
 #include <QMessageBox>
 
 #include "platform/error_box.h"
@@ -10,6 +11,16 @@
 namespace orv2_geo::qt {
 
 namespace {
+
+// However short the text, the caption has room beside the boxes of the title bar.
+void make_room_for_caption(QMessageBox& box) {
+  constexpr int boxes = 120;
+  auto* const layout = qobject_cast<QGridLayout*>(box.layout());
+  if (layout == nullptr) return;
+  const int caption = box.fontMetrics().horizontalAdvance(box.windowTitle());
+  auto* const room = new QSpacerItem(caption + boxes, 0);
+  layout->addItem(room, layout->rowCount(), 0, 1, layout->columnCount());
+}
 
 class QtUserInterface final : public UserInterface {
  public:
@@ -23,6 +34,7 @@ class QtUserInterface final : public UserInterface {
     box.setTextFormat(Qt::PlainText);
     box.setAttribute(Qt::WA_QuitOnClose, false);
     box.setWindowModality(Qt::ApplicationModal);
+    make_room_for_caption(box);
     put_over(box, owner_window());
     box.exec();
   }
