@@ -122,7 +122,7 @@ PlacePairs compared(const Points& points, double tolerance) {
 
 TEST(Repeats, AsWhenAllPairsAreCompared) {
   std::mt19937 random(7);
-  for (const int side : {3, 10, 40, 200}) {
+  for (const unsigned side : {3U, 10U, 40U, 200U}) {
     for (const double tolerance : {0.25, 1.0, 1.5, 8.0}) {
       std::vector<At> places;
       for (int i = 0; i < 150; ++i) {
