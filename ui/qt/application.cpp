@@ -27,18 +27,33 @@ bool plugin_loads(const QString& platform) {
   return false;
 }
 
-bool x_display_opens() {
-  QLibrary xcb("xcb", 1);
-  using Connect = void* (*)(const char* display, int* screen);
-  const auto connect = reinterpret_cast<Connect>(xcb.resolve("xcb_connect"));
-  const auto error = reinterpret_cast<int (*)(void*)>(xcb.resolve("xcb_connection_has_error"));
-  const auto disconnect = reinterpret_cast<void (*)(void*)>(xcb.resolve("xcb_disconnect"));
-  if (connect == nullptr || error == nullptr || disconnect == nullptr) return false;
-  void* connection = connect(nullptr, nullptr);
-  const bool opens = error(connection) == 0;
-  disconnect(connection);
-  return opens;
-}
+// A connection of our own to the X display that the environment names. It is kept
+// until Qt has one: a server may start anew when its last client leaves.
+class XDisplay {
+ public:
+  XDisplay() : xcb_("xcb", 1) {
+    using Connect = void* (*)(const char* display, int* screen);
+    const auto connect = reinterpret_cast<Connect>(xcb_.resolve("xcb_connect"));
+    if (connect != nullptr && !qEnvironmentVariableIsEmpty("DISPLAY")) {
+      connection_ = connect(nullptr, nullptr);
+    }
+  }
+  ~XDisplay() {
+    const auto disconnect = reinterpret_cast<void (*)(void*)>(xcb_.resolve("xcb_disconnect"));
+    if (connection_ != nullptr && disconnect != nullptr) disconnect(connection_);
+  }
+  XDisplay(const XDisplay&) = delete;
+  XDisplay& operator=(const XDisplay&) = delete;
+
+  bool opens() {
+    const auto error = reinterpret_cast<int (*)(void*)>(xcb_.resolve("xcb_connection_has_error"));
+    return connection_ != nullptr && error != nullptr && error(connection_) == 0;
+  }
+
+ private:
+  QLibrary xcb_;
+  void* connection_ = nullptr;
+};
 
 bool wayland_display_opens() {
   const QString socket = qEnvironmentVariable("WAYLAND_DISPLAY");
@@ -48,13 +63,10 @@ bool wayland_display_opens() {
 
 // The platform to start on, or null. One that QT_QPA_PLATFORM names has to be
 // among those that a person can see.
-const char* platform() {
+const char* platform(XDisplay& display) {
   const QString wanted = qEnvironmentVariable("QT_QPA_PLATFORM");
   const auto allowed = [&](const char* name) { return wanted.isEmpty() || wanted.contains(name); };
-  if (allowed("xcb") && !qEnvironmentVariableIsEmpty("DISPLAY") && plugin_loads("xcb") &&
-      x_display_opens()) {
-    return "xcb";
-  }
+  if (allowed("xcb") && plugin_loads("xcb") && display.opens()) return "xcb";
   if (allowed("wayland") && wayland_display_opens() && plugin_loads("wayland-generic")) {
     return "wayland";
   }
@@ -62,7 +74,8 @@ const char* platform() {
 }
 
 QApplication* made() {
-  const char* name = platform();
+  XDisplay display;
+  const char* name = platform(display);
   if (name == nullptr) return nullptr;
   // The application reads these as long as it lives.
   static std::string words[] = {"Orv2_Geo", "-platform", name};
