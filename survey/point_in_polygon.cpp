@@ -51,31 +51,32 @@ class QuickWalk {
   /// How often the ring winds around the point; nothing when a coordinate may
   /// not fit. At least two vertices.
   std::optional<std::int64_t> winding() const noexcept {
-    const std::size_t last = vertices_ - 1;
-    if (!fits(last)) return std::nullopt;  // no pair may hold it
-    std::int64_t winding = winding_between(last, 0);
-    if (vertices_ % 2 != 0) winding += winding_between(last - 1, last);
+    if (!fits(vertices_ - 1)) return std::nullopt;  // no pair may hold it
+    std::int64_t winding = 0;
+    if (vertices_ % 2 != 0) winding += winding_between(vertices_ - 2, vertices_ - 1);
     const std::size_t pairs = vertices_ / 2;
     for (std::size_t first = 0; first < pairs; first += block) {
       const Look look = look_at(first, std::min(block, pairs - first));
       if (!look.fits) return std::nullopt;
-      if ((look.within | look.before) != 0) winding += winding_in(first, look);
+      if (look.straddling != 0) winding += winding_in(first, look);
     }
     return winding;
   }
 
  private:
-  static constexpr std::size_t block = 64;  // pairs
+  static constexpr std::size_t block = 32;  // pairs
 
-  // How the edges of a block lie, those within its pairs and those that lead from
-  // the pair before to a pair: a bit for each that straddles the point's row, the
-  // lowest for the block's last pair.
+  // How the edges of a block lie: a bit for each that straddles the point's row.
+  // Below are those within its pairs, above those that lead to a pair from the
+  // vertex before it, in both halves the lowest for the block's last pair.
   struct Look {
     bool fits;
     std::size_t pairs;
-    std::uint64_t within;
-    std::uint64_t before;
+    std::uint64_t straddling;
   };
+
+  // The ring is closed: before its first vertex comes its last.
+  std::size_t before(std::size_t i) const noexcept { return (i == 0 ? vertices_ : i) - 1; }
 
   // The highest scaled value that still rounds to `row`, ties going to even.
   static double top_of_row(std::int32_t row) noexcept {
@@ -98,24 +99,20 @@ class QuickWalk {
       below = below + below - std::bit_cast<PairBits>(scaled_y <= top_of_row_);
     }
     const PairMask fitting = fitting_x + fitting_y;
-    const std::uint64_t led_by = first == 0 ? below[0] >> (pairs - 1) : !is_above(2 * first - 1);
+    const std::uint64_t led_by = !is_above(before(2 * first));
+    const std::uint64_t within_pairs = below[0] ^ below[1];
+    const std::uint64_t to_pairs = (below[1] >> 1 | led_by << (pairs - 1)) ^ below[0];
     return {fitting[0] + fitting[1] == -4 * static_cast<std::int64_t>(pairs), pairs,
-            below[0] ^ below[1], (below[1] >> 1 | led_by << (pairs - 1)) ^ below[0]};
+            within_pairs | to_pairs << block};
   }
 
   std::int64_t winding_in(std::size_t first, const Look& look) const noexcept {
     std::int64_t winding = 0;
-    const auto start_of_pair = [&](std::uint64_t bits) {
-      const auto behind = static_cast<std::size_t>(std::countr_zero(bits));
-      return 2 * (first + look.pairs - 1 - behind);
-    };
-    for (std::uint64_t left = look.within; left != 0; left &= left - 1) {
-      const std::size_t i = start_of_pair(left);
-      winding += winding_of_edge(point_, vertex(i), vertex(i + 1));
-    }
-    for (std::uint64_t left = look.before; left != 0; left &= left - 1) {
-      const std::size_t i = start_of_pair(left);
-      winding += winding_of_edge(point_, vertex(i - 1), vertex(i));
+    for (std::uint64_t left = look.straddling; left != 0; left &= left - 1) {
+      const auto bit = static_cast<std::size_t>(std::countr_zero(left));
+      const std::size_t pair = 2 * (first + look.pairs - 1 - bit % block);
+      const std::size_t end = bit < block ? pair + 1 : pair;
+      winding += winding_of_edge(point_, vertex(before(end)), vertex(end));
     }
     return winding;
   }
