@@ -201,6 +201,7 @@ void m_Indice_de_Puntos_sin_Repetir_ORDENADOS_EN_X(const std::int32_t& nPtos, co
                                                    const ObjectRef& Progreso1) {
   trapped(source, title_in_X, [&] {
     LongArray Orden;
+    if (nPtos < 0) raise(failure::subscript_out_of_range);  // before a lock can refuse
     Indice.size(0, nPtos);
     Ordena_Double_Index_Array(X, Orden, 1, nPtos);
     const double tol = repeated::tolerance(Precision);

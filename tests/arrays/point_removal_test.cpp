@@ -161,6 +161,41 @@ TEST(RemovalFacades, TheIndexIsComposedWithTheCallersNumbering) {
   EXPECT_GT(progress->writes, 0);
 }
 
+// Near all the way, but not all near the first: two clusters, where a comparison
+// with the neighbour alone keeps one point.
+TEST(RemovalFacades, AChainEndsItsClusterAtTheAnchorsTolerance) {
+  const Values chain = {0, 0.00015, 0.0003};
+  LongArray index = array_of<std::int32_t>(1, Index{1, 2, 3});
+  std::int32_t points = 3;
+  matrices.Quita_Puntos_Repetidos_XYZ_con_indice1(points, doubles(1, chain), DoubleArray(1, 3),
+                                                  DoubleArray(1, 3), index,
+                                                  ObjectRef(new AnyProgress), 0, true);
+  EXPECT_EQ(points, 2);
+  EXPECT_EQ(elements(index), (Index{0, 1, 3, 0}));
+  DoubleArray x = doubles(1, chain), y = doubles(1, {7, 7, 7}), z = doubles(1, {1, 2, 3});
+  points = 3;
+  matrices.Quita_Puntos_Repetidos(points, x, y, z, 0, false);
+  EXPECT_EQ(points, 1);
+  points = 1;
+  x = doubles(1, {4, 5});
+  matrices.Quita_Puntos_Repetidos(points, x, y, z, 0, false);
+  EXPECT_EQ(points, 1);
+  EXPECT_EQ(elements(x), (Values{4, 5}));
+  EXPECT_EQ(elements(y), (Values{7, 7, 7}));
+  EXPECT_EQ(elements(z), (Values{1, 2, 3}));
+}
+
+TEST(RemovalFacades, ALockedIndexAndANegativeCountAre9) {
+  RecordingInterface screen;
+  LongArray index(0, 3);
+  const ArrayLock lock(index);
+  std::int32_t points = -1;
+  matrices.Quita_Puntos_Repetidos_XYZ_con_indice1(points, DoubleArray(), DoubleArray(),
+                                                  DoubleArray(), index, ObjectRef(), 0, true);
+  ASSERT_EQ(screen.boxes.size(), 1U);
+  EXPECT_NE(screen.boxes[0].text.find("Error nº  9:"), std::string::npos);
+}
+
 TEST(RemovalFacades, APointBeyondTheCallersNumberingIs9) {
   const ObjectRef sink(new AnyProgress);
   const DoubleArray x = doubles(1, {3, 2, 1}), y(1, 3), z(1, 3);

@@ -159,6 +159,7 @@ TEST_F(RepeatedPoints, TheTypedTolerance) {
     };
     one.A_Quita_Pts_Repetidos(count, x, y, z, codes, names, layers, numbers, aviso, precision);
     EXPECT_EQ(found, row.found) << row.rule;
+    EXPECT_TRUE(screen.boxes.empty()) << row.rule;
   }
 }
 
@@ -189,7 +190,9 @@ TEST_F(RepeatedPoints, CancellingInEveryStateChangesNothing) {
       },
       [](Form&) {},  // an interface that cannot show it
   };
-  const Doubles before_x = elements(x);
+  const Doubles before_x = elements(x), before_y = elements(y), before_z = elements(z);
+  const Texts before_codes = texts(codes), before_names = texts(names);
+  const std::vector<std::int16_t> before_layers = elements(layers);
   for (const auto& way : ways) {
     f_Pts_Repet one;
     screen.user = way;
@@ -197,6 +200,11 @@ TEST_F(RepeatedPoints, CancellingInEveryStateChangesNothing) {
     EXPECT_TRUE(one.Cancelado);
     EXPECT_EQ(count, 8);
     EXPECT_EQ(elements(x), before_x);
+    EXPECT_EQ(elements(y), before_y);
+    EXPECT_EQ(elements(z), before_z);
+    EXPECT_EQ(texts(codes), before_codes);
+    EXPECT_EQ(texts(names), before_names);
+    EXPECT_EQ(elements(layers), before_layers);
     EXPECT_EQ(elements(numbers), (Longs{0, -1, -2, -3, -4, -5, -6, -7, -8}));
     EXPECT_EQ(names.upper(), 10);
   }
@@ -215,6 +223,8 @@ TEST_F(RepeatedPoints, TheTitleBarsBoxBeforeAnyCountingLeavesNoPoint) {
   with_person([](Form& form) { form.close(); });
   EXPECT_EQ(count, 0);
   EXPECT_EQ(elements(x), (Doubles{0}));
+  EXPECT_EQ(y.upper(), 0);
+  EXPECT_EQ(z.upper(), 0);
   EXPECT_EQ(texts(codes), (Texts{"C0"}));
   EXPECT_EQ(layers.upper(), 0);
   EXPECT_EQ(names.upper(), 10);

@@ -55,8 +55,10 @@ FormWindow::FormWindow(Form& form)
   setFixedSize(pixels(form.width()), pixels(form.height()));
   make_controls();
   set_tab_order();
+  // A form that is centred on the screen has no owner.
+  if (form.start() == StartPosition::centre_of_screen) owner = nullptr;
   put_over(*this, owner);
-  centre(form.start() == StartPosition::centre_of_owner ? owner : nullptr);
+  centre(owner);
 }
 
 FormWindow::~FormWindow() {
