@@ -3,6 +3,7 @@
 #include <array>
 #include <cmath>
 #include <functional>
+#include <limits>
 #include <optional>
 #include <span>
 
@@ -64,13 +65,14 @@ struct Span {
 bool extremes_of(std::span<const double> elements, Span& extremes) {
   NumberPair max = {elements[0], elements[0]};
   NumberPair min = max;
+  constexpr double lowest = -std::numeric_limits<double>::infinity();
   PairMask numbers = {};
   std::size_t k = 0;
   for (; k + 1 < elements.size(); k += 2) {
     const NumberPair pair = pair_at(&elements[k]);
     max = pair > max ? pair : max;
     min = pair < min ? pair : min;
-    numbers += pair == pair;  // NOLINT(misc-redundant-expression): NaN is not
+    numbers += pair >= lowest;  // NaN is not
   }
   extremes = {std::max(max[0], max[1]), std::min(min[0], min[1])};
   if (k < elements.size()) {

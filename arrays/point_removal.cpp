@@ -21,13 +21,15 @@ void cgeo_Matrices::Quita_Puntos_Repetidos_XYZ_con_indice1(
     LongArray& Indice, const ObjectRef& Progreso1, const double& Precision, const Bool&) const try {
   const std::int32_t nPtos = nPtos1;
   // Copies: a progress object may change what is the caller's in the middle.
-  const DoubleArray X(X1), Y(Y1), Z(Z1);  // NOLINT(performance-unnecessary-copy-initialization)
-  const LongArray numbering(Indice);
+  const struct {
+    DoubleArray X, Y, Z;
+    LongArray numbering;
+  } own = {X1, Y1, Z1, Indice};
   std::int32_t nNuevos = 0;
-  mOrdena::m_Indice_de_Puntos_sin_Repetir_ORDENADOS_EN_X(nPtos, X, Y, Z, nNuevos, Indice, Precision,
-                                                         Progreso1);
+  mOrdena::m_Indice_de_Puntos_sin_Repetir_ORDENADOS_EN_X(nPtos, own.X, own.Y, own.Z, nNuevos,
+                                                         Indice, Precision, Progreso1);
   // The points' numbers in the caller's own numbering.
-  for (const std::int32_t i : counted(1, nNuevos)) Indice(i) = numbering(Indice(i));
+  for (const std::int32_t i : counted(1, nNuevos)) Indice(i) = own.numbering(Indice(i));
   nPtos1 = nNuevos;
 } catch (...) {
   leave_signed(registered_name);

@@ -37,8 +37,7 @@ bool work_block(double* own, const double* other) {
   PairMask finite = {};
   for (std::int32_t k = 0; k < block; k += 2) {
     const NumberPair outcome = Operation::of(pair_at(own + k), pair_at(other + k));
-    // An infinity less itself is no number. NOLINTNEXTLINE(misc-redundant-expression)
-    finite += outcome - outcome == NumberPair{};
+    finite += outcome * 0.0 == NumberPair{};  // no infinity and no NaN times 0 is 0
     put_pair(outcome, outcomes + k);
   }
   if (finite[0] + finite[1] != -block) return false;

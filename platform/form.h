@@ -39,7 +39,6 @@ enum class StartPosition : std::uint8_t { centre_of_owner = 0, centre_of_screen 
 /// One line of a form's design. Places and sizes are in twips; inside a frame
 /// they are relative to it.
 // In the order in which a table of controls reads, gaps or not.
-// NOLINTNEXTLINE(clang-analyzer-optin.performance.Padding)
 struct ControlDesign {
   std::string_view name{};  // a member of a control array carries its number: "Opt3D(1)"
   ControlKind kind = ControlKind::label;

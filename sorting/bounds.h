@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 
 #include "frame/geo_arrays.h"
 #include "sorting/kernel.h"
@@ -17,15 +18,15 @@ inline std::int32_t upper_bound_of(const ArrayBase& array, std::int32_t given) {
   return given == mOrdena::bound_from_array ? array.upper() : given;
 }
 
-inline std::size_t length(Range range) noexcept {
-  return static_cast<std::size_t>(std::int64_t{range.hi} - range.lo + 1);
-}
-
-/// Whether subscripts stay so far from both ends of their range that no sum or
-/// step of the algorithm overflows.
-inline bool is_moderate(Range range) noexcept {
+/// The elements of a range, when all are there and their subscripts stay so far
+/// from both ends of 32 bits that no sum or step of the algorithm overflows; none
+/// otherwise.
+template <class T>
+std::span<T> movable(GeoArray<T>& array, Range range) noexcept {
   constexpr std::int32_t limit = 1 << 30;
-  return range.lo > -limit && range.hi < limit;
+  T* elements = array.row(range.lo, range.hi);
+  if (elements == nullptr || range.lo <= -limit || range.hi >= limit) return {};
+  return {elements, static_cast<std::size_t>(range.hi - range.lo) + 1};
 }
 
 }  // namespace orv2_geo::sorting

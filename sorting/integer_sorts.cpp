@@ -75,10 +75,8 @@ bool share_elements(const LongArray& array, std::span<const std::int32_t> entrie
 // entry numbers nothing or is a key itself, subscripts could overflow or there is
 // no memory.
 bool sort_index_at_once(const LongArray& array, LongArray& index, Range range) try {
-  std::int32_t* entries = index.row(range.lo, range.hi);
-  if (entries == nullptr || !sorting::is_moderate(range)) return false;
-  const std::span<std::int32_t> moving(entries, sorting::length(range));
-  if (share_elements(array, moving)) return false;
+  const std::span<std::int32_t> moving = sorting::movable(index, range);
+  if (moving.empty() || share_elements(array, moving)) return false;
   sorting::Scratch scratch(moving.size());
   const sorting::Packing packing(0, 0xffffffff, moving.size());
   for (std::size_t p = 0; p < moving.size(); ++p) {
@@ -88,8 +86,7 @@ bool sort_index_at_once(const LongArray& array, LongArray& index, Range range) t
   }
   std::vector<std::uint32_t> order(moving.size());
   scratch.order_words(packing, range.lo, order);
-  std::vector<std::int32_t> copy(moving.size());
-  sorting::rearrange(moving, std::span<const std::uint32_t>(order), copy.data());
+  sorting::rearrange(moving, order);
   return true;
 } catch (const std::bad_alloc&) {
   return false;
@@ -101,9 +98,9 @@ void mOrdena::Ordena_LongArray(LongArray& TheArray, const std::int32_t& LowerBou
                                const std::int32_t& UpperBound) {
   const Range range = {sorting::lower_bound_of(TheArray, LowerBound),
                        sorting::upper_bound_of(TheArray, UpperBound)};
-  std::int32_t* numbers = TheArray.row(range.lo, range.hi);
-  if (numbers != nullptr && sorting::is_moderate(range)) {
-    std::sort(numbers, numbers + sorting::length(range));  // no one can tell equals apart
+  const std::span<std::int32_t> numbers = sorting::movable(TheArray, range);
+  if (!numbers.empty()) {
+    std::sort(numbers.begin(), numbers.end());  // no one can tell equals apart
   } else {
     sorting::sort_by_steps(NumbersInPlace{TheArray}, range);
   }

@@ -1,10 +1,13 @@
 // scratch.h: the memory of one sort.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <span>
+#include <utility>
+#include <vector>
 
 #include "sorting/packed_sort.h"
 #include "sorting/settle_ties.h"
@@ -37,11 +40,13 @@ class Scratch {
   std::unique_ptr<std::uint64_t[]> words_;
 };
 
-/// Puts elements into the order of these positions; `copy` has room for them.
+/// Puts elements into the order of these positions. Throws std::bad_alloc, with
+/// nothing moved.
 template <class Element>
-void rearrange(std::span<Element> elements, std::span<const std::uint32_t> order, Element* copy) {
-  for (std::size_t p = 0; p < order.size(); ++p) copy[p] = std::move(elements[order[p]]);
-  for (std::size_t p = 0; p < order.size(); ++p) elements[p] = std::move(copy[p]);
+void rearrange(std::span<Element> elements, const std::vector<std::uint32_t>& order) {
+  std::vector<Element> moved(elements.size());
+  for (std::size_t p = 0; p < order.size(); ++p) moved[p] = std::move(elements[order[p]]);
+  std::move(moved.begin(), moved.end(), elements.begin());
 }
 
 }  // namespace orv2_geo::sorting

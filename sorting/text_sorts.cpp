@@ -153,31 +153,25 @@ std::vector<std::uint32_t> order_of(std::span<const Text* const> texts, std::int
 
 // Both: false, and nothing changed, where the algorithm itself must be run.
 bool sort_at_once(StringArray& array, Range range) try {
-  Text* texts = array.row(range.lo, range.hi);
-  if (texts == nullptr || !sorting::is_moderate(range)) return false;
-  const std::span<Text> moving(texts, sorting::length(range));
+  const std::span<Text> moving = sorting::movable(array, range);
+  if (moving.empty()) return false;
   std::vector<const Text*> keys(moving.size());
   for (std::size_t p = 0; p < keys.size(); ++p) keys[p] = &moving[p];
-  const std::vector<std::uint32_t> order = order_of(keys, range.lo);
-  std::vector<Text> copy(moving.size());
-  sorting::rearrange(moving, std::span<const std::uint32_t>(order), copy.data());
+  sorting::rearrange(moving, order_of(keys, range.lo));
   return true;
 } catch (const std::bad_alloc&) {
   return false;
 }
 
 bool sort_index_at_once(const StringArray& array, LongArray& index, Range range) try {
-  std::int32_t* entries = index.row(range.lo, range.hi);
-  if (entries == nullptr || !sorting::is_moderate(range)) return false;
-  const std::span<std::int32_t> moving(entries, sorting::length(range));
+  const std::span<std::int32_t> moving = sorting::movable(index, range);
+  if (moving.empty()) return false;
   std::vector<const Text*> keys(moving.size());
   for (std::size_t p = 0; p < keys.size(); ++p) {
     keys[p] = array.row(moving[p], moving[p]);
     if (keys[p] == nullptr) return false;
   }
-  const std::vector<std::uint32_t> order = order_of(keys, range.lo);
-  std::vector<std::int32_t> copy(moving.size());
-  sorting::rearrange(moving, std::span<const std::uint32_t>(order), copy.data());
+  sorting::rearrange(moving, order_of(keys, range.lo));
   return true;
 } catch (const std::bad_alloc&) {
   return false;
