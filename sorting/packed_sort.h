@@ -6,8 +6,8 @@
 
 namespace orv2_geo::sorting {
 
-/// A number above its position, in one word: sorting the words sorts the numbers,
-/// equal ones by position.
+/// A number above its position, in one word below 2^63: sorting the words sorts the
+/// numbers, equal ones by position.
 struct Packing {
   std::uint64_t lowest;  // of all numbers
   int position_bits;
@@ -16,15 +16,18 @@ struct Packing {
   /// For `count` numbers from `lowest` to `highest`.
   Packing(std::uint64_t lowest, std::uint64_t highest, std::size_t count) noexcept;
 
-  bool fits() const noexcept { return position_bits + number_bits <= 64; }
+  bool fits() const noexcept { return position_bits + number_bits <= 63; }
   std::uint64_t pack(std::uint64_t number, std::uint64_t position) const noexcept {
     return (number - lowest) << position_bits | position;
   }
   std::uint64_t number(std::uint64_t word) const noexcept {
     return (word >> position_bits) + lowest;
   }
+  std::uint64_t position_mask() const noexcept {
+    return (std::uint64_t{1} << position_bits) - 1;
+  }
   std::uint32_t position(std::uint64_t word) const noexcept {
-    return static_cast<std::uint32_t>(word & ((std::uint64_t{1} << position_bits) - 1));
+    return static_cast<std::uint32_t>(word & position_mask());
   }
 };
 

@@ -10,32 +10,36 @@
 #include <vector>
 
 #include "sorting/packed_sort.h"
-#include "sorting/settle_ties.h"
+#include "sorting/word_steps.h"
 
 namespace orv2_geo::sorting {
 
-/// Two words and a position an element, one allocation each and written before
-/// they are read: a first touch of fresh memory costs more than the work on it.
-/// Throws std::bad_alloc.
+/// Two words an element, in one allocation and written before they are read: a
+/// first touch of fresh memory costs more than the work on it. Throws
+/// std::bad_alloc.
 class Scratch {
  public:
   explicit Scratch(std::size_t count)
-      : count_(count), words_(std::make_unique_for_overwrite<std::uint64_t[]>(2 * count)) {}
+      : count_(count), words_(std::make_unique_for_overwrite<std::uint64_t[]>(2 * room())) {}
 
   std::size_t count() const noexcept { return count_; }
-  std::span<std::uint64_t> all() noexcept { return {words_.get(), 2 * count_}; }
+  std::span<std::uint64_t> all() noexcept { return {words_.get(), 2 * room()}; }
   std::span<std::uint64_t> words() noexcept { return {words_.get(), count_}; }
-  std::span<std::uint64_t> spare() noexcept { return {words_.get() + count_, count_}; }
+  std::span<std::uint64_t> spare() noexcept { return {words_.get() + room(), count_}; }
 
-  /// Sorts words() and writes their positions in the order in which the
-  /// algorithm leaves them at the subscripts from `first` on.
+  /// Sorts words(), which come in the order of their positions, into the order in
+  /// which the algorithm leaves them at the subscripts from `first` on. None when
+  /// that is to be found with other means, as order_words does; words() are then
+  /// as they were.
+  std::span<const std::uint64_t> sort_words(const Packing& packing, std::int64_t first) noexcept;
+
+  /// Writes the positions of the same order.
   void order_words(const Packing& packing, std::int64_t first,
-                   std::span<std::uint32_t> order) noexcept {
-    write_order(packing, sort_packed(packing, words(), spare()), order.data());
-    settle_ties(order, first, all());
-  }
+                   std::span<std::uint32_t> order) noexcept;
 
  private:
+  std::size_t room() const noexcept { return count_ + words_behind; }
+
   std::size_t count_;
   std::unique_ptr<std::uint64_t[]> words_;
 };

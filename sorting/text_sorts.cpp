@@ -11,6 +11,7 @@
 #include "sorting/kernel.h"
 #include "sorting/mOrdena.h"
 #include "sorting/scratch.h"
+#include "sorting/settle_ties.h"
 
 namespace orv2_geo {
 
