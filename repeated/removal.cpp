@@ -118,15 +118,13 @@ void m_Indice_de_Puntos_sin_Repetir_XY(const std::int32_t& nPtos, const DoubleAr
                                        LongArray& Indice, BoolArray& Repetido,
                                        const double& Precision, const ObjectRef& Progreso1) {
   trapped(source, title_XY, [&] {
-    LongArray Orden;
     Secuencia.size(0, nPtos);
     Indice.size(0, nPtos);
     Repetido.size(0, nPtos);
-    Ordena_Double_Index_Array(X, Orden, 1, nPtos);
+    repeated::XOrder order(X, nPtos);
     const double tol = repeated::tolerance(Precision);
     const repeated::Progress progress(nPtos, Progreso1);
-    repeated::sweep(nPtos, Cloud{X, Y, Z, Orden}, tol, progress,
-                    Flagged(Secuencia, Indice, Repetido));
+    repeated::sweep(nPtos, {X, Y, Z}, order, tol, progress, Flagged(Secuencia, Indice, Repetido));
     nNuevos = renumber_unflagged(nPtos, Secuencia, Indice, Repetido);
     progress.visible();
   });

@@ -2,16 +2,21 @@
 // progress and the sweep over the points in X order.
 #pragma once
 
+#include <algorithm>
 #include <array>
+#include <bit>
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <span>
 
 #include "frame/checked_math.h"
 #include "frame/counted.h"
 #include "frame/geo_arrays.h"
 #include "frame/progress_sink.h"
 #include "platform/event_pump.h"
+#include "repeated/x_order.h"
 
 namespace orv2_geo::repeated {
 
@@ -181,13 +186,30 @@ class SoundCloud {
   [[gnu::always_inline]] void ahead(std::int32_t i, const Clusters& clusters) const noexcept {
     if (last_ - i < steps_ahead) return;
     const std::int32_t p = point(i + steps_ahead);
+    ask_for(p);
+    clusters.ahead(p);
+  }
+  [[gnu::always_inline]] void ask_for(std::int32_t p) const noexcept {
     __builtin_prefetch(x_ + (p - 1));
     __builtin_prefetch(y_ + (p - 1));
     if constexpr (reads_Z) __builtin_prefetch(z_ + (p - 1));
-    clusters.ahead(p);
+  }
+
+  /// Whether no bound of a box can overflow and nothing is NaN. X has its keys.
+  bool is_tame(double tolerance) const noexcept {
+    if (!are_tame({&tolerance, 1}) || !are_tame({y_, points()})) return false;
+    return !reads_Z || are_tame({z_, points()});
   }
 
  private:
+  static bool are_tame(std::span<const double> values) noexcept {
+    constexpr double limit = 1e300;
+    bool all = true;
+    for (const double value : values) all &= std::abs(value) <= limit;
+    return all;
+  }
+  std::size_t points() const noexcept { return static_cast<std::size_t>(last_); }
+
   SoundCloud(const Cloud& cloud, std::int32_t last) noexcept
       : order_(cloud.Orden.row(1, last)),
         x_(cloud.X.row(1, last)),
@@ -239,17 +261,169 @@ std::int32_t walk(std::int32_t nPtos, const Points& points, double tolerance,
   return clusters.found();
 }
 
+/// What of two keys' distance tells that their points are out of each other's box.
+class Reach {
+ public:
+  Reach(double tolerance, const sorting::Packing& packing) noexcept
+      : positions_(packing.position_mask()), words_(words(tolerance, packing.position_bits)) {}
+
+  /// Of words in X order. Their keys never descend, but words of one key may.
+  bool is_beyond(std::uint64_t before, std::uint64_t word) const noexcept {
+    return (word | positions_) - before > words_;
+  }
+
+ private:
+  // Keys are whole millionths, half a millionth from X at most. Some more makes up
+  // for the rounding of the bounds, for the millionth that is left out at zero and
+  // for positions below the keys.
+  static constexpr double millionths = 1e6;
+  static constexpr double margin = 8.0;
+
+  static std::uint64_t words(double tolerance, int position_bits) noexcept {
+    constexpr double widest = 1e6;  // in metres; its rounding is no millionth
+    if (tolerance > widest) return ~std::uint64_t{0};
+    const double keys = std::max(tolerance * millionths, 0.0) + margin;
+    const std::uint64_t whole = static_cast<std::uint64_t>(keys) + 1;
+    return std::bit_width(whole) + position_bits > 64 ? ~std::uint64_t{0} : whole << position_bits;
+  }
+
+  std::uint64_t positions_;
+  std::uint64_t words_;
+};
+
+/// Points that come with their keys, in X order, of coordinates with which nothing
+/// can fail. A point out of reach of the one before is out of reach of that one's
+/// anchor too, and nothing is read of it.
+template <class Points>
+class KeyedPoints {
+ public:
+  KeyedPoints(std::span<const std::uint64_t> words, const sorting::Packing& packing,
+              const Points& points, double tolerance) noexcept
+      : words_(words),
+        packing_(packing),
+        points_(points),
+        reach_(tolerance, packing),
+        tolerance_(tolerance) {}
+
+  template <class Clusters>
+  std::int32_t walk(const Progress& progress, Clusters clusters) const {
+    Anchor<Clusters> at = {clusters, progress, Box<Clusters::axes>(tolerance_), point(0)};
+    at.clusters.first(at.anchor, points_);
+    std::array<Near, 2> near;
+    find_near(1, clusters, near[1]);
+    for (std::size_t start = 1, turn = 1; start < words_.size(); start += stretch, ++turn) {
+      find_near(start + stretch, clusters, near[(turn + 1) % 2]);
+      const Near& here = near[turn % 2];
+      std::size_t k = start;
+      for (std::size_t n = 0; n < here.count; ++n) {
+        while (k < here.at[n]) open(k++, at);
+        meet(k++, at);
+      }
+      const std::size_t end = std::min(start + stretch, words_.size());
+      while (k < end) open(k++, at);
+    }
+    return at.clusters.found();
+  }
+
+ private:
+  // Points are asked for a stretch ahead of their turn.
+  static constexpr std::size_t stretch = 64;
+
+  // The points in reach of the one before, of a stretch.
+  struct Near {
+    std::array<std::uint32_t, stretch> at;
+    std::size_t count;
+  };
+
+  template <class Clusters>
+  struct Anchor {
+    Clusters clusters;
+    const Progress& progress;
+    Box<Clusters::axes> box;
+    std::int32_t anchor;
+  };
+
+  std::int32_t point(std::size_t k) const noexcept {
+    return static_cast<std::int32_t>(packing_.position(words_[k])) + 1;
+  }
+
+  template <class Clusters>
+  [[gnu::always_inline]] void find_near(std::size_t start, const Clusters& clusters,
+                                        Near& near) const noexcept {
+    near.count = 0;
+    const std::size_t end = std::min(start + stretch, words_.size());
+    for (std::size_t k = start; k < end; ++k) {
+      clusters.ahead(point(k));
+      near.at[near.count] = static_cast<std::uint32_t>(k);
+      near.count += static_cast<std::size_t>(!reach_.is_beyond(words_[k - 1], words_[k]));
+    }
+    for (std::size_t n = 0; n < near.count; ++n) {
+      points_.ask_for(point(near.at[n] - 1));
+      points_.ask_for(point(near.at[n]));
+    }
+  }
+
+  // The point at place k, out of reach.
+  template <class Clusters>
+  [[gnu::always_inline]] void open(std::size_t k, Anchor<Clusters>& at) const {
+    at.progress.step(place(k));
+    open_at(k, at);
+  }
+
+  // One that may be in the box.
+  template <class Clusters>
+  [[gnu::always_inline]] void meet(std::size_t k, Anchor<Clusters>& at) const {
+    constexpr std::size_t axes = Clusters::axes;
+    const std::int32_t p = point(k);
+    at.progress.step(place(k));
+    at.box.move_to(spot<axes>(points_, at.anchor));
+    if (!at.box.holds(spot<axes>(points_, p))) return open_at(k, at);
+    at.clusters.joined(p, points_);
+    at.clusters.placed(place(k), p);
+  }
+
+  template <class Clusters>
+  [[gnu::always_inline]] void open_at(std::size_t k, Anchor<Clusters>& at) const {
+    at.anchor = point(k);
+    at.clusters.opened(at.anchor, points_);
+    at.clusters.placed(place(k), at.anchor);
+  }
+
+  // Places in the order count from 1.
+  static std::int32_t place(std::size_t k) noexcept { return static_cast<std::int32_t>(k + 1); }
+
+  std::span<const std::uint64_t> words_;
+  const sorting::Packing& packing_;
+  const Points& points_;
+  Reach reach_;
+  double tolerance_;
+};
+
+struct Coordinates {
+  const DoubleArray& X;
+  const DoubleArray& Y;
+  const DoubleArray& Z;
+};
+
 /// Walks the points in X order and tells `clusters` of each: first(p) of the
 /// very first, opened(p) of one outside the box of the cluster at hand, which
 /// becomes the anchor of the next, joined(p) of one inside, and after either
-/// placed(i, p), i being its place in the order; ahead(p) comes some points
-/// before. Answers with how many clusters there are.
+/// placed(i, p), i being its place in the order; ahead(p) may come some points
+/// before. What they write to order.numbers() does not disturb it up to place i.
+/// Answers with how many clusters there are.
 template <class Clusters>
-std::int32_t sweep(std::int32_t nPtos, const Cloud& cloud, double tolerance,
+std::int32_t sweep(std::int32_t nPtos, const Coordinates& at, XOrder& order, double tolerance,
                    const Progress& progress, const Clusters& clusters) {
-  if (const auto sound = SoundCloud<Clusters::reads_Z>::of(cloud, nPtos)) {
-    return walk(nPtos, *sound, tolerance, progress, clusters);
+  const Cloud cloud = {at.X, at.Y, at.Z, order.numbers()};
+  const auto sound = SoundCloud<Clusters::reads_Z>::of(cloud, nPtos);
+  if (sound && nPtos == order.points() && sound->is_tame(tolerance)) {
+    if (const auto words = order.keyed(at.X); !words.empty()) {
+      const KeyedPoints keyed(words, order.packing(), *sound, tolerance);
+      return keyed.walk(progress, clusters);
+    }
   }
+  order.put_in_order();
+  if (sound) return walk(nPtos, *sound, tolerance, progress, clusters);
   return walk(nPtos, cloud, tolerance, progress, clusters);
 }
 

@@ -1,6 +1,8 @@
 // Indexes of unrepeated points: the survivors in X order, or renumbered.
 #include <algorithm>
+#include <limits>
 #include <string_view>
+#include <utility>
 
 #include "platform/error_box.h"
 #include "repeated/mOrdena_repetidos.h"
@@ -11,28 +13,71 @@ namespace orv2_geo::mOrdena {
 
 namespace {
 
-using repeated::Cloud;
 using repeated::Progress;
 using repeated::source;
+using repeated::XOrder;
 
 constexpr std::u16string_view title_in_X =
     u"m_Indice_de_Puntos_sin_Repetir_ORDENADOS_EN_X - Error nº ";
 constexpr std::u16string_view title_2 = u"m_Indice_de_Puntos_sin_Repetir_2 - Error nº ";
 constexpr std::u16string_view title_2D = u"m_Indice_de_Puntos_sin_Repetir_2D - Error nº ";
 
-// The survivor of each cluster, written over the front of the X order: there are
-// never more clusters than points met.
-class Chosen {
- public:
-  explicit Chosen(LongArray& Orden) noexcept : survivors_(Orden.data()) {}
+// Which point survives a cluster: the last that took over.
+//
+// The box is of X and Y, and the highest point survives; of equal Z the lowest
+// number. The highest Z so far is that of the survivor.
+struct HighestSurvives {
+  static constexpr std::size_t axes = 2;
+  static constexpr bool reads_Z = true;
 
-  void open(std::int32_t p) noexcept {
-    ++found_;
-    take(p);
+  template <class Points>
+  static void meet(std::int32_t p, const Points& points) {
+    static_cast<void>(points.z(p));  // must be there
   }
-  void take(std::int32_t p) noexcept { survivors_[found_] = survivor_ = p; }
+  template <class Points>
+  static bool takes_over(std::int32_t p, std::int32_t survivor, const Points& points) {
+    const Checked z = points.z(p);
+    const double top = points.z(survivor);
+    return z > top || (z == top && p < survivor);
+  }
+};
+
+// The box is of all three axes, and the lowest number survives.
+struct LowestNumberSurvives {
+  static constexpr std::size_t axes = 3;
+  static constexpr bool reads_Z = true;
+
+  template <class Points>
+  static void meet(std::int32_t, const Points&) noexcept {}
+  template <class Points>
+  static bool takes_over(std::int32_t p, std::int32_t survivor, const Points&) noexcept {
+    return p < survivor;
+  }
+};
+
+// The survivor of each cluster, in the order in which they are met: written over
+// the front of the X order, as there are never more clusters than points met.
+template <class Rule>
+class Survivors : public Rule {
+ public:
+  explicit Survivors(LongArray& Orden) noexcept : survivors_(Orden.data()) {}
+
+  template <class Points>
+  void first(std::int32_t p, const Points& points) {
+    opened(p, points);
+  }
+  template <class Points>
+  void opened(std::int32_t p, const Points& points) {
+    Rule::meet(p, points);
+    survivors_[++found_] = survivor_ = p;
+  }
+  template <class Points>
+  void joined(std::int32_t p, const Points& points) {
+    if (Rule::takes_over(p, survivor_, points)) survivors_[found_] = survivor_ = p;
+  }
+  void placed(std::int32_t, std::int32_t) const noexcept {}
+  void ahead(std::int32_t) const noexcept {}
   std::int32_t found() const noexcept { return found_; }
-  std::int32_t survivor() const noexcept { return survivor_; }
 
  private:
   std::int32_t* survivors_;
@@ -40,91 +85,41 @@ class Chosen {
   std::int32_t survivor_ = 0;
 };
 
-// The box is of X and Y, and the highest point survives; of equal Z the lowest
-// number.
-class HighestSurvives {
+// Who stands for each point that is none of the survivors: the survivor of the
+// moment, which may itself be replaced later; 0 for the survivors.
+template <class Rule>
+class Representatives : public Rule {
  public:
-  static constexpr std::size_t axes = 2;
-  static constexpr bool reads_Z = true;
-
-  explicit HighestSurvives(LongArray& Orden) noexcept : chosen_(Orden) {}
+  explicit Representatives(LongArray& Representante) noexcept
+      : stands_for_(Representante.data()) {}
 
   template <class Points>
+  void first(std::int32_t p, const Points& points) {
+    opened(p, points);
+  }
+  template <class Points>
   void opened(std::int32_t p, const Points& points) {
-    top_ = points.z(p);
-    chosen_.open(p);
+    Rule::meet(p, points);
+    ++found_;
+    survivor_ = p;
   }
   template <class Points>
   void joined(std::int32_t p, const Points& points) {
-    const Checked z = points.z(p);
-    if (z > top_) {
-      top_ = z;
-      chosen_.take(p);
-    } else if (z == top_ && p < chosen_.survivor()) {
-      chosen_.take(p);
+    if (Rule::takes_over(p, survivor_, points)) {
+      stands_for_[survivor_] = p;
+      survivor_ = p;
+    } else {
+      stands_for_[p] = survivor_;
     }
-  }
-  std::int32_t found() const noexcept { return chosen_.found(); }
-
- private:
-  Chosen chosen_;
-  double top_ = 0.0;
-};
-
-// The box is of all three axes, and the lowest number survives.
-class LowestNumberSurvives {
- public:
-  static constexpr std::size_t axes = 3;
-  static constexpr bool reads_Z = true;
-
-  explicit LowestNumberSurvives(LongArray& Orden) noexcept : chosen_(Orden) {}
-
-  template <class Points>
-  void opened(std::int32_t p, const Points&) noexcept {
-    chosen_.open(p);
-  }
-  template <class Points>
-  void joined(std::int32_t p, const Points&) noexcept {
-    if (p < chosen_.survivor()) chosen_.take(p);
-  }
-  std::int32_t found() const noexcept { return chosen_.found(); }
-
- private:
-  Chosen chosen_;
-};
-
-// Clusters of which only the survivors are asked for.
-template <class Rule>
-struct Survivors : Rule {
-  using Rule::Rule;
-
-  template <class Points>
-  void first(std::int32_t p, const Points& points) {
-    Rule::opened(p, points);
   }
   void placed(std::int32_t, std::int32_t) const noexcept {}
   void ahead(std::int32_t) const noexcept {}
-};
-
-// Clusters that also know every point's cluster.
-template <class Rule>
-class Membership : public Rule {
- public:
-  Membership(LongArray& Orden, LongArray& Cluster) noexcept
-      : Rule(Orden), cluster_of_(Cluster.data()) {}
-
-  template <class Points>
-  void first(std::int32_t p, const Points& points) {
-    Rule::opened(p, points);
-    placed(1, p);
-  }
-  void placed(std::int32_t, std::int32_t p) noexcept { cluster_of_[p] = Rule::found(); }
-  [[gnu::always_inline]] void ahead(std::int32_t p) const noexcept {
-    __builtin_prefetch(cluster_of_ + p, 1);
-  }
+  std::int32_t found() const noexcept { return found_; }
 
  private:
-  std::int32_t* cluster_of_;
+  std::int32_t* stands_for_;
+  std::int32_t found_ = 0;
+  std::int32_t survivor_ = 0;
 };
 
 // Gives an index that was made beforehand what it is to hold, in place where it
@@ -138,31 +133,39 @@ void deliver(const LongArray& made, LongArray& index) {
   std::copy_n(made.data(), made.count(), index.data());
 }
 
-// Each cluster's entry in `survivors` becomes its survivor's new number, and the
-// survivor's own entry in `clusters` is marked by its sign. A cluster has one
-// survivor, so they need no sorting: they are met in order. A new number is at
-// most the survivor's own, and no later point is taken for it.
-void number_survivors(LongArray& clusters, LongArray& survivors) {
-  std::int32_t number = 0;
-  for (const std::int32_t p : counted(1, clusters.upper())) {
-    repeated::ask_ahead(clusters, p, clusters.upper(), survivors);
-    const std::int32_t c = clusters(p);
-    if (survivors(c) != p) continue;
-    survivors(c) = ++number;
-    clusters(p) = -c;
+// For points that the sweep has not met.
+constexpr std::int32_t not_met = std::numeric_limits<std::int32_t>::min();
+
+// Lists the survivors by their numbers; the k-th gets -k in `representatives`.
+void number_survivors(LongArray& representatives, LongArray& list) {
+  std::int32_t* const entries = representatives.data();
+  std::int32_t* const listed = list.data();
+  const std::int32_t points = list.upper();
+  std::int32_t found = 0;
+  for (std::int32_t p = 1; p <= points; ++p) {
+    const bool survives = entries[p] == 0;
+    listed[found + 1] = p;  // to stay or to be overwritten
+    found += static_cast<std::int32_t>(survives);
+    entries[p] = survives ? -found : entries[p];
   }
+  std::fill(listed + found + 1, listed + points + 1, 0);
 }
 
-// The new number of the first nPtos points; `clusters` becomes the list of the
-// survivors.
-void list_survivors(std::int32_t nPtos, LongArray& clusters, const LongArray& new_number,
-                    LongArray& IndiceGeneral) {
-  std::int32_t listed = 0;
-  for (const std::int32_t p : counted(1, clusters.upper())) {
-    const std::int32_t c = clusters(p);
-    if (p <= nPtos) IndiceGeneral(p) = new_number(c < 0 ? -c : c);
-    clusters(p) = 0;
-    if (c < 0) clusters(++listed) = p;  // at p or before
+// The new number of the survivor that stands for p in the end. All on the way to
+// it get the number too, so that no way is gone twice.
+std::int32_t new_number_of(std::int32_t p, std::int32_t* entries) {
+  std::int32_t survivor = p;
+  while (entries[survivor] > 0) survivor = entries[survivor];
+  const std::int32_t entry = entries[survivor];
+  while (entries[p] > 0) p = std::exchange(entries[p], entry);
+  return -entry;
+}
+
+// The new numbers of the first nPtos points, 0 for those not met.
+void number_points(std::int32_t nPtos, LongArray& representatives, LongArray& IndiceGeneral) {
+  std::int32_t* const entries = representatives.data();
+  for (const std::int32_t p : counted(1, std::min(nPtos, representatives.upper()))) {
+    IndiceGeneral(p) = entries[p] == not_met ? 0 : new_number_of(p, entries);
   }
 }
 
@@ -172,20 +175,21 @@ void renumbered(std::u16string_view title, const std::int32_t& nPtos, const Doub
                 LongArray& IndiceNuevos, LongArray& IndiceGeneral, BoolArray& Repetido,
                 const double& Precision, const ObjectRef& Progreso1) {
   trapped(source, title, [&] {
-    LongArray Orden;
-    LongArray Cluster(0, nPtos);
+    LongArray Representante(0, nPtos);
     IndiceNuevos.size(0, nPtos);
     IndiceGeneral.size(0, nPtos);
     Repetido.size(0, nPtos);  // and nothing more: no entry is ever set
-    Ordena_Double_Index_Array(X, Orden, 1, nPtos);
+    XOrder order(X, nPtos);
     const double tol = repeated::tolerance(Precision);
     const Progress progress(nPtos, Progreso1);
-    const std::int32_t found = repeated::sweep(nPtos, Cloud{X, Y, Z, Orden}, tol, progress,
-                                               Membership<Rule>(Orden, Cluster));
-    number_survivors(Cluster, Orden);
-    const LongArray& new_number = Orden;
-    list_survivors(nPtos, Cluster, new_number, IndiceGeneral);
-    const LongArray& Nuevos = Cluster;
+    const std::int32_t found = repeated::sweep(nPtos, {X, Y, Z}, order, tol, progress,
+                                               Representatives<Rule>(Representante));
+    for (const std::int32_t i : counted(nPtos + 1, order.points())) {
+      Representante(order.numbers()(i)) = not_met;
+    }
+    LongArray& Nuevos = order.numbers();
+    number_survivors(Representante, Nuevos);
+    number_points(nPtos, Representante, IndiceGeneral);
     deliver(Nuevos, IndiceNuevos);
     nNuevos = found;
     progress.visible();
@@ -200,15 +204,14 @@ void m_Indice_de_Puntos_sin_Repetir_ORDENADOS_EN_X(const std::int32_t& nPtos, co
                                                    const double& Precision,
                                                    const ObjectRef& Progreso1) {
   trapped(source, title_in_X, [&] {
-    LongArray Orden;
     if (nPtos < 0) raise(failure::subscript_out_of_range);  // before a lock can refuse
     Indice.size(0, nPtos);
-    Ordena_Double_Index_Array(X, Orden, 1, nPtos);
+    XOrder order(X, nPtos);
     const double tol = repeated::tolerance(Precision);
     const Progress progress(nPtos, Progreso1);
-    const std::int32_t found = repeated::sweep(nPtos, Cloud{X, Y, Z, Orden}, tol, progress,
-                                               Survivors<HighestSurvives>(Orden));
-    LongArray& Elegidos = Orden;
+    LongArray& Elegidos = order.numbers();
+    const std::int32_t found = repeated::sweep(nPtos, {X, Y, Z}, order, tol, progress,
+                                               Survivors<HighestSurvives>(Elegidos));
     for (const std::int32_t c : counted(found + 1, Elegidos.upper())) Elegidos(c) = 0;
     deliver(Elegidos, Indice);
     nNuevos = found;

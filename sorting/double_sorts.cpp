@@ -2,7 +2,6 @@
 #include <algorithm>
 #include <memory>
 #include <new>
-#include <optional>
 #include <span>
 #include <utility>
 
@@ -12,12 +11,14 @@
 #include "sorting/bounds.h"
 #include "sorting/double_keys.h"
 #include "sorting/mOrdena.h"
+#include "sorting/packed_doubles.h"
 #include "sorting/scratch.h"
 
 namespace orv2_geo {
 
 namespace {
 
+using sorting::first_values;
 using sorting::Packing;
 
 Text key_text(double value) {
@@ -27,48 +28,12 @@ Text key_text(double value) {
   return text_services::default_text(Checked(value) + sorting::offset_from_zero);
 }
 
-std::uint64_t number_key(double value) { return sorting::closed_up(sorting::key_in_span(value)); }
-
-// How keys are packed when all values have one of nine digits, and it fits.
-std::optional<Packing> packing_in_span(std::span<const double> values) {
-  double lowest = sorting::beyond_span;
-  double highest = sorting::lowest_in_span;
-  bool in_span = true;
-  for (const double value : values) {
-    in_span &= value >= sorting::lowest_in_span;  // NaN is not
-    lowest = value < lowest ? value : lowest;
-    highest = value > highest ? value : highest;
-  }
-  if (!in_span || highest >= sorting::beyond_span) return std::nullopt;
-  if (sorting::key_in_span(highest) >= sorting::first_of_ten_digits) return std::nullopt;
-  const Packing packing(number_key(lowest), number_key(highest), values.size());
-  return packing.fits() ? std::optional(packing) : std::nullopt;
-}
-
-std::span<const double> first_values(const DoubleArray& array, std::int32_t upper) {
-  const double* values = array.row(1, upper);
-  if (values == nullptr) return {};
-  return {values, static_cast<std::size_t>(upper)};
-}
-
-void pack_keys(const Packing& packing, std::span<const double> values,
-               std::span<std::uint64_t> words) {
-  for (std::size_t p = 0; p < values.size(); ++p) words[p] = packing.pack(number_key(values[p]), p);
-}
-
 // Both: false, and nothing changed, where texts must be made or there is no
 // memory.
 bool index_at_once(const DoubleArray& DoubleA, LongArray& TheIndex, std::int32_t upper) try {
-  const std::span<const double> values = first_values(DoubleA, upper);
-  if (values.empty()) return false;
-  const auto packing = packing_in_span(values);
-  if (!packing) return false;
-  sorting::Scratch scratch(values.size());
-  pack_keys(*packing, values, scratch.words());
-  // The index itself takes the positions, and then the numbers from 1.
-  const std::span order(reinterpret_cast<std::uint32_t*>(&TheIndex(1)), values.size());
-  scratch.order_words(*packing, 1, order);
-  for (std::uint32_t& entry : order) ++entry;
+  auto packed = sorting::PackedDoubles::of(first_values(DoubleA, upper));
+  if (!packed) return false;
+  packed->write_order({&TheIndex(1), static_cast<std::size_t>(upper)});
   return true;
 } catch (const std::bad_alloc&) {
   return false;
@@ -95,12 +60,12 @@ double number_for(double before, double key_number) {
 
 bool sort_at_once(DoubleArray& DoubleA, std::int32_t upper) try {
   const std::span<const double> values = first_values(DoubleA, upper);
-  if (values.empty() || !packing_in_span(values)) return false;
-  const auto [lowest, highest] = std::minmax_element(values.begin(), values.end());
+  const auto found = sorting::extremes_in_span(values);
+  if (!found) return false;
   const auto whole_key = [](double value) {
     return static_cast<std::uint64_t>(sorting::key_in_span(value));
   };
-  const Packing packing(whole_key(*lowest), whole_key(*highest), 1);  // without positions
+  const Packing packing(whole_key(found->lowest), whole_key(found->highest), 1);  // without positions
   sorting::Scratch scratch(values.size());
   std::transform(values.begin(), values.end(), scratch.words().begin(),
                  [&](double value) { return packing.pack(whole_key(value), 0); });

@@ -1,0 +1,111 @@
+#include "sorting/packed_doubles.h"
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cmath>
+#include <cstddef>
+
+#include "sorting/double_keys.h"
+
+namespace orv2_geo::sorting {
+
+namespace {
+
+std::uint64_t number_key(double value) { return closed_up(key_in_span(value)); }
+
+// As many words are packed together.
+constexpr std::size_t stretch = 64;
+using Stretch = std::array<std::uint64_t, stretch>;
+
+// The words of values that are not negative where a multiplication tells their
+// keys, which is so for coordinates with few decimals. Says whether it does: the
+// product is off by a sixteenth at most, so that the number next to it is the key
+// when it is not half of one away. No branch, and no conversion: adding 2^52
+// leaves a double below that without a fraction, and with its whole number in the
+// lowest bits.
+bool multiply_keys(const Packing& packing, std::span<const double, stretch> values,
+                   std::size_t first, std::uint64_t* words) {
+  constexpr double two_to_52 = 4503599627370496.0;
+  constexpr auto limit = std::bit_cast<std::uint64_t>(0.375);
+  std::uint64_t over = 0;
+  for (std::size_t k = 0; k < stretch; ++k) {
+    const double product = (values[k] + offset_from_zero) * 1e6;
+    const double whole = product + two_to_52;
+    const double rest = product - (whole - two_to_52);
+    over |= limit - std::bit_cast<std::uint64_t>(std::abs(rest));
+    over |= std::bit_cast<std::uint64_t>(values[k]);  // the sign
+    const std::uint64_t key =
+        std::bit_cast<std::uint64_t>(whole) - std::bit_cast<std::uint64_t>(two_to_52);
+    words[k] = packing.pack(key, first + k);
+  }
+  return over >> 63 == 0;
+}
+
+// Packs a stretch from the value `first` on, or what is left; how many.
+std::size_t pack(const Packing& packing, std::span<const double> values, std::size_t first,
+                 std::uint64_t* words) {
+  values = values.subspan(first, std::min(stretch, values.size() - first));
+  if (values.size() == stretch && multiply_keys(packing, values.first<stretch>(), first, words)) {
+    return stretch;
+  }
+  for (std::size_t k = 0; k < values.size(); ++k) {
+    words[k] = packing.pack(number_key(values[k]), first + k);
+  }
+  return values.size();
+}
+
+}  // namespace
+
+std::optional<Extremes> extremes_in_span(std::span<const double> values) noexcept {
+  Extremes found = {beyond_span, lowest_in_span};
+  bool in_span = !values.empty();
+  for (const double value : values) {
+    in_span &= value >= lowest_in_span;  // NaN is not
+    found.lowest = value < found.lowest ? value : found.lowest;
+    found.highest = value > found.highest ? value : found.highest;
+  }
+  if (!in_span || found.highest >= beyond_span) return std::nullopt;
+  if (key_in_span(found.highest) >= first_of_ten_digits) return std::nullopt;
+  return found;
+}
+
+std::optional<PackedDoubles> PackedDoubles::of(std::span<const double> values) {
+  const auto found = extremes_in_span(values);
+  if (!found) return std::nullopt;
+  const Packing packing(number_key(found->lowest), number_key(found->highest), values.size());
+  if (!packing.fits()) return std::nullopt;
+  return PackedDoubles(packing, values);
+}
+
+PackedDoubles::PackedDoubles(const Packing& packing, std::span<const double> values)
+    : packing_(packing), scratch_(values.size()) {
+  for (std::size_t first = 0; first < values.size(); first += stretch) {
+    pack(packing_, values, first, scratch_.words().data() + first);
+  }
+}
+
+bool PackedDoubles::are_of(std::span<const double> values) noexcept {
+  const std::span<const std::uint64_t> words = scratch_.words();
+  if (values.size() != words.size() || !extremes_in_span(values)) return false;
+  Stretch again;
+  for (std::size_t first = 0; first < values.size(); first += stretch) {
+    const std::size_t count = pack(packing_, values, first, again.data());
+    if (!std::equal(again.begin(), again.begin() + count, words.begin() + first)) return false;
+  }
+  return true;
+}
+
+void PackedDoubles::write_order(std::span<std::int32_t> numbers) noexcept {
+  // Positions are written where the numbers from 1 are to stand.
+  scratch_.order_words(packing_, 1, {reinterpret_cast<std::uint32_t*>(numbers.data()), numbers.size()});
+  for (std::int32_t& number : numbers) ++number;
+}
+
+std::span<const double> first_values(const DoubleArray& array, std::int32_t upper) noexcept {
+  const double* values = array.row(1, upper);
+  if (values == nullptr) return {};
+  return {values, static_cast<std::size_t>(upper)};
+}
+
+}  // namespace orv2_geo::sorting
