@@ -24,7 +24,7 @@ XOrder::XOrder(const DoubleArray& X, std::int32_t nPtos) {
 
 std::span<const std::uint64_t> XOrder::keyed(const DoubleArray& X) noexcept {
   if (!packed_ || !packed_->are_of(sorting::first_values(X, points()))) return {};
-  return packed_->sort();
+  return packed_->sort() ? packed_->words() : std::span<const std::uint64_t>();
 }
 
 void XOrder::put_in_order() noexcept {

@@ -4,6 +4,7 @@
 #include <new>
 #include <span>
 #include <utility>
+#include <vector>
 
 #include "frame/checked_math.h"
 #include "frame/counted.h"
@@ -12,7 +13,6 @@
 #include "sorting/double_keys.h"
 #include "sorting/mOrdena.h"
 #include "sorting/packed_doubles.h"
-#include "sorting/scratch.h"
 
 namespace orv2_geo {
 
@@ -66,10 +66,11 @@ bool sort_at_once(DoubleArray& DoubleA, std::int32_t upper) try {
     return static_cast<std::uint64_t>(sorting::key_in_span(value));
   };
   const Packing packing(whole_key(found->lowest), whole_key(found->highest), 1);  // without positions
-  sorting::Scratch scratch(values.size());
-  std::transform(values.begin(), values.end(), scratch.words().begin(),
+  std::vector<std::uint64_t> words(values.size());
+  std::vector<std::uint64_t> spare(values.size());
+  std::transform(values.begin(), values.end(), words.begin(),
                  [&](double value) { return packing.pack(whole_key(value), 0); });
-  const auto sorted = sorting::sort_packed(packing, scratch.words(), scratch.spare());
+  const auto sorted = sorting::sort_packed(packing, words, spare);
   std::transform(values.begin(), values.end(), sorted.begin(), &DoubleA(1),
                  [&](double before, std::uint64_t word) {
                    const auto key = static_cast<std::int64_t>(packing.number(word));

@@ -32,9 +32,10 @@ class PackedDoubles {
   /// Whether these values have the keys that were packed. For words not yet sorted.
   bool are_of(std::span<const double> values) noexcept;
 
-  /// The words in the order in which the algorithm leaves elements that stand at
-  /// the subscripts from 1 on; none where only write_order can tell it.
-  std::span<const std::uint64_t> sort() noexcept { return scratch_.sort_words(packing_, 1); }
+  /// Puts the words into the order in which the algorithm leaves elements that stand
+  /// at the subscripts from 1 on. False where only write_order can tell it.
+  bool sort() noexcept { return scratch_.sort_words(packing_, 1); }
+  std::span<const std::uint64_t> words() noexcept { return scratch_.words(); }
 
   /// Writes that order, elements numbered from 1.
   void write_order(std::span<std::int32_t> numbers) noexcept;

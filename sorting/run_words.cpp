@@ -4,7 +4,6 @@
 #include <array>
 #include <bit>
 #include <cstddef>
-#include <limits>
 
 #include "sorting/settle_ties.h"
 #include "sorting/word_steps.h"
@@ -15,86 +14,75 @@ namespace {
 
 using Word = WordSteps::Word;
 
-// Parts are finished from the left to the right, so that each may write beyond
-// its end what the next overwrites.
 class Run {
  public:
-  Run(const WordSteps& steps, Word* sorted, std::int64_t count) noexcept
-      : steps_(steps),
-        sorted_(sorted),
-        last_(count - 1),
-        steps_left_(2 * count * std::bit_width(static_cast<std::uint64_t>(count))) {}
+  Run(const WordSteps& steps, std::int64_t most_steps) noexcept
+      : steps_(steps), steps_left_(most_steps) {}
 
-  bool sort() noexcept {
-    std::int64_t lo = 0;
-    std::int64_t hi = last_;
+  bool sort(std::int64_t lo, std::int64_t hi) noexcept {
     while (true) {
       while (hi - lo >= static_cast<std::int64_t>(insertion_limit)) {
         steps_.choose_pivot(lo, hi);
         const auto [i, j] = steps_.partition(lo, hi);
         steps_left_ -= hi - lo;
-        if (steps_left_ < 0 || waiting_ == parts_.size()) return false;
-        parts_[waiting_++] = {j, i, hi};
-        hi = j - 1;
+        if (steps_left_ < 0) return false;
+        // The larger part waits, so that never more do than a logarithm.
+        const bool upper_waits = hi - i >= j - lo;
+        waiting_[parts_++] = upper_waits ? Part{i, hi} : Part{lo, j - 1};
+        lo = upper_waits ? lo : i;
+        hi = upper_waits ? j - 1 : hi;
       }
-      if (lo <= hi) insert(lo);
-      if (waiting_ == 0) return true;
-      const auto [j, i, end] = parts_[--waiting_];
-      sorted_[j] = steps_[j];
-      sorted_[j + 1] = steps_[j + 1];  // an equal of the pivot, or not yet its turn
-      lo = i;
-      hi = end;
+      insert(lo, hi);
+      if (parts_ == 0) return true;
+      lo = waiting_[--parts_].lo;
+      hi = waiting_[parts_].hi;
     }
   }
 
  private:
-  // What comes after a partition's lower part: the pivot at j, and the part i to hi.
-  struct Upper {
-    std::int64_t j;
-    std::int64_t i;
+  struct Part {
+    std::int64_t lo;
     std::int64_t hi;
   };
 
-  // Always as many as insertion takes at most. Insertion keeps the order of
-  // equals, and no word behind the part is below one in it: so a word's place is
-  // the count of those that come before it, whatever the part's length.
-  void insert(std::int64_t lo) noexcept {
+  // Insertion keeps the order of equals, so a word's place is the count of those
+  // that come before it, which is found without a branch: always for as many words
+  // as insertion takes at most. Those beyond the part stay where they are.
+  void insert(std::int64_t lo, std::int64_t hi) noexcept {
     std::array<Word, insertion_limit> words;
+    std::array<Word, insertion_limit> highest;  // that is not above the word
     std::array<std::uint32_t, insertion_limit> before;
 #pragma GCC unroll 7
     for (std::uint32_t k = 0; k < insertion_limit; ++k) {
       words[k] = steps_[lo + k];
+      highest[k] = lo + k <= hi ? steps_.highest_of_key(words[k]) : ~Word{0};
       before[k] = k;
     }
 #pragma GCC unroll 7
     for (std::size_t b = 1; b < insertion_limit; ++b) {
 #pragma GCC unroll 7
       for (std::size_t a = 0; a < b; ++a) {
-        const std::uint32_t turned = steps_.is_above(words[a], words[b]);
+        const std::uint32_t turned = words[a] > highest[b];
         before[a] += turned;
         before[b] -= turned;
       }
     }
 #pragma GCC unroll 7
-    for (std::size_t k = 0; k < insertion_limit; ++k) sorted_[lo + before[k]] = words[k];
+    for (std::size_t k = 0; k < insertion_limit; ++k) steps_.put(lo + before[k], words[k]);
   }
 
   WordSteps steps_;
-  Word* sorted_;
-  std::int64_t last_;
   std::int64_t steps_left_;
-  std::array<Upper, 128> parts_;  // more deep only where there are too many steps
-  std::size_t waiting_ = 0;
+  std::array<Part, 64> waiting_;
+  std::size_t parts_ = 0;
 };
 
 }  // namespace
 
-bool run_words(const Packing& packing, std::span<std::uint64_t> words,
-               std::span<std::uint64_t> sorted, std::int64_t first) noexcept {
-  constexpr Word above_all = std::numeric_limits<std::int64_t>::max();
-  std::fill_n(words.data() + words.size(), words_behind, above_all);
+bool run_words(const Packing& packing, std::span<std::uint64_t> words, std::int64_t first,
+               std::int64_t most_steps) noexcept {
   const WordSteps steps(words.data(), packing.position_mask(), first);
-  return Run(steps, sorted.data(), static_cast<std::int64_t>(words.size())).sort();
+  return Run(steps, most_steps).sort(0, static_cast<std::int64_t>(words.size()) - 1);
 }
 
 bool seem_tied(const Packing& packing, std::span<const std::uint64_t> words) noexcept {

@@ -8,13 +8,12 @@
 
 namespace orv2_geo::sorting {
 
-/// Writes to `sorted` the words in the order in which the algorithm (see
-/// kernel.h) leaves them at the subscripts from `first` on. The words come packed,
-/// in the order of their positions. False where that takes too many steps: the
-/// words are then in another order, the sorted ones anything. Behind each of the
-/// two is room for words_behind more (see word_steps.h), which is written to.
-bool run_words(const Packing& packing, std::span<std::uint64_t> words,
-               std::span<std::uint64_t> sorted, std::int64_t first) noexcept;
+/// Puts words into the order in which the algorithm (see kernel.h) leaves them at
+/// the subscripts from `first` on. False where that takes more steps than these,
+/// counted in words that a partition looks at: the words are then anywhere. Behind
+/// them is room for words_behind more (see word_steps.h), which stay as they are.
+bool run_words(const Packing& packing, std::span<std::uint64_t> words, std::int64_t first,
+               std::int64_t most_steps) noexcept;
 
 /// Whether some of the words looked at have equal numbers: a guess at whether
 /// many have, for the choice between ways to the same order.

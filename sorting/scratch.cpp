@@ -1,29 +1,61 @@
 #include "sorting/scratch.h"
 
+#include <algorithm>
+#include <bit>
+#include <limits>
+#include <new>
+#include <utility>
+
 #include "sorting/run_words.h"
 #include "sorting/settle_ties.h"
 
 namespace orv2_geo::sorting {
 
-std::span<const std::uint64_t> Scratch::sort_words(const Packing& packing,
-                                                   std::int64_t first) noexcept {
-  if (!seem_tied(packing, words())) return {};
-  if (run_words(packing, words(), spare(), first)) return spare();
-  // Back in the order of their positions.
-  for (const std::uint64_t word : words()) spare()[packing.position(word)] = word;
-  std::copy(spare().begin(), spare().end(), words().begin());
-  return {};
+namespace {
+
+// A quarter more than n log2 n is usual.
+std::int64_t unusually_many_steps(std::size_t count) {
+  return 2 * static_cast<std::int64_t>(count) * std::bit_width(count);
+}
+
+constexpr std::int64_t any_steps = std::numeric_limits<std::int64_t>::max();
+
+}  // namespace
+
+void Scratch::put_back(const Packing& packing) noexcept {
+  for (std::size_t k = 0; k < count_; ++k) {
+    while (packing.position(words_[k]) != k) {
+      std::swap(words_[k], words_[packing.position(words_[k])]);
+    }
+  }
+}
+
+bool Scratch::sort_words(const Packing& packing, std::int64_t first) noexcept {
+  if (!seem_tied(packing, words())) return false;
+  if (run_words(packing, words(), first, unusually_many_steps(count_))) return true;
+  put_back(packing);
+  return false;
+}
+
+// By the numbers, and then the algorithm for ties alone. False where there is no
+// memory.
+bool Scratch::order_by_numbers(const Packing& packing, std::int64_t first,
+                               std::span<std::uint32_t> order) noexcept {
+  const std::unique_ptr<std::uint64_t[]> spare(new (std::nothrow) std::uint64_t[count_]);
+  if (!spare) return false;
+  write_order(packing, sort_packed(packing, words(), {spare.get(), count_}), order.data());
+  settle_ties(order, first, words_.get(), reinterpret_cast<std::uint32_t*>(spare.get()));
+  return true;
 }
 
 void Scratch::order_words(const Packing& packing, std::int64_t first,
                           std::span<std::uint32_t> order) noexcept {
-  if (const auto sorted = sort_words(packing, first); !sorted.empty()) {
-    std::transform(sorted.begin(), sorted.end(), order.begin(),
-                   [&](std::uint64_t word) { return packing.position(word); });
-    return;
+  if (!sort_words(packing, first)) {
+    if (order_by_numbers(packing, first, order)) return;
+    run_words(packing, words(), first, any_steps);
   }
-  write_order(packing, sort_packed(packing, words(), spare()), order.data());
-  settle_ties(order, first, all());
+  std::transform(words().begin(), words().end(), order.begin(),
+                 [&](std::uint64_t word) { return packing.position(word); });
 }
 
 }  // namespace orv2_geo::sorting

@@ -6,7 +6,6 @@
 #include <cstdint>
 #include <memory>
 #include <span>
-#include <utility>
 #include <vector>
 
 #include "sorting/packed_sort.h"
@@ -14,31 +13,30 @@
 
 namespace orv2_geo::sorting {
 
-/// Two words an element, in one allocation and written before they are read: a
-/// first touch of fresh memory costs more than the work on it. Throws
-/// std::bad_alloc.
+/// A word an element, and another only where it is needed: a first touch of fresh
+/// memory costs more than the work on it.
 class Scratch {
  public:
+  /// Throws std::bad_alloc.
   explicit Scratch(std::size_t count)
-      : count_(count), words_(std::make_unique_for_overwrite<std::uint64_t[]>(2 * room())) {}
+      : count_(count),
+        words_(std::make_unique_for_overwrite<std::uint64_t[]>(count + words_behind)) {}
 
-  std::size_t count() const noexcept { return count_; }
-  std::span<std::uint64_t> all() noexcept { return {words_.get(), 2 * room()}; }
   std::span<std::uint64_t> words() noexcept { return {words_.get(), count_}; }
-  std::span<std::uint64_t> spare() noexcept { return {words_.get() + room(), count_}; }
 
   /// Sorts words(), which come in the order of their positions, into the order in
-  /// which the algorithm leaves them at the subscripts from `first` on. None when
-  /// that is to be found with other means, as order_words does; words() are then
-  /// as they were.
-  std::span<const std::uint64_t> sort_words(const Packing& packing, std::int64_t first) noexcept;
+  /// which the algorithm leaves them at the subscripts from `first` on. False, with
+  /// words() as they were, where order_words finds it by other means.
+  bool sort_words(const Packing& packing, std::int64_t first) noexcept;
 
-  /// Writes the positions of the same order.
+  /// Writes the positions of the same order; words() are then anything.
   void order_words(const Packing& packing, std::int64_t first,
                    std::span<std::uint32_t> order) noexcept;
 
  private:
-  std::size_t room() const noexcept { return count_ + words_behind; }
+  void put_back(const Packing& packing) noexcept;
+  bool order_by_numbers(const Packing& packing, std::int64_t first,
+                        std::span<std::uint32_t> order) noexcept;
 
   std::size_t count_;
   std::unique_ptr<std::uint64_t[]> words_;

@@ -90,12 +90,10 @@ void keep_order(std::span<std::uint32_t> order) {
 
 }  // namespace
 
-void settle_ties(std::span<std::uint32_t> order, std::int64_t first,
-                 std::span<std::uint64_t> scratch) noexcept {
+void settle_ties(std::span<std::uint32_t> order, std::int64_t first, Item* items,
+                 std::uint32_t* ties_up_to) noexcept {
   if (std::none_of(order.begin(), order.end(), is_tied)) return;
   if (order.size() <= insertion_limit) return keep_order(order);
-  Item* items = scratch.data();
-  auto* ties_up_to = reinterpret_cast<std::uint32_t*>(items + order.size());
   std::uint32_t ties = 0;
   std::uint64_t rank = 0;
   for (std::size_t p = 0; p < order.size(); ++p) {

@@ -12,6 +12,7 @@
 #include "sorting/mOrdena.h"
 #include "sorting/scratch.h"
 #include "sorting/settle_ties.h"
+#include "sorting/word_steps.h"
 
 namespace orv2_geo {
 
@@ -147,8 +148,9 @@ class TextOrder {
 // the subscripts from `first` on.
 std::vector<std::uint32_t> order_of(std::span<const Text* const> texts, std::int64_t first) {
   std::vector<std::uint32_t> order = TextOrder(texts).marked();
-  sorting::Scratch scratch(texts.size());
-  sorting::settle_ties(order, first, scratch.all());
+  std::vector<std::uint64_t> items(texts.size() + sorting::words_behind);
+  std::vector<std::uint32_t> ties_up_to(texts.size());
+  sorting::settle_ties(order, first, items.data(), ties_up_to.data());
   return order;
 }
 

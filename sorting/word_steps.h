@@ -10,7 +10,7 @@
 
 namespace orv2_geo::sorting {
 
-/// How many words more than there are elements must be there to be read.
+/// How many words more than there are elements must be there to be looked at.
 inline constexpr int words_behind = words_at_once;
 
 /// The choice of the pivot and the partition (see kernel.h). A word is an
@@ -24,6 +24,10 @@ class WordSteps {
       : words_(words), position_mask_(position_mask), first_(first) {}
 
   Word operator[](std::int64_t place) const noexcept { return words_[place]; }
+  void put(std::int64_t place, Word word) noexcept { words_[place] = word; }
+
+  /// The highest word of the same key.
+  Word highest_of_key(Word word) const noexcept { return word | position_mask_; }
 
   /// Whether the key of one word comes after that of another.
   bool is_above(Word a, Word b) const noexcept { return a > highest_of_key(b); }
@@ -34,7 +38,7 @@ class WordSteps {
     const std::int64_t middle = (lo + hi + 2 * first_) / 2 - first_;  // of subscripts, to zero
     Word low = words_[lo];
     Word pivot = std::exchange(words_[middle], words_[lo + 1]);
-    Word high = words_[middle == hi ? middle : hi];
+    Word high = words_[hi];
     put_in_order(low, high);
     put_in_order(pivot, high);
     put_in_order(low, pivot);
@@ -66,7 +70,6 @@ class WordSteps {
   };
 
   Word lowest_of_key(Word word) const noexcept { return word & ~position_mask_; }
-  Word highest_of_key(Word word) const noexcept { return word | position_mask_; }
 
   void put_in_order(Word& low, Word& high) const noexcept {
     const bool turned = is_above(low, high);
