@@ -10,6 +10,7 @@ namespace orv2_geo {
 void* obtain(std::size_t bytes) {
   void* memory = ::operator new(bytes, std::nothrow);
   if (memory == nullptr) raise(failure::out_of_memory);
+  announce_use(memory, bytes);
   return memory;
 }
 

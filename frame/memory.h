@@ -11,6 +11,11 @@ void* obtain_zeroed(std::size_t bytes);
 /// `bytes` of memory with any content. Failure 7 when there is none.
 void* obtain(std::size_t bytes);
 
+/// Tells the system that all of this memory is about to be used, which it may take
+/// for a reason to lend it in larger pages. For a lot of memory only; with little,
+/// nothing happens.
+void announce_use(void* memory, std::size_t bytes) noexcept;
+
 /// Gives back what obtain or obtain_zeroed lent; null is harmless.
 void give_back(void* memory) noexcept;
 

@@ -186,11 +186,11 @@ class SoundCloud {
   [[gnu::always_inline]] void ahead(std::int32_t i, const Clusters& clusters) const noexcept {
     if (last_ - i < steps_ahead) return;
     const std::int32_t p = point(i + steps_ahead);
-    ask_for(p);
+    __builtin_prefetch(x_ + (p - 1));
+    ask_beside_x(p);
     clusters.ahead(p);
   }
-  [[gnu::always_inline]] void ask_for(std::int32_t p) const noexcept {
-    __builtin_prefetch(x_ + (p - 1));
+  [[gnu::always_inline]] void ask_beside_x(std::int32_t p) const noexcept {
     __builtin_prefetch(y_ + (p - 1));
     if constexpr (reads_Z) __builtin_prefetch(z_ + (p - 1));
   }
@@ -265,11 +265,18 @@ std::int32_t walk(std::int32_t nPtos, const Points& points, double tolerance,
 class Reach {
  public:
   Reach(double tolerance, const sorting::Packing& packing) noexcept
-      : positions_(packing.position_mask()), words_(words(tolerance, packing.position_bits)) {}
+      : positions_(packing.position_mask()),
+        beyond_(words(tolerance * millionths + margin, packing.position_bits)),
+        within_(words(tolerance * millionths - margin, packing.position_bits)) {}
 
   /// Of words in X order. Their keys never descend, but words of one key may.
   bool is_beyond(std::uint64_t before, std::uint64_t word) const noexcept {
-    return (word | positions_) - before > words_;
+    return (word | positions_) - before > beyond_;
+  }
+
+  /// Whether the points are surely within the tolerance in X.
+  bool is_within(std::uint64_t before, std::uint64_t word) const noexcept {
+    return (word | positions_) - before < within_;
   }
 
  private:
@@ -279,21 +286,22 @@ class Reach {
   static constexpr double millionths = 1e6;
   static constexpr double margin = 8.0;
 
-  static std::uint64_t words(double tolerance, int position_bits) noexcept {
-    constexpr double widest = 1e6;  // in metres; its rounding is no millionth
-    if (tolerance > widest) return ~std::uint64_t{0};
-    const double keys = std::max(tolerance * millionths, 0.0) + margin;
-    const std::uint64_t whole = static_cast<std::uint64_t>(keys) + 1;
-    return std::bit_width(whole) + position_bits > 64 ? ~std::uint64_t{0} : whole << position_bits;
+  // So many keys as words, rounded down to whole ones; no more than the most.
+  static std::uint64_t words(double keys, int position_bits) noexcept {
+    constexpr double most = 1e15;
+    const auto whole = static_cast<std::uint64_t>(std::clamp(keys, 0.0, most));
+    const bool fits = std::bit_width(whole) + position_bits <= 64;
+    return fits ? whole << position_bits : ~std::uint64_t{0};
   }
 
   std::uint64_t positions_;
-  std::uint64_t words_;
+  std::uint64_t beyond_;
+  std::uint64_t within_;
 };
 
 /// Points that come with their keys, in X order, of coordinates with which nothing
-/// can fail. A point out of reach of the one before is out of reach of that one's
-/// anchor too, and nothing is read of it.
+/// can fail. Of a point out of reach of the one before, and so of that one's anchor
+/// too, nothing is read, and of others no X where the keys tell enough.
 template <class Points>
 class KeyedPoints {
  public:
@@ -307,90 +315,98 @@ class KeyedPoints {
 
   template <class Clusters>
   std::int32_t walk(const Progress& progress, Clusters clusters) const {
-    Anchor<Clusters> at = {clusters, progress, Box<Clusters::axes>(tolerance_), point(0)};
-    at.clusters.first(at.anchor, points_);
-    std::array<Near, 2> near;
-    find_near(1, clusters, near[1]);
-    for (std::size_t start = 1, turn = 1; start < words_.size(); start += stretch, ++turn) {
-      find_near(start + stretch, clusters, near[(turn + 1) % 2]);
-      const Near& here = near[turn % 2];
-      std::size_t k = start;
-      for (std::size_t n = 0; n < here.count; ++n) {
-        while (k < here.at[n]) open(k++, at);
-        meet(k++, at);
+    std::size_t anchor = 0;
+    clusters.first(point(anchor), points_);
+    const auto open_at = [&](std::size_t k) {
+      anchor = k;
+      clusters.opened(point(k), points_);
+      clusters.placed(place(k), point(k));
+    };
+    const auto open = [&](std::size_t k) {
+      progress.step(place(k));
+      open_at(k);
+    };
+    const auto join = [&](std::size_t k) {
+      clusters.joined(point(k), points_);
+      clusters.placed(place(k), point(k));
+    };
+    std::array<Places, 2> near;
+    list_near(1, clusters, near[0]);
+    std::size_t k = 1;
+    for (std::size_t turn = 0; k < words_.size(); ++turn) {
+      const std::size_t end = std::min(k + stretch, words_.size());
+      list_near(end, clusters, near[(turn + 1) % 2]);
+      for (const std::size_t n : near[turn % 2].all()) {
+        while (k < n) open(k++);
+        progress.step(place(k));
+        if (is_in_box<Clusters::axes>(anchor, k)) {
+          join(k++);
+        } else {
+          open_at(k++);
+        }
       }
-      const std::size_t end = std::min(start + stretch, words_.size());
-      while (k < end) open(k++, at);
+      while (k < end) open(k++);
     }
-    return at.clusters.found();
+    return clusters.found();
   }
 
  private:
   // Points are asked for a stretch ahead of their turn.
   static constexpr std::size_t stretch = 64;
 
-  // The points in reach of the one before, of a stretch.
-  struct Near {
-    std::array<std::uint32_t, stretch> at;
-    std::size_t count;
-  };
+  // Some places of a stretch, listed without a branch.
+  class Places {
+   public:
+    void clear() noexcept { count_ = 0; }
+    void add_if(bool listed, std::size_t k) noexcept {
+      at_[count_] = k;
+      count_ += static_cast<std::size_t>(listed);
+    }
+    std::span<const std::size_t> all() const noexcept { return {at_.data(), count_}; }
 
-  template <class Clusters>
-  struct Anchor {
-    Clusters clusters;
-    const Progress& progress;
-    Box<Clusters::axes> box;
-    std::int32_t anchor;
+   private:
+    std::array<std::size_t, stretch> at_;
+    std::size_t count_ = 0;
   };
 
   std::int32_t point(std::size_t k) const noexcept {
     return static_cast<std::int32_t>(packing_.position(words_[k])) + 1;
   }
+  // Places in the order count from 1.
+  static std::int32_t place(std::size_t k) noexcept { return static_cast<std::int32_t>(k + 1); }
 
+  // The points in reach of the one before; asks for what will be read of them.
   template <class Clusters>
-  [[gnu::always_inline]] void find_near(std::size_t start, const Clusters& clusters,
-                                        Near& near) const noexcept {
-    near.count = 0;
+  [[gnu::always_inline]] void list_near(std::size_t start, const Clusters& clusters,
+                                        Places& near) const noexcept {
+    near.clear();
     const std::size_t end = std::min(start + stretch, words_.size());
     for (std::size_t k = start; k < end; ++k) {
       clusters.ahead(point(k));
-      near.at[near.count] = static_cast<std::uint32_t>(k);
-      near.count += static_cast<std::size_t>(!reach_.is_beyond(words_[k - 1], words_[k]));
+      near.add_if(!reach_.is_beyond(words_[k - 1], words_[k]), k);
     }
-    for (std::size_t n = 0; n < near.count; ++n) {
-      points_.ask_for(point(near.at[n] - 1));
-      points_.ask_for(point(near.at[n]));
+    for (const std::size_t k : near.all()) {
+      points_.ask_beside_x(point(k - 1));
+      points_.ask_beside_x(point(k));
     }
   }
 
-  // The point at place k, out of reach.
-  template <class Clusters>
-  [[gnu::always_inline]] void open(std::size_t k, Anchor<Clusters>& at) const {
-    at.progress.step(place(k));
-    open_at(k, at);
-  }
-
-  // One that may be in the box.
-  template <class Clusters>
-  [[gnu::always_inline]] void meet(std::size_t k, Anchor<Clusters>& at) const {
-    constexpr std::size_t axes = Clusters::axes;
+  // Whether the box of one holds another. Nothing can fail, and there is no branch:
+  // it is a matter of chance.
+  template <std::size_t axes>
+  bool is_in_box(std::size_t anchor, std::size_t k) const noexcept {
+    const std::int32_t a = point(anchor);
     const std::int32_t p = point(k);
-    at.progress.step(place(k));
-    at.box.move_to(spot<axes>(points_, at.anchor));
-    if (!at.box.holds(spot<axes>(points_, p))) return open_at(k, at);
-    at.clusters.joined(p, points_);
-    at.clusters.placed(place(k), p);
+    bool inside = is_between(points_.y(a), points_.y(p));
+    if constexpr (axes == 3) inside &= is_between(points_.z(a), points_.z(p));
+    if (reach_.is_within(words_[anchor], words_[k])) return inside;
+    return inside && is_between(points_.x(a), points_.x(p));
   }
-
-  template <class Clusters>
-  [[gnu::always_inline]] void open_at(std::size_t k, Anchor<Clusters>& at) const {
-    at.anchor = point(k);
-    at.clusters.opened(at.anchor, points_);
-    at.clusters.placed(place(k), at.anchor);
+  bool is_between(double anchor, double at) const noexcept {
+    const bool above = anchor - tolerance_ < at;
+    const bool below = at < anchor + tolerance_;
+    return above & below;
   }
-
-  // Places in the order count from 1.
-  static std::int32_t place(std::size_t k) noexcept { return static_cast<std::int32_t>(k + 1); }
 
   std::span<const std::uint64_t> words_;
   const sorting::Packing& packing_;

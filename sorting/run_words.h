@@ -10,8 +10,8 @@ namespace orv2_geo::sorting {
 
 /// Puts words into the order in which the algorithm (see kernel.h) leaves them at
 /// the subscripts from `first` on. False where that takes more steps than these,
-/// counted in words that a partition looks at: the words are then anywhere. Behind
-/// them is room for words_behind more (see word_steps.h), which stay as they are.
+/// counted in words that a partition looks at: the words are then anywhere. Around
+/// them is room for words_around more (see word_steps.h), which stay as they are.
 bool run_words(const Packing& packing, std::span<std::uint64_t> words, std::int64_t first,
                std::int64_t most_steps) noexcept;
 

@@ -6,6 +6,7 @@
 #include <new>
 #include <utility>
 
+#include "frame/memory.h"
 #include "sorting/run_words.h"
 #include "sorting/settle_ties.h"
 
@@ -22,10 +23,19 @@ constexpr std::int64_t any_steps = std::numeric_limits<std::int64_t>::max();
 
 }  // namespace
 
+Scratch::Scratch(std::size_t count)
+    : count_(count),
+      words_(std::make_unique_for_overwrite<std::uint64_t[]>(count + 2 * words_around)) {
+  announce_use(words_.get(), count * sizeof(std::uint64_t));
+  std::fill_n(words_.get(), words_around, 0);
+  std::fill_n(words_.get() + words_around + count, words_around, 0);
+}
+
 void Scratch::put_back(const Packing& packing) noexcept {
-  for (std::size_t k = 0; k < count_; ++k) {
-    while (packing.position(words_[k]) != k) {
-      std::swap(words_[k], words_[packing.position(words_[k])]);
+  const std::span<std::uint64_t> words = this->words();
+  for (std::size_t k = 0; k < words.size(); ++k) {
+    while (packing.position(words[k]) != k) {
+      std::swap(words[k], words[packing.position(words[k])]);
     }
   }
 }
@@ -44,7 +54,7 @@ bool Scratch::order_by_numbers(const Packing& packing, std::int64_t first,
   const std::unique_ptr<std::uint64_t[]> spare(new (std::nothrow) std::uint64_t[count_]);
   if (!spare) return false;
   write_order(packing, sort_packed(packing, words(), {spare.get(), count_}), order.data());
-  settle_ties(order, first, words_.get(), reinterpret_cast<std::uint32_t*>(spare.get()));
+  settle_ties(order, first, words().data(), reinterpret_cast<std::uint32_t*>(spare.get()));
   return true;
 }
 

@@ -18,11 +18,9 @@ namespace orv2_geo::sorting {
 class Scratch {
  public:
   /// Throws std::bad_alloc.
-  explicit Scratch(std::size_t count)
-      : count_(count),
-        words_(std::make_unique_for_overwrite<std::uint64_t[]>(count + words_behind)) {}
+  explicit Scratch(std::size_t count);
 
-  std::span<std::uint64_t> words() noexcept { return {words_.get(), count_}; }
+  std::span<std::uint64_t> words() noexcept { return {words_.get() + words_around, count_}; }
 
   /// Sorts words(), which come in the order of their positions, into the order in
   /// which the algorithm leaves them at the subscripts from `first` on. False, with

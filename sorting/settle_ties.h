@@ -18,7 +18,7 @@ inline constexpr std::size_t insertion_limit = 7;
 /// takes away the marks. Where nothing is tied there is nothing to find out. The
 /// algorithm is run on the elements' ranks alone, and only for the parts in which
 /// ties are left; of the others the outcome is known. `items` has room for an item
-/// each and words_behind more (see word_steps.h), `ties_up_to` for one each.
+/// each and words_around more (see word_steps.h), `ties_up_to` for one each.
 /// Subscripts and their sums fit 32 bits.
 void settle_ties(std::span<std::uint32_t> order, std::int64_t first, std::uint64_t* items,
                  std::uint32_t* ties_up_to) noexcept;

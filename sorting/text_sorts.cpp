@@ -148,9 +148,9 @@ class TextOrder {
 // the subscripts from `first` on.
 std::vector<std::uint32_t> order_of(std::span<const Text* const> texts, std::int64_t first) {
   std::vector<std::uint32_t> order = TextOrder(texts).marked();
-  std::vector<std::uint64_t> items(texts.size() + sorting::words_behind);
+  std::vector<std::uint64_t> items(texts.size() + 2 * sorting::words_around);
   std::vector<std::uint32_t> ties_up_to(texts.size());
-  sorting::settle_ties(order, first, items.data(), ties_up_to.data());
+  sorting::settle_ties(order, first, items.data() + sorting::words_around, ties_up_to.data());
   return order;
 }
 

@@ -10,8 +10,9 @@
 
 namespace orv2_geo::sorting {
 
-/// How many words more than there are elements must be there to be looked at.
-inline constexpr int words_behind = words_at_once;
+/// How many words must be there, in front of the elements and behind, to be looked
+/// at.
+inline constexpr int words_around = words_at_once;
 
 /// The choice of the pivot and the partition (see kernel.h). A word is an
 /// element's key above what its position in the array takes, and is below 2^63.
@@ -78,25 +79,40 @@ class WordSteps {
     high = above;
   }
 
-  Mask below(std::int64_t start, Word limit) const noexcept {
-    const Word* words = words_ + start;
-    return words_below(words, limit) | words_below(words + 16, limit) << 16 |
-           words_below(words + 32, limit) << 32 | words_below(words + 48, limit) << 48;
+  // From place i upwards, and from place j downwards.
+  Mask not_below(std::int64_t i, Word limit) const noexcept {
+    const Word* words = words_ + i;
+    return ~(words_below(words, limit) | words_below(words + 16, limit) << 16 |
+             words_below(words + 32, limit) << 32 | words_below(words + 48, limit) << 48);
+  }
+  Mask below(std::int64_t j, Word limit) const noexcept {
+    const Word* words = words_ + j - 15;
+    return words_below_backwards(words, limit) | words_below_backwards(words - 16, limit) << 16 |
+           words_below_backwards(words - 32, limit) << 32 |
+           words_below_backwards(words - 48, limit) << 48;
   }
 
-  // Of up to 64 words, a little more than are asked for.
-  Mask below_of(std::int64_t count, std::int64_t start, Word limit) const noexcept {
-    Mask mask = words_below(words_ + start, limit);
+  // The same of up to 64 words; a few more are looked at.
+  Mask not_below(std::int64_t i, std::int64_t count, Word limit) const noexcept {
+    Mask mask = words_below(words_ + i, limit);
     for (std::int64_t k = words_at_once; k < count; k += words_at_once) {
-      mask |= words_below(words_ + start + k, limit) << k;
+      mask |= words_below(words_ + i + k, limit) << k;
     }
-    return mask;
+    return ~mask & first_bits(count);
+  }
+  Mask below(std::int64_t j, std::int64_t count, Word limit) const noexcept {
+    const Word* words = words_ + j - 15;
+    Mask mask = words_below_backwards(words, limit);
+    for (std::int64_t k = words_at_once; k < count; k += words_at_once) {
+      mask |= words_below_backwards(words - k, limit) << k;
+    }
+    return mask & first_bits(count);
+  }
+  static Mask first_bits(std::int64_t count) noexcept {
+    return count == 0 ? 0 : ~Mask{0} >> (block - count);
   }
 
   static Mask without_first(Mask mask) noexcept { return mask & (mask - 1); }
-  static Mask without_last(Mask mask) noexcept {
-    return mask & ~(Mask{1} << 63 >> std::countl_zero(mask));
-  }
 
   // The exchanges of the two scans over the places i to j; where the scans end.
   // What stops a scan is hard to foresee, so it is found out for a block of
@@ -107,30 +123,28 @@ class WordSteps {
     Mask up = 0;    // stops from i on
     Mask down = 0;  // up to j
     while (j - i >= 2 * block) {
-      if (up == 0) up = ~below(i, limits.from);
-      if (down == 0) down = below(j - block + 1, limits.beyond);
+      if (up == 0) up = not_below(i, limits.from);
+      if (down == 0) down = below(j, limits.beyond);
       exchange_pairs(i, j, up, down);
       if (up == 0) i += block;
       if (down == 0) j -= block;
     }
     pass_by(i, j, up, down, 0);
     while (j - i >= block) {
-      up = half(~below_of(block / 2, i, limits.from));
-      down = half(below_of(block / 2, j - block / 2 + 1, limits.beyond)) << (block / 2);
+      up = not_below(i, block / 2, limits.from);
+      down = below(j, block / 2, limits.beyond);
       exchange_pairs(i, j, up, down);
       pass_by(i, j, up, down, block / 2);
     }
     return exchange_last(i, j, limits);
   }
 
-  static Mask half(Mask mask) noexcept { return mask & (~Mask{0} >> (block / 2)); }
-
   // Until one side has no more stops.
   void exchange_pairs(std::int64_t i, std::int64_t j, Mask& up, Mask& down) noexcept {
     while (up != 0 && down != 0) {
-      std::swap(words_[i + std::countr_zero(up)], words_[j - std::countl_zero(down)]);
+      std::swap(words_[i + std::countr_zero(up)], words_[j - std::countr_zero(down)]);
       up = without_first(up);
-      down = without_last(down);
+      down = without_first(down);
     }
   }
 
@@ -138,7 +152,7 @@ class WordSteps {
   static void pass_by(std::int64_t& i, std::int64_t& j, Mask up, Mask down,
                       std::int64_t all) noexcept {
     i += up != 0 ? std::countr_zero(up) : all;
-    j -= down != 0 ? std::countl_zero(down) : all;
+    j -= down != 0 ? std::countr_zero(down) : all;
   }
 
   // The same for what is left between, at most one block: each side's stops are
@@ -146,26 +160,24 @@ class WordSteps {
   std::pair<std::int64_t, std::int64_t> exchange_last(std::int64_t i, std::int64_t j,
                                                       Limits limits) noexcept {
     const std::int64_t count = j - i + 1;
-    const Mask all = count == 0 ? 0 : ~Mask{0} >> (block - count);
-    Mask up = ~below_of(count, i, limits.from) & all;
-    Mask down = below_of(count, i, limits.beyond) & all;
-    std::int64_t low = -1;      // the last exchanged, where the other
-    std::int64_t high = count;  // scan would stop
+    Mask up = not_below(i, count, limits.from);
+    Mask down = below(j, count, limits.beyond);
+    std::int64_t last_a = i - 1;  // the last exchanged,
+    std::int64_t last_b = j + 1;  // where the other scan would stop
     while (up != 0 && down != 0) {
-      const std::int64_t a = std::countr_zero(up);
-      const std::int64_t b = 63 - std::countl_zero(down);
+      const std::int64_t a = i + std::countr_zero(up);
+      const std::int64_t b = j - std::countr_zero(down);
       if (a > b) break;
       up = without_first(up);
-      down = without_last(down);
+      down = without_first(down);
       if (a == b) break;  // an equal of the pivot, exchanged with itself
-      std::swap(words_[i + a], words_[i + b]);
-      low = a;
-      high = b;
+      std::swap(words_[a], words_[b]);
+      last_a = a;
+      last_b = b;
     }
-    const std::int64_t a = up != 0 ? std::min<std::int64_t>(std::countr_zero(up), high) : high;
-    const std::int64_t b =
-        down != 0 ? std::max<std::int64_t>(63 - std::countl_zero(down), low) : low;
-    return {i + a, i + b};
+    if (up != 0) last_b = std::min<std::int64_t>(i + std::countr_zero(up), last_b);
+    if (down != 0) last_a = std::max<std::int64_t>(j - std::countr_zero(down), last_a);
+    return {last_b, last_a};
   }
 
   Word* words_;

@@ -12,12 +12,22 @@ namespace orv2_geo::sorting {
 /// How many words are looked at in one go.
 inline constexpr int words_at_once = 16;
 
-/// Bit k: words[k] is below the limit, k from 0 to 15. The words are below 2^63,
-/// the limit at most that.
+/// The words are below 2^63, the limit at most that. Of 16 words from this one on,
+/// bit k: whether words[k] is below the limit.
 inline std::uint64_t words_below_one_by_one(const std::uint64_t* words,
                                             std::uint64_t limit) noexcept {
   std::uint64_t below = 0;
   for (int k = words_at_once - 1; k >= 0; --k) {
+    below = 2 * below + static_cast<std::uint64_t>(words[k] < limit);
+  }
+  return below;
+}
+
+/// The same from the last of them on: bit k is for words[15 - k].
+inline std::uint64_t words_below_one_by_one_backwards(const std::uint64_t* words,
+                                                      std::uint64_t limit) noexcept {
+  std::uint64_t below = 0;
+  for (int k = 0; k < words_at_once; ++k) {
     below = 2 * below + static_cast<std::uint64_t>(words[k] < limit);
   }
   return below;
@@ -31,31 +41,55 @@ namespace vectors {
 inline __m128i differences_of_2(const std::uint64_t* words, __m128i limits) noexcept {
   return _mm_sub_epi64(_mm_loadu_si128(reinterpret_cast<const __m128i*>(words)), limits);
 }
-// The upper halves, with the signs; packing with saturation keeps signs.
-inline __m128i signs_of_4(const std::uint64_t* words, __m128i limits) noexcept {
-  constexpr int odd_halves = 0xdd;
-  return _mm_castps_si128(_mm_shuffle_ps(_mm_castsi128_ps(differences_of_2(words, limits)),
-                                         _mm_castsi128_ps(differences_of_2(words + 2, limits)),
-                                         odd_halves));
+
+// Two times two words' upper halves, which hold the signs.
+template <int halves>
+__m128i signs_of_4(__m128i first, __m128i second) noexcept {
+  return _mm_castps_si128(
+      _mm_shuffle_ps(_mm_castsi128_ps(first), _mm_castsi128_ps(second), halves));
 }
-inline __m128i signs_of_8(const std::uint64_t* words, __m128i limits) noexcept {
-  return _mm_packs_epi32(signs_of_4(words, limits), signs_of_4(words + 4, limits));
+
+// Packing with saturation keeps signs.
+inline std::uint64_t signs_of_16(__m128i a, __m128i b, __m128i c, __m128i d) noexcept {
+  const __m128i signs = _mm_packs_epi16(_mm_packs_epi32(a, b), _mm_packs_epi32(c, d));
+  return static_cast<std::uint32_t>(_mm_movemask_epi8(signs));
 }
+
 inline std::uint64_t words_below(const std::uint64_t* words, std::uint64_t limit) noexcept {
   const __m128i limits = _mm_set1_epi64x(static_cast<std::int64_t>(limit));
-  const __m128i signs = _mm_packs_epi16(signs_of_8(words, limits), signs_of_8(words + 8, limits));
-  return static_cast<std::uint32_t>(_mm_movemask_epi8(signs));
+  const auto signs = [&](int k) {
+    constexpr int odd_halves = 0xdd;
+    return signs_of_4<odd_halves>(differences_of_2(words + k, limits),
+                                  differences_of_2(words + k + 2, limits));
+  };
+  return signs_of_16(signs(0), signs(4), signs(8), signs(12));
+}
+
+inline std::uint64_t words_below_backwards(const std::uint64_t* words,
+                                           std::uint64_t limit) noexcept {
+  const __m128i limits = _mm_set1_epi64x(static_cast<std::int64_t>(limit));
+  const auto signs = [&](int k) {
+    constexpr int odd_halves_backwards = 0x77;
+    return signs_of_4<odd_halves_backwards>(differences_of_2(words + k + 2, limits),
+                                            differences_of_2(words + k, limits));
+  };
+  return signs_of_16(signs(12), signs(8), signs(4), signs(0));
 }
 
 }  // namespace vectors
 
 using vectors::words_below;
+using vectors::words_below_backwards;
 
 #else
 
-/// The same, two words at a time where the machine can.
+/// The same, several words at a time where the machine can.
 inline std::uint64_t words_below(const std::uint64_t* words, std::uint64_t limit) noexcept {
   return words_below_one_by_one(words, limit);
+}
+inline std::uint64_t words_below_backwards(const std::uint64_t* words,
+                                           std::uint64_t limit) noexcept {
+  return words_below_one_by_one_backwards(words, limit);
 }
 
 #endif
