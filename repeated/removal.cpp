@@ -57,6 +57,7 @@ class Flagged {
     repeated::ask_for(Indice_, p);
     repeated::ask_for(Repetido_, p);
   }
+  void ahead_near(std::int32_t) const noexcept {}
   std::int32_t found() const noexcept { return cluster_; }
 
  private:

@@ -77,6 +77,7 @@ class Survivors : public Rule {
   }
   void placed(std::int32_t, std::int32_t) const noexcept {}
   void ahead(std::int32_t) const noexcept {}
+  void ahead_near(std::int32_t) const noexcept {}
   std::int32_t found() const noexcept { return found_; }
 
  private:
@@ -114,6 +115,9 @@ class Representatives : public Rule {
   }
   void placed(std::int32_t, std::int32_t) const noexcept {}
   void ahead(std::int32_t) const noexcept {}
+  [[gnu::always_inline]] void ahead_near(std::int32_t p) const noexcept {
+    __builtin_prefetch(stands_for_ + p, 1);
+  }
   std::int32_t found() const noexcept { return found_; }
 
  private:

@@ -14,45 +14,50 @@ namespace {
 
 std::uint64_t number_key(double value) { return closed_up(key_in_span(value)); }
 
+bool is_in_span(double value) { return value >= lowest_in_span && value < beyond_span; }  // no NaN
+
 // As many words are packed together.
 constexpr std::size_t stretch = 64;
 using Stretch = std::array<std::uint64_t, stretch>;
 
-// The words of values that are not negative where a multiplication tells their
-// keys, which is so for coordinates with few decimals. Says whether it does: the
-// product is off by a sixteenth at most, so that the number next to it is the key
-// when it is not half of one away. No branch, and no conversion: adding 2^52
-// leaves a double below that without a fraction, and with its whole number in the
-// lowest bits.
+// As a number without a sign: positive doubles compare like their bits.
+std::uint64_t bits(double value) { return std::bit_cast<std::uint64_t>(value); }
+
+// The words of values from zero on where a multiplication tells their keys, which
+// is so for coordinates with few decimals. Says whether it does: the product is off
+// by a sixteenth at most, so that the number next to it is the key when it is not
+// half of one away. No branch, and no conversion: adding 2^52 leaves a double below
+// that without a fraction, and with its whole number in the lowest bits.
 bool multiply_keys(const Packing& packing, std::span<const double, stretch> values,
                    std::size_t first, std::uint64_t* words) {
   constexpr double two_to_52 = 4503599627370496.0;
-  constexpr auto limit = std::bit_cast<std::uint64_t>(0.375);
-  std::uint64_t over = 0;
+  std::uint64_t refused = 0;  // the highest bit: something beyond its limit
   for (std::size_t k = 0; k < stretch; ++k) {
-    const double product = (values[k] + offset_from_zero) * 1e6;
+    const double sum = values[k] + offset_from_zero;
+    const double product = sum * 1e6;
     const double whole = product + two_to_52;
     const double rest = product - (whole - two_to_52);
-    over |= limit - std::bit_cast<std::uint64_t>(std::abs(rest));
-    over |= std::bit_cast<std::uint64_t>(values[k]);  // the sign
-    const std::uint64_t key =
-        std::bit_cast<std::uint64_t>(whole) - std::bit_cast<std::uint64_t>(two_to_52);
-    words[k] = packing.pack(key, first + k);
+    refused |= bits(values[k]) | (bits(beyond_span + offset_from_zero) - bits(sum)) |
+               (bits(0.375) - bits(std::abs(rest)));
+    words[k] = packing.pack(bits(whole) - bits(two_to_52), first + k);
   }
-  return over >> 63 == 0;
+  return refused >> 63 == 0;
 }
 
-// Packs a stretch from the value `first` on, or what is left; how many.
-std::size_t pack(const Packing& packing, std::span<const double> values, std::size_t first,
-                 std::uint64_t* words) {
-  values = values.subspan(first, std::min(stretch, values.size() - first));
-  if (values.size() == stretch && multiply_keys(packing, values.first<stretch>(), first, words)) {
-    return stretch;
+// Packs a stretch from the value `first` on, or what is left. False when one has no
+// key.
+bool pack(const Packing& packing, std::span<const double> values, std::size_t first,
+          std::span<std::uint64_t> words) {
+  values = values.subspan(first, words.size());
+  if (values.size() == stretch &&
+      multiply_keys(packing, values.first<stretch>(), first, words.data())) {
+    return true;
   }
   for (std::size_t k = 0; k < values.size(); ++k) {
+    if (!is_in_span(values[k])) return false;
     words[k] = packing.pack(number_key(values[k]), first + k);
   }
-  return values.size();
+  return true;
 }
 
 }  // namespace
@@ -80,18 +85,20 @@ std::optional<PackedDoubles> PackedDoubles::of(std::span<const double> values) {
 
 PackedDoubles::PackedDoubles(const Packing& packing, std::span<const double> values)
     : packing_(packing), scratch_(values.size()) {
-  for (std::size_t first = 0; first < values.size(); first += stretch) {
-    pack(packing_, values, first, scratch_.words().data() + first);
+  const std::span<std::uint64_t> words = scratch_.words();
+  for (std::size_t first = 0; first < words.size(); first += stretch) {
+    pack(packing_, values, first, words.subspan(first, std::min(stretch, words.size() - first)));
   }
 }
 
 bool PackedDoubles::are_of(std::span<const double> values) noexcept {
   const std::span<const std::uint64_t> words = scratch_.words();
-  if (values.size() != words.size() || !extremes_in_span(values)) return false;
+  if (values.size() != words.size()) return false;
   Stretch again;
-  for (std::size_t first = 0; first < values.size(); first += stretch) {
-    const std::size_t count = pack(packing_, values, first, again.data());
-    if (!std::equal(again.begin(), again.begin() + count, words.begin() + first)) return false;
+  for (std::size_t first = 0; first < words.size(); first += stretch) {
+    const std::span now = std::span(again).first(std::min(stretch, words.size() - first));
+    if (!pack(packing_, values, first, now)) return false;
+    if (!std::equal(now.begin(), now.end(), words.begin() + first)) return false;
   }
   return true;
 }
