@@ -155,21 +155,23 @@ void number_survivors(LongArray& representatives, LongArray& list) {
   std::fill(listed + found + 1, listed + points + 1, 0);
 }
 
-// The new number of the survivor that stands for p in the end. All on the way to
-// it get the number too, so that no way is gone twice.
-std::int32_t new_number_of(std::int32_t p, std::int32_t* entries) {
+// The entry of the survivor that stands for p in the end. All on the way to it get
+// the same, so that no way is gone twice.
+std::int32_t entry_in_the_end(std::int32_t p, std::int32_t* entries) {
   std::int32_t survivor = p;
   while (entries[survivor] > 0) survivor = entries[survivor];
   const std::int32_t entry = entries[survivor];
   while (entries[p] > 0) p = std::exchange(entries[p], entry);
-  return -entry;
+  return entry;
 }
 
 // The new numbers of the first nPtos points, 0 for those not met.
 void number_points(std::int32_t nPtos, LongArray& representatives, LongArray& IndiceGeneral) {
   std::int32_t* const entries = representatives.data();
   for (const std::int32_t p : counted(1, std::min(nPtos, representatives.upper()))) {
-    IndiceGeneral(p) = entries[p] == not_met ? 0 : new_number_of(p, entries);
+    std::int32_t entry = entries[p];
+    if (entry > 0) entry = entry_in_the_end(p, entries);
+    IndiceGeneral(p) = entry == not_met ? 0 : -entry;
   }
 }
 
