@@ -91,8 +91,7 @@ class Survivors : public Rule {
 template <class Rule>
 class Representatives : public Rule {
  public:
-  explicit Representatives(LongArray& Representante) noexcept
-      : stands_for_(Representante.data()) {}
+  explicit Representatives(LongArray& Representante) noexcept : stands_for_(Representante.data()) {}
 
   template <class Points>
   void first(std::int32_t p, const Points& points) {

@@ -65,7 +65,8 @@ bool sort_at_once(DoubleArray& DoubleA, std::int32_t upper) try {
   const auto whole_key = [](double value) {
     return static_cast<std::uint64_t>(sorting::key_in_span(value));
   };
-  const Packing packing(whole_key(found->lowest), whole_key(found->highest), 1);  // without positions
+  const Packing packing(whole_key(found->lowest), whole_key(found->highest),
+                        1);  // without positions
   std::vector<std::uint64_t> words(values.size());
   std::vector<std::uint64_t> spare(values.size());
   std::transform(values.begin(), values.end(), words.begin(),

@@ -105,7 +105,8 @@ bool PackedDoubles::are_of(std::span<const double> values) noexcept {
 
 void PackedDoubles::write_order(std::span<std::int32_t> numbers) noexcept {
   // Positions are written where the numbers from 1 are to stand.
-  scratch_.order_words(packing_, 1, {reinterpret_cast<std::uint32_t*>(numbers.data()), numbers.size()});
+  scratch_.order_words(packing_, 1,
+                       {reinterpret_cast<std::uint32_t*>(numbers.data()), numbers.size()});
   for (std::int32_t& number : numbers) ++number;
 }
 

@@ -23,9 +23,7 @@ struct Packing {
   std::uint64_t number(std::uint64_t word) const noexcept {
     return (word >> position_bits) + lowest;
   }
-  std::uint64_t position_mask() const noexcept {
-    return (std::uint64_t{1} << position_bits) - 1;
-  }
+  std::uint64_t position_mask() const noexcept { return (std::uint64_t{1} << position_bits) - 1; }
   std::uint32_t position(std::uint64_t word) const noexcept {
     return static_cast<std::uint32_t>(word & position_mask());
   }

@@ -1,0 +1,140 @@
+// cloud.h: the points of a sweep.
+#pragma once
+
+#include <array>
+#include <bit>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
+
+#include "frame/geo_arrays.h"
+#include "repeated/box.h"
+
+namespace orv2_geo::repeated {
+
+/// Asks for an element that is needed soon; harmless where there is none.
+/// Inlined by force, as everything that does no more than this: as a call without
+/// effects it would be left out.
+template <class T>
+[[gnu::always_inline]] inline void ask_for(const GeoArray<T>& array, std::int32_t index) noexcept {
+  __builtin_prefetch(array.row(index, index));
+}
+
+/// How many points ahead.
+inline constexpr std::int32_t steps_ahead = 64;
+
+/// Of elements that are met in the order of `numbers`: asks for that of a place
+/// some steps after i.
+template <class... Arrays>
+[[gnu::always_inline]] inline void ask_ahead(const LongArray& numbers, std::int32_t i,
+                                             std::int32_t last, const Arrays&... arrays) noexcept {
+  if (last - i < steps_ahead) return;
+  const std::int32_t* const number = numbers.row(i + steps_ahead, i + steps_ahead);
+  if (number != nullptr) (ask_for(arrays, *number), ...);
+}
+
+/// The coordinates of the points, and the points in X order. Every subscript is
+/// checked.
+struct Cloud {
+  const DoubleArray& X;
+  const DoubleArray& Y;
+  const DoubleArray& Z;
+  const LongArray& Orden;
+
+  std::int32_t point(std::int32_t i) const { return Orden(i); }
+  double x(std::int32_t p) const { return X(p); }
+  double y(std::int32_t p) const { return Y(p); }
+  double z(std::int32_t p) const { return Z(p); }
+
+  template <class Clusters>
+  void ahead(std::int32_t, const Clusters&) const noexcept {}
+};
+
+/// A cloud of which every subscript was looked at before. In X order the points
+/// stand anywhere in their arrays, so some are asked for ahead of their turn.
+template <bool reads_Z>
+class SoundCloud {
+ public:
+  /// Nothing when a subscript may be beyond its array. The order may have more
+  /// points than the sweep, and each of them may stand anywhere in it.
+  static std::optional<SoundCloud> of(const Cloud& cloud, std::int32_t points) noexcept {
+    const std::int32_t all = cloud.Orden.upper();
+    const SoundCloud sound(cloud, all);
+    if (points > all || sound.order_ == nullptr || sound.x_ == nullptr) return std::nullopt;
+    if (sound.y_ == nullptr || (reads_Z && sound.z_ == nullptr)) return std::nullopt;
+    return sound;
+  }
+
+  std::int32_t point(std::int32_t i) const noexcept { return order_[i - 1]; }
+  double x(std::int32_t p) const noexcept { return x_[p - 1]; }
+  double y(std::int32_t p) const noexcept { return y_[p - 1]; }
+  double z(std::int32_t p) const noexcept { return z_[p - 1]; }
+
+  template <class Clusters>
+  [[gnu::always_inline]] void ahead(std::int32_t i, const Clusters& clusters) const noexcept {
+    if (last_ - i < steps_ahead) return;
+    const std::int32_t p = point(i + steps_ahead);
+    __builtin_prefetch(x_ + (p - 1));
+    ask_beside_x(p);
+    clusters.ahead(p);
+  }
+  [[gnu::always_inline]] void ask_beside_x(std::int32_t p) const noexcept {
+    __builtin_prefetch(y_ + (p - 1));
+    if constexpr (reads_Z) __builtin_prefetch(z_ + (p - 1));
+  }
+
+  /// Whether no bound of a box can overflow and nothing is NaN. X has its keys.
+  bool is_tame(double tolerance) const noexcept {
+    if (!are_tame({&tolerance, 1}) || !are_tame({y_, points()})) return false;
+    return !reads_Z || are_tame({z_, points()});
+  }
+
+ private:
+  // Some at a time, which is a loop without a branch.
+  static bool are_tame(std::span<const double> values) noexcept {
+    constexpr std::size_t some = 16;
+    bool all = true;
+    for (; values.size() >= some; values = values.subspan(some)) {
+      std::uint64_t over = 0;
+      for (std::size_t k = 0; k < some; ++k) over |= is_over(values[k]);
+      if (over != 0) return false;
+    }
+    for (const double value : values) all &= is_over(value) == 0;
+    return all;
+  }
+  // Not 0 for NaN too: a double's size compares like its bits.
+  static std::uint64_t is_over(double value) noexcept {
+    return (std::bit_cast<std::uint64_t>(1e300) - std::bit_cast<std::uint64_t>(std::abs(value))) >>
+           63;
+  }
+  std::size_t points() const noexcept { return static_cast<std::size_t>(last_); }
+
+  SoundCloud(const Cloud& cloud, std::int32_t last) noexcept
+      : order_(cloud.Orden.row(1, last)),
+        x_(cloud.X.row(1, last)),
+        y_(cloud.Y.row(1, last)),
+        z_(cloud.Z.row(1, last)),
+        last_(last) {}
+
+  const std::int32_t* order_;
+  const double* x_;
+  const double* y_;
+  const double* z_;
+  std::int32_t last_;
+};
+
+/// What a box over so many axes compares of a point.
+template <std::size_t axes, class Points>
+Spot<axes> spot(const Points& points, std::int32_t p) {
+  const double x = points.x(p);
+  const double y = points.y(p);
+  if constexpr (axes == 2) {
+    return {x, y};
+  } else {
+    return {x, y, points.z(p)};
+  }
+}
+
+}  // namespace orv2_geo::repeated

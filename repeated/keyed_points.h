@@ -1,0 +1,165 @@
+// keyed_points.h: points in X order with the keys of that order.
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+#include "repeated/progress.h"
+#include "sorting/packed_sort.h"
+
+namespace orv2_geo::repeated {
+
+/// What the distance of two keys tells of the box in X.
+class Reach {
+ public:
+  Reach(double tolerance, const sorting::Packing& packing) noexcept
+      : positions_(packing.position_mask()),
+        beyond_(words(tolerance * millionths + margin, packing.position_bits)),
+        within_(words(tolerance * millionths - margin, packing.position_bits)) {}
+
+  /// Whether the points are surely a tolerance or more apart. Of words in X order:
+  /// their keys never descend, but words of one key may.
+  bool is_beyond(std::uint64_t before, std::uint64_t word) const noexcept {
+    return (word | positions_) - before > beyond_;
+  }
+
+  /// Whether they are surely less apart.
+  bool is_within(std::uint64_t before, std::uint64_t word) const noexcept {
+    return (word | positions_) - before < within_;
+  }
+
+ private:
+  // Keys are whole millionths, half a millionth and a rounding from X. The margin
+  // makes up for that twice, for the rounding of the bounds, for the millionth that
+  // is left out at zero and for the positions below the keys.
+  static constexpr double millionths = 1e6;
+  static constexpr double margin = 8.0;
+
+  // So many keys as words, rounded down to whole ones; no more than the most.
+  static std::uint64_t words(double keys, int position_bits) noexcept {
+    constexpr double most = 1e15;
+    const auto whole = static_cast<std::uint64_t>(std::clamp(keys, 0.0, most));
+    const bool fits = std::bit_width(whole) + position_bits <= 64;
+    return fits ? whole << position_bits : ~std::uint64_t{0};
+  }
+
+  std::uint64_t positions_;
+  std::uint64_t beyond_;
+  std::uint64_t within_;
+};
+
+/// Points that come with their keys, in X order, of coordinates with which nothing
+/// can fail. Of a point out of reach of the one before, and so of that one's anchor
+/// too, nothing is read, and of others no X where the keys tell enough.
+template <class Points>
+class KeyedPoints {
+ public:
+  KeyedPoints(std::span<const std::uint64_t> words, const sorting::Packing& packing,
+              const Points& points, double tolerance) noexcept
+      : words_(words),
+        packing_(packing),
+        points_(points),
+        reach_(tolerance, packing),
+        tolerance_(tolerance) {}
+
+  /// Tells the clusters of each point, see sweep().
+  template <class Clusters>
+  std::int32_t walk(const Progress& progress, Clusters clusters) const {
+    std::size_t anchor = 0;
+    clusters.first(point(anchor), points_);
+    const auto take = [&](std::size_t k, bool is_near) {
+      progress.step(place(k));
+      if (is_near && is_in_box<Clusters::axes>(anchor, k)) {
+        clusters.joined(point(k), points_);
+      } else {
+        anchor = k;
+        clusters.opened(point(k), points_);
+      }
+      clusters.placed(place(k), point(k));
+    };
+    std::array<Places, 2> near;
+    list_near(1, clusters, near[0]);
+    std::size_t k = 1;
+    for (std::size_t turn = 0; k < words_.size(); ++turn) {
+      const std::size_t end = std::min(k + stretch, words_.size());
+      list_near(end, clusters, near[(turn + 1) % 2]);
+      for (const std::size_t n : near[turn % 2].all()) {
+        while (k < n) take(k++, false);
+        take(k++, true);
+      }
+      while (k < end) take(k++, false);
+    }
+    return clusters.found();
+  }
+
+ private:
+  // Points are asked for a stretch ahead of their turn.
+  static constexpr std::size_t stretch = 64;
+
+  // Some places of a stretch, listed without a branch.
+  class Places {
+   public:
+    void clear() noexcept { count_ = 0; }
+    void add_if(bool listed, std::size_t k) noexcept {
+      at_[count_] = k;
+      count_ += static_cast<std::size_t>(listed);
+    }
+    std::span<const std::size_t> all() const noexcept { return {at_.data(), count_}; }
+
+   private:
+    std::array<std::size_t, stretch> at_;
+    std::size_t count_ = 0;
+  };
+
+  std::int32_t point(std::size_t k) const noexcept {
+    return static_cast<std::int32_t>(packing_.position(words_[k])) + 1;
+  }
+  // Places in the order count from 1.
+  static std::int32_t place(std::size_t k) noexcept { return static_cast<std::int32_t>(k + 1); }
+
+  // The points in reach of the one before; asks for what will be read of them.
+  template <class Clusters>
+  [[gnu::always_inline]] void list_near(std::size_t start, const Clusters& clusters,
+                                        Places& near) const noexcept {
+    near.clear();
+    const std::size_t end = std::min(start + stretch, words_.size());
+    for (std::size_t k = start; k < end; ++k) {
+      clusters.ahead(point(k));
+      near.add_if(!reach_.is_beyond(words_[k - 1], words_[k]), k);
+    }
+    for (const std::size_t k : near.all()) {
+      points_.ask_beside_x(point(k - 1));
+      points_.ask_beside_x(point(k));
+      clusters.ahead_near(point(k));
+    }
+  }
+
+  // Whether the box of one holds another. Nothing can fail, and there is no branch:
+  // it is a matter of chance.
+  template <std::size_t axes>
+  bool is_in_box(std::size_t anchor, std::size_t k) const noexcept {
+    const std::int32_t a = point(anchor);
+    const std::int32_t p = point(k);
+    bool inside = is_between(points_.y(a), points_.y(p));
+    if constexpr (axes == 3) inside &= is_between(points_.z(a), points_.z(p));
+    if (reach_.is_within(words_[anchor], words_[k])) return inside;
+    return inside && is_between(points_.x(a), points_.x(p));
+  }
+  bool is_between(double anchor, double at) const noexcept {
+    const bool above = anchor - tolerance_ < at;
+    const bool below = at < anchor + tolerance_;
+    return above & below;
+  }
+
+  std::span<const std::uint64_t> words_;
+  const sorting::Packing& packing_;
+  const Points& points_;
+  Reach reach_;
+  double tolerance_;
+};
+
+}  // namespace orv2_geo::repeated
