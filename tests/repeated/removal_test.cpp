@@ -219,7 +219,7 @@ void expect_as_restated(const PointList& list, double Precision, restated::Bar b
   bar.writes = 0;
   progress.object->written.clear();
   restated::Flagged flags;
-  restated::flag(flags, list.nPtos, row_of(list.X), row_of(list.Y), Precision, bar);
+  restated::flag(flags, list.nPtos, row_of(list.X), row_of(list.Y), row_of(list.Z), Precision, bar);
   const IndexOutcome of = run(flagging, list, Precision, progress.reference);
   EXPECT_EQ(of.box, boxed(title_2, flags.number));
   EXPECT_EQ(of.nNuevos, flags.nNuevos);

@@ -107,17 +107,27 @@ inline bool near(double a, double tol, double at) {
 
 inline double tolerance(double Precision) { return Precision == 0.0 ? 0.0002 : Precision; }
 
+/// What a host does to its coordinates while its indicator is set up.
+struct Change {
+  int axis = -1;  // 0, 1, 2
+  int point = 0;
+  double value = 0.0;
+};
+
 /// `fails_at`: the write of a property that fails with `failure`; 0 for none.
 struct Bar {
   int fails_at = 0;
   int failure = 438;
+  Change change;
   int writes = 0;
   void write() {
     if (++writes == fails_at) throw Stopped{failure};
   }
-  void start(int nPtos) {
+  void start(int nPtos, Doubles& X, Doubles& Y, Doubles& Z) {
     if (nPtos == 0) throw Stopped{11};
     write(), write(), write();
+    Doubles* const axes[] = {&X, &Y, &Z};
+    if (change.axis >= 0) (*axes[change.axis])(change.point) = change.value;
   }
 };
 
@@ -134,7 +144,7 @@ inline Index ordered_in_X(int nPtos, Doubles X, Doubles Y, Doubles Z, double Pre
     Orden.size(nPtos), Elegidos.size(nPtos), out.Indice.size(nPtos);
     Orden = order_in_X(X, nPtos);
     const double tol = tolerance(Precision);
-    bar.start(nPtos);
+    bar.start(nPtos, X, Y, Z);
     int c = 1;
     Elegidos(1) = Orden(1);
     int survivor = Orden(1);
@@ -184,7 +194,7 @@ inline Renumbered renumbered(bool all_axes, int nPtos, Doubles X, Doubles Y, Dou
     out.Repetido.size(nPtos);
     Orden = order_in_X(X, nPtos);
     const double tol = tolerance(Precision);
-    bar.start(nPtos);
+    bar.start(nPtos, X, Y, Z);
     int c = 1;
     int survivor = Orden(1);
     Elegidos(1) = survivor;
@@ -237,13 +247,14 @@ struct Flagged {
   Flags Repetido;
 };
 
-inline void flag(Flagged& out, int nPtos, Doubles X, Doubles Y, double Precision, Bar bar) {
+inline void flag(Flagged& out, int nPtos, Doubles X, Doubles Y, Doubles Z, double Precision,
+                 Bar bar) {
   try {
     Longs Orden;
     Orden.size(nPtos), out.Secuencia.size(nPtos), out.Indice.size(nPtos), out.Repetido.size(nPtos);
     Orden = order_in_X(X, nPtos);
     const double tol = tolerance(Precision);
-    bar.start(nPtos);
+    bar.start(nPtos, X, Y, Z);
     out.Secuencia(1) = Orden(1);
     out.Indice(Orden(1)) = 1;
     int c = 1;
@@ -305,7 +316,7 @@ inline Removed removed(int nPtos, const Doubles& X, const Doubles& Y, const Doub
     Flagged helper;
     helper.nNuevos = 0;
     helper.Secuencia.size(nPtos), helper.Repetido.size(nPtos);
-    flag(helper, nPtos, copy_X, copy_Y, Precision, bar);
+    flag(helper, nPtos, copy_X, copy_Y, copy_Z, Precision, bar);
     out.number = helper.number;
     out.Indice = helper.Indice;
     int j = 0;

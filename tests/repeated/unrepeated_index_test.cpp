@@ -240,31 +240,48 @@ TEST(UnrepeatedIndex, OneVariableGivenTwice) {
 
 // ---- Against the steps restated --------------------------------------------
 
+// An indicator that does to the points what the bar of the restatement does.
+ObjectRef indicator_of(const restated::Bar& bar, PointList& list) {
+  const Indicator progress;
+  progress.object->on_write = [&list, bar](std::size_t n) {
+    if (static_cast<int>(n) == bar.fails_at) raise(bar.failure);
+    DoubleArray* const axes[] = {&list.X, &list.Y, &list.Z};
+    if (n == 3 && bar.change.axis >= 0) {
+      (*axes[bar.change.axis])(bar.change.point) = bar.change.value;
+    }
+  };
+  return progress.reference;
+}
+
 void expect_as_restated(const PointList& list, double Precision, restated::Bar bar) {
   using restated::row_of;
   const auto x = row_of(list.X), y = row_of(list.Y), z = row_of(list.Z);
-  const auto indicator = [&] {
-    Indicator progress;
-    progress.object->on_write = [=](std::size_t n) {
-      if (static_cast<int>(n) == bar.fails_at) raise(bar.failure);
-    };
-    return progress.reference;
-  };
   const restated::Index expected = restated::ordered_in_X(list.nPtos, x, y, z, Precision, bar);
-  const IndexOutcome out = in_X(list, Precision, indicator());
+  PointList own = list;
+  const IndexOutcome out = in_X(own, Precision, indicator_of(bar, own));
   EXPECT_EQ(out.box, boxed(title_in_X, expected.number));
   EXPECT_EQ(out.nNuevos, expected.nNuevos);
   EXPECT_TRUE(row_of(out.first) == expected.Indice);
   for (const Renumbering routine : {highest, all_axes}) {
     const restated::Renumbered renumbered =
         restated::renumbered(routine == all_axes, list.nPtos, x, y, z, Precision, bar);
-    const IndexOutcome of = run(routine, list, Precision, indicator());
+    own = list;
+    const IndexOutcome of = run(routine, own, Precision, indicator_of(bar, own));
     EXPECT_EQ(of.box, boxed(routine == all_axes ? title_2D : title_2, renumbered.number));
     EXPECT_EQ(of.nNuevos, renumbered.nNuevos);
     EXPECT_TRUE(row_of(of.first) == renumbered.IndiceNuevos);
     EXPECT_TRUE(row_of(of.second) == renumbered.IndiceGeneral);
     EXPECT_TRUE(row_of(of.Repetido) == renumbered.Repetido);
   }
+  restated::Flagged flags;
+  restated::flag(flags, list.nPtos, x, y, z, Precision, bar);
+  own = list;
+  const IndexOutcome of = run(flagging, own, Precision, indicator_of(bar, own));
+  EXPECT_EQ(of.box, boxed(title_2, flags.number));
+  EXPECT_EQ(of.nNuevos, flags.nNuevos);
+  EXPECT_TRUE(row_of(of.first) == flags.Secuencia);
+  EXPECT_TRUE(row_of(of.second) == flags.Indice);
+  EXPECT_TRUE(row_of(of.Repetido) == flags.Repetido);
 }
 
 TEST(UnrepeatedIndex, AnyPointsAsRestated) {
@@ -275,6 +292,58 @@ TEST(UnrepeatedIndex, AnyPointsAsRestated) {
     const std::size_t count = 1 + numbers.below(round % 50 == 0 ? 2500 : 40);
     const PointList list(any_points(numbers, count, units[numbers.below(3)]));
     expect_as_restated(list, precisions[numbers.below(7)], {});
+    if (HasFailure()) FAIL() << "round " << round;
+  }
+}
+
+// Distances and tolerances about those at which keys, whole millionths, stop
+// telling which point is in the box; far points, beside which nothing is told.
+TEST(UnrepeatedIndex, AnyToleranceAsRestated) {
+  Numbers numbers(75);
+  const double units[] = {1e-7, 1e-6, 3e-6, 1e-5, 0.001, 1e4, 1e7};
+  const double tolerances[] = {1e-300, 1e-9, 0.5, 1.0, 1.5, 6.0,  7.0,  8.0,
+                               9.0,    10.0, 100, 1e3, 1e9, 1e12, 1e300};
+  for (int round = 0; round < 6000; ++round) {
+    const double unit = units[numbers.below(7)];
+    const std::size_t count = 1 + numbers.below(round % 50 == 0 ? 1000 : 60);
+    const double origin = numbers.below(2) == 0 ? 0.0 : 435000.0;
+    std::vector<Point> points;
+    const auto at = [&](double span) {
+      const double steps = std::floor(numbers.between(-span, span));
+      return steps * unit + (numbers.below(3) == 0 ? numbers.between(-1e-6, 1e-6) : 0.0);
+    };
+    while (points.size() < count) points.push_back({origin + at(9.0), at(3.0), at(2.0)});
+    double Precision = tolerances[numbers.below(15)] * (numbers.below(2) == 0 ? unit : 1e-6);
+    if (numbers.below(20) == 0) Precision = -Precision;
+    expect_as_restated(PointList(points), Precision, {});
+    if (HasFailure()) FAIL() << "round " << round << ", " << Precision << " of " << unit;
+  }
+}
+
+// What the host does to the coordinates while its indicator is set up counts for
+// the boxes and no longer for the order.
+TEST(UnrepeatedIndex, WhatTheHostChangesMeanwhileAsRestated) {
+  Numbers numbers(76);
+  const double nan = std::numeric_limits<double>::quiet_NaN();
+  const double far[] = {nan, 1e299, 1e301, -1e301, 1e12, -7e8, 699999999.9999999};
+  for (int round = 0; round < 6000; ++round) {
+    const std::size_t count = 1 + numbers.below(round % 100 == 0 ? 1000 : 40);
+    PointList list(any_points(numbers, count, 0.5));
+    const auto any_point = [&] { return static_cast<std::int32_t>(1 + numbers.below(count)); };
+    restated::Bar bar;
+    bar.change.axis = static_cast<int>(numbers.below(3));
+    bar.change.point = any_point();
+    DoubleArray* const axes[] = {&list.X, &list.Y, &list.Z};
+    DoubleArray& axis = *axes[bar.change.axis];
+    const double before = axis(bar.change.point);
+    switch (numbers.below(5)) {
+      case 0: bar.change.value = far[numbers.below(7)]; break;
+      case 1: bar.change.value = axis(any_point()); break;
+      case 2: bar.change.value = before + 1e-8; break;
+      case 3: bar.change.value = before + numbers.between(-1.0, 1.0); break;
+      default: bar.change.value = -before;
+    }
+    expect_as_restated(list, numbers.below(2) == 0 ? 0.5 : 0.0, bar);
     if (HasFailure()) FAIL() << "round " << round;
   }
 }

@@ -1,0 +1,294 @@
+// Packed words: which are below a limit, the algorithm on them, the other ways to
+// the same order, and doubles as words.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <numeric>
+#include <vector>
+
+#include "sorting/double_keys.h"
+#include "sorting/mOrdena.h"
+#include "sorting/packed_doubles.h"
+#include "sorting/run_words.h"
+#include "sorting/scratch.h"
+#include "sorting/words_below.h"
+#include "tests/sorting/restated_kernel.h"
+#include "tests/support/expect_failure.h"
+#include "tests/support/refused_memory.h"
+
+namespace orv2_geo {
+namespace {
+
+using sorting::PackedDoubles;
+using sorting::Packing;
+using sorting::words_around;
+using testing_support::Elements;
+using testing_support::Numbers;
+using testing_support::RefusedAllocation;
+using testing_support::sort_by_restated_steps;
+
+using Words = std::vector<std::uint64_t>;
+
+// ---- Words below a limit ---------------------------------------------------
+
+void expect_words_below(const Words& words, std::uint64_t limit) {
+  std::uint64_t upwards = 0;
+  std::uint64_t downwards = 0;
+  for (std::size_t k = 0; k < 16; ++k) {
+    const std::uint64_t below = words[k] < limit ? 1 : 0;
+    upwards |= below << k;
+    downwards |= below << (15 - k);
+  }
+  ASSERT_EQ(sorting::words_below(words.data(), limit), upwards);
+  ASSERT_EQ(sorting::words_below_backwards(words.data(), limit), downwards);
+  ASSERT_EQ(sorting::words_below_one_by_one(words.data(), limit), upwards);
+  ASSERT_EQ(sorting::words_below_one_by_one_backwards(words.data(), limit), downwards);
+}
+
+TEST(WordsBelow, AnyWordsAndTheEndsOfTheirRange) {
+  Numbers numbers(91);
+  constexpr std::uint64_t beyond = std::uint64_t{1} << 63;
+  const std::uint64_t ends[] = {0, 1, 0xffffffff, 0x100000000, beyond / 2, beyond - 2, beyond - 1};
+  for (int round = 0; round < 20000; ++round) {
+    const std::uint64_t range = round % 3 == 0 ? 4 : beyond;
+    Words words(16);
+    for (std::uint64_t& word : words) {
+      word = numbers.below(4) == 0 ? ends[numbers.below(7)] : numbers.below(range);
+    }
+    expect_words_below(words, numbers.below(range) + 1);
+    expect_words_below(words, words[numbers.below(16)]);
+    expect_words_below(words, numbers.below(2) == 0 ? beyond : 0);
+    if (HasFatalFailure()) return;
+  }
+}
+
+// ---- The order of equal numbers --------------------------------------------
+
+// The positions of the numbers in the order in which the steps leave them.
+std::vector<std::uint32_t> restated_order(const std::vector<std::uint64_t>& keys,
+                                          std::int64_t first) {
+  Elements elements{first, std::vector<std::int64_t>(keys.size())};
+  std::iota(elements.values.begin(), elements.values.end(), 0);
+  const auto key = [&](std::int64_t element) { return keys[static_cast<std::size_t>(element)]; };
+  const auto order = [&](std::int64_t a, std::int64_t b) {
+    return key(a) < key(b) ? -1 : key(a) > key(b) ? 1 : 0;
+  };
+  sort_by_restated_steps(elements, order, first,
+                         first + static_cast<std::int64_t>(keys.size()) - 1);
+  return {elements.values.begin(), elements.values.end()};
+}
+
+Packing packing_of(const std::vector<std::uint64_t>& keys) {
+  const auto [lowest, highest] = std::minmax_element(keys.begin(), keys.end());
+  return {*lowest, *highest, keys.size()};
+}
+
+sorting::Scratch packed(const Packing& packing, const std::vector<std::uint64_t>& keys) {
+  sorting::Scratch scratch(keys.size());
+  for (std::size_t p = 0; p < keys.size(); ++p) scratch.words()[p] = packing.pack(keys[p], p);
+  return scratch;
+}
+
+std::vector<std::uint32_t> order_of(const std::vector<std::uint64_t>& keys, std::int64_t first) {
+  const Packing packing = packing_of(keys);
+  std::vector<std::uint32_t> order(keys.size());
+  packed(packing, keys).order_words(packing, first, order);
+  return order;
+}
+
+std::vector<std::uint64_t> random_keys(Numbers& numbers, std::size_t n, std::uint64_t different) {
+  std::vector<std::uint64_t> keys(n);
+  for (std::uint64_t& key : keys) key = 1000 + numbers.below(different);
+  return keys;
+}
+
+TEST(RunWords, TheOrderOfTheStepsAndNothingAround) {
+  Numbers numbers(92);
+  constexpr std::uint64_t mark = 0x1234567890abcdefU;
+  for (int round = 0; round < 4000; ++round) {
+    const std::size_t n = 1 + numbers.below(round % 100 == 0 ? 5000 : round % 2 == 0 ? 300 : 20);
+    // In between, numbers that leave the words no bit to spare.
+    auto keys = random_keys(numbers, n, 1 + numbers.below(round % 3 == 0 ? 4 : 2 * n));
+    if (round % 5 == 0) keys[numbers.below(n)] = 0;
+    const Packing narrow = packing_of(keys);
+    if (round % 5 == 0) {
+      const std::uint64_t most = (std::uint64_t{1} << (63 - narrow.position_bits)) - 1;
+      keys[numbers.below(n)] = most;
+      keys[numbers.below(n)] = most;
+      keys[numbers.below(n)] = 0;
+    }
+    const Packing packing = packing_of(keys);
+    ASSERT_TRUE(packing.fits());
+    const std::int64_t first = static_cast<std::int64_t>(numbers.below(40)) - 20;
+    Words all(n + 2 * words_around, mark);
+    const std::span words = std::span(all).subspan(words_around, n);
+    for (std::size_t p = 0; p < n; ++p) words[p] = packing.pack(keys[p], p);
+    ASSERT_TRUE(sorting::run_words(packing, words, first, 1'000'000'000));
+    std::vector<std::uint32_t> order(n);
+    std::transform(words.begin(), words.end(), order.begin(),
+                   [&](std::uint64_t word) { return packing.position(word); });
+    ASSERT_EQ(order, restated_order(keys, first)) << n;
+    for (std::size_t k = 0; k < words_around; ++k) {
+      ASSERT_EQ(all[k], mark);
+      ASSERT_EQ(all[words_around + n + k], mark);
+    }
+  }
+}
+
+TEST(RunWords, WhereTheStepsAreNotEnoughTheWordsAreStillThere) {
+  Numbers numbers(93);
+  const auto keys = random_keys(numbers, 1000, 300);
+  const Packing packing = packing_of(keys);
+  sorting::Scratch scratch = packed(packing, keys);
+  const Words before(scratch.words().begin(), scratch.words().end());
+  EXPECT_FALSE(sorting::run_words(packing, scratch.words(), 1, 3000));
+  Words after(scratch.words().begin(), scratch.words().end());
+  EXPECT_NE(after, before);
+  std::sort(after.begin(), after.end());
+  Words sorted = before;
+  std::sort(sorted.begin(), sorted.end());
+  EXPECT_EQ(after, sorted);
+}
+
+// On these the median of three is always one of the smallest, until the last
+// `equal` numbers, which are one number: two elements leave at each partition.
+std::vector<std::uint64_t> killer_of(std::size_t n, std::size_t equal) {
+  std::vector<std::size_t> place(n);
+  std::iota(place.begin(), place.end(), 0U);
+  std::vector<std::uint64_t> keys(n, n);
+  std::uint64_t next = 0;
+  for (std::size_t lo = 0; lo + std::max<std::size_t>(equal, 9) <= n; lo += 2) {
+    std::swap(place[(lo + n - 1 + 2) / 2 - 1], place[lo + 1]);
+    keys[place[lo]] = next++;
+    keys[place[lo + 1]] = next++;
+  }
+  return keys;
+}
+
+TEST(OrderWords, AKillerWithTiesTakesAnotherWayToTheSameOrder) {
+  const auto keys = killer_of(6000, 1500);
+  const Packing packing = packing_of(keys);
+  sorting::Scratch scratch = packed(packing, keys);
+  const Words before(scratch.words().begin(), scratch.words().end());
+  ASSERT_TRUE(sorting::seem_tied(packing, scratch.words()));
+  EXPECT_FALSE(scratch.sort_words(packing, 1));
+  EXPECT_EQ(Words(scratch.words().begin(), scratch.words().end()), before);
+  EXPECT_EQ(order_of(keys, 1), restated_order(keys, 1));
+}
+
+TEST(OrderWords, WithoutMemoryForTheOtherWayTheStepsAreTaken) {
+  const auto keys = killer_of(3000, 700);
+  const Packing packing = packing_of(keys);
+  sorting::Scratch scratch = packed(packing, keys);
+  std::vector<std::uint32_t> order(keys.size());
+  {
+    const RefusedAllocation refused(0);
+    scratch.order_words(packing, 1, order);
+    ASSERT_TRUE(RefusedAllocation::happened());
+  }
+  EXPECT_EQ(order, restated_order(keys, 1));
+}
+
+TEST(OrderWords, ManyTiesFewTiesAndNone) {
+  Numbers numbers(94);
+  for (const std::uint64_t different : {1ULL, 2ULL, 900ULL, 50000ULL, 20000000ULL, 1ULL << 40}) {
+    for (const std::size_t n : {4096U, 9001U, 40000U}) {
+      const auto keys = random_keys(numbers, n, different);
+      ASSERT_EQ(order_of(keys, 1), restated_order(keys, 1)) << n << " of " << different;
+    }
+  }
+  // One pair of equals, far apart, in what is otherwise all different.
+  auto keys = random_keys(numbers, 30000, 1ULL << 40);
+  keys[29000] = keys[17];
+  EXPECT_EQ(order_of(keys, -5), restated_order(keys, -5));
+}
+
+// ---- Doubles as words ------------------------------------------------------
+
+// With six decimals, with fewer, with more, with a half at the seventh.
+double any_value(Numbers& numbers, std::uint64_t kind) {
+  const double whole = std::floor(numbers.between(0, 7e8 - 1));
+  switch (kind) {
+    case 0: return whole / 1000.0;
+    case 1: return whole / 1000000.0;
+    case 2: return numbers.between(0, 6.9e8);
+    case 3: return whole + (2.0 * std::floor(numbers.between(0, 64)) + 1.0) / 128.0;
+    case 4: return std::floor(numbers.between(-1e8, 6.9e8)) + 0.25;
+    case 5: return -0.0;
+    default: return whole + std::floor(numbers.between(0, 1e6)) / 1e6 + numbers.between(0, 1e-6);
+  }
+}
+
+std::vector<double> any_values(Numbers& numbers) {
+  std::vector<double> values(1 + numbers.below(200));
+  const std::uint64_t usual = numbers.below(7);
+  const bool mixed = numbers.below(3) == 0;
+  for (double& value : values) {
+    value = any_value(numbers, mixed && numbers.below(20) == 0 ? numbers.below(7) : usual);
+  }
+  return values;
+}
+
+TEST(PackedDoubles, EachWordHoldsTheKeyOfItsValue) {
+  Numbers numbers(95);
+  for (int round = 0; round < 20000; ++round) {
+    const std::vector<double> values = any_values(numbers);
+    auto packed = PackedDoubles::of(values);
+    ASSERT_TRUE(packed);
+    for (std::size_t p = 0; p < values.size(); ++p) {
+      const std::uint64_t word = packed->words()[p];
+      ASSERT_EQ(packed->packing().number(word), sorting::closed_up(sorting::key_in_span(values[p])))
+          << std::hexfloat << values[p];
+      ASSERT_EQ(packed->packing().position(word), p);
+    }
+    ASSERT_TRUE(packed->are_of(values));
+  }
+}
+
+TEST(PackedDoubles, ValuesBesideTheSpanHaveNoWords) {
+  constexpr double infinity = std::numeric_limits<double>::infinity();
+  const double beside[] = {700000000.0,
+                           std::nextafter(700000000.0, 0.0),  // its key has ten digits
+                           std::nextafter(-100000000.0, -infinity),
+                           std::numeric_limits<double>::quiet_NaN(),
+                           infinity,
+                           -infinity,
+                           1e12};
+  for (const double value : beside) {
+    for (const std::size_t at : {0U, 70U, 99U}) {
+      std::vector<double> values(100, 435000.125);
+      auto packed = PackedDoubles::of(values);
+      values[at] = value;
+      EXPECT_FALSE(PackedDoubles::of(values)) << value;
+      EXPECT_FALSE(packed->are_of(values)) << value;
+    }
+  }
+  EXPECT_FALSE(PackedDoubles::of({}));
+  // Keys of 49 bits and positions of 17: too long for a word.
+  std::vector<double> wide(100000, -99999999.0);
+  wide[5] = 699999999.0;
+  EXPECT_FALSE(PackedDoubles::of(wide));
+}
+
+TEST(PackedDoubles, AreOfValuesWithTheSameKeysAlone) {
+  std::vector<double> values(150, 435000.125);
+  auto packed = PackedDoubles::of(values);
+  for (const std::size_t at : {0U, 63U, 64U, 149U}) {
+    for (const double changed : {435000.125001, 435000.124999, 435000.0, -435000.125, 1e300}) {
+      std::vector<double> other = values;
+      other[at] = changed;
+      EXPECT_FALSE(packed->are_of(other)) << at << ' ' << changed;
+    }
+    std::vector<double> same = values;
+    same[at] = 435000.1250001;
+    EXPECT_TRUE(packed->are_of(same)) << at;
+  }
+  EXPECT_FALSE(packed->are_of(std::span(values).first(149)));
+  values.push_back(435000.125);
+  EXPECT_FALSE(packed->are_of(values));
+}
+
+}  // namespace
+}  // namespace orv2_geo
