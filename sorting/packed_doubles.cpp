@@ -98,7 +98,7 @@ bool PackedDoubles::are_of(std::span<const double> values) noexcept {
   for (std::size_t first = 0; first < words.size(); first += stretch) {
     const std::span now = std::span(again).first(std::min(stretch, words.size() - first));
     if (!pack(packing_, values, first, now)) return false;
-    if (!std::equal(now.begin(), now.end(), words.begin() + first)) return false;
+    if (!std::ranges::equal(now, words.subspan(first, now.size()))) return false;
   }
   return true;
 }

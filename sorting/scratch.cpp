@@ -16,7 +16,7 @@ namespace {
 
 // A quarter more than n log2 n is usual.
 std::int64_t unusually_many_steps(std::size_t count) {
-  return 2 * static_cast<std::int64_t>(count) * std::bit_width(count);
+  return static_cast<std::int64_t>(2 * count * static_cast<std::size_t>(std::bit_width(count)));
 }
 
 constexpr std::int64_t any_steps = std::numeric_limits<std::int64_t>::max();
@@ -53,6 +53,7 @@ bool Scratch::order_by_numbers(const Packing& packing, std::int64_t first,
                                std::span<std::uint32_t> order) noexcept {
   const std::unique_ptr<std::uint64_t[]> spare(new (std::nothrow) std::uint64_t[count_]);
   if (!spare) return false;
+  announce_use(spare.get(), count_ * sizeof(std::uint64_t));
   write_order(packing, sort_packed(packing, words(), {spare.get(), count_}), order.data());
   settle_ties(order, first, words().data(), reinterpret_cast<std::uint32_t*>(spare.get()));
   return true;

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <cstddef>
 #include <cstdint>
 #include <utility>
 
@@ -12,7 +13,7 @@ namespace orv2_geo::sorting {
 
 /// How many words must be there, in front of the elements and behind, to be looked
 /// at.
-inline constexpr int words_around = words_at_once;
+inline constexpr std::size_t words_around = words_at_once;
 
 /// The choice of the pivot and the partition (see kernel.h). A word is an
 /// element's key above what its position in the array takes, and is below 2^63.

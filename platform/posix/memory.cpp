@@ -9,14 +9,13 @@ namespace orv2_geo {
 
 void announce_use([[maybe_unused]] void* memory, [[maybe_unused]] std::size_t bytes) noexcept {
 #if defined(MADV_HUGEPAGE)
-  constexpr std::size_t a_lot = 2 << 20;  // a large page of most machines
+  constexpr std::size_t a_lot = std::size_t{2} << 20;  // a large page of most machines
   if (bytes < a_lot) return;
-  const auto page = static_cast<std::uintptr_t>(sysconf(_SC_PAGESIZE));
-  const std::uintptr_t start = reinterpret_cast<std::uintptr_t>(memory);
-  const std::uintptr_t first = (start + page - 1) / page * page;
-  const std::uintptr_t last = (start + bytes) / page * page;
-  // What the system thinks of it does not matter.
-  static_cast<void>(madvise(reinterpret_cast<void*>(first), last - first, MADV_HUGEPAGE));
+  const auto page = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+  const std::size_t before = (page - reinterpret_cast<std::uintptr_t>(memory) % page) % page;
+  char* const first = static_cast<char*>(memory) + before;
+  // What the system makes of it does not matter.
+  static_cast<void>(madvise(first, (bytes - before) / page * page, MADV_HUGEPAGE));
 #endif
 }
 
