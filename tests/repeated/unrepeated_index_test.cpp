@@ -196,6 +196,22 @@ TEST(Renumbered, TiesInXOfManyPointsLeaveTheLowestNumber) {
   }
 }
 
+// Each point takes over from the one before: the way from the first to the last
+// survivor is as long as the survey, and is not gone once for every point.
+TEST(Renumbered, EveryPointReplacesTheOneBefore) {
+  constexpr std::int32_t n = 300000;
+  PointList list(std::vector<Point>(n, {3, 4, 0}));
+  LongArray order;
+  mOrdena::Ordena_Double_Index_Array(list.X, order, 1, n);
+  for (std::int32_t i = 1; i <= n; ++i) list.Z(order(i)) = i;
+  const Indicator progress;
+  const IndexOutcome out = run(highest, list, 0.0, progress.reference);
+  EXPECT_EQ(out.nNuevos, 1);
+  EXPECT_EQ(out.first(1), order(n));
+  EXPECT_EQ(out.first(2), 0);
+  for (std::int32_t p = 1; p <= n; ++p) ASSERT_EQ(out.second(p), 1);
+}
+
 TEST(Renumbered, WhatTheFlagsHeldIsGone) {
   const PointList list({{2, 0, 0}, {2, 0, 0}});
   for (const Renumbering routine : {highest, all_axes}) {

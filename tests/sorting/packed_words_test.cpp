@@ -272,6 +272,23 @@ TEST(PackedDoubles, ValuesBesideTheSpanHaveNoWords) {
   EXPECT_FALSE(PackedDoubles::of(wide));
 }
 
+// Far beyond the span there are values whose product, as bits, is the key's with
+// 64 added to the exponent, which a word has no room for.
+TEST(PackedDoubles, AValueFarBeyondIsNotTakenForTheOneItsBitsLookLike) {
+  int tried = 0;
+  for (int k = 0; k < 1000; ++k) {
+    std::vector<double> values(64, 435000.125 + k);
+    auto packed = PackedDoubles::of(values);
+    const double whole = (values[5] + 300000000.0) * 1e6 + 0x1p52;
+    const double far = whole * 0x1p64 / 1e6;
+    if ((far + 300000000.0) * 1e6 != whole * 0x1p64) continue;  // not every product occurs
+    values[5] = far;
+    ASSERT_FALSE(packed->are_of(values)) << k;
+    ++tried;
+  }
+  EXPECT_GT(tried, 100);
+}
+
 TEST(PackedDoubles, AreOfValuesWithTheSameKeysAlone) {
   std::vector<double> values(150, 435000.125);
   auto packed = PackedDoubles::of(values);
