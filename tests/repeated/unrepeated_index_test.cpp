@@ -199,7 +199,7 @@ TEST(Renumbered, TiesInXOfManyPointsLeaveTheLowestNumber) {
 // Each point takes over from the one before: the way from the first to the last
 // survivor is as long as the survey, and is not gone once for every point.
 TEST(Renumbered, EveryPointReplacesTheOneBefore) {
-  constexpr std::int32_t n = 300000;
+  constexpr std::int32_t n = 1000000;
   PointList list(std::vector<Point>(n, {3, 4, 0}));
   LongArray order;
   mOrdena::Ordena_Double_Index_Array(list.X, order, 1, n);
