@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <utility>
 
-#include "sorting/words_below.h"
+#include "platform/words_below.h"
 
 namespace orv2_geo::sorting {
 

@@ -31,7 +31,10 @@ SHARED_HEADERS = {
     "repeated": {"sorting/cgeo_Ordena.h"},
 }
 
-SYSTEM_HEADERS = {"dlfcn.h", "langinfo.h", "locale.h", "windows.h"}
+# What the system and the machine lend.
+SYSTEM_HEADERS = {
+    "dlfcn.h", "emmintrin.h", "langinfo.h", "locale.h", "sys/mman.h", "unistd.h", "windows.h",
+}
 INCLUDE = re.compile(r'^\s*#\s*include\s+(?:"([^"]+)"|<([^>]+)>)')
 
 

@@ -7,7 +7,7 @@
 #include <emmintrin.h>
 #endif
 
-namespace orv2_geo::sorting {
+namespace orv2_geo {
 
 /// How many words are looked at in one go.
 inline constexpr int words_at_once = 16;
@@ -94,4 +94,4 @@ inline std::uint64_t words_below_backwards(const std::uint64_t* words,
 
 #endif
 
-}  // namespace orv2_geo::sorting
+}  // namespace orv2_geo
