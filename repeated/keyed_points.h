@@ -69,36 +69,45 @@ class KeyedPoints {
   /// Tells the clusters of each point, see sweep().
   template <class Clusters>
   std::int32_t walk(const Progress& progress, Clusters clusters) const {
-    std::size_t anchor = 0;
-    clusters.first(point(anchor), points_);
-    const auto take = [&](std::size_t k, bool is_near) {
-      progress.step(place(k));
-      if (is_near && is_in_box<Clusters::axes>(anchor, k)) {
-        clusters.joined(point(k), points_);
-      } else {
-        anchor = k;
-        clusters.opened(point(k), points_);
-      }
-      clusters.placed(place(k), point(k));
-    };
+    clusters.first(point(0), points_);
+    const auto point_at = [this](std::size_t k) { return point(k); };
     std::array<Places, 2> near;
-    list_near(1, clusters, near[0]);
-    std::size_t k = 1;
+    std::size_t k = 1;  // the first that the clusters have not been told of
+    std::size_t end = end_of_stretch(k);
+    list_near(k, end, clusters, near[0]);
+    std::size_t anchor = 0;
+    std::size_t last_joined = words_.size();
     for (std::size_t turn = 0; k < words_.size(); ++turn) {
-      const std::size_t end = std::min(k + stretch, words_.size());
-      list_near(end, clusters, near[(turn + 1) % 2]);
+      const std::size_t next_end = end_of_stretch(end);
+      list_near(end, next_end, clusters, near[(turn + 1) % 2]);
+      progress.step(place(k));
       for (const std::size_t n : near[turn % 2].all()) {
-        while (k < n) take(k++, false);
-        take(k++, true);
+        if (n - 1 != last_joined) anchor = n - 1;
+        if (!is_in_box<Clusters::axes>(anchor, n)) continue;
+        clusters.opened_each(k, n, point_at);
+        clusters.joined(point(n), points_);
+        clusters.placed(place(n), point(n));
+        last_joined = n;
+        k = n + 1;
       }
-      while (k < end) take(k++, false);
+      clusters.opened_each(k, end, point_at);
+      k = end;
+      end = next_end;
     }
     return clusters.found();
   }
 
  private:
-  // Points are asked for a stretch ahead of their turn.
-  static constexpr std::size_t stretch = 64;
+  // Points are asked for a stretch ahead of their turn. Stretches end before the
+  // multiples of their length, so that a step of progress that does something, at a
+  // thousand, comes at the beginning of one.
+  static constexpr std::size_t stretch = 50;
+  static_assert(1000 % stretch == 0);
+
+  std::size_t end_of_stretch(std::size_t k) const noexcept {
+    const std::size_t next_place = ((k + 1) / stretch + 1) * stretch;
+    return std::min(next_place - 1, words_.size());
+  }
 
   // Some places of a stretch, listed without a branch.
   class Places {
@@ -123,10 +132,9 @@ class KeyedPoints {
 
   // The points in reach of the one before; asks for what will be read of them.
   template <class Clusters>
-  [[gnu::always_inline]] void list_near(std::size_t start, const Clusters& clusters,
-                                        Places& near) const noexcept {
+  [[gnu::always_inline]] void list_near(std::size_t start, std::size_t end,
+                                        const Clusters& clusters, Places& near) const noexcept {
     near.clear();
-    const std::size_t end = std::min(start + stretch, words_.size());
     for (std::size_t k = start; k < end; ++k) {
       clusters.ahead(point(k));
       near.add_if(!reach_.is_beyond(words_[k - 1], words_[k]), k);

@@ -34,9 +34,14 @@ class Flagged {
   }
   template <class Points>
   void opened(std::int32_t p, const Points&) {
-    Repetido_(p) = false;
-    ++cluster_;
-    survivor_ = p;
+    open(p);
+  }
+  template <class PointAt>
+  void opened_each(std::size_t from, std::size_t to, PointAt point_at) {
+    for (std::size_t k = from; k < to; ++k) {
+      open(point_at(k));
+      placed(static_cast<std::int32_t>(k + 1), point_at(k));
+    }
   }
   template <class Points>
   void joined(std::int32_t p, const Points&) {
@@ -61,6 +66,12 @@ class Flagged {
   std::int32_t found() const noexcept { return cluster_; }
 
  private:
+  void open(std::int32_t p) {
+    Repetido_(p) = false;
+    ++cluster_;
+    survivor_ = p;
+  }
+
   LongArray& Secuencia_;
   LongArray& Indice_;
   BoolArray& Repetido_;

@@ -71,6 +71,13 @@ class Survivors : public Rule {
     Rule::meet(p, points);
     survivors_[++found_] = survivor_ = p;
   }
+  template <class PointAt>
+  void opened_each(std::size_t from, std::size_t to, PointAt point_at) noexcept {
+    std::int32_t* next = survivors_ + found_;
+    for (std::size_t k = from; k < to; ++k) *++next = point_at(k);
+    found_ += static_cast<std::int32_t>(to - from);
+    survivor_ = *next;
+  }
   template <class Points>
   void joined(std::int32_t p, const Points& points) {
     if (Rule::takes_over(p, survivor_, points)) survivors_[found_] = survivor_ = p;
@@ -102,6 +109,12 @@ class Representatives : public Rule {
     Rule::meet(p, points);
     ++found_;
     survivor_ = p;
+  }
+  template <class PointAt>
+  void opened_each(std::size_t from, std::size_t to, PointAt point_at) noexcept {
+    if (from == to) return;
+    found_ += static_cast<std::int32_t>(to - from);
+    survivor_ = point_at(to - 1);
   }
   template <class Points>
   void joined(std::int32_t p, const Points& points) {
