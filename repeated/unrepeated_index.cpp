@@ -153,7 +153,8 @@ void deliver(const LongArray& made, LongArray& index) {
 constexpr std::int32_t not_met = std::numeric_limits<std::int32_t>::min();
 
 // Lists the survivors by their numbers; the k-th gets -k in `representatives`.
-void number_survivors(LongArray& representatives, LongArray& list) {
+// Answers with how many there are.
+std::int32_t number_survivors(LongArray& representatives, LongArray& list) {
   std::int32_t* const entries = representatives.data();
   std::int32_t* const listed = list.data();
   const std::int32_t points = list.upper();
@@ -165,6 +166,7 @@ void number_survivors(LongArray& representatives, LongArray& list) {
     entries[p] = survives ? -found : entries[p];
   }
   std::fill(listed + found + 1, listed + points + 1, 0);
+  return found;
 }
 
 // The entry of the survivor that stands for p in the end. All on the way to it get
@@ -200,13 +202,13 @@ void renumbered(std::u16string_view title, const std::int32_t& nPtos, const Doub
     XOrder order(X, nPtos);
     const double tol = repeated::tolerance(Precision);
     const Progress progress(nPtos, Progreso1);
-    const std::int32_t found = repeated::sweep(nPtos, {X, Y, Z}, order, tol, progress,
-                                               Representatives<Rule>(Representante));
-    for (const std::int32_t i : counted(nPtos + 1, order.points())) {
+    repeated::sweep(nPtos, {X, Y, Z}, order, tol, progress, Representatives<Rule>(Representante));
+    const std::int32_t met = std::max(nPtos, 0);
+    for (const std::int32_t i : counted(met + 1, order.points())) {
       Representante(order.numbers()(i)) = not_met;
     }
     LongArray& Nuevos = order.numbers();
-    number_survivors(Representante, Nuevos);
+    const std::int32_t found = number_survivors(Representante, Nuevos);
     number_points(nPtos, Representante, IndiceGeneral);
     deliver(Nuevos, IndiceNuevos);
     nNuevos = found;

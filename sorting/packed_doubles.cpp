@@ -32,20 +32,21 @@ bool multiply_keys(const Packing& packing, std::span<const double, stretch> valu
                    std::size_t first, std::uint64_t* words) {
   constexpr double two_to_52 = 4503599627370496.0;
   std::uint64_t refused = 0;  // the highest bit: something beyond its limit
+  std::uint64_t above_lowest = 0;
   for (std::size_t k = 0; k < stretch; ++k) {
-    const double sum = values[k] + offset_from_zero;
-    const double product = sum * 1e6;
+    const double product = (values[k] + offset_from_zero) * 1e6;
     const double whole = product + two_to_52;
     const double rest = product - (whole - two_to_52);
-    refused |= bits(values[k]) | (bits(beyond_span + offset_from_zero) - bits(sum)) |
-               (bits(0.375) - bits(std::abs(rest)));
-    words[k] = packing.pack(bits(whole) - bits(two_to_52), first + k);
+    refused |= bits(values[k]) | (bits(0.375) - bits(std::abs(rest)));
+    const std::uint64_t key = bits(whole) - bits(two_to_52);
+    above_lowest |= key - packing.lowest;  // what of it a word would lose
+    words[k] = packing.pack(key, first + k);
   }
-  return refused >> 63 == 0;
+  return refused >> 63 == 0 && above_lowest >> packing.number_bits == 0;
 }
 
 // Packs a stretch from the value `first` on, or what is left. False when one has no
-// key.
+// key for which there is room.
 bool pack(const Packing& packing, std::span<const double> values, std::size_t first,
           std::span<std::uint64_t> words) {
   values = values.subspan(first, words.size());
@@ -55,7 +56,9 @@ bool pack(const Packing& packing, std::span<const double> values, std::size_t fi
   }
   for (std::size_t k = 0; k < values.size(); ++k) {
     if (!is_in_span(values[k])) return false;
-    words[k] = packing.pack(number_key(values[k]), first + k);
+    const std::uint64_t key = number_key(values[k]);
+    if (!packing.holds(key)) return false;
+    words[k] = packing.pack(key, first + k);
   }
   return true;
 }

@@ -17,6 +17,9 @@ struct Packing {
   Packing(std::uint64_t lowest, std::uint64_t highest, std::size_t count) noexcept;
 
   bool fits() const noexcept { return position_bits + number_bits <= 63; }
+
+  /// Whether there is room in a word for this number.
+  bool holds(std::uint64_t number) const noexcept { return (number - lowest) >> number_bits == 0; }
   std::uint64_t pack(std::uint64_t number, std::uint64_t position) const noexcept {
     return (number - lowest) << position_bits | position;
   }

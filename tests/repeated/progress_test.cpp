@@ -147,6 +147,24 @@ TEST(Progress, AHostThatChangesItsArraysMeanwhile) {
   EXPECT_EQ(entries(out.second), (std::vector<std::int32_t>{0, 1, 2, 0}));
 }
 
+TEST(Progress, AHostThatLeavesNoPointsMeanwhile) {
+  for (const std::int32_t left : {0, -1, -5, std::numeric_limits<std::int32_t>::min()}) {
+    for (const Renumbering routine : {highest, all_axes}) {
+      PointList list(apart(3));
+      const Indicator progress;
+      progress.object->on_write = [&](std::size_t n) {
+        if (n == 3) list.nPtos = left;
+      };
+      const IndexOutcome out = run(routine, list, 0.0, progress.reference);
+      EXPECT_EQ(out.box, "") << left;
+      EXPECT_EQ(out.nNuevos, 0) << left;
+      EXPECT_EQ(entries(out.first), (std::vector<std::int32_t>(4))) << left;
+      EXPECT_EQ(entries(out.second), (std::vector<std::int32_t>(4))) << left;
+      EXPECT_EQ(progress.object->written.size(), 4U) << left;
+    }
+  }
+}
+
 TEST(Progress, AHostThatChangesTheIndexesMeanwhile) {
   using Numbers32 = std::vector<std::int32_t>;
   const PointList list({{2, 0, 0}, {1, 0, 0}, {2, 0, 0}});

@@ -364,6 +364,24 @@ TEST(UnrepeatedIndex, WhatTheHostChangesMeanwhileAsRestated) {
   }
 }
 
+// In a word there is no room for the distance between the old X and the new: what
+// there is room for is the same.
+TEST(UnrepeatedIndex, AChangeOfXByAPowerOfTwoOfMillionthsIsSeen) {
+  struct Row {
+    std::int32_t n;
+    double by;
+  };
+  for (const Row& row : {Row{16385, 0x1p49}, Row{40000, 0x1p48}, Row{131073, 0x1p46}}) {
+    PointList list(std::vector<Point>(static_cast<std::size_t>(row.n), {0, 0, 0}));
+    for (std::int32_t p = 3; p <= row.n; ++p) list.X(p) = p * 0.01;
+    const Indicator progress;
+    progress.object->on_write = [&](std::size_t n) {
+      if (n == 3) list.X(2) += row.by / 1e6;
+    };
+    EXPECT_EQ(in_X(list, 0.0, progress.reference).nNuevos, row.n) << row.n;
+  }
+}
+
 TEST(UnrepeatedIndex, WhatAFailureLeavesAsRestated) {
   Numbers numbers(72);
   const double nan = std::numeric_limits<double>::quiet_NaN();
