@@ -29,16 +29,19 @@ using orv2_geo::LongArray;
 
 constexpr double tolerance = 0.0002;
 
-// Points with 3 decimals in a square of 5 km, a tenth of them on the spot of
-// another.
+// Points with 3 decimals in a square, of 5 km where nothing else is said, a tenth of
+// them on the spot of another.
+constexpr std::int64_t millimetres = 5'000'000;
+constexpr std::int64_t millimetres_of_ten_times_the_area = 15'811'388;
+
 struct Survey {
   std::int32_t n;
   DoubleArray X, Y, Z;
 
-  explicit Survey(const benchmark::State& state)
+  Survey(const benchmark::State& state, std::int64_t side)
       : n(static_cast<std::int32_t>(state.range(0))), X(0, n), Y(0, n), Z(0, n) {
     std::mt19937_64 engine(41);
-    std::uniform_int_distribution<std::int64_t> along(0, 5000000);
+    std::uniform_int_distribution<std::int64_t> along(0, side);
     std::uniform_int_distribution<std::int64_t> level(600000, 700000);
     for (std::int32_t p = 1; p <= n; ++p) {
       X(p) = 435000.0 + static_cast<double>(along(engine)) / 1000.0;
@@ -63,8 +66,8 @@ class Silent final : public orv2_geo::LateBound {
 
 // One search a round, which answers with how many points are left.
 template <class Search>
-void search(benchmark::State& state, Search find) {
-  const Survey survey(state);
+void search(benchmark::State& state, Search find, std::int64_t side = millimetres) {
+  const Survey survey(state, side);
   std::size_t left = 0;
   for (auto _ : state) left = find(survey);
   state.counters["left"] = static_cast<double>(left);
@@ -73,27 +76,31 @@ void search(benchmark::State& state, Search find) {
       benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
 }
 
-void repeated_in_x(benchmark::State& state) {
+std::size_t survivors_in_x(const Survey& s) {
   const orv2_geo::ObjectRef progress(new Silent);
-  search(state, [&](const Survey& s) {
-    LongArray Indice;
-    std::int32_t left = 0;
-    mOrdena::m_Indice_de_Puntos_sin_Repetir_ORDENADOS_EN_X(s.n, s.X, s.Y, s.Z, left, Indice,
-                                                           tolerance, progress);
-    return static_cast<std::size_t>(left);
-  });
+  LongArray Indice;
+  std::int32_t left = 0;
+  mOrdena::m_Indice_de_Puntos_sin_Repetir_ORDENADOS_EN_X(s.n, s.X, s.Y, s.Z, left, Indice,
+                                                         tolerance, progress);
+  return static_cast<std::size_t>(left);
+}
+void repeated_in_x(benchmark::State& state) { search(state, survivors_in_x); }
+void repeated_in_x_wide(benchmark::State& state) {
+  search(state, survivors_in_x, millimetres_of_ten_times_the_area);
 }
 
-void repeated_renumbered(benchmark::State& state) {
+std::size_t survivors_renumbered(const Survey& s) {
   const orv2_geo::ObjectRef progress(new Silent);
-  search(state, [&](const Survey& s) {
-    LongArray IndiceNuevos, IndiceGeneral;
-    mOrdena::BoolArray Repetido;
-    std::int32_t left = 0;
-    mOrdena::m_Indice_de_Puntos_sin_Repetir_2(s.n, s.X, s.Y, s.Z, left, IndiceNuevos, IndiceGeneral,
-                                              Repetido, tolerance, progress);
-    return static_cast<std::size_t>(left);
-  });
+  LongArray IndiceNuevos, IndiceGeneral;
+  mOrdena::BoolArray Repetido;
+  std::int32_t left = 0;
+  mOrdena::m_Indice_de_Puntos_sin_Repetir_2(s.n, s.X, s.Y, s.Z, left, IndiceNuevos, IndiceGeneral,
+                                            Repetido, tolerance, progress);
+  return static_cast<std::size_t>(left);
+}
+void repeated_renumbered(benchmark::State& state) { search(state, survivors_renumbered); }
+void repeated_renumbered_wide(benchmark::State& state) {
+  search(state, survivors_renumbered, millimetres_of_ten_times_the_area);
 }
 
 // The sort that the engine starts with, alone.
@@ -278,5 +285,7 @@ FOR_BOTH_SIZES(repeated_nanoflann);
 FOR_BOTH_SIZES(repeated_boost);
 FOR_BOTH_SIZES(repeated_geos);
 FOR_BOTH_SIZES(repeated_hash_grid);
+BENCHMARK(repeated_in_x_wide)->Arg(1000000);
+BENCHMARK(repeated_renumbered_wide)->Arg(1000000);
 
 }  // namespace
