@@ -51,10 +51,11 @@ struct Coordinates {
 /// Walks the points in X order and tells `clusters` of each: first(p) of the
 /// very first, opened(p) of one outside the box of the cluster at hand, which
 /// becomes the anchor of the next, joined(p) of one inside, and after either
-/// placed(i, p), i being its place in the order. Some points before, ahead(p) may
-/// come, and ahead_near(p) of one that may be joined. What is written to
-/// order.numbers() up to place i does not disturb it. Answers with how many
-/// clusters there are.
+/// placed(i, p), i being its place in the order. opened_each(from, to, point_at)
+/// stands for both, of each of the points point_at(from) to point_at(to - 1), whose
+/// places are from + 1 to to. Some points before, ahead(p) may come, and
+/// ahead_near(p) of one that may be joined. What is written to order.numbers() up
+/// to place i does not disturb it. Answers with how many clusters there are.
 template <class Clusters>
 std::int32_t sweep(std::int32_t nPtos, const Coordinates& at, XOrder& order, double tolerance,
                    const Progress& progress, const Clusters& clusters) {

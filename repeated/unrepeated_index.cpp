@@ -55,10 +55,24 @@ struct LowestNumberSurvives {
   }
 };
 
+// Clusters of which only the survivors are asked for.
+template <class Rule>
+class Clusters : public Rule {
+ public:
+  void placed(std::int32_t, std::int32_t) const noexcept {}
+  void ahead(std::int32_t) const noexcept {}
+  void ahead_near(std::int32_t) const noexcept {}
+  std::int32_t found() const noexcept { return found_; }
+
+ protected:
+  std::int32_t found_ = 0;
+  std::int32_t survivor_ = 0;
+};
+
 // The survivor of each cluster, in the order in which they are met: written over
 // the front of the X order, as there are never more clusters than points met.
 template <class Rule>
-class Survivors : public Rule {
+class Survivors : public Clusters<Rule> {
  public:
   explicit Survivors(LongArray& Orden) noexcept : survivors_(Orden.data()) {}
 
@@ -82,21 +96,17 @@ class Survivors : public Rule {
   void joined(std::int32_t p, const Points& points) {
     if (Rule::takes_over(p, survivor_, points)) survivors_[found_] = survivor_ = p;
   }
-  void placed(std::int32_t, std::int32_t) const noexcept {}
-  void ahead(std::int32_t) const noexcept {}
-  void ahead_near(std::int32_t) const noexcept {}
-  std::int32_t found() const noexcept { return found_; }
 
  private:
+  using Clusters<Rule>::found_;
+  using Clusters<Rule>::survivor_;
   std::int32_t* survivors_;
-  std::int32_t found_ = 0;
-  std::int32_t survivor_ = 0;
 };
 
 // Who stands for each point that is none of the survivors: the survivor of the
 // moment, which may itself be replaced later; 0 for the survivors.
 template <class Rule>
-class Representatives : public Rule {
+class Representatives : public Clusters<Rule> {
  public:
   explicit Representatives(LongArray& Representante) noexcept : stands_for_(Representante.data()) {}
 
@@ -125,17 +135,14 @@ class Representatives : public Rule {
       stands_for_[p] = survivor_;
     }
   }
-  void placed(std::int32_t, std::int32_t) const noexcept {}
-  void ahead(std::int32_t) const noexcept {}
   [[gnu::always_inline]] void ahead_near(std::int32_t p) const noexcept {
     __builtin_prefetch(stands_for_ + p, 1);
   }
-  std::int32_t found() const noexcept { return found_; }
 
  private:
+  using Clusters<Rule>::found_;
+  using Clusters<Rule>::survivor_;
   std::int32_t* stands_for_;
-  std::int32_t found_ = 0;
-  std::int32_t survivor_ = 0;
 };
 
 // Gives an index that was made beforehand what it is to hold, in place where it

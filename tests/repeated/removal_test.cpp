@@ -215,17 +215,6 @@ void expect_as_restated(const PointList& list, double Precision, restated::Bar b
   EXPECT_TRUE(row_of(out.list.Y) == expected.Y);
   EXPECT_TRUE(row_of(out.list.Z) == expected.Z);
   EXPECT_TRUE(row_of(out.Indice) == expected.Indice);
-
-  bar.writes = 0;
-  progress.object->written.clear();
-  restated::Flagged flags;
-  restated::flag(flags, list.nPtos, row_of(list.X), row_of(list.Y), row_of(list.Z), Precision, bar);
-  const IndexOutcome of = run(flagging, list, Precision, progress.reference);
-  EXPECT_EQ(of.box, boxed(title_2, flags.number));
-  EXPECT_EQ(of.nNuevos, flags.nNuevos);
-  EXPECT_TRUE(row_of(of.first) == flags.Secuencia);
-  EXPECT_TRUE(row_of(of.second) == flags.Indice);
-  EXPECT_TRUE(row_of(of.Repetido) == flags.Repetido);
 }
 
 TEST(Removal, AnyPointsAsRestated) {
