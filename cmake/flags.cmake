@@ -17,6 +17,10 @@ if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(i.86|x86)$" OR CMAKE_SIZEOF_VOID_P EQUAL 4)
 endif()
 # Module data of a thread is reached directly.
 target_compile_options(orv2_flags INTERFACE -ftls-model=initial-exec)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
+  # At -O3, gcc 12 takes the standard library's own copies of texts for overlapping.
+  target_compile_options(orv2_flags INTERFACE $<$<COMPILE_LANGUAGE:CXX>:-Wno-restrict>)
+endif()
 if(CMAKE_CXX_FLAGS MATCHES "fsanitize" AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   # Instrumented, the standard library's variant looks uninitialised to gcc.
   target_compile_options(orv2_flags INTERFACE -Wno-maybe-uninitialized)
