@@ -1,7 +1,6 @@
 // cloud.h: the points of a sweep.
 #pragma once
 
-#include <array>
 #include <bit>
 #include <cmath>
 #include <cstddef>
@@ -85,7 +84,8 @@ class SoundCloud {
     if constexpr (reads_Z) __builtin_prefetch(z_ + (p - 1));
   }
 
-  /// Whether no bound of a box can overflow and nothing is NaN. X has its keys.
+  /// Whether no bound of a box can overflow and nothing is NaN, for an X that has
+  /// keys as numbers.
   bool is_tame(double tolerance) const noexcept {
     if (!are_tame({&tolerance, 1}) || !are_tame({y_, points()})) return false;
     return !reads_Z || are_tame({z_, points()});

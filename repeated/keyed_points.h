@@ -146,8 +146,8 @@ class KeyedPoints {
     }
   }
 
-  // Whether the box of one holds another. Nothing can fail, and there is no branch:
-  // it is a matter of chance.
+  // Whether the box of one holds another. Nothing can overflow and nothing is NaN, so
+  // the order of the comparisons is no one's business.
   template <std::size_t axes>
   bool is_in_box(std::size_t anchor, std::size_t k) const noexcept {
     const std::int32_t a = point(anchor);

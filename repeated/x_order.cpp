@@ -1,24 +1,12 @@
 #include "repeated/x_order.h"
 
-#include <new>
-
 #include "sorting/mOrdena.h"
 
 namespace orv2_geo::repeated {
 
-namespace {
-
-std::optional<sorting::PackedDoubles> packed(std::span<const double> values) try {
-  return sorting::PackedDoubles::of(values);
-} catch (const std::bad_alloc&) {
-  return std::nullopt;
-}
-
-}  // namespace
-
 XOrder::XOrder(const DoubleArray& X, std::int32_t nPtos) {
   Orden_.size(0, nPtos);
-  packed_ = packed(sorting::first_values(X, nPtos));
+  packed_ = sorting::PackedDoubles::of(sorting::first_values(X, nPtos));
   if (!packed_) mOrdena::Ordena_Double_Index_Array(X, Orden_, 1, nPtos);
 }
 

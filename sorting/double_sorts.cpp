@@ -30,13 +30,11 @@ Text key_text(double value) {
 
 // Both: false, and nothing changed, where texts must be made or there is no
 // memory.
-bool index_at_once(const DoubleArray& DoubleA, LongArray& TheIndex, std::int32_t upper) try {
+bool index_at_once(const DoubleArray& DoubleA, LongArray& TheIndex, std::int32_t upper) {
   auto packed = sorting::PackedDoubles::of(first_values(DoubleA, upper));
   if (!packed) return false;
   packed->write_order({&TheIndex(1), static_cast<std::size_t>(upper)});
   return true;
-} catch (const std::bad_alloc&) {
-  return false;
 }
 
 // Value by value: the first that is missing or NaN fails.
@@ -65,8 +63,8 @@ bool sort_at_once(DoubleArray& DoubleA, std::int32_t upper) try {
   const auto whole_key = [](double value) {
     return static_cast<std::uint64_t>(sorting::key_in_span(value));
   };
-  const Packing packing(whole_key(found->lowest), whole_key(found->highest),
-                        1);  // without positions
+  constexpr std::size_t without_positions = 1;
+  const Packing packing(whole_key(found->lowest), whole_key(found->highest), without_positions);
   std::vector<std::uint64_t> words(values.size());
   std::vector<std::uint64_t> spare(values.size());
   std::transform(values.begin(), values.end(), words.begin(),

@@ -8,7 +8,8 @@
 #include "sorting/bounds.h"
 #include "sorting/kernel.h"
 #include "sorting/mOrdena.h"
-#include "sorting/scratch.h"
+#include "sorting/packed_words.h"
+#include "sorting/rearrange.h"
 
 namespace orv2_geo {
 
@@ -77,15 +78,15 @@ bool share_elements(const LongArray& array, std::span<const std::int32_t> entrie
 bool sort_index_at_once(const LongArray& array, LongArray& index, Range range) try {
   const std::span<std::int32_t> moving = sorting::movable(index, range);
   if (moving.empty() || share_elements(array, moving)) return false;
-  sorting::Scratch scratch(moving.size());
+  sorting::PackedWords packed(moving.size());
   const sorting::Packing packing(0, 0xffffffff, moving.size());
   for (std::size_t p = 0; p < moving.size(); ++p) {
     const std::int32_t* number = array.row(moving[p], moving[p]);
     if (number == nullptr) return false;
-    scratch.words()[p] = packing.pack(unsigned_key(*number), p);
+    packed.words()[p] = packing.pack(unsigned_key(*number), p);
   }
   std::vector<std::uint32_t> order(moving.size());
-  scratch.order_words(packing, range.lo, order);
+  packed.order_words(packing, range.lo, order);
   sorting::rearrange(moving, order);
   return true;
 } catch (const std::bad_alloc&) {

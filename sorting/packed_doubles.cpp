@@ -5,6 +5,7 @@
 #include <bit>
 #include <cmath>
 #include <cstddef>
+#include <new>
 
 #include "sorting/double_keys.h"
 
@@ -78,24 +79,26 @@ std::optional<Extremes> extremes_in_span(std::span<const double> values) noexcep
   return found;
 }
 
-std::optional<PackedDoubles> PackedDoubles::of(std::span<const double> values) {
+std::optional<PackedDoubles> PackedDoubles::of(std::span<const double> values) noexcept try {
   const auto found = extremes_in_span(values);
   if (!found) return std::nullopt;
   const Packing packing(number_key(found->lowest), number_key(found->highest), values.size());
   if (!packing.fits()) return std::nullopt;
   return PackedDoubles(packing, values);
+} catch (const std::bad_alloc&) {
+  return std::nullopt;
 }
 
 PackedDoubles::PackedDoubles(const Packing& packing, std::span<const double> values)
-    : packing_(packing), scratch_(values.size()) {
-  const std::span<std::uint64_t> words = scratch_.words();
+    : packing_(packing), words_(values.size()) {
+  const std::span<std::uint64_t> words = words_.words();
   for (std::size_t first = 0; first < words.size(); first += stretch) {
     pack(packing_, values, first, words.subspan(first, std::min(stretch, words.size() - first)));
   }
 }
 
 bool PackedDoubles::are_of(std::span<const double> values) noexcept {
-  const std::span<const std::uint64_t> words = scratch_.words();
+  const std::span<const std::uint64_t> words = words_.words();
   if (values.size() != words.size()) return false;
   Stretch again;
   for (std::size_t first = 0; first < words.size(); first += stretch) {
@@ -108,8 +111,8 @@ bool PackedDoubles::are_of(std::span<const double> values) noexcept {
 
 void PackedDoubles::write_order(std::span<std::int32_t> numbers) noexcept {
   // Positions are written where the numbers from 1 are to stand.
-  scratch_.order_words(packing_, 1,
-                       {reinterpret_cast<std::uint32_t*>(numbers.data()), numbers.size()});
+  words_.order_words(packing_, 1,
+                     {reinterpret_cast<std::uint32_t*>(numbers.data()), numbers.size()});
   for (std::int32_t& number : numbers) ++number;
 }
 

@@ -7,7 +7,7 @@
 
 #include "frame/geo_arrays.h"
 #include "sorting/packed_sort.h"
-#include "sorting/scratch.h"
+#include "sorting/packed_words.h"
 
 namespace orv2_geo::sorting {
 
@@ -23,9 +23,9 @@ std::optional<Extremes> extremes_in_span(std::span<const double> values) noexcep
 /// Doubles that all have such a key, each key packed above its position.
 class PackedDoubles {
  public:
-  /// Nothing where there are no values, keys must be made as texts, or they do not
-  /// fit a word. Throws std::bad_alloc.
-  static std::optional<PackedDoubles> of(std::span<const double> values);
+  /// Nothing where there are no values, keys must be made as texts or do not fit a
+  /// word, or there is no memory.
+  static std::optional<PackedDoubles> of(std::span<const double> values) noexcept;
 
   const Packing& packing() const noexcept { return packing_; }
 
@@ -34,8 +34,8 @@ class PackedDoubles {
 
   /// Puts the words into the order in which the algorithm leaves elements that stand
   /// at the subscripts from 1 on. False where only write_order can tell it.
-  bool sort() noexcept { return scratch_.sort_words(packing_, 1); }
-  std::span<const std::uint64_t> words() noexcept { return scratch_.words(); }
+  bool sort() noexcept { return words_.sort_words(packing_, 1); }
+  std::span<const std::uint64_t> words() noexcept { return words_.words(); }
 
   /// Writes that order, elements numbered from 1.
   void write_order(std::span<std::int32_t> numbers) noexcept;
@@ -44,7 +44,7 @@ class PackedDoubles {
   PackedDoubles(const Packing& packing, std::span<const double> values);
 
   Packing packing_;
-  Scratch scratch_;
+  PackedWords words_;
 };
 
 /// The elements 1 to upper; none where one of them is missing.

@@ -1,18 +1,13 @@
 #include "sorting/run_words.h"
 
-#include <algorithm>
 #include <array>
-#include <bit>
 #include <cstddef>
 
-#include "sorting/settle_ties.h"
 #include "sorting/word_steps.h"
 
 namespace orv2_geo::sorting {
 
 namespace {
-
-using Word = WordSteps::Word;
 
 class Run {
  public:
@@ -32,7 +27,7 @@ class Run {
         lo = upper_waits ? lo : i;
         hi = upper_waits ? j - 1 : hi;
       }
-      insert(lo, hi);
+      steps_.insert(lo, hi);
       if (parts_ == 0) return true;
       lo = waiting_[--parts_].lo;
       hi = waiting_[parts_].hi;
@@ -44,32 +39,6 @@ class Run {
     std::int64_t lo;
     std::int64_t hi;
   };
-
-  // Insertion keeps the order of equals, so a word's place is the count of those
-  // that come before it, which is found without a branch: always for as many words
-  // as insertion takes at most. Those beyond the part stay where they are.
-  void insert(std::int64_t lo, std::int64_t hi) noexcept {
-    std::array<Word, insertion_limit> words;
-    std::array<Word, insertion_limit> highest;  // that is not above the word
-    std::array<std::uint32_t, insertion_limit> before;
-#pragma GCC unroll 7
-    for (std::uint32_t k = 0; k < insertion_limit; ++k) {
-      words[k] = steps_[lo + k];
-      highest[k] = lo + k <= hi ? steps_.highest_of_key(words[k]) : ~Word{0};
-      before[k] = k;
-    }
-#pragma GCC unroll 7
-    for (std::size_t b = 1; b < insertion_limit; ++b) {
-#pragma GCC unroll 7
-      for (std::size_t a = 0; a < b; ++a) {
-        const std::uint32_t turned = words[a] > highest[b];
-        before[a] += turned;
-        before[b] -= turned;
-      }
-    }
-#pragma GCC unroll 7
-    for (std::size_t k = 0; k < insertion_limit; ++k) steps_.put(lo + before[k], words[k]);
-  }
 
   WordSteps steps_;
   std::int64_t steps_left_;

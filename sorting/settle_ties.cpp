@@ -1,7 +1,6 @@
 #include "sorting/settle_ties.h"
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
 
 #include "sorting/word_steps.h"
@@ -54,21 +53,9 @@ class Run {
     }
   }
 
-  // Insertion keeps the order of equal ranks, so an item's place is the count of
-  // those that come before it, which is found without a branch.
   void insert(std::int64_t lo, std::int64_t hi) noexcept {
-    const std::int64_t count = hi - lo + 1;
-    std::array<std::uint32_t, insertion_limit> before{};
-    for (std::int64_t b = 1; b < count; ++b) {
-      for (std::int64_t a = 0; a < b; ++a) {
-        const std::uint32_t turned = steps_.is_above(steps_[lo + a], steps_[lo + b]);
-        before[static_cast<std::size_t>(a)] += turned;
-        before[static_cast<std::size_t>(b)] += 1 - turned;
-      }
-    }
-    for (std::int64_t k = 0; k < count; ++k) {
-      order_[lo + before[static_cast<std::size_t>(k)]] = position_of(steps_[lo + k]);
-    }
+    steps_.insert(lo, hi);
+    for (std::int64_t k = lo; k <= hi; ++k) order_[k] = position_of(steps_[k]);
   }
 
   WordSteps steps_;

@@ -10,9 +10,6 @@ namespace orv2_geo::sorting {
 /// tells that an element's key equals that of the one before it.
 inline constexpr std::uint32_t tied_mark = 0x8000'0000U;
 
-/// Elements up to this many keep their order where they are equal.
-inline constexpr std::size_t insertion_limit = 7;
-
 /// Puts tied positions into the order in which the algorithm (see kernel.h)
 /// leaves them when the elements stand at the subscripts from `first` on, and
 /// takes away the marks. Where nothing is tied there is nothing to find out. The

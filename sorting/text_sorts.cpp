@@ -10,7 +10,7 @@
 #include "sorting/bounds.h"
 #include "sorting/kernel.h"
 #include "sorting/mOrdena.h"
-#include "sorting/scratch.h"
+#include "sorting/rearrange.h"
 #include "sorting/settle_ties.h"
 #include "sorting/word_steps.h"
 

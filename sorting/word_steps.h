@@ -2,6 +2,7 @@
 #pragma once
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
@@ -15,7 +16,10 @@ namespace orv2_geo::sorting {
 /// at.
 inline constexpr std::size_t words_around = words_at_once;
 
-/// The choice of the pivot and the partition (see kernel.h). A word is an
+/// Elements up to this many are left to insertion, which keeps the order of equals.
+inline constexpr std::size_t insertion_limit = 7;
+
+/// The choice of the pivot, the partition and the insertion (see kernel.h). A word is an
 /// element's key above what its position in the array takes, and is below 2^63.
 /// Places are counted from 0, the first being that of the subscript `first`.
 class WordSteps {
@@ -26,13 +30,6 @@ class WordSteps {
       : words_(words), position_mask_(position_mask), first_(first) {}
 
   Word operator[](std::int64_t place) const noexcept { return words_[place]; }
-  void put(std::int64_t place, Word word) noexcept { words_[place] = word; }
-
-  /// The highest word of the same key.
-  Word highest_of_key(Word word) const noexcept { return word | position_mask_; }
-
-  /// Whether the key of one word comes after that of another.
-  bool is_above(Word a, Word b) const noexcept { return a > highest_of_key(b); }
 
   /// The median of three goes to lo + 1, without a branch: which is which is a
   /// matter of chance.
@@ -59,6 +56,32 @@ class WordSteps {
     return {i, j};
   }
 
+  /// Of up to seven words, or none. Insertion keeps the order of equals, so a word's
+  /// place is the count of those that come before it, which is found without a
+  /// branch: always for seven, those beyond the part staying where they are.
+  void insert(std::int64_t lo, std::int64_t hi) noexcept {
+    std::array<Word, insertion_limit> words;
+    std::array<Word, insertion_limit> highest;  // that is not above the word
+    std::array<std::uint32_t, insertion_limit> before;
+#pragma GCC unroll 7
+    for (std::uint32_t k = 0; k < insertion_limit; ++k) {
+      words[k] = words_[lo + k];
+      highest[k] = lo + k <= hi ? highest_of_key(words[k]) : ~Word{0};
+      before[k] = k;
+    }
+#pragma GCC unroll 7
+    for (std::size_t b = 1; b < insertion_limit; ++b) {
+#pragma GCC unroll 7
+      for (std::size_t a = 0; a < b; ++a) {
+        const std::uint32_t turned = words[a] > highest[b];
+        before[a] += turned;
+        before[b] -= turned;
+      }
+    }
+#pragma GCC unroll 7
+    for (std::size_t k = 0; k < insertion_limit; ++k) words_[lo + before[k]] = words[k];
+  }
+
  private:
   // A bit for each of 64 words in a row.
   using Mask = std::uint64_t;
@@ -72,9 +95,10 @@ class WordSteps {
   };
 
   Word lowest_of_key(Word word) const noexcept { return word & ~position_mask_; }
+  Word highest_of_key(Word word) const noexcept { return word | position_mask_; }
 
   void put_in_order(Word& low, Word& high) const noexcept {
-    const bool turned = is_above(low, high);
+    const bool turned = low > highest_of_key(high);
     const Word above = turned ? low : high;
     low = turned ? high : low;
     high = above;

@@ -11,8 +11,8 @@
 #include "sorting/double_keys.h"
 #include "sorting/mOrdena.h"
 #include "sorting/packed_doubles.h"
+#include "sorting/packed_words.h"
 #include "sorting/run_words.h"
-#include "sorting/scratch.h"
 #include "tests/sorting/restated_kernel.h"
 #include "tests/support/expect_failure.h"
 #include "tests/support/refused_memory.h"
@@ -51,10 +51,10 @@ Packing packing_of(const std::vector<std::uint64_t>& keys) {
   return {*lowest, *highest, keys.size()};
 }
 
-sorting::Scratch packed(const Packing& packing, const std::vector<std::uint64_t>& keys) {
-  sorting::Scratch scratch(keys.size());
-  for (std::size_t p = 0; p < keys.size(); ++p) scratch.words()[p] = packing.pack(keys[p], p);
-  return scratch;
+sorting::PackedWords packed(const Packing& packing, const std::vector<std::uint64_t>& keys) {
+  sorting::PackedWords words(keys.size());
+  for (std::size_t p = 0; p < keys.size(); ++p) words.words()[p] = packing.pack(keys[p], p);
+  return words;
 }
 
 std::vector<std::uint32_t> order_of(const std::vector<std::uint64_t>& keys, std::int64_t first) {
@@ -107,10 +107,10 @@ TEST(RunWords, WhereTheStepsAreNotEnoughTheWordsAreStillThere) {
   Numbers numbers(93);
   const auto keys = random_keys(numbers, 1000, 300);
   const Packing packing = packing_of(keys);
-  sorting::Scratch scratch = packed(packing, keys);
-  const Words before(scratch.words().begin(), scratch.words().end());
-  EXPECT_FALSE(sorting::run_words(packing, scratch.words(), 1, 3000));
-  Words after(scratch.words().begin(), scratch.words().end());
+  sorting::PackedWords words = packed(packing, keys);
+  const Words before(words.words().begin(), words.words().end());
+  EXPECT_FALSE(sorting::run_words(packing, words.words(), 1, 3000));
+  Words after(words.words().begin(), words.words().end());
   EXPECT_NE(after, before);
   std::sort(after.begin(), after.end());
   Words sorted = before;
@@ -136,22 +136,22 @@ std::vector<std::uint64_t> killer_of(std::size_t n, std::size_t equal) {
 TEST(OrderWords, AKillerWithTiesTakesAnotherWayToTheSameOrder) {
   const auto keys = killer_of(6000, 1500);
   const Packing packing = packing_of(keys);
-  sorting::Scratch scratch = packed(packing, keys);
-  const Words before(scratch.words().begin(), scratch.words().end());
-  ASSERT_TRUE(sorting::seem_tied(packing, scratch.words()));
-  EXPECT_FALSE(scratch.sort_words(packing, 1));
-  EXPECT_EQ(Words(scratch.words().begin(), scratch.words().end()), before);
+  sorting::PackedWords words = packed(packing, keys);
+  const Words before(words.words().begin(), words.words().end());
+  ASSERT_TRUE(sorting::seem_tied(packing, words.words()));
+  EXPECT_FALSE(words.sort_words(packing, 1));
+  EXPECT_EQ(Words(words.words().begin(), words.words().end()), before);
   EXPECT_EQ(order_of(keys, 1), restated_order(keys, 1));
 }
 
 TEST(OrderWords, WithoutMemoryForTheOtherWayTheStepsAreTaken) {
   const auto keys = killer_of(3000, 700);
   const Packing packing = packing_of(keys);
-  sorting::Scratch scratch = packed(packing, keys);
+  sorting::PackedWords words = packed(packing, keys);
   std::vector<std::uint32_t> order(keys.size());
   {
     const RefusedAllocation refused(0);
-    scratch.order_words(packing, 1, order);
+    words.order_words(packing, 1, order);
     ASSERT_TRUE(RefusedAllocation::happened());
   }
   EXPECT_EQ(order, restated_order(keys, 1));

@@ -1,24 +1,25 @@
-// scratch.h: the memory of one sort.
+// packed_words.h: packed words to be put into the order of the sorting algorithm.
 #pragma once
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <span>
-#include <vector>
 
 #include "sorting/packed_sort.h"
 #include "sorting/word_steps.h"
 
 namespace orv2_geo::sorting {
 
-/// A word an element, and another only where it is needed: a first touch of fresh
-/// memory costs more than the work on it.
-class Scratch {
+/// A word an element, and which way to its order is taken: the algorithm run on the
+/// words (run_words.h), or a sort by the numbers (packed_sort.h) after which it is
+/// run for the ties alone (settle_ties.h). The second needs another word an element,
+/// which is not asked for before: a first touch of fresh memory costs more than the
+/// work on it.
+class PackedWords {
  public:
   /// Throws std::bad_alloc.
-  explicit Scratch(std::size_t count);
+  explicit PackedWords(std::size_t count);
 
   std::span<std::uint64_t> words() noexcept { return {words_.get() + words_around, count_}; }
 
@@ -39,14 +40,5 @@ class Scratch {
   std::size_t count_;
   std::unique_ptr<std::uint64_t[]> words_;
 };
-
-/// Puts elements into the order of these positions. Throws std::bad_alloc, with
-/// nothing moved.
-template <class Element>
-void rearrange(std::span<Element> elements, const std::vector<std::uint32_t>& order) {
-  std::vector<Element> moved(elements.size());
-  for (std::size_t p = 0; p < order.size(); ++p) moved[p] = std::move(elements[order[p]]);
-  std::move(moved.begin(), moved.end(), elements.begin());
-}
 
 }  // namespace orv2_geo::sorting

@@ -1,4 +1,4 @@
-#include "sorting/scratch.h"
+#include "sorting/packed_words.h"
 
 #include <algorithm>
 #include <bit>
@@ -23,7 +23,7 @@ constexpr std::int64_t any_steps = std::numeric_limits<std::int64_t>::max();
 
 }  // namespace
 
-Scratch::Scratch(std::size_t count)
+PackedWords::PackedWords(std::size_t count)
     : count_(count),
       words_(std::make_unique_for_overwrite<std::uint64_t[]>(count + 2 * words_around)) {
   announce_use(words_.get(), count * sizeof(std::uint64_t));
@@ -31,7 +31,7 @@ Scratch::Scratch(std::size_t count)
   std::fill_n(words_.get() + words_around + count, words_around, 0);
 }
 
-void Scratch::put_back(const Packing& packing) noexcept {
+void PackedWords::put_back(const Packing& packing) noexcept {
   const std::span<std::uint64_t> words = this->words();
   for (std::size_t k = 0; k < words.size(); ++k) {
     while (packing.position(words[k]) != k) {
@@ -40,7 +40,7 @@ void Scratch::put_back(const Packing& packing) noexcept {
   }
 }
 
-bool Scratch::sort_words(const Packing& packing, std::int64_t first) noexcept {
+bool PackedWords::sort_words(const Packing& packing, std::int64_t first) noexcept {
   if (!seem_tied(packing, words())) return false;
   if (run_words(packing, words(), first, unusually_many_steps(count_))) return true;
   put_back(packing);
@@ -49,8 +49,8 @@ bool Scratch::sort_words(const Packing& packing, std::int64_t first) noexcept {
 
 // By the numbers, and then the algorithm for ties alone. False where there is no
 // memory.
-bool Scratch::order_by_numbers(const Packing& packing, std::int64_t first,
-                               std::span<std::uint32_t> order) noexcept {
+bool PackedWords::order_by_numbers(const Packing& packing, std::int64_t first,
+                                   std::span<std::uint32_t> order) noexcept {
   const std::unique_ptr<std::uint64_t[]> spare(new (std::nothrow) std::uint64_t[count_]);
   if (!spare) return false;
   announce_use(spare.get(), count_ * sizeof(std::uint64_t));
@@ -59,8 +59,8 @@ bool Scratch::order_by_numbers(const Packing& packing, std::int64_t first,
   return true;
 }
 
-void Scratch::order_words(const Packing& packing, std::int64_t first,
-                          std::span<std::uint32_t> order) noexcept {
+void PackedWords::order_words(const Packing& packing, std::int64_t first,
+                              std::span<std::uint32_t> order) noexcept {
   if (!sort_words(packing, first)) {
     if (order_by_numbers(packing, first, order)) return;
     run_words(packing, words(), first, any_steps);
