@@ -6,7 +6,6 @@
 #include <new>
 #include <utility>
 
-#include "frame/memory.h"
 #include "sorting/run_words.h"
 #include "sorting/settle_ties.h"
 
@@ -24,9 +23,8 @@ constexpr std::int64_t any_steps = std::numeric_limits<std::int64_t>::max();
 }  // namespace
 
 PackedWords::PackedWords(std::size_t count)
-    : count_(count),
-      words_(std::make_unique_for_overwrite<std::uint64_t[]>(count + 2 * words_around)) {
-  announce_use(words_.get(), count * sizeof(std::uint64_t));
+    : count_(count), words_(room_if_any<std::uint64_t>(count + 2 * words_around)) {
+  if (!words_) throw std::bad_alloc();
   std::fill_n(words_.get(), words_around, 0);
   std::fill_n(words_.get() + words_around + count, words_around, 0);
 }
@@ -51,9 +49,8 @@ bool PackedWords::sort_words(const Packing& packing, std::int64_t first) noexcep
 // memory.
 bool PackedWords::order_by_numbers(const Packing& packing, std::int64_t first,
                                    std::span<std::uint32_t> order) noexcept {
-  const std::unique_ptr<std::uint64_t[]> spare(new (std::nothrow) std::uint64_t[count_]);
+  const auto spare = room_if_any<std::uint64_t>(count_);
   if (!spare) return false;
-  announce_use(spare.get(), count_ * sizeof(std::uint64_t));
   write_order(packing, sort_packed(packing, words(), {spare.get(), count_}), order.data());
   settle_ties(order, first, words().data(), reinterpret_cast<std::uint32_t*>(spare.get()));
   return true;

@@ -3,9 +3,9 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <span>
 
+#include "frame/memory.h"
 #include "sorting/packed_sort.h"
 #include "sorting/word_steps.h"
 
@@ -38,7 +38,7 @@ class PackedWords {
                         std::span<std::uint32_t> order) noexcept;
 
   std::size_t count_;
-  std::unique_ptr<std::uint64_t[]> words_;
+  Room<std::uint64_t> words_;
 };
 
 }  // namespace orv2_geo::sorting
