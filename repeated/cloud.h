@@ -51,77 +51,99 @@ struct Cloud {
   void ahead(std::int32_t, const Clusters&) const noexcept {}
 };
 
-/// A cloud of which every subscript was looked at before. In X order the points
-/// stand anywhere in their arrays, so some are asked for ahead of their turn.
+/// The coordinates of points of which every subscript was looked at before.
 template <bool reads_Z>
-class SoundCloud {
+class SoundPoints {
  public:
-  /// Nothing when a subscript may be beyond its array. The order may have more
-  /// points than the sweep, and each of them may stand anywhere in it.
-  static std::optional<SoundCloud> of(const Cloud& cloud, std::int32_t points) noexcept {
-    const std::int32_t all = cloud.Orden.upper();
-    const SoundCloud sound(cloud, all);
-    if (points > all || sound.order_ == nullptr || sound.x_ == nullptr) return std::nullopt;
-    if (sound.y_ == nullptr || (reads_Z && sound.z_ == nullptr)) return std::nullopt;
+  /// Nothing when one of the points 1 to `last` may be beyond its array.
+  static std::optional<SoundPoints> of(const DoubleArray& X, const DoubleArray& Y,
+                                       const DoubleArray& Z, std::int32_t last) noexcept {
+    const SoundPoints sound(X, Y, Z, last);
+    if (sound.x_ == nullptr || sound.y_ == nullptr) return std::nullopt;
+    if (reads_Z && sound.z_ == nullptr) return std::nullopt;
     return sound;
   }
 
-  std::int32_t point(std::int32_t i) const noexcept { return order_[i - 1]; }
   double x(std::int32_t p) const noexcept { return x_[p - 1]; }
   double y(std::int32_t p) const noexcept { return y_[p - 1]; }
   double z(std::int32_t p) const noexcept { return z_[p - 1]; }
 
-  template <class Clusters>
-  [[gnu::always_inline]] void ahead(std::int32_t i, const Clusters& clusters) const noexcept {
-    if (last_ - i < steps_ahead) return;
-    const std::int32_t p = point(i + steps_ahead);
+  [[gnu::always_inline]] void ask_for_x(std::int32_t p) const noexcept {
     __builtin_prefetch(x_ + (p - 1));
-    ask_beside_x(p);
-    clusters.ahead(p);
   }
   [[gnu::always_inline]] void ask_beside_x(std::int32_t p) const noexcept {
     __builtin_prefetch(y_ + (p - 1));
     if constexpr (reads_Z) __builtin_prefetch(z_ + (p - 1));
   }
 
-  /// Whether no bound of a box can overflow and nothing is NaN, for an X that has
-  /// keys as numbers.
-  bool is_tame(double tolerance) const noexcept {
-    if (!are_tame({&tolerance, 1}) || !are_tame({y_, points()})) return false;
-    return !reads_Z || are_tame({z_, points()});
-  }
+  std::span<const double> all_y() const noexcept { return {y_, points_}; }
+  std::span<const double> all_z() const noexcept { return {z_, reads_Z ? points_ : 0}; }
 
  private:
-  // Some at a time, which is a loop without a branch.
-  static bool are_tame(std::span<const double> values) noexcept {
-    constexpr std::size_t some = 16;
-    bool all = true;
-    for (; values.size() >= some; values = values.subspan(some)) {
-      std::uint64_t over = 0;
-      for (std::size_t k = 0; k < some; ++k) over |= is_over(values[k]);
-      if (over != 0) return false;
-    }
-    for (const double value : values) all &= is_over(value) == 0;
-    return all;
-  }
-  // Not 0 for NaN too: a double's size compares like its bits.
-  static std::uint64_t is_over(double value) noexcept {
-    return (std::bit_cast<std::uint64_t>(1e300) - std::bit_cast<std::uint64_t>(std::abs(value))) >>
-           63;
-  }
-  std::size_t points() const noexcept { return static_cast<std::size_t>(last_); }
+  SoundPoints(const DoubleArray& X, const DoubleArray& Y, const DoubleArray& Z,
+              std::int32_t last) noexcept
+      : x_(X.row(1, last)),
+        y_(Y.row(1, last)),
+        z_(Z.row(1, last)),
+        points_(static_cast<std::size_t>(last)) {}
 
-  SoundCloud(const Cloud& cloud, std::int32_t last) noexcept
-      : order_(cloud.Orden.row(1, last)),
-        x_(cloud.X.row(1, last)),
-        y_(cloud.Y.row(1, last)),
-        z_(cloud.Z.row(1, last)),
-        last_(last) {}
-
-  const std::int32_t* order_;
   const double* x_;
   const double* y_;
   const double* z_;
+  std::size_t points_;
+};
+
+/// Whether none is beyond 1e300 or NaN, so that with a tolerance up to that no bound
+/// of a box can overflow.
+inline bool are_tame(std::span<const double> values) noexcept {
+  // Not 0 for NaN too: a double's size compares like its bits.
+  const auto is_over = [](double value) {
+    return (std::bit_cast<std::uint64_t>(1e300) - std::bit_cast<std::uint64_t>(std::abs(value))) >>
+           63;
+  };
+  constexpr std::size_t some = 16;  // at a time, which is a loop without a branch
+  bool all = true;
+  for (; values.size() >= some; values = values.subspan(some)) {
+    std::uint64_t over = 0;
+    for (std::size_t k = 0; k < some; ++k) over |= is_over(values[k]);
+    if (over != 0) return false;
+  }
+  for (const double value : values) all &= is_over(value) == 0;
+  return all;
+}
+
+/// A cloud of which every subscript was looked at before. In X order the points
+/// stand anywhere in their arrays, so some are asked for ahead of their turn.
+template <bool reads_Z>
+class SoundCloud : public SoundPoints<reads_Z> {
+ public:
+  /// Nothing when a subscript may be beyond its array. The order may have more
+  /// points than the sweep, and each of them may stand anywhere in it.
+  static std::optional<SoundCloud> of(const Cloud& cloud, std::int32_t points) noexcept {
+    const std::int32_t all = cloud.Orden.upper();
+    const std::int32_t* const order = cloud.Orden.row(1, all);
+    const auto sound = SoundPoints<reads_Z>::of(cloud.X, cloud.Y, cloud.Z, all);
+    if (points > all || order == nullptr || !sound) return std::nullopt;
+    return SoundCloud(*sound, order, all);
+  }
+
+  std::int32_t point(std::int32_t i) const noexcept { return order_[i - 1]; }
+
+  template <class Clusters>
+  [[gnu::always_inline]] void ahead(std::int32_t i, const Clusters& clusters) const noexcept {
+    if (last_ - i < steps_ahead) return;
+    const std::int32_t p = point(i + steps_ahead);
+    this->ask_for_x(p);
+    this->ask_beside_x(p);
+    clusters.ahead(p);
+  }
+
+ private:
+  SoundCloud(const SoundPoints<reads_Z>& sound, const std::int32_t* order,
+             std::int32_t last) noexcept
+      : SoundPoints<reads_Z>(sound), order_(order), last_(last) {}
+
+  const std::int32_t* order_;
   std::int32_t last_;
 };
 

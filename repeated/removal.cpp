@@ -62,7 +62,6 @@ class Flagged {
     repeated::ask_for(Indice_, p);
     repeated::ask_for(Repetido_, p);
   }
-  void ahead_near(std::int32_t) const noexcept {}
   std::int32_t found() const noexcept { return cluster_; }
 
  private:
@@ -136,7 +135,8 @@ void m_Indice_de_Puntos_sin_Repetir_XY(const std::int32_t& nPtos, const DoubleAr
     repeated::XOrder order(X, nPtos);
     const double tol = repeated::tolerance(Precision);
     const repeated::Progress progress(nPtos, Progreso1);
-    repeated::sweep(nPtos, {X, Y, Z}, order, tol, progress, Flagged(Secuencia, Indice, Repetido));
+    repeated::Sweep<Flagged::reads_Z>(nPtos, {X, Y, Z}, order, tol)
+        .run(progress, Flagged(Secuencia, Indice, Repetido));
     nNuevos = renumber_unflagged(nPtos, Secuencia, Indice, Repetido);
     progress.visible();
   });

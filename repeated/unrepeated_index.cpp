@@ -1,11 +1,11 @@
 // Indexes of unrepeated points: the survivors in X order, or renumbered.
 #include <algorithm>
-#include <limits>
+#include <cstdint>
 #include <string_view>
-#include <utility>
 
 #include "platform/error_box.h"
 #include "repeated/mOrdena_repetidos.h"
+#include "repeated/replaced_points.h"
 #include "repeated/sweep.h"
 #include "sorting/mOrdena.h"
 
@@ -14,7 +14,9 @@ namespace orv2_geo::mOrdena {
 namespace {
 
 using repeated::Progress;
+using repeated::ReplacedPoints;
 using repeated::source;
+using repeated::Sweep;
 using repeated::XOrder;
 
 constexpr std::u16string_view title_in_X =
@@ -61,7 +63,6 @@ class Clusters : public Rule {
  public:
   void placed(std::int32_t, std::int32_t) const noexcept {}
   void ahead(std::int32_t) const noexcept {}
-  void ahead_near(std::int32_t) const noexcept {}
   std::int32_t found() const noexcept { return found_; }
 
  protected:
@@ -69,12 +70,13 @@ class Clusters : public Rule {
   std::int32_t survivor_ = 0;
 };
 
-// The survivor of each cluster, in the order in which they are met: written over
-// the front of the X order, as there are never more clusters than points met.
+// The survivor of each cluster, in the order in which they are met. They may be
+// written over the front of the X order, as there are never more clusters than
+// points met.
 template <class Rule>
 class Survivors : public Clusters<Rule> {
  public:
-  explicit Survivors(LongArray& Orden) noexcept : survivors_(Orden.data()) {}
+  explicit Survivors(LongArray& Elegidos) noexcept : survivors_(Elegidos.data()) {}
 
   template <class Points>
   void first(std::int32_t p, const Points& points) {
@@ -104,11 +106,11 @@ class Survivors : public Clusters<Rule> {
 };
 
 // Who stands for each point that is none of the survivors: the survivor of the
-// moment, which may itself be replaced later; 0 for the survivors.
+// moment, which may itself be replaced later.
 template <class Rule>
 class Representatives : public Clusters<Rule> {
  public:
-  explicit Representatives(LongArray& Representante) noexcept : stands_for_(Representante.data()) {}
+  explicit Representatives(ReplacedPoints& replaced) noexcept : replaced_(replaced) {}
 
   template <class Points>
   void first(std::int32_t p, const Points& points) {
@@ -129,70 +131,55 @@ class Representatives : public Clusters<Rule> {
   template <class Points>
   void joined(std::int32_t p, const Points& points) {
     if (Rule::takes_over(p, survivor_, points)) {
-      stands_for_[survivor_] = p;
+      replaced_.replace(survivor_, p);
       survivor_ = p;
     } else {
-      stands_for_[p] = survivor_;
+      replaced_.replace(p, survivor_);
     }
-  }
-  [[gnu::always_inline]] void ahead_near(std::int32_t p) const noexcept {
-    __builtin_prefetch(stands_for_ + p, 1);
   }
 
  private:
   using Clusters<Rule>::found_;
   using Clusters<Rule>::survivor_;
-  std::int32_t* stands_for_;
+  ReplacedPoints& replaced_;
 };
 
-// Gives an index that was made beforehand what it is to hold, in place where it
-// still has the bounds it was given.
-void deliver(const LongArray& made, LongArray& index) {
-  const bool as_made = index.allocated() && index.lower() == 0 && index.count() == made.count();
-  if (!as_made || index.legal_count() == 0 || index.locked()) {
-    index = made;
+// Whether an index still is what it was made, subscripts 0 to `points`, and may be
+// written to directly.
+bool is_as_made(const LongArray& index, std::int32_t points) {
+  if (!index.allocated() || index.legal_count() == 0 || index.locked()) return false;
+  return index.lower() == 0 && index.upper() == points;
+}
+
+// Gives an index that was made beforehand what it is to hold, in place where that
+// can be.
+void deliver(const LongArray& found, LongArray& index) {
+  if (&found == &index) return;
+  if (!is_as_made(index, found.upper())) {
+    index = found;
     return;
   }
-  std::copy_n(made.data(), made.count(), index.data());
+  std::copy_n(found.data(), found.count(), index.data());
 }
 
-// For points that the sweep has not met.
-constexpr std::int32_t not_met = std::numeric_limits<std::int32_t>::min();
+// What a list of `found` points has at 0 and above them.
+void clear_around(LongArray& list, std::int32_t found) {
+  list(0) = 0;
+  std::fill(list.data() + found + 1, list.data() + list.count(), 0);
+}
 
-// Lists the survivors by their numbers; the k-th gets -k in `representatives`.
-// Answers with how many there are.
-std::int32_t number_survivors(LongArray& representatives, LongArray& list) {
-  std::int32_t* const entries = representatives.data();
-  std::int32_t* const listed = list.data();
-  const std::int32_t points = list.upper();
-  std::int32_t found = 0;
-  for (std::int32_t p = 1; p <= points; ++p) {
-    const bool survives = entries[p] == 0;
-    listed[found + 1] = p;  // to stay or to be overwritten
-    found += static_cast<std::int32_t>(survives);
-    entries[p] = survives ? -found : entries[p];
+// A host may have lowered the number of points, so that the sweep ended before.
+void leave_out_unmet(std::int32_t nPtos, XOrder& order, ReplacedPoints& replaced) {
+  for (const std::int32_t i : counted(std::max(nPtos, 0) + 1, order.points())) {
+    replaced.leave_out(order.numbers()(i));
   }
-  std::fill(listed + found + 1, listed + points + 1, 0);
-  return found;
 }
 
-// The entry of the survivor that stands for p in the end. All on the way to it get
-// the same, so that no way is gone twice.
-std::int32_t entry_in_the_end(std::int32_t p, std::int32_t* entries) {
-  std::int32_t survivor = p;
-  while (entries[survivor] > 0) survivor = entries[survivor];
-  const std::int32_t entry = entries[survivor];
-  while (entries[p] > 0) p = std::exchange(entries[p], entry);
-  return entry;
-}
-
-// The new numbers of the first nPtos points, 0 for those not met.
-void number_points(std::int32_t nPtos, LongArray& representatives, LongArray& IndiceGeneral) {
-  std::int32_t* const entries = representatives.data();
-  for (const std::int32_t p : counted(1, std::min(nPtos, representatives.upper()))) {
-    std::int32_t entry = entries[p];
-    if (entry > 0) entry = entry_in_the_end(p, entries);
-    IndiceGeneral(p) = entry == not_met ? 0 : -entry;
+// One by one, as far as they fit, where they are not in place.
+void deliver_numbers(std::int32_t nPtos, const LongArray& numbers, LongArray& IndiceGeneral) {
+  if (&numbers == &IndiceGeneral) return;
+  for (const std::int32_t p : counted(1, std::min(nPtos, numbers.upper()))) {
+    IndiceGeneral(p) = numbers(p);
   }
 }
 
@@ -202,21 +189,27 @@ void renumbered(std::u16string_view title, const std::int32_t& nPtos, const Doub
                 LongArray& IndiceNuevos, LongArray& IndiceGeneral, BoolArray& Repetido,
                 const double& Precision, const ObjectRef& Progreso1) {
   trapped(source, title, [&] {
-    LongArray Representante(0, nPtos);
+    if (nPtos < 0) raise(failure::subscript_out_of_range);  // before a lock can refuse
     IndiceNuevos.size(0, nPtos);
     IndiceGeneral.size(0, nPtos);
     Repetido.size(0, nPtos);  // and nothing more: no entry is ever set
     XOrder order(X, nPtos);
     const double tol = repeated::tolerance(Precision);
     const Progress progress(nPtos, Progreso1);
-    repeated::sweep(nPtos, {X, Y, Z}, order, tol, progress, Representatives<Rule>(Representante));
-    const std::int32_t met = std::max(nPtos, 0);
-    for (const std::int32_t i : counted(met + 1, order.points())) {
-      Representante(order.numbers()(i)) = not_met;
-    }
-    LongArray& Nuevos = order.numbers();
-    const std::int32_t found = number_survivors(Representante, Nuevos);
-    number_points(nPtos, Representante, IndiceGeneral);
+    Sweep<Rule::reads_Z> sweep(nPtos, {X, Y, Z}, order, tol);
+    // What cannot fail is worked out where it is delivered: fresh memory is slow.
+    const bool in_place = sweep.cannot_fail() && is_as_made(IndiceNuevos, order.points()) &&
+                          is_as_made(IndiceGeneral, order.points()) &&
+                          IndiceNuevos.data() != IndiceGeneral.data();
+    LongArray apart;
+    if (!in_place) apart.size(0, order.points());
+    LongArray& Nuevos = in_place ? IndiceNuevos : order.numbers();
+    LongArray& Numeros = in_place ? IndiceGeneral : apart;
+    ReplacedPoints replaced(order.points(), sweep.room());
+    sweep.run(progress, Representatives<Rule>(replaced));
+    leave_out_unmet(nPtos, order, replaced);
+    const std::int32_t found = replaced.number(Nuevos.data(), Numeros.data());
+    deliver_numbers(nPtos, Numeros, IndiceGeneral);
     deliver(Nuevos, IndiceNuevos);
     nNuevos = found;
     progress.visible();
@@ -236,10 +229,11 @@ void m_Indice_de_Puntos_sin_Repetir_ORDENADOS_EN_X(const std::int32_t& nPtos, co
     XOrder order(X, nPtos);
     const double tol = repeated::tolerance(Precision);
     const Progress progress(nPtos, Progreso1);
-    LongArray& Elegidos = order.numbers();
-    const std::int32_t found = repeated::sweep(nPtos, {X, Y, Z}, order, tol, progress,
-                                               Survivors<HighestSurvives>(Elegidos));
-    for (const std::int32_t c : counted(found + 1, Elegidos.upper())) Elegidos(c) = 0;
+    Sweep<HighestSurvives::reads_Z> sweep(nPtos, {X, Y, Z}, order, tol);
+    const bool in_place = sweep.cannot_fail() && is_as_made(Indice, order.points());
+    LongArray& Elegidos = in_place ? Indice : order.numbers();
+    const std::int32_t found = sweep.run(progress, Survivors<HighestSurvives>(Elegidos));
+    clear_around(Elegidos, found);
     deliver(Elegidos, Indice);
     nNuevos = found;
   });

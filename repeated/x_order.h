@@ -6,6 +6,7 @@
 #include <span>
 
 #include "frame/geo_arrays.h"
+#include "repeated/marks.h"
 #include "sorting/packed_doubles.h"
 
 namespace orv2_geo::repeated {
@@ -18,23 +19,34 @@ class XOrder {
   XOrder(const DoubleArray& X, std::int32_t nPtos);
 
   /// How many points.
-  std::int32_t points() const { return Orden_.upper(); }
+  std::int32_t points() const noexcept { return points_; }
 
-  /// The points with their keys, in order, the first point being 0: where X still
-  /// has these keys and the order can be told with them. To be asked at most once,
-  /// and instead of put_in_order().
-  std::span<const std::uint64_t> keyed(const DoubleArray& X) noexcept;
+  /// Whether the points are words() with their keys, in the order of their numbers.
+  bool is_packed() const noexcept { return packed_.has_value(); }
   const sorting::Packing& packing() const noexcept { return packed_->packing(); }
 
-  /// From then on numbers() are in order.
-  void put_in_order() noexcept;
+  /// Marks the points where X still has the keys of the words. Of points that are
+  /// packed.
+  bool mark(const DoubleArray& X, std::span<const double> Y, Marks& marks) noexcept;
 
-  /// Subscripts 0 to points(): the points, or room for as many.
-  LongArray& numbers() noexcept { return Orden_; }
+  /// Puts the words in X order. False, with the marks lost, where put_in_order()
+  /// alone can.
+  bool sort_words() noexcept { return packed_->sort(); }
+
+  /// The first point is 0.
+  std::span<std::uint64_t> words() noexcept { return packed_->words(); }
+
+  /// From then on numbers() are in order, and no words are left. Failure 7.
+  void put_in_order();
+
+  /// Subscripts 0 to points(): the points, or before put_in_order() room for as
+  /// many. Failure 7.
+  LongArray& numbers();
 
  private:
-  LongArray Orden_;
+  std::int32_t points_;
   std::optional<sorting::PackedDoubles> packed_;  // until numbers() are in order
+  LongArray Orden_;                               // made when asked for
 };
 
 }  // namespace orv2_geo::repeated

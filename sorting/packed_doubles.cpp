@@ -46,11 +46,10 @@ bool multiply_keys(const Packing& packing, std::span<const double, stretch> valu
   return refused >> 63 == 0 && above_lowest >> packing.number_bits == 0;
 }
 
-// Packs a stretch from the value `first` on, or what is left. False when one has no
-// key for which there is room.
+// Packs a stretch or less, which has the positions from `first` on. False when a value
+// has no key for which there is room.
 bool pack(const Packing& packing, std::span<const double> values, std::size_t first,
           std::span<std::uint64_t> words) {
-  values = values.subspan(first, words.size());
   if (values.size() == stretch &&
       multiply_keys(packing, values.first<stretch>(), first, words.data())) {
     return true;
@@ -79,11 +78,13 @@ std::optional<Extremes> extremes_in_span(std::span<const double> values) noexcep
   return found;
 }
 
-std::optional<PackedDoubles> PackedDoubles::of(std::span<const double> values) noexcept try {
+std::optional<PackedDoubles> PackedDoubles::of(std::span<const double> values,
+                                               int most_mark_bits) noexcept try {
   const auto found = extremes_in_span(values);
   if (!found) return std::nullopt;
-  const Packing packing(number_key(found->lowest), number_key(found->highest), values.size());
+  Packing packing(number_key(found->lowest), number_key(found->highest), values.size());
   if (!packing.fits()) return std::nullopt;
+  packing.make_room(most_mark_bits);
   return PackedDoubles(packing, values);
 } catch (const std::bad_alloc&) {
   return std::nullopt;
@@ -93,20 +94,32 @@ PackedDoubles::PackedDoubles(const Packing& packing, std::span<const double> val
     : packing_(packing), words_(values.size()) {
   const std::span<std::uint64_t> words = words_.words();
   for (std::size_t first = 0; first < words.size(); first += stretch) {
-    pack(packing_, values, first, words.subspan(first, std::min(stretch, words.size() - first)));
+    const std::size_t count = std::min(stretch, words.size() - first);
+    pack(packing_, values.subspan(first, count), first, words.subspan(first, count));
   }
 }
 
-bool PackedDoubles::are_of(std::span<const double> values) noexcept {
-  const std::span<const std::uint64_t> words = words_.words();
-  if (values.size() != words.size()) return false;
+bool PackedDoubles::are_of(std::span<const double> values, std::size_t first) noexcept {
+  if (values.size() > words().size() - first) return false;
+  const std::span<const std::uint64_t> words = this->words().subspan(first, values.size());
   Stretch again;
-  for (std::size_t first = 0; first < words.size(); first += stretch) {
-    const std::span now = std::span(again).first(std::min(stretch, words.size() - first));
-    if (!pack(packing_, values, first, now)) return false;
-    if (!std::ranges::equal(now, words.subspan(first, now.size()))) return false;
+  for (std::size_t k = 0; k < words.size(); k += stretch) {
+    const std::size_t count = std::min(stretch, words.size() - k);
+    const std::span now = std::span(again).first(count);
+    if (!pack(packing_, values.subspan(k, count), first + k, now)) return false;
+    if (!std::ranges::equal(now, words.subspan(k, count))) return false;
   }
   return true;
+}
+
+void PackedDoubles::clear_marks() noexcept {
+  for (std::uint64_t& word : words()) word &= ~packing_.mark_mask();
+}
+
+bool PackedDoubles::sort() noexcept {
+  if (words_.sort_words(packing_, 1)) return true;
+  clear_marks();
+  return false;
 }
 
 void PackedDoubles::write_order(std::span<std::int32_t> numbers) noexcept {

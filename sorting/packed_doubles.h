@@ -1,6 +1,7 @@
 // packed_doubles.h: doubles as words of their keys, to be put in order.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <span>
@@ -24,18 +25,25 @@ std::optional<Extremes> extremes_in_span(std::span<const double> values) noexcep
 class PackedDoubles {
  public:
   /// Nothing where there are no values, keys must be made as texts or do not fit a
-  /// word, or there is no memory.
-  static std::optional<PackedDoubles> of(std::span<const double> values) noexcept;
+  /// word, or there is no memory. What bits a word has left are room for a mark, up
+  /// to so many.
+  static std::optional<PackedDoubles> of(std::span<const double> values,
+                                         int most_mark_bits = 0) noexcept;
 
   const Packing& packing() const noexcept { return packing_; }
 
-  /// Whether these values have the keys that were packed. For words not yet sorted.
-  bool are_of(std::span<const double> values) noexcept;
+  /// Whether these values have the keys that were packed from the position `first`
+  /// on. For words not yet sorted and without marks.
+  bool are_of(std::span<const double> values, std::size_t first = 0) noexcept;
+
+  /// Marks are what a caller puts into the words in the room for them.
+  void clear_marks() noexcept;
 
   /// Puts the words into the order in which the algorithm leaves elements that stand
-  /// at the subscripts from 1 on. False where only write_order can tell it.
-  bool sort() noexcept { return words_.sort_words(packing_, 1); }
-  std::span<const std::uint64_t> words() noexcept { return words_.words(); }
+  /// at the subscripts from 1 on. False, with the marks lost, where only write_order
+  /// can tell it.
+  bool sort() noexcept;
+  std::span<std::uint64_t> words() noexcept { return words_.words(); }
 
   /// Writes that order, elements numbered from 1.
   void write_order(std::span<std::int32_t> numbers) noexcept;

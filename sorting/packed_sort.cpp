@@ -38,7 +38,7 @@ std::span<std::uint64_t> sort_packed(const Packing& packing, std::span<std::uint
   if (digits == 0) return words;
   const int width = (packing.number_bits + digits - 1) / digits;
   const std::uint64_t mask = (std::uint64_t{1} << width) - 1;
-  const auto shift = [&](int digit) { return packing.position_bits + digit * width; };
+  const auto shift = [&](int digit) { return packing.below_number() + digit * width; };
 
   std::array<Counts, most_digits> counts{};
   for (const std::uint64_t word : words) {
@@ -59,7 +59,7 @@ std::span<std::uint64_t> sort_packed(const Packing& packing, std::span<std::uint
 void write_order(const Packing& packing, std::span<const std::uint64_t> sorted,
                  std::uint32_t* order) noexcept {
   for (std::size_t p = 0; p < sorted.size(); ++p) {
-    const bool tied = p != 0 && ((sorted[p - 1] ^ sorted[p]) >> packing.position_bits) == 0;
+    const bool tied = p != 0 && ((sorted[p - 1] ^ sorted[p]) >> packing.below_number()) == 0;
     order[p] = packing.position(sorted[p]) | (tied ? tied_mark : 0);
   }
 }

@@ -50,7 +50,7 @@ class Run {
 
 bool run_words(const Packing& packing, std::span<std::uint64_t> words, std::int64_t first,
                std::int64_t most_steps) noexcept {
-  const WordSteps steps(words.data(), packing.position_mask(), first);
+  const WordSteps steps(words.data(), packing.mask_below_number(), first);
   return Run(steps, most_steps).sort(0, static_cast<std::int64_t>(words.size()) - 1);
 }
 

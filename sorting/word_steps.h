@@ -20,14 +20,14 @@ inline constexpr std::size_t words_around = words_at_once;
 inline constexpr std::size_t insertion_limit = 7;
 
 /// The choice of the pivot, the partition and the insertion (see kernel.h). A word is an
-/// element's key above what its position in the array takes, and is below 2^63.
+/// element's key above bits that take no part in the order, and is below 2^63.
 /// Places are counted from 0, the first being that of the subscript `first`.
 class WordSteps {
  public:
   using Word = std::uint64_t;
 
-  WordSteps(Word* words, Word position_mask, std::int64_t first) noexcept
-      : words_(words), position_mask_(position_mask), first_(first) {}
+  WordSteps(Word* words, Word mask_below_key, std::int64_t first) noexcept
+      : words_(words), mask_below_key_(mask_below_key), first_(first) {}
 
   Word operator[](std::int64_t place) const noexcept { return words_[place]; }
 
@@ -94,8 +94,8 @@ class WordSteps {
     Word beyond;
   };
 
-  Word lowest_of_key(Word word) const noexcept { return word & ~position_mask_; }
-  Word highest_of_key(Word word) const noexcept { return word | position_mask_; }
+  Word lowest_of_key(Word word) const noexcept { return word & ~mask_below_key_; }
+  Word highest_of_key(Word word) const noexcept { return word | mask_below_key_; }
 
   void put_in_order(Word& low, Word& high) const noexcept {
     const bool turned = low > highest_of_key(high);
@@ -206,7 +206,7 @@ class WordSteps {
   }
 
   Word* words_;
-  Word position_mask_;
+  Word mask_below_key_;
   std::int64_t first_;
 };
 

@@ -1,3 +1,4 @@
+#include <functional>
 #include <limits>
 #include <optional>
 
@@ -323,12 +324,17 @@ TEST(UnrepeatedIndex, AnyToleranceAsRestated) {
     const double unit = units[numbers.below(7)];
     const std::size_t count = 1 + numbers.below(round % 50 == 0 ? 1000 : 60);
     const double origin = numbers.below(2) == 0 ? 0.0 : 435000.0;
+    // A few Y are as far off as the marks of cells repeat themselves, or further.
+    const double far = std::ldexp(unit, static_cast<int>(numbers.below(70)));
     std::vector<Point> points;
     const auto at = [&](double span) {
       const double steps = std::floor(numbers.between(-span, span));
       return steps * unit + (numbers.below(3) == 0 ? numbers.between(-1e-6, 1e-6) : 0.0);
     };
-    while (points.size() < count) points.push_back({origin + at(9.0), at(3.0), at(2.0)});
+    while (points.size() < count) {
+      const double y = numbers.below(8) == 0 ? std::floor(numbers.between(-2.0, 3.0)) * far : 0.0;
+      points.push_back({origin + at(9.0), y + at(3.0), at(2.0)});
+    }
     double Precision = tolerances[numbers.below(15)] * (numbers.below(2) == 0 ? unit : 1e-6);
     if (numbers.below(20) == 0) Precision = -Precision;
     expect_as_restated(PointList(points), Precision, {});
@@ -379,6 +385,98 @@ TEST(UnrepeatedIndex, AChangeOfXByAPowerOfTwoOfMillionthsIsSeen) {
       if (n == 3) list.X(2) += row.by / 1e6;
     };
     EXPECT_EQ(in_X(list, 0.0, progress.reference).nNuevos, row.n) << row.n;
+  }
+}
+
+// What the host does to the indexes while its indicator is set up is gone, but for
+// what is never written.
+TEST(UnrepeatedIndex, WhatTheHostWritesIntoTheIndexesMeanwhileIsWrittenOver) {
+  const PointList list({{1, 0, 0}, {2, 0, 0}, {1, 0, 0}, {5, 0, 0}});
+  PointList high = list;  // with which something could fail
+  high.Z(4) = 1e305;
+  struct Row {
+    const char* rule;
+    std::function<void(LongArray&)> to_first;
+    std::function<void(LongArray&)> to_second;
+    std::int32_t second_at_0;
+  };
+  const auto nothing = [](LongArray&) {};
+  const auto scribble = [](LongArray& index) {
+    for (std::int32_t i = index.lower(); i <= index.upper(); ++i) index(i) = 99;
+  };
+  const auto wider = [](LongArray& index) { index.size(-2, 7); };
+  const auto release = [](LongArray& index) { index.release(); };
+  const Row table[] = {
+      {"written", scribble, scribble, 99},
+      {"the first made again", wider, scribble, 99},
+      {"the first released", release, nothing, 0},
+  };
+  for (const Row& row : table) {
+    for (const PointList* points : {&list, static_cast<const PointList*>(&high)}) {
+      const RecordingInterface screen;
+      IndexOutcome out;
+      const Indicator progress;
+      progress.object->on_write = [&](std::size_t n) {
+        if (n != 3) return;
+        row.to_first(out.first);
+        if (out.second.allocated()) row.to_second(out.second);
+      };
+      mOrdena::m_Indice_de_Puntos_sin_Repetir_ORDENADOS_EN_X(
+          4, points->X, points->Y, points->Z, out.nNuevos, out.first, 0.0, progress.reference);
+      EXPECT_EQ(out.nNuevos, 3) << row.rule;
+      EXPECT_EQ(out.first.lower(), 0) << row.rule;
+      EXPECT_EQ(entries(out.first), (Numbers32{0, 1, 2, 4, 0})) << row.rule;
+      for (const Renumbering routine : {highest, all_axes}) {
+        progress.object->written.clear();
+        routine(4, points->X, points->Y, points->Z, out.nNuevos, out.first, out.second,
+                out.Repetido, 0.0, progress.reference);
+        EXPECT_EQ(out.nNuevos, 3) << row.rule;
+        EXPECT_EQ(out.first.lower(), 0) << row.rule;
+        EXPECT_EQ(entries(out.first), (Numbers32{0, 1, 2, 4, 0})) << row.rule;
+        EXPECT_EQ(entries(out.second), (Numbers32{row.second_at_0, 1, 2, 1, 3})) << row.rule;
+      }
+      EXPECT_EQ(box_of(screen), "") << row.rule;
+    }
+  }
+}
+
+TEST(UnrepeatedIndex, AnIndexThatTheHostMadeTooShortMeanwhileIs9AfterWhatFits) {
+  const PointList list({{1, 0, 0}, {2, 0, 0}, {1, 0, 0}, {5, 0, 0}});
+  for (const Renumbering routine : {highest, all_axes}) {
+    const RecordingInterface screen;
+    IndexOutcome out;
+    const Indicator progress;
+    progress.object->on_write = [&](std::size_t n) {
+      if (n == 3) out.second.size(0, 3);
+    };
+    routine(4, list.X, list.Y, list.Z, out.nNuevos, out.first, out.second, out.Repetido, 0.0,
+            progress.reference);
+    EXPECT_EQ(box_of(screen), boxed(routine == all_axes ? title_2D : title_2, 9));
+    EXPECT_EQ(out.nNuevos, -77);
+    EXPECT_EQ(entries(out.first), Numbers32(5));
+    EXPECT_EQ(entries(out.second), (Numbers32{0, 1, 2, 1}));
+  }
+}
+
+TEST(UnrepeatedIndex, AnIndexThatTheHostLocksMeanwhileIsWrittenButNotReplaced) {
+  const PointList list({{1, 0, 0}, {2, 0, 0}, {1, 0, 0}, {5, 0, 0}});
+  for (const Renumbering routine : {highest, all_axes}) {
+    for (const bool first : {true, false}) {
+      const RecordingInterface screen;
+      IndexOutcome out;
+      std::optional<ArrayLock> lock;
+      const Indicator progress;
+      progress.object->on_write = [&](std::size_t n) {
+        if (n == 3) lock.emplace(first ? out.first : out.second);
+      };
+      routine(4, list.X, list.Y, list.Z, out.nNuevos, out.first, out.second, out.Repetido, 0.0,
+              progress.reference);
+      const char* const title = routine == all_axes ? title_2D.c_str() : title_2.c_str();
+      EXPECT_EQ(box_of(screen), boxed(title, first ? 10 : 0));
+      EXPECT_EQ(out.nNuevos, first ? -77 : 3);
+      EXPECT_EQ(entries(out.first), first ? Numbers32(5) : (Numbers32{0, 1, 2, 4, 0}));
+      EXPECT_EQ(entries(out.second), (Numbers32{0, 1, 2, 1, 3}));
+    }
   }
 }
 
@@ -551,11 +649,22 @@ TEST(UnrepeatedIndex, RefusedMemoryIs7AndLeaksNothing) {
   // value that has no key as a number has made all of them texts.
   points.push_back({1234567890.5, 0, 0});
   in_X(PointList(points), 0.0, progress);
-  EXPECT_EQ(refuse_each_allocation(title_in_X, [&] { return in_X(list, 0.0, progress); }), 2);
+  EXPECT_EQ(refuse_each_allocation(title_in_X, [&] { return in_X(list, 0.0, progress); }), 1);
   for (const Renumbering routine : {highest, all_axes, flagging}) {
     EXPECT_EQ(refuse_each_allocation(routine == all_axes ? title_2D : title_2,
                                      [&] { return run(routine, list, 0.0, progress); }),
-              routine == flagging ? 4 : 5);
+              routine == flagging ? 3 : 4);
+  }
+  // Texts, or a Z with which something could fail, take memory besides.
+  PointList high = list;
+  high.Z(1) = 1e305;
+  for (const PointList& other : {PointList(points), high}) {
+    EXPECT_GE(refuse_each_allocation(title_in_X, [&] { return in_X(other, 0.0, progress); }), 2);
+    for (const Renumbering routine : {highest, all_axes}) {
+      EXPECT_GE(refuse_each_allocation(routine == all_axes ? title_2D : title_2,
+                                       [&] { return run(routine, other, 0.0, progress); }),
+                3 + 4);  // the order, the numbers, the points replaced twice
+    }
   }
 }
 

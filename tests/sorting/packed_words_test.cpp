@@ -268,9 +268,50 @@ TEST(PackedDoubles, AreOfValuesWithTheSameKeysAlone) {
     same[at] = 435000.1250001;
     EXPECT_TRUE(packed->are_of(same)) << at;
   }
-  EXPECT_FALSE(packed->are_of(std::span(values).first(149)));
+  EXPECT_TRUE(packed->are_of(std::span(values).last(70), 80)) << "a part, where it stands";
+  EXPECT_FALSE(packed->are_of(std::span(values).last(70), 81)) << "beyond the words";
   values.push_back(435000.125);
   EXPECT_FALSE(packed->are_of(values));
+}
+
+// Any marks, of which the order takes no notice; enough values that they are looked
+// at before, with ties (sorted as words) and without (not sorted here).
+TEST(PackedDoubles, MarksTravelWithTheirWords) {
+  Numbers numbers(97);
+  for (const std::uint64_t different : {std::uint64_t{3000}, std::uint64_t{1000000000}}) {
+    for (const int most_bits : {0, 1, 20}) {
+      std::vector<double> values(6000);
+      for (double& value : values) value = static_cast<double>(numbers.below(different)) / 1000.0;
+      auto plain = PackedDoubles::of(values);
+      auto marked = PackedDoubles::of(values, most_bits);
+      const Packing packing = marked->packing();
+      ASSERT_EQ(packing.mark_bits, std::min(most_bits, different == 3000 ? 20 : 10))
+          << "what is left";
+      ASSERT_EQ(packing.mark_mask() >> packing.position_bits,
+                (std::uint64_t{1} << packing.mark_bits) - 1);
+      EXPECT_TRUE(marked->are_of(values));
+      std::vector<std::uint64_t> marks(values.size());
+      for (std::size_t p = 0; p < marks.size(); ++p) {
+        marks[p] = numbers.below(~std::uint64_t{0}) & packing.mark_mask();
+        marked->words()[p] |= marks[p];
+      }
+      std::vector<std::int32_t> order(values.size());
+      plain->write_order(order);
+      const bool sorted = marked->sort();
+      EXPECT_EQ(sorted, different == 3000);
+      for (std::size_t k = 0; sorted && k < order.size(); ++k) {
+        const std::uint64_t word = marked->words()[k];
+        const std::uint32_t position = packing.position(word);
+        ASSERT_EQ(position + 1, static_cast<std::uint32_t>(order[k]));
+        ASSERT_EQ(word & packing.mark_mask(), marks[position]);
+        ASSERT_EQ(packing.number(word), sorting::closed_up(sorting::key_in_span(values[position])));
+      }
+      if (sorted) continue;
+      std::vector<std::int32_t> again(values.size());
+      marked->write_order(again);
+      EXPECT_EQ(again, order);
+    }
+  }
 }
 
 }  // namespace

@@ -1,0 +1,79 @@
+// marks.h: where points stand in Y, beside the keys of their X order.
+#pragma once
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+#include "sorting/packed_sort.h"
+
+namespace orv2_geo::repeated {
+
+/// Marks in the words of points in X order, which tell of most points on one X that
+/// they are not on one spot, without a look at their Y: the numbers of cells in Y,
+/// of some tolerances each, in as many of their lowest bits as there is room for.
+class Marks {
+ public:
+  static constexpr int most_bits = 20;  // with the default tolerance, cells of 838 m
+
+  Marks(double tolerance, const sorting::Packing& packing) noexcept
+      : per_metre_(1.0 / cell(tolerance)),
+        furthest_(std::bit_cast<std::uint64_t>(std::min(cell(tolerance) * most_cells, 1e300))),
+        position_bits_(packing.position_bits),
+        mask_(packing.mark_mask()) {}
+
+  /// Marks the words of some points, which have no marks yet. Where a Y is NaN or
+  /// so far off that its cell is uncertain, the marks of all points tell nothing.
+  void put(std::span<const double> Y, std::span<std::uint64_t> words) noexcept {
+    const double* const y = Y.data();
+    std::uint64_t* const word = words.data();
+    std::uint64_t over = 0;
+    std::size_t k = 0;
+    for (; k + at_once <= words.size(); k += at_once) over |= put<at_once>(y + k, word + k);
+    for (; k < words.size(); ++k) over |= put<1>(y + k, word + k);
+    certain_ = certain_ && over >> 63 == 0;
+  }
+
+  /// Whether they tell something, and so every Y is a number up to 1e300.
+  bool certain() const noexcept { return certain_; }
+
+  /// Of words in X order: whether a point may be in the box of the anchor, the point
+  /// before it being either that anchor or in its box.
+  bool may_meet(std::uint64_t before, std::uint64_t word) const noexcept {
+    // In the same cell or one beside it. The positions may borrow one cell.
+    const std::uint64_t cell = std::uint64_t{1} << position_bits_;
+    return ((word - before + 2 * cell) & mask_) < 4 * cell;
+  }
+
+ private:
+  // Two points of one box are less than two tolerances apart, or two and a half as
+  // the bounds are rounded. The rest makes up for the rounding of cell numbers.
+  static double cell(double tolerance) noexcept { return 4.0 * std::max(tolerance, 1e-300); }
+  static constexpr double most_cells = 281474976710656.0;  // 2^48, a thirty-second exact
+
+  static constexpr std::size_t at_once = 32;  // a loop without a branch
+
+  template <std::size_t count>
+  std::uint64_t put(const double* y, std::uint64_t* words) const noexcept {
+    constexpr double whole = 6755399441055744.0;  // 1.5 * 2^52: the sum's lowest bits are whole
+    std::uint64_t over =
+        0;  // the highest bit, also for NaN: a double's size compares like its bits
+    for (std::size_t k = 0; k < count; ++k) {
+      over |= furthest_ - std::bit_cast<std::uint64_t>(std::abs(y[k]));
+      const auto cells = std::bit_cast<std::uint64_t>(y[k] * per_metre_ + whole);
+      words[k] |= cells << position_bits_ & mask_;
+    }
+    return over;
+  }
+
+  double per_metre_;
+  std::uint64_t furthest_;
+  int position_bits_;
+  std::uint64_t mask_;
+  bool certain_ = true;
+};
+
+}  // namespace orv2_geo::repeated
