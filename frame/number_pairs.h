@@ -15,6 +15,22 @@ using NumberPair [[gnu::vector_size(16)]] = double;
 using PairMask [[gnu::vector_size(16)]] = std::int64_t;
 using PairBits [[gnu::vector_size(16)]] = std::uint64_t;
 
+/// The upper halves of four doubles without their signs: doubles of which one is the
+/// larger never have them in the other order, and NaN has larger ones than any number.
+using UpperHalves [[gnu::vector_size(16)]] = std::int32_t;
+
+inline UpperHalves sizes_of(NumberPair a, NumberPair b) noexcept {
+  constexpr int upper = std::endian::native == std::endian::little ? 1 : 0;
+  const auto in_a = std::bit_cast<UpperHalves>(a);
+  const auto in_b = std::bit_cast<UpperHalves>(b);
+  const UpperHalves halves =
+      __builtin_shufflevector(in_a, in_b, upper, 2 + upper, 4 + upper, 6 + upper);
+  return halves & 0x7fffffff;
+}
+inline std::int32_t size_of(double value) noexcept {
+  return sizes_of(NumberPair{value}, NumberPair{})[0];
+}
+
 inline NumberPair pair_at(const double* values) noexcept {
   NumberPair pair;
   std::memcpy(&pair, values, sizeof pair);

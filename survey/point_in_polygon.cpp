@@ -25,18 +25,25 @@ constexpr double scale = 100.0;
 // To the nearest hundredth, ties to the even one.
 std::int32_t hundredths(double value) { return to_i32(Checked(value) * scale); }
 
-LatticePoint lattice_point(double x, double y) {
-  const std::int32_t in_x = hundredths(x);
-  return {in_x, hundredths(y)};
-}
-
 // Coordinates this close to zero surely fit 32 bits when scaled and rounded.
 constexpr double surely_fits = 21474836.0;
 
-// Which are closer to zero than `limit`. NaN is not.
-PairMask within(double limit, NumberPair values) noexcept {
-  constexpr std::int64_t without_sign = std::numeric_limits<std::int64_t>::max();
-  return std::bit_cast<NumberPair>(std::bit_cast<PairMask>(values) & without_sign) < limit;
+bool fit(double x, double y) noexcept {
+  return std::abs(x) < surely_fits && std::abs(y) < surely_fits;
+}
+
+// Of coordinates that fit.
+LatticePoint nearest_point(double x, double y) noexcept {
+  return {static_cast<std::int32_t>(std::lrint(scale * x)),
+          static_cast<std::int32_t>(std::lrint(scale * y))};
+}
+
+// Failure 6 when one does not fit 32 bits, X first.
+LatticePoint lattice_point(double x, double y) {
+  if (fit(x, y)) [[likely]]
+    return nearest_point(x, y);
+  const std::int32_t in_x = hundredths(x);
+  return {in_x, hundredths(y)};
 }
 
 // A ring walked in plain arithmetic, in blocks of pairs of vertices. Of most
@@ -88,22 +95,20 @@ class QuickWalk {
   Look look_at(std::size_t first, std::size_t pairs) const noexcept {
     const double* x = xs_ + 2 * first;
     const double* y = ys_ + 2 * first;
-    PairMask fitting_x = {};  // these count downwards: a true mask is -1
-    PairMask fitting_y = {};
-    PairBits below = {};  // the row's top included: such a vertex is on the row
+    const std::int32_t beyond = size_of(surely_fits);
+    UpperHalves unfit = {};  // bits of any coordinate
+    PairBits below = {};     // the row's top included: such a vertex is on the row
 #pragma GCC unroll 2
     for (std::size_t i = 0; i < 2 * pairs; i += 2) {
-      const NumberPair scaled_y = scale * pair_at(y + i);
-      fitting_x += within(surely_fits, pair_at(x + i));
-      fitting_y += within(scale * surely_fits, scaled_y);
-      below = below + below - std::bit_cast<PairBits>(scaled_y <= top_of_row_);
+      const NumberPair y_pair = pair_at(y + i);
+      unfit |= sizes_of(pair_at(x + i), y_pair) >= beyond;
+      below = below + below - std::bit_cast<PairBits>(scale * y_pair <= top_of_row_);
     }
-    const PairMask fitting = fitting_x + fitting_y;
+    const auto any_unfit = std::bit_cast<PairBits>(unfit);
     const std::uint64_t led_by = !is_above(before(2 * first));
     const std::uint64_t within_pairs = below[0] ^ below[1];
     const std::uint64_t to_pairs = (below[1] >> 1 | led_by << (pairs - 1)) ^ below[0];
-    return {fitting[0] + fitting[1] == -4 * static_cast<std::int64_t>(pairs), pairs,
-            within_pairs | to_pairs << block};
+    return {(any_unfit[0] | any_unfit[1]) == 0, pairs, within_pairs | to_pairs << block};
   }
 
   std::int64_t winding_in(std::size_t first, const Look& look) const noexcept {
@@ -117,16 +122,11 @@ class QuickWalk {
     return winding;
   }
 
-  bool fits(std::size_t i) const noexcept {
-    return std::abs(xs_[i]) < surely_fits && std::abs(ys_[i]) < surely_fits;
-  }
+  bool fits(std::size_t i) const noexcept { return fit(xs_[i], ys_[i]); }
 
   bool is_above(std::size_t i) const noexcept { return scale * ys_[i] > top_of_row_; }
 
-  LatticePoint vertex(std::size_t i) const noexcept {
-    return {static_cast<std::int32_t>(std::lrint(scale * xs_[i])),
-            static_cast<std::int32_t>(std::lrint(scale * ys_[i]))};
-  }
+  LatticePoint vertex(std::size_t i) const noexcept { return nearest_point(xs_[i], ys_[i]); }
 
   // Of an edge whose ends need not fit; what it adds is then of no account.
   int winding_between(std::size_t a, std::size_t b) const noexcept {

@@ -176,6 +176,30 @@ TEST(PointInPolygon, FailuresAreShownAndAnswerFalse) {
   }
 }
 
+TEST(PointInPolygon, OneVertexThatDoesNotFitIsSeenWhereverItStands) {
+  const double inf = std::numeric_limits<double>::infinity();
+  const double nan = std::numeric_limits<double>::quiet_NaN();
+  const double far_off[] = {21474836.48, -21474836.49, 1e300, -inf, nan, -nan};
+  for (const std::int32_t vertices : {2, 3, 9, 64, 65, 131}) {
+    Polygon polygon(std::vector<Vertex>(static_cast<std::size_t>(vertices) + 1, {3, 4}));
+    for (std::int32_t place = 1; place <= vertices; ++place) {
+      for (DoubleArray* const axis : {&polygon.x, &polygon.y}) {
+        RecordingInterface screen;
+        const double before = (*axis)(place);
+        std::vector<Box> expected;
+        std::int16_t loc = 7;
+        for (const double value : far_off) {
+          (*axis)(place) = value;
+          EXPECT_FALSE(api.Pto_in_Poligono(polygon.x, polygon.y, vertices + 1, 3, 4, loc));
+          expected.push_back(overflow);
+        }
+        (*axis)(place) = before;
+        EXPECT_EQ(screen.boxes, expected) << vertices << ' ' << place;
+      }
+    }
+  }
+}
+
 TEST(PointInPolygon, ArraysThatStartAt2OrAreShortInYFail) {
   RecordingInterface screen;
   std::int16_t loc = 7;
