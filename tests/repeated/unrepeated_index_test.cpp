@@ -313,6 +313,24 @@ TEST(UnrepeatedIndex, AnyPointsAsRestated) {
   }
 }
 
+// So many points without ties that they are sorted by their numbers.
+TEST(UnrepeatedIndex, ManyPointsWithoutTiesAsRestated) {
+  Numbers numbers(77);
+  for (const std::size_t count : {4095U, 4096U, 9000U}) {
+    std::vector<Point> points;
+    while (points.size() < count) {
+      const double x = 0.01 * static_cast<double>(points.size());
+      points.push_back({x, std::floor(numbers.between(0.0, 3.0)), numbers.small_whole()});
+      if (numbers.below(5) == 0) points.push_back({x + 0.0001, points.back().y, points.back().z});
+    }
+    for (std::size_t p = points.size(); p > 1; --p) {
+      std::swap(points[p - 1], points[numbers.below(p)]);
+    }
+    expect_as_restated(PointList(points), 0.0, {});
+    if (HasFailure()) FAIL() << count;
+  }
+}
+
 // Distances and tolerances about those at which keys, whole millionths, stop
 // telling which point is in the box; far points, beside which nothing is told.
 TEST(UnrepeatedIndex, AnyToleranceAsRestated) {
@@ -405,10 +423,14 @@ TEST(UnrepeatedIndex, WhatTheHostWritesIntoTheIndexesMeanwhileIsWrittenOver) {
     for (std::int32_t i = index.lower(); i <= index.upper(); ++i) index(i) = 99;
   };
   const auto wider = [](LongArray& index) { index.size(-2, 7); };
+  const auto longer = [](LongArray& index) { index.size(0, 7); };
+  const auto of_two_dimensions = [](LongArray& index) { index.make(0, index.count(), 2); };
   const auto release = [](LongArray& index) { index.release(); };
   const Row table[] = {
       {"written", scribble, scribble, 99},
       {"the first made again", wider, scribble, 99},
+      {"the first made longer", longer, nothing, 0},
+      {"the first made of two dimensions", of_two_dimensions, nothing, 0},
       {"the first released", release, nothing, 0},
   };
   for (const Row& row : table) {
@@ -425,6 +447,7 @@ TEST(UnrepeatedIndex, WhatTheHostWritesIntoTheIndexesMeanwhileIsWrittenOver) {
           4, points->X, points->Y, points->Z, out.nNuevos, out.first, 0.0, progress.reference);
       EXPECT_EQ(out.nNuevos, 3) << row.rule;
       EXPECT_EQ(out.first.lower(), 0) << row.rule;
+      EXPECT_EQ(out.first.dimensions(), 1) << row.rule;
       EXPECT_EQ(entries(out.first), (Numbers32{0, 1, 2, 4, 0})) << row.rule;
       for (const Renumbering routine : {highest, all_axes}) {
         progress.object->written.clear();
@@ -432,6 +455,7 @@ TEST(UnrepeatedIndex, WhatTheHostWritesIntoTheIndexesMeanwhileIsWrittenOver) {
                 out.Repetido, 0.0, progress.reference);
         EXPECT_EQ(out.nNuevos, 3) << row.rule;
         EXPECT_EQ(out.first.lower(), 0) << row.rule;
+        EXPECT_EQ(out.first.dimensions(), 1) << row.rule;
         EXPECT_EQ(entries(out.first), (Numbers32{0, 1, 2, 4, 0})) << row.rule;
         EXPECT_EQ(entries(out.second), (Numbers32{row.second_at_0, 1, 2, 1, 3})) << row.rule;
       }
@@ -455,6 +479,45 @@ TEST(UnrepeatedIndex, AnIndexThatTheHostMadeTooShortMeanwhileIs9AfterWhatFits) {
     EXPECT_EQ(out.nNuevos, -77);
     EXPECT_EQ(entries(out.first), Numbers32(5));
     EXPECT_EQ(entries(out.second), (Numbers32{0, 1, 2, 1}));
+  }
+}
+
+TEST(UnrepeatedIndex, AGeneralIndexOfTwoDimensionsMeanwhileIs9BeforeAnythingIsWritten) {
+  const PointList list({{1, 0, 0}, {2, 0, 0}, {1, 0, 0}, {5, 0, 0}});
+  for (const Renumbering routine : {highest, all_axes}) {
+    const RecordingInterface screen;
+    IndexOutcome out;
+    const Indicator progress;
+    progress.object->on_write = [&](std::size_t n) {
+      if (n == 3) out.second.make(0, 5, 2);
+    };
+    routine(4, list.X, list.Y, list.Z, out.nNuevos, out.first, out.second, out.Repetido, 0.0,
+            progress.reference);
+    EXPECT_EQ(box_of(screen), boxed(routine == all_axes ? title_2D : title_2, 9));
+    EXPECT_EQ(out.nNuevos, -77);
+    EXPECT_EQ(entries(out.first), Numbers32(5));
+    EXPECT_EQ(entries(out.second), Numbers32(5));
+  }
+}
+
+// The numbers are written of the points that are left; what stands above stays.
+TEST(UnrepeatedIndex, AHostThatLowersTheNumberOfPointsKeepsWhatItWroteAbove) {
+  for (const Renumbering routine : {highest, all_axes}) {
+    PointList list({{1, 0, 0}, {2, 0, 0}, {3, 0, 0}});
+    const RecordingInterface screen;
+    IndexOutcome out;
+    const Indicator progress;
+    progress.object->on_write = [&](std::size_t n) {
+      if (n != 3) return;
+      list.nPtos = 2;
+      for (std::int32_t p = 0; p <= 3; ++p) out.first(p) = out.second(p) = 99;
+    };
+    routine(list.nPtos, list.X, list.Y, list.Z, out.nNuevos, out.first, out.second, out.Repetido,
+            0.0, progress.reference);
+    EXPECT_EQ(box_of(screen), "");
+    EXPECT_EQ(out.nNuevos, 2);
+    EXPECT_EQ(entries(out.first), (Numbers32{0, 1, 2, 0})) << "a whole copy";
+    EXPECT_EQ(entries(out.second), (Numbers32{99, 1, 2, 99}));
   }
 }
 
@@ -528,6 +591,7 @@ TEST(UnrepeatedIndex, FailuresThatAreTrapped) {
     bool sized;
   };
   const double large = 1e308;
+  const double most = std::numeric_limits<double>::max();
   const Row table[] = {
       {"no points: 32000 / 0, before the indicator", 0, 0, two, 11, 0, true},
       {"a negative number of points", -1, 0, two, 9, 0, false},
@@ -536,6 +600,13 @@ TEST(UnrepeatedIndex, FailuresThatAreTrapped) {
       {"a precision that is no number", 2, nan, two, 6, 0, true},
       {"a high bound that overflows", 2, large, {{0, large, 0}, {1, 2, 0}}, 6, 3, true},
       {"a low bound that overflows", 2, large, {{0, -large, 0}, {1, 2, 0}}, 6, 3, true},
+      {"a bound that the precision alone makes overflow",
+       2,
+       most,
+       {{0, 1e300, 0}, {1, 2, 0}},
+       6,
+       3,
+       true},
       {"NaN against the box", 2, 1, {{0, 0, 0}, {1, nan, 0}}, 6, 3, true},
       {"a box about NaN", 2, 1, {{0, nan, 0}, {1, 0, 0}}, 6, 3, true},
   };
@@ -560,6 +631,17 @@ TEST(UnrepeatedIndex, FailuresThatAreTrapped) {
       EXPECT_EQ(again.object->written.size(), row.writes) << row.rule;
     }
   }
+}
+
+TEST(UnrepeatedIndex, ABoundThatOverflowsComesBeforeTheCoordinateComparedWithIt) {
+  PointList list({{0, 1.5e308, 0}, {1, 2, 0}});
+  list.Y.size_keeping(0, 1);
+  const Indicator progress;
+  EXPECT_EQ(in_X(list, 1e308, progress.reference).box, boxed(title_in_X, 6));
+  EXPECT_EQ(in_X(list, 1.0, progress.reference).box, boxed(title_in_X, 9));
+  EXPECT_EQ(run(highest, list, 1e308, progress.reference).box, boxed(title_2, 6));
+  EXPECT_EQ(run(all_axes, list, 1e308, progress.reference).box, boxed(title_2D, 6));
+  EXPECT_EQ(run(flagging, list, 1e308, progress.reference).box, boxed(title_2, 6));
 }
 
 TEST(UnrepeatedIndex, AnAnchorMayOverflowWhenNothingIsComparedWithIt) {
