@@ -46,11 +46,15 @@ class Box {
       check_each_bound();
   }
 
-  /// Failure 6 for NaN.
-  bool holds(const Spot<axes>& spot) const {
+  /// Whether it holds the spot that read(axis) tells, each axis compared before the
+  /// next is read; writes what it read to `spot`. Failure 6 for NaN, and what
+  /// reading fails with.
+  template <class Read>
+  bool holds(Read read, Spot<axes>& spot) const {
     bool inside = true;
 #pragma GCC unroll 3
     for (std::size_t axis = 0; axis < axes; ++axis) {
+      spot[axis] = read(axis);
       const bool above = Checked(low_[axis]) < spot[axis];
       const bool below = Checked(spot[axis]) < high_[axis];
       inside = inside && above && below;

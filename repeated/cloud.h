@@ -147,16 +147,17 @@ class SoundCloud : public SoundPoints<reads_Z> {
   std::int32_t last_;
 };
 
+template <class Points>
+double coordinate(const Points& points, std::int32_t p, std::size_t axis) {
+  return axis == 0 ? points.x(p) : axis == 1 ? points.y(p) : points.z(p);
+}
+
 /// What a box over so many axes compares of a point.
 template <std::size_t axes, class Points>
 Spot<axes> spot(const Points& points, std::int32_t p) {
-  const double x = points.x(p);
-  const double y = points.y(p);
-  if constexpr (axes == 2) {
-    return {x, y};
-  } else {
-    return {x, y, points.z(p)};
-  }
+  Spot<axes> at;
+  for (std::size_t axis = 0; axis < axes; ++axis) at[axis] = coordinate(points, p, axis);
+  return at;
 }
 
 }  // namespace orv2_geo::repeated

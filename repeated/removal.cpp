@@ -104,8 +104,9 @@ std::int32_t keep_front(std::int32_t nPtos, const Points& points, LongArray& Ord
   for (const std::int32_t i : counted(2, nPtos)) {
     const std::int32_t p = points.point(i);
     points.ahead(i, NothingAhead{});
-    const repeated::Spot<2> at = repeated::spot<2>(points, p);
-    const bool is_near = near.holds(at);
+    repeated::Spot<2> at;
+    const bool is_near =
+        near.holds([&](std::size_t axis) { return repeated::coordinate(points, p, axis); }, at);
     near.move_to(at);
     if (is_near && skip) continue;
     skip = is_near;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <limits>
 #include <optional>
 
 #include "frame/counted.h"
@@ -32,8 +33,8 @@ std::int32_t walk(std::int32_t nPtos, const Points& points, double tolerance,
     points.ahead(i, clusters);
     progress.step(i);
     box.check_bounds();
-    const Spot<axes> at = spot<axes>(points, p);
-    if (box.holds(at)) {
+    Spot<axes> at;
+    if (box.holds([&](std::size_t axis) { return coordinate(points, p, axis); }, at)) {
       clusters.joined(p, points);
     } else {
       clusters.opened(p, points);
@@ -92,6 +93,7 @@ class Sweep {
   // Where no coordinate can make a step fail and X still has its keys.
   void take_keyed_way() noexcept {
     if (!order_.is_packed() || nPtos_ != order_.points()) return;
+    if (nPtos_ == std::numeric_limits<std::int32_t>::max()) return;  // its counter fails
     const auto points = SoundPoints<reads_Z>::of(at_.X, at_.Y, at_.Z, nPtos_);
     if (!points || !are_tame({&tolerance_, 1}) || !are_tame(points->all_z())) return;
     Marks marks(tolerance_, order_.packing());

@@ -47,7 +47,11 @@ TEST(Marks, PointsOfOneBoxAreNeverToldApart) {
     box.move_to({0.0, anchor});
     const std::array<double, 3> Y = {anchor, in_box(numbers, anchor, tolerance),
                                      in_box(numbers, anchor, tolerance)};
-    if (!box.holds({0.0, Y[1]}) || !box.holds({0.0, Y[2]})) continue;
+    repeated::Spot<2> at;
+    const auto holds = [&](double y) {
+      return box.holds([&](std::size_t axis) { return axis == 0 ? 0.0 : y; }, at);
+    };
+    if (!holds(Y[1]) || !holds(Y[2])) continue;
     const Packing packing =
         packing_with(static_cast<int>(numbers.below(21)), 1 + numbers.below(5000));
     Marks marks(tolerance, packing);

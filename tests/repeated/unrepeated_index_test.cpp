@@ -644,6 +644,34 @@ TEST(UnrepeatedIndex, ABoundThatOverflowsComesBeforeTheCoordinateComparedWithIt)
   EXPECT_EQ(run(flagging, list, 1e308, progress.reference).box, boxed(title_2, 6));
 }
 
+TEST(UnrepeatedIndex, AnAxisIsComparedBeforeTheNextIsRead) {
+  const double nan = std::numeric_limits<double>::quiet_NaN();
+  PointList list({{0, 0, 0}, {0, nan, 0}});
+  list.Z.size_keeping(0, 1);
+  const Indicator progress;
+  EXPECT_EQ(run(all_axes, list, 1.0, progress.reference).box, boxed(title_2D, 6));
+  list.Y(2) = 0;
+  EXPECT_EQ(run(all_axes, list, 1.0, progress.reference).box, boxed(title_2D, 9));
+
+  PointList moved({{0, 0, 0}, {1, 0, 0}});
+  moved.Y.size_keeping(0, 1);
+  const auto set_X_meanwhile = [&](double value) {
+    const Indicator indicator;
+    indicator.object->on_write = [&moved, value](std::size_t n) {
+      if (n == 3) moved.X(2) = value;
+    };
+    return indicator.reference;
+  };
+  EXPECT_EQ(in_X(moved, 1.0, set_X_meanwhile(nan)).box, boxed(title_in_X, 6));
+  moved.X(2) = 1;
+  EXPECT_EQ(in_X(moved, 1.0, set_X_meanwhile(2.0)).box, boxed(title_in_X, 9));
+  for (const Renumbering routine : {highest, all_axes, flagging}) {
+    moved.X(2) = 1;
+    EXPECT_EQ(run(routine, moved, 1.0, set_X_meanwhile(nan)).box,
+              boxed(routine == all_axes ? title_2D : title_2, 6));
+  }
+}
+
 TEST(UnrepeatedIndex, AnAnchorMayOverflowWhenNothingIsComparedWithIt) {
   const double large = 1e308;
   const Indicator progress;
