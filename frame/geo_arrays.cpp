@@ -99,7 +99,7 @@ void ArrayBase::allocate(const Element& element, std::int32_t lower, std::uint32
 void ArrayBase::discard(const Element& element) noexcept {
   if (owner_ == nullptr && elements_ != nullptr) {
     if (element.end != nullptr) element.end(elements_, count_);
-    give_back(elements_, element.size * count_);
+    give_back(elements_);
   }
   elements_ = nullptr;
 }

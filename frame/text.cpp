@@ -16,16 +16,12 @@ constexpr std::size_t longest_text = 0x7fffffff / sizeof(char16_t) - header_byte
 
 constexpr char16_t replacement = 0xfffd;
 
-// Of so many units: the length in front, a zero behind.
-constexpr std::size_t block_bytes(std::size_t size) {
-  return header_bytes + (size + 1) * sizeof(char16_t);
-}
-
 char16_t* make_units(std::size_t size) {
   if (size == 0) return nullptr;
   if (size > longest_text) raise(failure::out_of_memory);
-  char* block = static_cast<char*>(obtain(block_bytes(size)));
-  const auto length = static_cast<std::uint32_t>(size * sizeof(char16_t));
+  const std::size_t bytes = size * sizeof(char16_t);
+  char* block = static_cast<char*>(obtain(header_bytes + bytes + sizeof(char16_t)));
+  const auto length = static_cast<std::uint32_t>(bytes);
   std::memcpy(block + header_bytes - sizeof(length), &length, sizeof(length));
   auto* units = reinterpret_cast<char16_t*>(block + header_bytes);
   units[size] = u'\0';
@@ -129,7 +125,7 @@ std::size_t Text::size() const noexcept {
 
 void Text::clear() noexcept {
   if (units_ == nullptr) return;
-  give_back(reinterpret_cast<char*>(units_) - header_bytes, block_bytes(size()));
+  give_back(reinterpret_cast<char*>(units_) - header_bytes);
   units_ = nullptr;
 }
 

@@ -1,24 +1,22 @@
 #include "frame/memory.h"
 
 #include <sys/mman.h>
+#include <unistd.h>
+
+#include <cstdint>
 
 namespace orv2_geo {
 
+void announce_use([[maybe_unused]] void* memory, [[maybe_unused]] std::size_t bytes) noexcept {
 #if defined(MADV_HUGEPAGE)
-
-std::size_t large_page() noexcept { return std::size_t{2} << 20; }  // that of most machines
-
-void ask_for_large_pages(void* memory, std::size_t bytes) noexcept {
+  constexpr std::size_t a_lot = std::size_t{2} << 20;  // a large page of most machines
+  if (bytes < a_lot) return;
+  const auto page = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+  const std::size_t before = (page - reinterpret_cast<std::uintptr_t>(memory) % page) % page;
+  char* const first = static_cast<char*>(memory) + before;
   // What the system makes of it does not matter.
-  static_cast<void>(madvise(memory, bytes, MADV_HUGEPAGE));
-}
-
-#else
-
-std::size_t large_page() noexcept { return 0; }
-
-void ask_for_large_pages(void*, std::size_t) noexcept {}
-
+  static_cast<void>(madvise(first, (bytes - before) / page * page, MADV_HUGEPAGE));
 #endif
+}
 
 }  // namespace orv2_geo

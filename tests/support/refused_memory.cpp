@@ -3,7 +3,6 @@
 #include <malloc.h>
 
 #include <atomic>
-#include <cstddef>
 #include <cstdlib>
 #include <new>
 
@@ -21,22 +20,14 @@ void count_bytes(void* memory) noexcept {
   if (now > most_bytes) most_bytes = now;
 }
 
-// To the last byte, aligned or not.
-void* allocated(std::size_t bytes, std::size_t alignment) noexcept {
-  if (bytes > 0x7fffffffff) return nullptr;
-  if (alignment <= alignof(std::max_align_t)) return std::malloc(bytes != 0 ? bytes : 1);
-  void* memory = nullptr;
-  return posix_memalign(&memory, alignment, bytes) == 0 ? memory : nullptr;
-}
-
-void* obtained(std::size_t bytes, std::align_val_t alignment = std::align_val_t{1}) noexcept {
+void* obtained(std::size_t bytes) noexcept {
   if (left_to_pass == 0) {
     left_to_pass = -1;
     refused = true;
     return nullptr;
   }
   if (left_to_pass > 0) --left_to_pass;
-  void* memory = allocated(bytes, static_cast<std::size_t>(alignment));
+  void* memory = bytes > 0x7fffffffff ? nullptr : std::malloc(bytes != 0 ? bytes : 1);
   if (memory != nullptr) {
     ++in_use;
     count_bytes(memory);
@@ -62,10 +53,6 @@ void* operator new(std::size_t bytes) {
 void* operator new[](std::size_t bytes) { return operator new(bytes); }
 void* operator new(std::size_t bytes, const std::nothrow_t&) noexcept { return obtained(bytes); }
 void* operator new[](std::size_t bytes, const std::nothrow_t&) noexcept { return obtained(bytes); }
-void* operator new(std::size_t bytes, std::align_val_t alignment, const std::nothrow_t&) noexcept {
-  return obtained(bytes, alignment);
-}
-void operator delete(void* memory, std::align_val_t) noexcept { given_back(memory); }
 void operator delete(void* memory) noexcept { given_back(memory); }
 void operator delete[](void* memory) noexcept { given_back(memory); }
 void operator delete(void* memory, std::size_t) noexcept { given_back(memory); }
