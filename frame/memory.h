@@ -20,7 +20,7 @@ void* obtain_if_any(std::size_t bytes) noexcept;
 /// nothing happens.
 void announce_use(void* memory, std::size_t bytes) noexcept;
 
-/// Gives back what obtain or obtain_zeroed lent; null is harmless.
+/// Gives back what one of the three lent; null is harmless.
 void give_back(void* memory) noexcept;
 
 struct GiveBack {

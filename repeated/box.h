@@ -11,6 +11,10 @@ namespace orv2_geo::repeated {
 /// In the unit of the coordinates: what a precision of 0 stands for.
 inline constexpr double default_tolerance = 0.0002;
 
+/// Where neither a coordinate nor the tolerance is further from 0, no bound of a box
+/// can overflow.
+inline constexpr double tame = 1e300;
+
 /// Only an exact 0 asks for the default; a negative precision stays.
 inline double tolerance(double precision) {
   return Checked(precision) == 0.0 ? default_tolerance : precision;

@@ -93,12 +93,11 @@ class SoundPoints {
   std::size_t points_;
 };
 
-/// Whether none is beyond 1e300 or NaN, so that with a tolerance up to that no bound
-/// of a box can overflow.
+/// Whether none is NaN or further from 0 than that.
 inline bool are_tame(std::span<const double> values) noexcept {
   // Not 0 for NaN too: a double's size compares like its bits.
   const auto is_over = [](double value) {
-    return (std::bit_cast<std::uint64_t>(1e300) - std::bit_cast<std::uint64_t>(std::abs(value))) >>
+    return (std::bit_cast<std::uint64_t>(tame) - std::bit_cast<std::uint64_t>(std::abs(value))) >>
            63;
   };
   constexpr std::size_t some = 16;  // at a time, which is a loop without a branch
@@ -147,6 +146,7 @@ class SoundCloud : public SoundPoints<reads_Z> {
   std::int32_t last_;
 };
 
+/// X, Y or Z of a point; only that one is read.
 template <class Points>
 double coordinate(const Points& points, std::int32_t p, std::size_t axis) {
   return axis == 0 ? points.x(p) : axis == 1 ? points.y(p) : points.z(p);

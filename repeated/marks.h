@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <span>
 
+#include "repeated/box.h"
 #include "sorting/packed_sort.h"
 
 namespace orv2_geo::repeated {
@@ -21,7 +22,7 @@ class Marks {
 
   Marks(double tolerance, const sorting::Packing& packing) noexcept
       : per_metre_(1.0 / cell(tolerance)),
-        furthest_(std::bit_cast<std::uint64_t>(std::min(cell(tolerance) * most_cells, 1e300))),
+        furthest_(std::bit_cast<std::uint64_t>(std::min(cell(tolerance) * most_cells, tame))),
         position_bits_(packing.position_bits),
         mask_(packing.mark_mask()) {}
 
@@ -37,7 +38,7 @@ class Marks {
     certain_ = certain_ && over >> 63 == 0;
   }
 
-  /// Whether they tell something, and so every Y is a number up to 1e300.
+  /// Whether they tell something, and so every Y is tame.
   bool certain() const noexcept { return certain_; }
 
   /// Of words in X order: whether a point may be in the box of the anchor, the point

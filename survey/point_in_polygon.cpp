@@ -3,7 +3,6 @@
 #include <bit>
 #include <cmath>
 #include <cstddef>
-#include <limits>
 #include <optional>
 #include <string_view>
 

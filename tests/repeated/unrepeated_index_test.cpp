@@ -464,39 +464,32 @@ TEST(UnrepeatedIndex, WhatTheHostWritesIntoTheIndexesMeanwhileIsWrittenOver) {
   }
 }
 
-TEST(UnrepeatedIndex, AnIndexThatTheHostMadeTooShortMeanwhileIs9AfterWhatFits) {
+TEST(UnrepeatedIndex, AGeneralIndexThatTheHostMakesAnotherMeanwhileIs9AfterWhatFits) {
   const PointList list({{1, 0, 0}, {2, 0, 0}, {1, 0, 0}, {5, 0, 0}});
-  for (const Renumbering routine : {highest, all_axes}) {
-    const RecordingInterface screen;
-    IndexOutcome out;
-    const Indicator progress;
-    progress.object->on_write = [&](std::size_t n) {
-      if (n == 3) out.second.size(0, 3);
-    };
-    routine(4, list.X, list.Y, list.Z, out.nNuevos, out.first, out.second, out.Repetido, 0.0,
-            progress.reference);
-    EXPECT_EQ(box_of(screen), boxed(routine == all_axes ? title_2D : title_2, 9));
-    EXPECT_EQ(out.nNuevos, -77);
-    EXPECT_EQ(entries(out.first), Numbers32(5));
-    EXPECT_EQ(entries(out.second), (Numbers32{0, 1, 2, 1}));
-  }
-}
-
-TEST(UnrepeatedIndex, AGeneralIndexOfTwoDimensionsMeanwhileIs9BeforeAnythingIsWritten) {
-  const PointList list({{1, 0, 0}, {2, 0, 0}, {1, 0, 0}, {5, 0, 0}});
-  for (const Renumbering routine : {highest, all_axes}) {
-    const RecordingInterface screen;
-    IndexOutcome out;
-    const Indicator progress;
-    progress.object->on_write = [&](std::size_t n) {
-      if (n == 3) out.second.make(0, 5, 2);
-    };
-    routine(4, list.X, list.Y, list.Z, out.nNuevos, out.first, out.second, out.Repetido, 0.0,
-            progress.reference);
-    EXPECT_EQ(box_of(screen), boxed(routine == all_axes ? title_2D : title_2, 9));
-    EXPECT_EQ(out.nNuevos, -77);
-    EXPECT_EQ(entries(out.first), Numbers32(5));
-    EXPECT_EQ(entries(out.second), Numbers32(5));
+  struct Row {
+    const char* rule;
+    std::function<void(LongArray&)> change;
+    Numbers32 left;
+  };
+  const Row table[] = {
+      {"too short", [](LongArray& index) { index.size(0, 3); }, {0, 1, 2, 1}},
+      {"of two dimensions", [](LongArray& index) { index.make(0, 5, 2); }, Numbers32(5)},
+  };
+  for (const Row& row : table) {
+    for (const Renumbering routine : {highest, all_axes}) {
+      const RecordingInterface screen;
+      IndexOutcome out;
+      const Indicator progress;
+      progress.object->on_write = [&](std::size_t n) {
+        if (n == 3) row.change(out.second);
+      };
+      routine(4, list.X, list.Y, list.Z, out.nNuevos, out.first, out.second, out.Repetido, 0.0,
+              progress.reference);
+      EXPECT_EQ(box_of(screen), boxed(routine == all_axes ? title_2D : title_2, 9)) << row.rule;
+      EXPECT_EQ(out.nNuevos, -77) << row.rule;
+      EXPECT_EQ(entries(out.first), Numbers32(5)) << row.rule;
+      EXPECT_EQ(entries(out.second), row.left) << row.rule;
+    }
   }
 }
 
