@@ -11,26 +11,33 @@ bool is_signalling(double value) {
   return std::isnan(value) && (std::bit_cast<std::uint64_t>(value) & quiet_bit) == 0;
 }
 
-// The outcome of a sum, difference, product, or of a quotient by a divisor that
-// is not zero, unless the operation raised an exception.
-double without_exception(double a, double b, double outcome) {
-  if (is_signalling(a) || is_signalling(b)) raise(failure::overflow);
+// Whether a sum, difference, product, or a quotient by a divisor that is not
+// zero, raised an exception on its way to `outcome`.
+bool raises(double a, double b, double outcome) {
+  if (is_signalling(a) || is_signalling(b)) return true;
   const bool quiet = std::isnan(a) || std::isnan(b);
-  if (std::isnan(outcome) && !quiet) raise(failure::overflow);  // invalid operation
-  if (std::isinf(outcome) && is_finite(a) && is_finite(b)) raise(failure::overflow);
+  if (std::isnan(outcome) && !quiet) return true;  // invalid operation
+  return std::isinf(outcome) && is_finite(a) && is_finite(b);
+}
+
+double noted(double a, double b, double outcome, Pending& pending) {
+  pending.note(raises(a, b, outcome));
   return outcome;
 }
 
 }  // namespace
 
-double sum(double a, double b) { return without_exception(a, b, a + b); }
-double difference(double a, double b) { return without_exception(a, b, a - b); }
-double product(double a, double b) { return without_exception(a, b, a * b); }
+double sum(double a, double b, Pending& pending) { return noted(a, b, a + b, pending); }
+double difference(double a, double b, Pending& pending) { return noted(a, b, a - b, pending); }
+double product(double a, double b, Pending& pending) { return noted(a, b, a * b, pending); }
 
-double quotient(double dividend, double divisor) {
+double quotient(double dividend, double divisor, const Pending& pending) {
+  pending.look();
   const bool by_zero = divisor == 0.0 && is_finite(dividend) && dividend != 0.0;
   if (by_zero) raise(failure::division_by_zero);
-  return without_exception(dividend, divisor, dividend / divisor);
+  const double outcome = dividend / divisor;
+  if (raises(dividend, divisor, outcome)) raise(failure::overflow);
+  return outcome;
 }
 
 void unordered() { raise(failure::overflow); }

@@ -3,11 +3,13 @@
 // A formula over Checked numbers reads as it stands in a book. It is worked out
 // in one go, in the order written, and looked at once: a finite outcome proves
 // that nothing overflowed and nothing invalid was asked. Only an outcome that is
-// not finite is worked out again, step by step, to find the first operation
-// that raised an exception of IEEE 754:
+// not finite is worked out again, step by step, to find the first failure among
+// the exceptions of IEEE 754:
 //   zero-divide             failure 11
 //   invalid, overflow       failure 6
-// and, in the elementary functions, 5 for an argument outside their domain.
+// and, in the elementary functions, 5 for an argument outside their domain. What
+// a sum, difference or product raises is pending until the next division or the
+// end of the formula; so a root of 1 - t t is failure 5 also where t t overflows.
 // Underflow and lost digits say nothing. An infinity or a quiet NaN that a
 // caller hands in raises nothing by itself: it travels on until an operation
 // on it does. A comparison with NaN is failure 6.
@@ -55,11 +57,26 @@ inline bool is_finite(double value) noexcept {
   return std::bit_cast<std::uint64_t>(value) << 1U < all_ones;
 }
 
-// One operation with its own test: where a failing formula finds its culprit.
-double sum(double a, double b);
-double difference(double a, double b);
-double product(double a, double b);
-double quotient(double dividend, double divisor);
+/// An overflow or invalid operation at which nobody has looked yet.
+class Pending {
+ public:
+  void note(bool raised) noexcept { raised_ = raised_ || raised; }
+
+  /// Failure 6 when something is pending.
+  void look() const {
+    if (raised_) raise(failure::overflow);
+  }
+
+ private:
+  bool raised_ = false;
+};
+
+// One operation with its own test: where a failing formula finds its culprit. A
+// division looks at what is pending; the others add to it.
+double sum(double a, double b, Pending& pending);
+double difference(double a, double b, Pending& pending);
+double product(double a, double b, Pending& pending);
+double quotient(double dividend, double divisor, const Pending& pending);
 
 /// The formula E again over these numbers, each operation with its own test.
 /// The numbers come one by one, so that a sound formula never has to stand in
@@ -67,7 +84,10 @@ double quotient(double dividend, double divisor);
 template <Piece E, std::same_as<double>... Numbers>
 [[gnu::noinline, gnu::cold]] double settle_stepwise(Numbers... numbers) {
   const double all[] = {numbers...};
-  return E::over(all).stepwise();
+  Pending pending;
+  const double value = E::over(all).stepwise(pending);
+  pending.look();
+  return value;
 }
 
 template <Piece E, std::size_t... i>
@@ -124,7 +144,7 @@ class Checked {
   }
   static Checked over(const double* numbers) noexcept { return *numbers; }
   [[gnu::always_inline]] double quick(bool&) const noexcept { return value_; }
-  double stepwise() const noexcept { return value_; }
+  double stepwise(checked::Pending&) const noexcept { return value_; }
 
  private:
   double value_ = 0.0;
@@ -187,9 +207,9 @@ struct Sum : Binary<Sum<A, B>, A, B> {
     const double left = a.quick(sound);
     return left + b.quick(sound);
   }
-  double stepwise() const {
-    const double left = a.stepwise();
-    return sum(left, b.stepwise());
+  double stepwise(Pending& pending) const {
+    const double left = a.stepwise(pending);
+    return sum(left, b.stepwise(pending), pending);
   }
 };
 
@@ -202,9 +222,9 @@ struct Difference : Binary<Difference<A, B>, A, B> {
     const double left = a.quick(sound);
     return left - b.quick(sound);
   }
-  double stepwise() const {
-    const double left = a.stepwise();
-    return difference(left, b.stepwise());
+  double stepwise(Pending& pending) const {
+    const double left = a.stepwise(pending);
+    return difference(left, b.stepwise(pending), pending);
   }
 };
 
@@ -217,9 +237,9 @@ struct Product : Binary<Product<A, B>, A, B> {
     const double left = a.quick(sound);
     return left * b.quick(sound);
   }
-  double stepwise() const {
-    const double left = a.stepwise();
-    return product(left, b.stepwise());
+  double stepwise(Pending& pending) const {
+    const double left = a.stepwise(pending);
+    return product(left, b.stepwise(pending), pending);
   }
 };
 
@@ -232,9 +252,10 @@ struct Quotient : Binary<Quotient<A, B>, A, B> {
     const double dividend = a.quick(sound);
     return dividend / quick_seen(b, sound);  // an overflowed divisor would hide in a zero
   }
-  double stepwise() const {
-    const double dividend = a.stepwise();
-    return quotient(dividend, b.stepwise());
+  double stepwise(Pending& pending) const {
+    const double dividend = a.stepwise(pending);
+    const double divisor = b.stepwise(pending);
+    return quotient(dividend, divisor, pending);
   }
 };
 
@@ -244,7 +265,7 @@ struct Negation : Unary<Negation<A>, A> {
   using Unary<Negation, A>::Unary;
   using Unary<Negation, A>::a;
   [[gnu::always_inline]] double quick(bool& sound) const noexcept { return -a.quick(sound); }
-  double stepwise() const { return -a.stepwise(); }
+  double stepwise(Pending& pending) const { return -a.stepwise(pending); }
 };
 
 /// A function of one argument: F::plain works it out, F::tested also fails.
@@ -257,7 +278,7 @@ struct Function : Unary<Function<F, A>, A> {
     if constexpr (F::hides) return F::plain(quick_seen(a, sound));
     return F::plain(a.quick(sound));
   }
-  double stepwise() const { return F::tested(a.stepwise()); }
+  double stepwise(Pending& pending) const { return F::tested(a.stepwise(pending)); }
 };
 
 template <Piece A, Piece B>
@@ -270,9 +291,9 @@ struct Power : Binary<Power<A, B>, A, B> {
     const double exponent = quick_seen(b, sound);
     return elementary::power(base, exponent);
   }
-  double stepwise() const {
-    const double base = a.stepwise();
-    return elementary::tested_power(base, b.stepwise());
+  double stepwise(Pending& pending) const {
+    const double base = a.stepwise(pending);
+    return elementary::tested_power(base, b.stepwise(pending));
   }
 };
 
