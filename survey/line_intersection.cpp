@@ -75,14 +75,15 @@ void cgeo_Geometria::GR_Intersec_2_Rectas(const double& R1x1, const double& R1y1
   const Checked d1y = Checked(R1y1) - R1y2;
   const Checked d2x = Checked(R2x1) - R2x2;
   const Checked d2y = Checked(R2y1) - R2y2;
-  const bool level1 = zero(d1y), level2 = zero(d2y);
-  const bool upright1 = zero(d1x), upright2 = zero(d2x);
 
   // Stored coordinates, free of rounding: the first row that fits answers. X is
-  // written before Y is read. The differences have shown that none is NaN, so
-  // they are compared as they are.
+  // written before Y is read. The first row does not ask for the Y of R2, which may
+  // be NaN there. From the second on the differences have shown that no coordinate
+  // is NaN, so they are compared as they are.
   const auto answer = [&](const double& x, const double& y) { X = x, Y = y; };
+  const bool level1 = zero(d1y), upright2 = zero(d2x);
   if (level1 && upright2 && between(R2x1, R1x1, R1x2)) return answer(R2x2, R1y1);
+  const bool level2 = zero(d2y), upright1 = zero(d1x);
   if (level2 && upright1 && between(R1x1, R2x1, R2x2)) return answer(R1x1, R2y2);
   if (same(R1x1, R1y1, R2x1, R2y1) && same(R1x2, R1y2, R2x2, R2y2)) return answer(R1x1, R1y1);
   if (same(R1x1, R1y1, R2x2, R2y2) && same(R1x2, R1y2, R2x1, R2y1)) return answer(R1x1, R1y1);

@@ -46,12 +46,15 @@ struct Row {
 };
 
 constexpr double unset_x = -1.0, unset_y = -2.0;
+constexpr double nan = std::numeric_limits<double>::quiet_NaN();
 
 const Row rows[] = {
     {"general case", {0, 0, 10, 10, 0, 10, 10, 0}, 5, 5, false},
     {"row 1: level meets upright within", {0, 0, 10, 0, 5, -5, 5, 5}, 5, 0, false},
     {"row 1: the other way round", {10, 0, 0, 0, 5, -5, 5, 5}, 5, 0, false},
     {"row 1: the closed end", {0, 0, 10, 0, 10, -5, 10, 5}, 10, 0, false},
+    {"row 1: does not ask for the first Y of R2", {0, 0, 10, 0, 5, nan, 5, 5}, 5, 0, false},
+    {"row 1: nor for the second", {0, 0, 10, 0, 5, -5, 5, nan}, 5, 0, false},
     {"row 2: upright meets level within", {5, -5, 5, 5, 0, 3, 10, 3}, 5, 3, false},
     {"row 3: the same line", {1, 2, 4, 9, 1, 2, 4, 9}, 1, 2, false},
     {"row 4: the same line reversed", {1, 2, 4, 9, 4, 9, 1, 2}, 1, 2, false},
@@ -105,6 +108,33 @@ TEST(LineIntersection, EachRowAndEachStep) {
         << row.rule;
     EXPECT_EQ(bits(x), bits(row.x)) << row.rule;
     EXPECT_EQ(bits(y), bits(row.y)) << row.rule;
+  }
+}
+
+TEST(LineIntersection, NaNFailsInTheFirstRowThatAsksForIt) {
+  const struct {
+    const char* rule;
+    Lines lines;
+  } table[] = {
+      {"row 1 asks for the Y of R1, before row 2 could answer", {5, nan, 5, 5, 0, 3, 10, 3}},
+      {"row 1 asks for the X of R1", {0, 0, nan, 0, 5, -5, 5, 5}},
+      {"row 1 asks for the X of R2", {0, 0, 10, 0, nan, -5, 5, 5}},
+      {"beyond row 1 the Y of R2 is asked for", {0, 0, 10, 0, 20, nan, 20, 5}},
+      {"before shared ends", {1, 2, 4, 9, 1, 2, 7, nan}},
+      {"in the general case", {0, 0, 10, 10, 0, 10, 10, nan}},
+  };
+  for (const auto& row : table) {
+    Left left;
+    const Lines& r = row.lines;
+    EXPECT_EQ(failure_of([&] {
+                geometry.GR_Intersec_2_Rectas(r[0], r[1], r[2], r[3], r[4], r[5], r[6], r[7],
+                                              left.x, left.y, left.flag);
+              }),
+              6)
+        << row.rule;
+    EXPECT_EQ(left.flag.bits, 0) << row.rule;
+    EXPECT_EQ(left.x, unset_x) << row.rule;
+    EXPECT_EQ(left.y, unset_y) << row.rule;
   }
 }
 
