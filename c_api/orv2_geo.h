@@ -65,7 +65,9 @@ typedef uint64_t orv2_handle;
  *   ORV2_TEXT | ORV2_BYREF     handle: that text variable itself
  *   ORV2_OBJECT                handle: an object, or 0 for none
  *   ORV2_OBJECT | ORV2_BYREF   pointer: the host's variable that holds a handle;
- *                              it is read, never written
+ *                              never written, and read anew at each use: another
+ *                              object put there in the middle of a call counts
+ *                              from then on, none (0) is 91, a wrong handle 5
  *   ORV2_..._ARRAY | BYREF     handle: the array (without ORV2_BYREF the same)
  * The same variable or handle given twice is one variable. */
 typedef struct orv2_value {

@@ -9,6 +9,27 @@
 
 namespace orv2_geo::c_api {
 
+namespace {
+
+// A host's variable that holds an object. It is looked at anew with each use: in the
+// middle of a call the host may put another object there, or none.
+class ObjectVariable final : public LateBound {
+ public:
+  explicit ObjectVariable(const orv2_handle& variable) noexcept : variable_(variable) {}
+
+  Variant call(std::string_view name, std::span<const Argument> arguments) override {
+    return object_of(variable_)->call(name, arguments);
+  }
+  void set_property(std::string_view name, const Variant& value) override {
+    object_of(variable_)->set_property(name, value);
+  }
+
+ private:
+  const orv2_handle& variable_;
+};
+
+}  // namespace
+
 Translated::Translated(const orv2_value* values, std::size_t count) : count_(count) {
   for (; at_ < count; ++at_) arguments_[at_] = translated(values[at_]);
 }
@@ -61,7 +82,10 @@ Argument Translated::object_argument(const orv2_value& value) {
   const auto known =
       std::find(object_variables_.begin(), object_variables_.begin() + at_, host_variable);
   const auto place = static_cast<std::size_t>(known - object_variables_.begin());
-  if (place == at_) objects_[at_] = object_of(*host_variable);
+  if (place == at_) {
+    static_cast<void>(object_of(*host_variable));  // a wrong handle is refused at once
+    objects_[at_] = ObjectRef(new ObjectVariable(*host_variable));
+  }
   object_variables_[at_] = host_variable;
   return Argument::of(objects_[place]);
 }

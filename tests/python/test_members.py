@@ -116,6 +116,32 @@ class RasterLine(Case):
         with self.fails(438):
             algorismos.Linea_a_puntos(object(), 0, 0, 3, 0)
 
+    def test_a_surface_put_in_the_variable_meanwhile_takes_the_rest_of_the_dots(self):
+        second = Surface()
+
+        class Leaving(Surface):
+            def PSet(self, step, x, y, colour):
+                super().PSet(step, x, y, colour)
+                variable.value = second
+
+        first = Leaving()
+        variable = Ref(first)
+        algorismos.Linea_a_puntos(variable, 0, 0, 3, 0)
+        self.assertEqual((len(first.dots), len(second.dots)), (1, 4))
+        self.assertIs(variable.value, second)
+
+    def test_no_surface_in_the_variable_any_more_is_91(self):
+        class Leaving(Surface):
+            def PSet(self, step, x, y, colour):
+                super().PSet(step, x, y, colour)
+                variable.value = None
+
+        surface = Leaving()
+        variable = Ref(surface)
+        with self.fails(91):
+            algorismos.Linea_a_puntos(variable, 0, 0, 3, 0)
+        self.assertEqual(len(surface.dots), 1)
+
     def test_a_surface_may_move_the_pen(self):
         class Moving(Surface):
             def PSet(self, step, x, y, colour):

@@ -120,6 +120,33 @@ TEST(Progress, NoObjectAndNoPropertyAreTrapped) {
   EXPECT_EQ(in_X(list, 0.0, lacking.reference).box, boxed(title_in_X, 438));
 }
 
+TEST(Progress, TheCallersVariableIsLookedAtAtEachWrite) {
+  const PointList list(apart(3));
+  const Indicator first, second;
+  ObjectRef variable = first.reference;
+  first.object->on_write = [&](std::size_t n) {
+    if (n == 2) variable = second.reference;
+  };
+  EXPECT_EQ(run(highest, list, 0.0, variable).box, "");
+  EXPECT_EQ(first.object->written.size(), 2U);
+  ASSERT_EQ(second.object->written.size(), 2U);
+  EXPECT_EQ(second.object->written[0].name, "max");
+  EXPECT_EQ(second.object->written[1].name, "Visible");
+}
+
+TEST(Progress, AnIndicatorMayDropItsOwnLastReference) {
+  const PointList list(apart(3));
+  auto* const alone = new ProgressObject;
+  ObjectRef variable(alone);
+  std::size_t writes = 0;
+  alone->on_write = [&](std::size_t n) {
+    variable = nullptr;
+    writes = n + alone->written.size();  // still there
+  };
+  EXPECT_EQ(run(highest, list, 0.0, variable).box, boxed(title_2, 91));
+  EXPECT_EQ(writes, 2U);
+}
+
 // A host's indicator can do anything while it is written to; the sweep reads what
 // there is afterwards.
 TEST(Progress, AHostThatChangesItsArraysMeanwhile) {
