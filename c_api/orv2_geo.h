@@ -192,8 +192,9 @@ typedef int32_t (*orv2_resize)(void* context, int32_t old_lower, uint32_t old_co
                                uint32_t count, int16_t keep, void** data);
 
 /* An array over the host's own buffer of numbers, worked in place. Without
- * `resize` its size is fixed (failure 10). The buffer must live as long as the
- * array. Failure 5 for an array of texts. */
+ * `resize` its size is fixed (failure 10, also where a routine would leave the
+ * array unallocated; a buffer with `resize` is then asked for 0 elements). The
+ * buffer must live as long as the array. Failure 5 for an array of texts. */
 ORV2_CALL int32_t orv2_array_adopt(uint16_t type, void* data, int32_t lower, uint32_t count,
                                    orv2_resize resize, void* context, orv2_handle* array);
 

@@ -70,6 +70,13 @@ void ArrayBase::size_at_owner(std::int32_t lower, std::uint32_t count, bool keep
   describe(owner_->resize(lower, count, keep), lower, count, 1);
 }
 
+void ArrayBase::release_at_owner() {
+  ArrayOwner* const owner = owner_;
+  owner->release();
+  forget();
+  owner_ = owner;
+}
+
 // New storage; surviving elements have moved into it and left zeros behind.
 void* ArrayBase::resized_copy(const Element& element, std::int32_t lower, std::uint32_t count,
                               bool keep) {

@@ -25,6 +25,11 @@ class ORV2_PUBLIC ArrayOwner {
   /// exists in both ranges survive; all others are zero or empty text.
   /// Failures: the owner's; 10 when the storage is fixed, 7 when it is refused.
   virtual void* resize(std::int32_t lower, std::uint32_t count, bool keep) = 0;
+
+  /// The owner's array is to have no storage any more; it stays the owner's, and a
+  /// later resize gives it some again. One that cannot be without is given a size
+  /// of nothing. Failures as for resize.
+  virtual void release() { resize(0, 0, false); }
 };
 
 /// What the five arrays share: bounds, dimensions, locks and the storage, apart
@@ -75,6 +80,7 @@ class ORV2_PUBLIC ArrayBase {
 
   void size(const Element& element, std::int64_t lower, std::int64_t upper, bool keep);
   void size_at_owner(std::int32_t lower, std::uint32_t count, bool keep);
+  void release_at_owner();
   void allocate(const Element& element, std::int32_t lower, std::uint32_t count,
                 std::uint16_t dimensions);
   void discard(const Element& element) noexcept;
@@ -206,7 +212,7 @@ class GeoArray : public ArrayBase {
       discard(element);
       take(other);
     } else if (!other.allocated()) {
-      release();
+      release_at_owner();
     } else {
       size_at_owner(other.lower_, other.count_, false);  // a size of nothing included
       std::swap_ranges(data(), data() + count_, other.data());

@@ -170,6 +170,57 @@ TEST(AdoptedArrays, FollowAWholeAssignment) {
   EXPECT_EQ(typed.count(), 0U);
 }
 
+TEST(AdoptedArrays, AreAskedForNothingWhereTheyBecomeUnallocated) {
+  Buffer buffer;
+  const Owned array(buffer.adopted(10));
+  auto& typed = c_api::array_of<DoubleArray>(c_api::array_item(array));
+  typed = DoubleArray();
+  EXPECT_EQ(buffer.requests, (std::vector<Request>{{10, 4, 0, 0, 0}}));
+  std::int32_t lower = 0, upper = 0;
+  EXPECT_EQ(orv2_array_bounds(array, &lower, &upper), 9);
+  ASSERT_EQ(orv2_array_resize(array, 1, 2, 0), 0);
+  EXPECT_EQ(buffer.requests.back(), (Request{0, 0, 1, 2, 0}));
+}
+
+// The dialog closed by its title bar before anything was counted leaves the new
+// numbers without storage.
+TEST(AdoptedArrays, OfFixedSizeAre10WhereADialogWouldLeaveThemUnallocated) {
+  const auto close = [](void*, orv2_form* form) { return orv2_form_close(form); };
+  const auto box = [](void*, const char*, std::int32_t, const char*) { return 0; };
+  const orv2_user_interface screen{sizeof(screen), nullptr, box, close, nullptr};
+  ASSERT_EQ(orv2_set_user_interface(&screen), 0);
+  std::int32_t points = 2;
+  std::int16_t notice = 0;
+  std::int32_t numbers[] = {7, 8, 9};
+  orv2_handle adopted = 0;
+  ASSERT_EQ(orv2_array_adopt(ORV2_LONG_ARRAY, numbers, 0, 3, nullptr, nullptr, &adopted), 0);
+  const Owned arrays(new_object("Orv2_Geo.cgeo_Matrices")), NewInd(adopted);
+  const Owned X(new_array()), Y(new_array()), Z(new_array());
+  const Owned codigo(new_array(ORV2_STRING_ARRAY)), Nombre(new_array(ORV2_STRING_ARRAY));
+  const Owned CapaP(new_array(ORV2_SHORT_ARRAY));
+  orv2_value aviso = tagged(ORV2_BOOL | ORV2_BYREF);
+  aviso.as.pointer = &notice;
+  const orv2_value arguments[] = {pointing_at(&points),
+                                  tagged(ORV2_DOUBLE_ARRAY, X),
+                                  tagged(ORV2_DOUBLE_ARRAY, Y),
+                                  tagged(ORV2_DOUBLE_ARRAY, Z),
+                                  tagged(ORV2_STRING_ARRAY, codigo),
+                                  tagged(ORV2_STRING_ARRAY, Nombre),
+                                  tagged(ORV2_SHORT_ARRAY, CapaP),
+                                  tagged(ORV2_LONG_ARRAY, NewInd),
+                                  aviso};
+  EXPECT_EQ(orv2_call_name(arrays, "Quita_Pts_Repetidos", arguments, std::size(arguments), nullptr),
+            10);
+  orv2_set_user_interface(nullptr);
+  orv2_array_info info{};
+  ASSERT_EQ(orv2_array_describe(NewInd, &info), 0);
+  EXPECT_EQ(info.count, 3U);
+  void* data = nullptr;
+  ASSERT_EQ(orv2_array_data(NewInd, &data), 0);
+  EXPECT_EQ(data, numbers);
+  EXPECT_EQ(numbers[1], 8);
+}
+
 // ---- The library's own -----------------------------------------------------
 
 struct Made {

@@ -255,6 +255,35 @@ TEST(ForeignArrays, AreWorkedInPlaceAndResizedThroughTheirOwner) {
   EXPECT_EQ(storage.elements().size(), 2U);
 }
 
+TEST(ForeignArrays, ThatBecomeUnallocatedStayTheirOwners) {
+  HostStorage storage({1.0, 2.0, 3.0}, 5);
+  DoubleArray array;
+  array.adopt(storage, storage.elements().data(), 1, 3);
+  array = DoubleArray();
+  EXPECT_FALSE(array.allocated());
+  EXPECT_EQ(failure_of([&] { (void)array(1); }), 9);
+  EXPECT_TRUE(storage.elements().empty());
+  array.size(2, 3);
+  EXPECT_EQ(storage.elements().size(), 2U);
+  array(2) = 4.0;
+  EXPECT_EQ(storage.elements()[0], 4.0);
+}
+
+TEST(ForeignArrays, ThatCannotBecomeUnallocatedAreAsTheyWere) {
+  class Fixed final : public ArrayOwner {
+   public:
+    void* resize(std::int32_t, std::uint32_t, bool) override { raise(failure::array_locked); }
+  } owner;
+  double elements[] = {1.0, 2.0, 3.0};
+  DoubleArray array;
+  array.adopt(owner, elements, 1, 3);
+  EXPECT_EQ(failure_of([&] { array = DoubleArray(); }), 10);
+  EXPECT_TRUE(array.allocated());
+  EXPECT_EQ(array.upper(), 3);
+  array(2) = 20.0;
+  EXPECT_EQ(elements[1], 20.0);
+}
+
 TEST(ForeignArrays, BoundsMustFitTheirRange) {
   HostStorage storage({1.0, 2.0}, 5);
   DoubleArray array;
