@@ -1,4 +1,11 @@
 // text_services.h: numbers and texts the way of the user's locale.
+//
+// The environment names the locale, by category: LC_COLLATE the order of texts,
+// LC_CTYPE letters of a language's own, LC_NUMERIC the decimal sign; LC_ALL before
+// them and LANG after them stand for all. A category whose locale is not installed
+// counts as C.UTF-8 and leaves the others as they are named: order by code points,
+// the point as decimal sign. Case is ignored over all of Unicode in every locale, C
+// included, and where none is installed.
 #pragma once
 
 #include <cstddef>
@@ -10,8 +17,7 @@
 
 namespace orv2_geo::text_services {
 
-/// The decimal sign of the user's locale. A locale that the environment names
-/// but the system does not have counts as the C locale, here and below.
+/// The decimal sign of the user's locale.
 char16_t decimal_sign();
 
 /// The default text of a number: up to 15 significant digits, trailing zeros

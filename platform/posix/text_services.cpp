@@ -4,22 +4,50 @@
 #include <langinfo.h>
 #include <locale.h>
 #include <algorithm>
-#include <clocale>
+#include <cerrno>
 #include <cwchar>
 #include <cwctype>
 #include <string>
+
+#include "frame/run_failure.h"
+#include "platform/lower_case.h"
 
 namespace orv2_geo::text_services {
 
 namespace {
 
-// The user's locale, looked up once; a name that is not installed gives C.
+// One category of the user's locale: the one that the environment names, or else
+// Unicode's order and letters.
+locale_t with_category(int category, locale_t others) {
+  for (const char* const name : {"", "C.UTF-8", "C"}) {
+    errno = 0;
+    if (const locale_t locale = newlocale(category, name, others)) return locale;
+    if (errno == ENOMEM) {
+      freelocale(others);
+      raise(failure::out_of_memory);
+    }
+  }
+  return others;
+}
+
+// The user's locale, looked up once. Each category that is asked here stands by
+// itself: one that is not installed leaves the others as they are named.
 locale_t user_locale() {
   static const locale_t locale = [] {
-    const locale_t named = newlocale(LC_ALL_MASK, "", nullptr);
-    return named != nullptr ? named : newlocale(LC_ALL_MASK, "C", nullptr);
+    locale_t made = newlocale(LC_ALL_MASK, "C", nullptr);
+    for (const int category : {LC_CTYPE_MASK, LC_COLLATE_MASK, LC_NUMERIC_MASK}) {
+      made = with_category(category, made);
+    }
+    return made;
   }();
   return locale;
+}
+
+// A language may have a lower case of its own, as Turkish has; what its locale does
+// not know is Unicode's.
+char32_t folded(char32_t point) {
+  const auto by_locale = static_cast<char32_t>(towlower_l(point, user_locale()));
+  return by_locale != point ? by_locale : lower_case(point);
 }
 
 // Folded to lower case, in the wide characters that the collation takes.
@@ -31,7 +59,7 @@ std::wstring folded(std::u16string_view text) {
     const bool pair = point >= 0xd800 && point < 0xdc00 && i + 1 < text.size() &&
                       text[i + 1] >= 0xdc00 && text[i + 1] < 0xe000;
     if (pair) point = 0x10000 + ((point - 0xd800) << 10U) + (text[++i] - 0xdc00U);
-    wide.push_back(static_cast<wchar_t>(towlower_l(static_cast<wint_t>(point), user_locale())));
+    wide.push_back(static_cast<wchar_t>(folded(point)));
   }
   return wide;
 }
@@ -40,15 +68,8 @@ std::wstring folded(std::u16string_view text) {
 
 char16_t decimal_sign() {
   static const char16_t sign = [] {
-    const char* radix = nl_langinfo_l(RADIXCHAR, user_locale());
-    const locale_t before = uselocale(user_locale());
-    wchar_t wide = L'.';
-    std::mbstate_t state{};
-    const std::size_t length =
-        std::mbrtowc(&wide, radix, std::char_traits<char>::length(radix), &state);
-    uselocale(before);
-    const bool read = length != 0 && length != std::size_t(-1) && length != std::size_t(-2);
-    return read && wide < 0x10000 ? static_cast<char16_t>(wide) : u'.';
+    const Text radix = Text::from_utf8(nl_langinfo_l(RADIXCHAR, user_locale()));
+    return radix.size() == 1 ? radix.view()[0] : u'.';
   }();
   return sign;
 }
