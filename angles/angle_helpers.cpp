@@ -64,6 +64,7 @@ float cgeo_Algorismos::Atn2(const double& X, double& Y) const try {
 
 float cgeo_Algorismos::Arccos(float sRadians) const try {
   const Checked cosine = widen(sRadians);
+  // An f32: a square beyond its range is failure 6, before the ends are looked at.
   const float t = narrow(-cosine * cosine + 1.0);
   // The two ends are not alike: 0 on the right, a short pi on the left.
   if (widen(t) <= 0.0) return cosine > 0.0 ? 0.0F : narrow(3.1415);

@@ -111,7 +111,9 @@ class ORV2_PUBLIC cgeo_Matrices {
   /// Progreso1 gets Visible, Min and max. Aviso has no effect.
   /// Failures: of the search, shown
   /// ("m_Indice_de_Puntos_sin_Repetir_ORDENADOS_EN_X - Error nº "), nPtos1 then
-  /// being 0; 9 when Indice had no element for a point that stays; 7.
+  /// being 0; where Progreso1 leaves Indice locked, so that it cannot be replaced
+  /// at the end, nPtos1 is the number of points that stay all the same. 9 when
+  /// Indice had no element for a point that stays; 7.
   void Quita_Puntos_Repetidos_XYZ_con_indice1(std::int32_t& nPtos1, const DoubleArray& X1,
                                               const DoubleArray& Y1, const DoubleArray& Z1,
                                               LongArray& Indice, const ObjectRef& Progreso1,

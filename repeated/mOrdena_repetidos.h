@@ -44,7 +44,8 @@ using BoolArray = GeoArray<Bool>;
 ///           Indice(k) survives cluster k, entries above nNuevos are 0.
 /// Trapped:  "m_Indice_de_Puntos_sin_Repetir_ORDENADOS_EN_X - Error nº "; Indice
 ///           is then all zeros (unless it could not be allocated), nNuevos as it
-///           was.
+///           was. One exception: where Indice cannot be replaced at the end (the
+///           host locked it meanwhile, 10), nNuevos has been written before.
 void m_Indice_de_Puntos_sin_Repetir_ORDENADOS_EN_X(const std::int32_t& nPtos, const DoubleArray& X,
                                                    const DoubleArray& Y, const DoubleArray& Z,
                                                    std::int32_t& nNuevos, LongArray& Indice,
@@ -59,7 +60,11 @@ void m_Indice_de_Puntos_sin_Repetir_ORDENADOS_EN_X(const std::int32_t& nPtos, co
 ///           IndiceGeneral (the new number of each point, repeated or not) and
 ///           Repetido (all false, always). IndiceNuevos(IndiceGeneral(p)) is the
 ///           survivor that stands for p. Progreso1 is made visible once more.
-/// Trapped:  "m_Indice_de_Puntos_sin_Repetir_2 - Error nº ".
+/// Trapped:  "m_Indice_de_Puntos_sin_Repetir_2 - Error nº "; up to the end of the
+///           sweep all are zeros and nNuevos is as it was. Then IndiceGeneral is
+///           written, nNuevos, IndiceNuevos and Progreso1, in this order: a failure
+///           at one leaves those before it written, so that after one of the last
+///           write of all the answer is whole.
 void m_Indice_de_Puntos_sin_Repetir_2(const std::int32_t& nPtos, const DoubleArray& X,
                                       const DoubleArray& Y, const DoubleArray& Z,
                                       std::int32_t& nNuevos, LongArray& IndiceNuevos,
@@ -85,7 +90,8 @@ void m_Indice_de_Puntos_sin_Repetir_2D(const std::int32_t& nPtos, const DoubleAr
 ///           what Indice holds at Secuencia(p) at that moment. nNuevos, the
 ///           number of clusters. Progreso1 is made visible once more.
 /// Trapped:  "m_Indice_de_Puntos_sin_Repetir_2 - Error nº ", on purpose the title
-///           of the routine of that name.
+///           of the routine of that name. After a failure of that last write the
+///           answer is whole, nNuevos included; before, nNuevos is as it was.
 void m_Indice_de_Puntos_sin_Repetir_XY(const std::int32_t& nPtos, const DoubleArray& X,
                                        const DoubleArray& Y, const DoubleArray& Z,
                                        std::int32_t& nNuevos, LongArray& Secuencia,

@@ -210,8 +210,8 @@ void renumbered(std::u16string_view title, const std::int32_t& nPtos, const Doub
     leave_out_unmet(nPtos, order, replaced);
     const std::int32_t found = replaced.number(Nuevos.data(), Numeros.data());
     deliver_numbers(nPtos, Numeros, IndiceGeneral);
+    nNuevos = found;  // before IndiceNuevos, which the host may have locked meanwhile
     deliver(Nuevos, IndiceNuevos);
-    nNuevos = found;
     progress.visible();
   });
 }
@@ -234,8 +234,8 @@ void m_Indice_de_Puntos_sin_Repetir_ORDENADOS_EN_X(const std::int32_t& nPtos, co
     LongArray& Elegidos = in_place ? Indice : order.numbers();
     const std::int32_t found = sweep.run(progress, Survivors<HighestSurvives>(Elegidos));
     clear_around(Elegidos, found);
+    nNuevos = found;  // before Indice, which the host may have locked meanwhile
     deliver(Elegidos, Indice);
-    nNuevos = found;
   });
 }
 

@@ -96,8 +96,9 @@ class ORV2_PUBLIC cgeo_Ordena {
   /// Failures: what stops the search for repeats (6 when a bound of the tolerance
   ///           overflows or NaN is compared, 9 when X or Y is too short, 11 when
   ///           nPtos is 0, 91 or 438 for Progreso1, 7) is shown in a box and then
-  ///           passed over: nPtos becomes 0 and X, Y, Z end with subscript 0. To
-  ///           the caller go 7; 9 when nPtos is negative, Z is too short or a
+  ///           passed over: nPtos becomes 0 and X, Y, Z end with subscript 0. A
+  ///           failure of the last write to Progreso1 is shown, and the answer is
+  ///           whole. To the caller go 7; 9 when nPtos is negative, Z is too short or a
   ///           lower bound is not 0; 10 when X, Y or Z is locked. What had been
   ///           written by then stays.
   /// Source:   one sort in X and one sweep with an anchored box.
