@@ -228,17 +228,17 @@ template <auto member, Parameter... names>
 void invoke(void* object, const Call& call) {
   using S = SignatureOf<member>;
   if (call.arguments.size() > S::arity) raise(failure::wrong_argument_count);
-  typename S::Slots slots;
+  typename S::Slots places;  // Qt's headers make a macro of "slots"
   const auto given = [&](std::size_t i) -> const Argument& {
     return i < call.arguments.size() ? call.arguments[i] : left_out_argument;
   };
   [&]<std::size_t... i>(std::index_sequence<i...>) {
-    (std::get<i>(slots).template bind<names>(given(i), call), ...);
+    (std::get<i>(places).template bind<names>(given(i), call), ...);
     auto& self = *static_cast<typename S::Class*>(object);
     if constexpr (std::is_void_v<typename S::Result>) {
-      (self.*member)(std::get<i>(slots).get()...);
+      (self.*member)(std::get<i>(places).get()...);
     } else {
-      answer(call, (self.*member)(std::get<i>(slots).get()...));
+      answer(call, (self.*member)(std::get<i>(places).get()...));
     }
   }
   (std::make_index_sequence<S::arity>{});
