@@ -1,8 +1,8 @@
 /* orv2_geo.h: the library for C hosts, and for every language that calls C.
  *
- * Every function answers with a status: 0, or the number of a failure whose
- * words orv2_last_failure gives. Results come by pointer and are written only
- * when the status is 0. Handles are numbers: one that is wrong, stale or of
+ * A function answers with a status: 0, or the number of a failure whose words
+ * orv2_last_failure gives; orv2_class_count alone answers with the count
+ * itself. Results come by pointer and are written only when the status is 0. Handles are numbers: one that is wrong, stale or of
  * another kind is failure 5, and so is a null pointer where something is
  * needed; 0 where an object is needed is 91. Names of classes and members
  * compare without regard to case. char strings are UTF-8 and end in a zero;
@@ -93,7 +93,8 @@ typedef struct orv2_failure {
 } orv2_failure;
 
 /* The failure of the last call on this thread that had one. The strings are
- * valid until the next failing call on this thread. Answers with 0. */
+ * valid until the next failing call on this thread. Failure 5, and nothing is
+ * remembered of it, for a null pointer. */
 ORV2_CALL int32_t orv2_last_failure(orv2_failure* failure);
 
 /* Every number that the library itself raises: index from 0. Failure 9 past

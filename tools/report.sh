@@ -1,11 +1,25 @@
 #!/usr/bin/env bash
-# Sets up, builds and runs the survey report on the sample survey.
+# Sets up, builds and runs the survey report on the sample survey. The report goes to
+# standard output; what is being done before it, to standard error.
 set -euo pipefail
 cd "$(dirname "$0")/.."
-{
-  tools/setup.sh build
-  cmake --preset release -DORV2_BUILD_TESTS=OFF -B build/report
-  cmake --build build/report
-} > build-report.log 2>&1 || { cat build-report.log; exit 1; }
-rm -f build-report.log
+log=build-report.log
+say() { echo "$@" >&2; }
+
+# Of ninja's lines the last step of every twenty.
+steps() { sed -un 's|^\[\([0-9]*[02468]0/[0-9]*\)\].*|  \1 steps|p' >&2; }
+
+build() {
+  say "Looking for a compiler and the rest, installing what is missing"
+  tools/setup.sh build > "$log"
+  say "Configuring"
+  cmake --preset release -DORV2_BUILD_TESTS=OFF -B build/report >> "$log" 2>&1
+  say "Building (the first time a minute or two)"
+  cmake --build build/report 2>&1 | tee -a "$log" | steps
+}
+# A function in a condition goes on after a failure; a shell of its own does not.
+export -f build say steps
+export log
+bash -euo pipefail -c build || { cat "$log" >&2; exit 1; }
+rm -f "$log"
 build/report/bin/survey_report "${@:-examples/survey_report/sample_survey.csv}"

@@ -12,14 +12,17 @@ checks=(clang clang-format clang-tidy libclang-rt-14-dev)
 bench=(libbenchmark-dev libcgal-dev libboost-dev libgeos-dev libgeos++-dev libicu-dev libnanoflann-dev)
 # For forms on a screen, and for tests that press their buttons on one without a person.
 screen=(qt6-base-dev xvfb xdotool openbox x11-utils fonts-liberation)
+# For what belongs to Windows.
+windows=(g++-mingw-w64-x86-64-posix)
 
 case "${1:-build}" in
   build) ;;
   checks) packages+=("${checks[@]}") ;;
   bench) packages+=("${bench[@]}") ;;
   screen) packages+=("${screen[@]}") ;;
-  all) packages+=("${checks[@]}" "${bench[@]}" "${screen[@]}") ;;
-  *) echo "usage: tools/setup.sh [build|checks|bench|screen|all]" >&2; exit 2 ;;
+  windows) packages+=("${windows[@]}") ;;
+  all) packages+=("${checks[@]}" "${bench[@]}" "${screen[@]}" "${windows[@]}") ;;
+  *) echo "usage: tools/setup.sh [build|checks|bench|screen|windows|all]" >&2; exit 2 ;;
 esac
 
 as_root() {
@@ -31,6 +34,7 @@ for package in "${packages[@]}"; do
   dpkg-query -W -f '${Status}' "$package" 2>/dev/null | grep -q 'ok installed' || missing+=("$package")
 done
 if [ ${#missing[@]} -ne 0 ]; then
+  echo "Installing ${missing[*]}" >&2
   as_root apt-get update -q
   as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y -q --no-install-recommends "${missing[@]}"
 fi

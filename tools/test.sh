@@ -4,7 +4,10 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 preset="${1:-release}"
+echo "Looking for a compiler and the rest, installing what is missing"
 tools/setup.sh build
+echo "Building $preset: library, examples and tests"
 cmake --preset "$preset"
 cmake --build --preset "$preset"
+echo "Testing $preset"
 ctest --preset "$preset" -j "$(nproc)"

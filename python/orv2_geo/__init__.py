@@ -5,7 +5,7 @@
     algorismos = orv2_geo.create("Orv2_Geo.cgeo_Algorismos")
     bearing = orv2_geo.Ref(0.0)
     algorismos.Azimut(1.0, 0.0, bearing)
-    bearing.value                                   # 100 centesimal degrees
+    bearing.value                                   # 99.99999999999999 centesimal
 
     heights = orv2_geo.DoubleArray([1.5, 2.5], lower=1)
 

@@ -1,0 +1,59 @@
+#!/usr/bin/env python3
+"""Runs the README's examples as they are printed and compares what they print with
+the comments beside their print lines.
+
+    readme_test.py REPOSITORY LIBRARY COMPILER [OPTION...]
+"""
+
+import os
+import re
+import subprocess
+import sys
+import tempfile
+
+repository, library = sys.argv[1:3]
+compiler = sys.argv[3:]
+
+with open(os.path.join(repository, "README.md"), encoding="utf-8") as readme:
+    BLOCKS = re.findall(r"^```(\w+)\n(.*?)^```$", readme.read(), re.M | re.S)
+
+
+def block(language, sign):
+    return next(text for name, text in BLOCKS if name == language and sign in text)
+
+
+def promised(example, comment):
+    """The first word of the comment beside each print line."""
+    return re.findall(r"print.*" + comment + r" *([^\s:]+)", example)
+
+
+def run(*command, **named):
+    return subprocess.run(command, cwd=repository, check=True, text=True, stdout=subprocess.PIPE,
+                          **named).stdout.split()
+
+
+def cpp(example):
+    with tempfile.TemporaryDirectory() as folder:
+        source, program = os.path.join(folder, "example.cpp"), os.path.join(folder, "example")
+        with open(source, "w", encoding="utf-8") as file:
+            file.write(example)
+        run(*compiler, "-std=c++20", "-I" + repository, source, library,
+            "-Wl,-rpath," + os.path.dirname(library), "-o", program)
+        return run(program)
+
+
+def main():
+    failed = 0
+    python = block("sh", "import orv2_geo")
+    in_cpp = block("cpp", "#include")
+    for name, wanted, printed in (
+            ("the Python example", promised(python, "#"), run("bash", "-c", python)),
+            ("the C++ example", promised(in_cpp, "//"), cpp(in_cpp))):
+        same = bool(wanted) and printed == wanted
+        print("ok" if same else "FAILED", name, "prints", printed, "for", wanted)
+        failed += not same
+    return failed
+
+
+if __name__ == "__main__":
+    sys.exit(main())
