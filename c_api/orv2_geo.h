@@ -334,12 +334,20 @@ ORV2_CALL int32_t orv2_form_alignment(orv2_form* form, size_t index, int32_t col
 ORV2_CALL int32_t orv2_form_cell(orv2_form* form, size_t index, int32_t row, int32_t col,
                                  const char** text);
 
+/* The control that has the focus, empty when none has: at first the first in
+ * tab order (tab_index) that is visible and enabled and no label, frame or
+ * progress bar. It stays there until orv2_form_set_focus moves it. */
+ORV2_CALL int32_t orv2_form_focus(orv2_form* form, const char** name);
+
 /* The user's actions. They act only on what is visible and enabled, as on a
- * real screen, and otherwise do nothing. Failures: 438 for an unknown name,
- * and those of the routine behind the event. */
+ * real screen, and otherwise do nothing. Enter presses the default button; where
+ * that cannot act, the button in focus; on a grid of a form without a default
+ * button, the first button in tab order. Failures: 438 for an unknown name, and
+ * those of the routine behind the event. */
 ORV2_CALL int32_t orv2_form_click(orv2_form* form, const char* name);
 ORV2_CALL int32_t orv2_form_select(orv2_form* form, const char* name);
 ORV2_CALL int32_t orv2_form_set_text(orv2_form* form, const char* name, const char* text);
+ORV2_CALL int32_t orv2_form_set_focus(orv2_form* form, const char* name);
 ORV2_CALL int32_t orv2_form_press_enter(orv2_form* form);
 ORV2_CALL int32_t orv2_form_press_escape(orv2_form* form);
 ORV2_CALL int32_t orv2_form_close(orv2_form* form); /* the title bar's box */

@@ -111,6 +111,15 @@ class Form:
         """Still on the screen."""
         return self._describe().open != 0
 
+    @property
+    def focus(self):
+        """The name of the control that has the focus, or None: at first the first
+        in tab order that is visible and enabled and no label, frame or progress
+        bar. It stays there until set_focus moves it."""
+        told = ctypes.c_char_p()
+        check(library().orv2_form_focus(self._live(), byref(told)))
+        return from_c(told.value) or None
+
     # The user's actions. They act on what is visible and enabled, and otherwise
     # do nothing. RunFailure 438 for an unknown name; the failures of the routine
     # behind the event come out here.
@@ -124,7 +133,12 @@ class Form:
     def set_text(self, name, text):
         self._act(library().orv2_form_set_text, to_c(to_text(name)), to_c(to_text(text)))
 
+    def set_focus(self, name):
+        self._act(library().orv2_form_set_focus, to_c(to_text(name)))
+
     def press_enter(self):
+        """Presses the default button; where that cannot act, the button in focus; on
+        a grid of a form without a default button, the first in tab order."""
         self._act(library().orv2_form_press_enter)
 
     def press_escape(self):

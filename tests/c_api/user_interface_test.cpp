@@ -219,6 +219,9 @@ TEST_F(Forms, RefuseWhatIsNotThere) {
       {"cell column 2", 9, [](auto* f) { return orv2_form_cell(f, 9, 0, 2, &text); }},
       {"click unknown", 438, [](auto* f) { return orv2_form_click(f, "cmdNada"); }},
       {"select unknown", 438, [](auto* f) { return orv2_form_select(f, ""); }},
+      {"focus unknown", 438, [](auto* f) { return orv2_form_set_focus(f, "nada"); }},
+      {"null focus", 5, [](auto* f) { return orv2_form_set_focus(f, nullptr); }},
+      {"null focus told", 5, [](auto* f) { return orv2_form_focus(f, nullptr); }},
       {"set text unknown", 438, [](auto* f) { return orv2_form_set_text(f, "x", "y"); }},
       {"null info", 5, [](auto* f) { return orv2_form_describe(f, nullptr); }},
       {"null control", 5, [](auto* f) { return orv2_form_control(f, 0, nullptr); }},
@@ -353,6 +356,28 @@ TEST_F(Forms, EnterAndEscapeDoNothingWhileTheirButtonsCannotAct) {
   });
   EXPECT_TRUE(clicks.empty());
   EXPECT_FALSE(form.open());
+}
+
+std::string focus_of(orv2_form* shown) {
+  const char* name = "nothing told";
+  EXPECT_EQ(orv2_form_focus(shown, &name), 0);
+  return name;
+}
+
+TEST_F(Forms, EnterPressesTheButtonInFocusWhereTheDefaultCannotAct) {
+  form.control("cmdOk").set_enabled(false);
+  drive([&](orv2_form* shown) {
+    EXPECT_EQ(focus_of(shown), "txtName");
+    EXPECT_EQ(orv2_form_press_enter(shown), 0);
+    EXPECT_TRUE(form.open());
+    EXPECT_EQ(orv2_form_set_focus(shown, "CMDCANCEL"), 0);
+    EXPECT_EQ(orv2_form_set_focus(shown, "fraKind"), 0);  // takes no focus
+    EXPECT_EQ(focus_of(shown), "cmdCancel");
+    EXPECT_EQ(orv2_form_press_enter(shown), 0);
+    EXPECT_FALSE(form.open());
+    EXPECT_EQ(focus_of(shown), "");
+  });
+  EXPECT_EQ(clicks, (Names{"cmdCancel"}));
 }
 
 TEST_F(Forms, TheTitleBarClosesWithoutTheCancelButton) {

@@ -243,7 +243,6 @@ TEST_F(RepeatedPoints, AFailureOfTheEngineLeavesOnlyCancelling) {
     EXPECT_TRUE(shown(form, "cmdCalcular"));
     EXPECT_FALSE(shown(form, "cmdEliminar"));
     EXPECT_FALSE(shown(form, "lblEstudio"));
-    form.press_enter();
     form.click("cmdCalcular");
     form.click("cmdEliminar");
     EXPECT_TRUE(form.open());
@@ -252,6 +251,25 @@ TEST_F(RepeatedPoints, AFailureOfTheEngineLeavesOnlyCancelling) {
   });
   EXPECT_TRUE(dialog.Cancelado);
   EXPECT_EQ(count, 8);
+}
+
+// The focus is on Cancelar from the start, and Calcular can act no more.
+TEST_F(RepeatedPoints, EnterAfterTheComputationPressesTheButtonInFocus) {
+  with_person([](Form& form) {
+    form.press_enter();
+    EXPECT_TRUE(form.control("cmdEliminar").visible());
+    form.press_enter();
+  });
+  EXPECT_TRUE(dialog.Cancelado);
+  f_Pts_Repet other;
+  screen.user = [](Form& form) {
+    form.press_enter();
+    form.set_focus("cmdEliminar");
+    form.press_enter();
+  };
+  other.A_Quita_Pts_Repetidos(count, x, y, z, codes, names, layers, numbers, aviso, precision);
+  EXPECT_FALSE(other.Cancelado);
+  EXPECT_EQ(count, 5);
 }
 
 TEST_F(RepeatedPoints, NoPointsAtAll) {

@@ -232,6 +232,23 @@ class Forms(InterfaceCase):
                 (lambda form: (form.close(), form.click("Aceptar")), [])):
             self.assertEqual(self.shown(action), wanted)
 
+    def test_enter_presses_the_button_in_focus_where_there_is_no_default_to_press(self):
+        def act(form):
+            seen.append(form.focus)
+            form.set_focus("progreso")  # takes none
+            form.set_focus("cancelar")
+            seen.append(form.focus)
+            with self.fails(438):
+                form.set_focus("nada")
+            with self.fails(13):
+                form.set_focus(1)
+            form.press_enter()
+            seen.append((form.open, form.focus))
+
+        seen = []
+        self.assertEqual(self.shown(act), ["Aceptar"])  # the default, wherever the focus is
+        self.assertEqual(seen, ["Opt3D(0)", "Cancelar", (False, None)])
+
     def test_controls_are_live(self):
         def act(form):
             both = [form.controls["Opt3D({})".format(i)] for i in range(2)]

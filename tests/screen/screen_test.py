@@ -185,6 +185,16 @@ class RepeatedPointsTest(ScreenTest):
                         "names  Peña1 Peña3 Peña4 Peña6 Peña7 Peña8 Peña7 Peña8",
                         "layers 0 10 30 40 60 70 80", "numbers 0 1 2 2 3 2 4 5 6")
 
+    def test_enter_after_calcular_presses_the_button_in_focus(self):
+        ways = {"Cancelar at first": ((), UNTOUCHED), "Eliminar behind it": (("Tab",), KEPT)}
+        for name, (keys, answer) in ways.items():
+            with self.subTest(name):
+                def way(window, keys=keys):
+                    window.press("Return")
+                    self.wait_for_the_count(window)
+                    window.press(*keys, "Return")
+                self.expect_way(way, answer)
+
     # 5 repeats 2, but 3 stands between them in X order; 6 repeats 4
     IN_SPACE = [
         "points 7 precision 0.001", "x 0 10 20 20 30 20 40 50", "z 0 1 2 7 4 2 6 8",
@@ -357,6 +367,8 @@ class ExtremesTest(ScreenTest):
         "Cancelar": lambda window: window.click(*SALIR),
         "Escape": lambda window: window.press("Escape"),
         "Enter on the button in focus": lambda window: window.press("Return"),
+        "Enter on the grid": lambda window: window.press("Tab", "Return"),
+        "Enter on Cancelar": lambda window: window.press("shift+Tab", "Return"),
         "the title bar's box": lambda window: window.press_title_bar_box(),
     }
 

@@ -98,10 +98,7 @@ void FormWindow::set_tab_order() {
   for (std::size_t i = 1; i < order.size(); ++i) {
     setTabOrder(order[i - 1]->widget, order[i]->widget);
   }
-  const auto first = std::find_if(order.begin(), order.end(), [this](const ControlView* view) {
-    return view->widget->isVisibleTo(this) && view->widget->isEnabled();
-  });
-  if (first != order.end()) (*first)->widget->setFocus();
+  if (const Control* first = form_.focus()) widget_of(*first)->setFocus();
 }
 
 void FormWindow::centre(QWidget* owner) {
@@ -152,23 +149,18 @@ void FormWindow::act(const std::function<void()>& action) noexcept {
   if (!form_.open() || failure_) loop_.quit();
 }
 
-// The default button, or else the one in focus; null when neither can act.
-const ControlView* FormWindow::enter_button() const {
-  const ControlView* in_focus = nullptr;
-  for (const ControlView& view : views_) {
-    const ControlDesign& design = view.control->design();
-    if (design.kind != ControlKind::button || !view.can_act()) continue;
-    if (design.is_default) return &view;
-    if (view.widget == focusWidget()) in_focus = &view;
-  }
-  return in_focus;
+void FormWindow::follow_focus(const QObject* widget) {
+  const auto is_its = [&](const ControlView& view) { return view.widget == widget; };
+  const auto found = std::find_if(views_.begin(), views_.end(), is_its);
+  if (found != views_.end()) form_.set_focus(found->control->design().name);
+  mark_enter_button();
 }
 
 void FormWindow::mark_enter_button() {
-  const ControlView* const marked = enter_button();
+  const Control* const marked = form_.enter_button();
   for (const ControlView& view : views_) {
     if (auto* const button = qobject_cast<QPushButton*>(view.widget)) {
-      button->setDefault(&view == marked);
+      button->setDefault(view.control == marked);
     }
   }
 }
@@ -177,10 +169,7 @@ void FormWindow::mark_enter_button() {
 bool FormWindow::take_key(const QKeyEvent& key) {
   if (!is_enter(key.key()) && key.key() != Qt::Key_Escape) return false;
   if (!key.isAutoRepeat()) {
-    act([&] {
-      if (!is_enter(key.key())) return form_.press_escape();
-      if (const ControlView* button = enter_button()) form_.click(button->control->design().name);
-    });
+    act([&] { is_enter(key.key()) ? form_.press_enter() : form_.press_escape(); });
   }
   return true;
 }
@@ -189,7 +178,7 @@ bool FormWindow::take_key(const QKeyEvent& key) {
 // where the form has a default button.
 bool FormWindow::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() == QEvent::KeyPress && take_key(static_cast<QKeyEvent&>(*event))) return true;
-  if (event->type() == QEvent::FocusIn) mark_enter_button();
+  if (event->type() == QEvent::FocusIn) follow_focus(watched);
   return QDialog::eventFilter(watched, event);
 }
 

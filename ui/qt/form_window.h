@@ -22,9 +22,8 @@ void put_over(QWidget& window, QWidget* owner);
 /// A window of fixed size with the form's controls. The person's actions go to
 /// the form, and after each the widgets show the controls' state again.
 ///
-/// Enter presses the default button; where that cannot act, or there is none,
-/// the button that has the focus; it is drawn as the one that answers. Escape presses the cancel
-/// button. The title bar's box closes the form.
+/// The form is told where the focus is; the button that Enter would press is
+/// drawn as the one that answers. The title bar's box closes the form.
 class FormWindow final : public QDialog {
  public:
   explicit FormWindow(Form& form);
@@ -49,7 +48,7 @@ class FormWindow final : public QDialog {
   void follow(const ControlView& view);
   void act(const std::function<void()>& action) noexcept;
   bool take_key(const QKeyEvent& key);
-  const ControlView* enter_button() const;
+  void follow_focus(const QObject* widget);
   void mark_enter_button();
   QWidget* widget_of(const Control& control) const;
 
