@@ -268,7 +268,9 @@ typedef struct orv2_user_interface {
    * or 16 for the critical icon. caption: null for the default one. */
   int32_t (*error_box)(void* context, const char* text, int32_t flags, const char* caption);
   /* Shows the form and reports the user's actions by the functions below until
-   * it is no longer open. A form left open on return is cancelled. */
+   * it is no longer open. A form left open on return is cancelled. A failure of
+   * the routine behind an event closes the form; the call that showed it fails
+   * with it, whatever is answered here. */
   int32_t (*show_modal)(void* context, orv2_form* form);
   int32_t (*handle_events)(void* context);
 } orv2_user_interface;
@@ -343,7 +345,7 @@ ORV2_CALL int32_t orv2_form_focus(orv2_form* form, const char** name);
  * real screen, and otherwise do nothing. Enter presses the default button; where
  * that cannot act, the button in focus; on a grid of a form without a default
  * button, the first button in tab order. Failures: 438 for an unknown name, and
- * those of the routine behind the event. */
+ * those of the routine behind the event, by which the form is closed. */
 ORV2_CALL int32_t orv2_form_click(orv2_form* form, const char* name);
 ORV2_CALL int32_t orv2_form_select(orv2_form* form, const char* name);
 ORV2_CALL int32_t orv2_form_set_text(orv2_form* form, const char* name, const char* text);

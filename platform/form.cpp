@@ -121,14 +121,21 @@ void Form::on_click(std::string_view name, std::function<void()> routine) {
 
 void Form::show_modal() {
   open_ = true;
+  failure_ = nullptr;
   focus_ = first_in_tab_order([this](const Control& one) { return can_take_focus(one); });
   try {
     user_interface().show_modal(*this);
   } catch (...) {
     open_ = false;
+    raise_failure();
     throw;
   }
+  raise_failure();
   if (open_) cancel();
+}
+
+void Form::raise_failure() {
+  if (failure_) std::rethrow_exception(std::exchange(failure_, nullptr));
 }
 
 bool Form::reachable(const Control& control) const {
@@ -139,7 +146,14 @@ bool Form::reachable(const Control& control) const {
 
 void Form::fire_click(const Control& control) {
   const auto routine = clicks_.find(control.design().name);
-  if (routine != clicks_.end()) routine->second();
+  if (routine == clicks_.end()) return;
+  try {
+    routine->second();
+  } catch (...) {
+    if (!failure_) failure_ = std::current_exception();
+    open_ = false;
+    throw;
+  }
 }
 
 void Form::click(std::string_view name) {

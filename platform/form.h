@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <exception>
 #include <functional>
 #include <map>
 #include <span>
@@ -139,6 +140,9 @@ class ORV2_PUBLIC Control final : public LateBound {
 ///   3. on a grid of a form without a default button, the first button in tab
 ///      order: a grid has no use for Enter, and the person is done with it;
 ///   4. otherwise nothing.
+///
+/// A failure of the routine behind an event closes the form and leaves
+/// show_modal, whatever the driver does with it.
 class ORV2_PUBLIC Form {
  public:
   Form(std::string_view name, std::u16string_view caption, std::int32_t width, std::int32_t height,
@@ -170,12 +174,16 @@ class ORV2_PUBLIC Form {
   // For the form's owner.
   void set_start(StartPosition start) noexcept { start_ = start; }
   void on_click(std::string_view name, std::function<void()> routine);
-  void show_modal();  ///< Blocks until the form is hidden or closed.
+  /// Blocks until the form is hidden or closed. Failures: that of the first
+  /// routine behind an event that failed, even where the driver kept it to itself
+  /// or raised another one; else the driver's own.
+  void show_modal();
   void hide() noexcept { open_ = false; }
   void unload() noexcept { open_ = false; }
 
   // The person's actions. An action that cannot reach its control does nothing.
-  // A failure in the routine behind an event reaches the driver.
+  // A failure of the routine behind an event reaches the driver too; the form is
+  // closed by then.
   void click(std::string_view name);
   void select(std::string_view name);
   void set_text(std::string_view name, const Text& text);
@@ -194,6 +202,7 @@ class ORV2_PUBLIC Form {
   const Control* first_in_tab_order(Condition condition) const;
   const Control* button_for(bool ControlDesign::*role) const;
   void fire_click(const Control& control);
+  void raise_failure();
 
   std::string name_;
   Text caption_;
@@ -202,6 +211,7 @@ class ORV2_PUBLIC Form {
   StartPosition start_ = StartPosition::centre_of_owner;
   bool open_ = false;
   const Control* focus_ = nullptr;
+  std::exception_ptr failure_;  // of a routine behind an event
   std::vector<Control*> controls_;
   std::vector<ObjectRef> owned_;
   std::map<std::string, std::function<void()>, std::less<>> clicks_;

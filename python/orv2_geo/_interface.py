@@ -30,7 +30,10 @@ def set_user_interface(ui):
     ui.error_box(text, flags, caption)  shows a text until it is dismissed;
                                         flags 16: critical; caption None: default
     ui.show_modal(form)                 shows a form and passes the user's
-                                        actions on until it is no longer open
+                                        actions on until it is no longer open;
+                                        a failure of the routine behind an event
+                                        closes it, and the call that showed it
+                                        raises that failure in any case
     ui.handle_events()                  optional: lets waiting events be handled
 
     Answers with the interface before, or None.
@@ -121,8 +124,9 @@ class Form:
         return from_c(told.value) or None
 
     # The user's actions. They act on what is visible and enabled, and otherwise
-    # do nothing. RunFailure 438 for an unknown name; the failures of the routine
-    # behind the event come out here.
+    # do nothing. RunFailure 438 for an unknown name. The failures of the routine
+    # behind the event come out here, with the form closed, and out of the call that
+    # showed the form.
 
     def click(self, name):
         self._act(library().orv2_form_click, to_c(to_text(name)))

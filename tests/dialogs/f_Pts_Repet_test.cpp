@@ -282,6 +282,47 @@ TEST_F(RepeatedPoints, NoPointsAtAll) {
   EXPECT_TRUE(dialog.Cancelado);
 }
 
+struct RoutineFailureRow {
+  const char* rule;
+  std::int32_t points;
+  const char16_t* tolerance;
+  std::int32_t failure;
+};
+
+// Whether the driver passes the failure on or keeps it to itself.
+TEST_F(RepeatedPoints, WhatCalcularCannotWorkWithReachesTheCallerWithNothingChanged) {
+  const RoutineFailureRow table[] = {
+      {"a tolerance beyond all numbers", 8, u"1e999", 6},
+      {"fewer points than none", -1, u"0.001", 9},
+  };
+  const Doubles before_x = elements(x);
+  const Texts before_names = texts(names);
+  for (const RoutineFailureRow& row : table) {
+    for (const bool kept : {false, true}) {
+      f_Pts_Repet one;
+      screen.user = [&](Form& form) {
+        form.set_text("TxtPresc", row.tolerance);
+        const auto compute = [&] { form.click("cmdCalcular"); };
+        if (!kept) return compute();
+        EXPECT_EQ(failure_of(compute), row.failure) << row.rule;
+        EXPECT_FALSE(form.open()) << row.rule;
+      };
+      count = row.points;
+      EXPECT_EQ(failure_of([&] {
+                  one.A_Quita_Pts_Repetidos(count, x, y, z, codes, names, layers, numbers, aviso,
+                                            precision);
+                }),
+                row.failure)
+          << row.rule << kept;
+      EXPECT_EQ(count, row.points) << row.rule;
+      EXPECT_EQ(elements(x), before_x) << row.rule;
+      EXPECT_EQ(texts(names), before_names) << row.rule;
+      EXPECT_EQ(elements(numbers), (Longs{0, -1, -2, -3, -4, -5, -6, -7, -8})) << row.rule;
+      EXPECT_TRUE(screen.boxes.empty()) << row.rule;
+    }
+  }
+}
+
 TEST_F(RepeatedPoints, AShortArrayFailsWithTheOthersWrittenSoFar) {
   layers = ShortArray(0, 2);
   EXPECT_EQ(failure_of([&] {

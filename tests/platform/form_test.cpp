@@ -314,9 +314,57 @@ TEST_F(Forms, UnknownControlsAre438) {
   EXPECT_EQ(failure_of([&] { form.on_click("nada", [] {}); }), 438);
 }
 
-TEST_F(Forms, AFailureBehindAnEventReachesTheDriver) {
-  form.on_click("cmdCalcular", [] { raise(9); });
-  with_person([&] { EXPECT_EQ(failure_of([&] { form.click("cmdCalcular"); }), 9); });
+struct FailureRow {
+  const char* rule;
+  std::function<void(Form&)> driver;
+};
+
+TEST_F(Forms, AFailureBehindAnEventClosesTheFormAndLeavesShowModal) {
+  const FailureRow table[] = {
+      {"the driver lets it pass", [](Form& shown) { shown.click("cmdCalcular"); }},
+      {"keeps it to itself",
+       [](Form& shown) { EXPECT_EQ(failure_of([&] { shown.click("cmdCalcular"); }), 9); }},
+      {"goes on",
+       [](Form& shown) {
+         EXPECT_EQ(failure_of([&] { shown.press_enter(); }), 9);
+         shown.click("cmdCancelar");
+         shown.press_escape();
+       }},
+      {"raises another one",
+       [](Form& shown) {
+         EXPECT_EQ(failure_of([&] { shown.click("cmdCalcular"); }), 9);
+         raise(11);
+       }},
+      {"an option's routine",
+       [](Form& shown) { EXPECT_EQ(failure_of([&] { shown.select("Opt(1)"); }), 9); }},
+  };
+  for (const char* name : {"cmdCalcular", "Opt(1)"}) form.on_click(name, [] { raise(9); });
+  for (const FailureRow& row : table) {
+    screen.user = [&](Form& shown) {
+      row.driver(shown);
+      EXPECT_FALSE(shown.open()) << row.rule;
+    };
+    EXPECT_EQ(failure_of([&] { form.show_modal(); }), 9) << row.rule;
+    EXPECT_FALSE(form.open()) << row.rule;
+  }
+  EXPECT_TRUE(clicks.empty());  // closed, it is not cancelled as well
+  EXPECT_TRUE(screen.boxes.empty());
+  with_person([&] { form.click("cmdCancelar"); });  // shown again, nothing is left of it
+  EXPECT_EQ(clicks, (std::vector<std::string>{"cmdCancelar", "cmdCancelar"}));
+}
+
+TEST_F(Forms, AFailureBehindAnEventOfAFormOverAnotherLeavesBoth) {
+  Form over("f_Encima", u"", 100, 100, controls);
+  over.on_click("cmdCalcular", [] { raise(9); });
+  form.on_click("cmdCalcular", [&] { over.show_modal(); });
+  screen.user = [](Form& shown) {
+    try {
+      shown.click("cmdCalcular");
+    } catch (const RunFailure&) {
+      EXPECT_FALSE(shown.open());
+    }
+  };
+  EXPECT_EQ(failure_of([&] { form.show_modal(); }), 9);
 }
 
 }  // namespace

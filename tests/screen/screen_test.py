@@ -252,6 +252,14 @@ class RepeatedPointsTest(ScreenTest):
         short = [line if line[0] != "z" else "z 0 1 2 7" for line in UNTOUCHED]
         self.expect_end(host, POINTS, *short)
 
+    def test_a_failure_of_calcular_itself_reaches_the_host_with_nothing_changed(self):
+        def way(window):
+            window.click(*PRECISION)
+            window.press("ctrl+a")
+            window.type("1e999")
+            window.press("Return")
+        self.expect_way(way, ["failure 6", *UNTOUCHED])
+
     def freeze_computing(self, host, window):
         """Lets the host run a little at a time until Calcular has lost its black."""
         window.point_elsewhere()

@@ -32,7 +32,7 @@ class FormWindow final : public QDialog {
   FormWindow& operator=(const FormWindow&) = delete;
 
   /// Returns when the form is no longer open, or the application is quitting.
-  /// What a routine behind an event throws ends it and leaves here.
+  /// What an action throws ends it and leaves here.
   void run();
 
  protected:
