@@ -4,10 +4,13 @@
 #include <QCloseEvent>
 #include <QFont>
 #include <QKeyEvent>
+#include <QPainter>
 #include <QPushButton>
 #include <QScreen>
 #include <QWindow>
 #include <algorithm>
+
+#include "ui/qt/x11.h"
 
 namespace orv2_geo::qt {
 
@@ -21,6 +24,28 @@ QFont form_font() {
   font.setPixelSize(11);
   return font;
 }
+
+constexpr int border = 1;
+
+// Undoes a minimise as soon as it is seen.
+class Raiser final : public QObject {
+ public:
+  explicit Raiser(QWidget& window) : QObject(&window) { window.installEventFilter(this); }
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    auto* const window = static_cast<QWidget*>(watched);
+    if (event->type() == QEvent::WindowStateChange && window->isMinimized()) {
+      // Once the change itself has been dealt with.
+      QMetaObject::invokeMethod(
+          window,
+          [window] {
+            window->setWindowState(window->windowState() & ~Qt::WindowMinimized);
+            window->activateWindow();
+          },
+          Qt::QueuedConnection);
+    }
+    return QObject::eventFilter(watched, event);
+  }
+};
 
 bool is_enter(int key) { return key == Qt::Key_Return || key == Qt::Key_Enter; }
 
@@ -42,9 +67,10 @@ void put_over(QWidget& window, QWidget* owner) {
   window.windowHandle()->setTransientParent(owner->window()->windowHandle());
 }
 
+void keep_up(QWidget& window) { new Raiser(window); }
+
 FormWindow::FormWindow(Form& form)
-    : QDialog(nullptr, Qt::Tool | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
-                           Qt::WindowCloseButtonHint | Qt::MSWindowsFixedSizeDialogHint),
+    : QDialog(nullptr, Qt::Tool | Qt::FramelessWindowHint | Qt::MSWindowsFixedSizeDialogHint),
       form_(form) {
   QWidget* owner = owner_window();
   setObjectName(QString::fromStdString(form.name()));
@@ -52,13 +78,20 @@ FormWindow::FormWindow(Form& form)
   setWindowModality(Qt::ApplicationModal);
   setAttribute(Qt::WA_QuitOnClose, false);
   setFont(form_font());
-  setFixedSize(pixels(form.width()), pixels(form.height()));
+  title_bar_ = new TitleBar(this);
+  area_ = new QWidget(this);
+  const QSize size(pixels(form.width()), pixels(form.height()));
+  title_bar_->setGeometry(border, border, size.width(), TitleBar::height);
+  area_->setGeometry(QRect(QPoint(border, border + TitleBar::height), size));
+  setFixedSize(size.width() + 2 * border, size.height() + TitleBar::height + 2 * border);
   make_controls();
   set_tab_order();
   // A form that is centred on the screen has no owner.
   if (form.start() == StartPosition::centre_of_screen) owner = nullptr;
   put_over(*this, owner);
   centre(owner);
+  keep_out_of_task_bar(*this);
+  keep_up(*this);
 }
 
 FormWindow::~FormWindow() {
@@ -69,7 +102,7 @@ void FormWindow::make_controls() {
   const Act act = [this](const std::function<void()>& action) { this->act(action); };
   views_.reserve(form_.size());
   for (std::size_t i = 0; i < form_.size(); ++i) {
-    views_.push_back(make_view(form_, form_.control(i), this, act));
+    views_.push_back(make_view(form_, form_.control(i), area_, act));
     views_.back().widget->installEventFilter(this);
   }
   for (const ControlView& view : views_) {
@@ -184,6 +217,17 @@ bool FormWindow::eventFilter(QObject* watched, QEvent* event) {
 
 void FormWindow::keyPressEvent(QKeyEvent* event) {
   if (!take_key(*event)) event->ignore();
+}
+
+void FormWindow::changeEvent(QEvent* event) {
+  if (event->type() == QEvent::ActivationChange) title_bar_->update();
+  QDialog::changeEvent(event);
+}
+
+void FormWindow::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  painter.setPen(palette().color(QPalette::Dark));
+  painter.drawRect(rect().adjusted(0, 0, -1, -1));
 }
 
 void FormWindow::closeEvent(QCloseEvent* event) {
