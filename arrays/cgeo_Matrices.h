@@ -140,7 +140,9 @@ class ORV2_PUBLIC cgeo_Matrices {
   /// 0.001 in any case. Precision and Aviso have no other effect. Arrays are
   /// expected to start at 0.
   /// Failures: 9 for arrays without an element for each point (or that do not start
-  /// at 0), 10, 7; the arrays are then written as far as it got.
+  /// at 0), 10, 7; the arrays are then written as far as it got. 6 for a typed
+  /// tolerance beyond all numbers and 9 for a negative nPtos close the dialog, with
+  /// nothing changed but that Precision.
   void Quita_Pts_Repetidos(std::int32_t& nPtos, DoubleArray& X, DoubleArray& Y, DoubleArray& Z,
                            StringArray& codigo, StringArray& Nombre, ShortArray& CapaP,
                            LongArray& NewInd, const Bool& Aviso, double& Precision) const;

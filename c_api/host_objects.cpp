@@ -203,6 +203,14 @@ int32_t orv2_form_cell(orv2_form* form, size_t index, int32_t row, int32_t col, 
   });
 }
 
+int32_t orv2_form_focus(orv2_form* form, const char** name) {
+  return guarded([&] {
+    const Control* const control = needed(form)->form.focus();
+    const std::string_view found = control != nullptr ? control->design().name : "";
+    *needed(name) = form->lend(0, std::string(found));
+  });
+}
+
 int32_t orv2_form_click(orv2_form* form, const char* name) {
   return guarded([&] { needed(form)->form.click(needed(name)); });
 }
@@ -213,6 +221,10 @@ int32_t orv2_form_select(orv2_form* form, const char* name) {
 
 int32_t orv2_form_set_text(orv2_form* form, const char* name, const char* text) {
   return guarded([&] { needed(form)->form.set_text(needed(name), Text::from_utf8(needed(text))); });
+}
+
+int32_t orv2_form_set_focus(orv2_form* form, const char* name) {
+  return guarded([&] { needed(form)->form.set_focus(needed(name)); });
 }
 
 int32_t orv2_form_press_enter(orv2_form* form) {

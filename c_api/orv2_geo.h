@@ -272,7 +272,9 @@ typedef struct orv2_user_interface {
    * or 16 for the critical icon. caption: null for the default one. */
   int32_t (*error_box)(void* context, const char* text, int32_t flags, const char* caption);
   /* Shows the form and reports the user's actions by the functions below until
-   * it is no longer open. A form left open on return is cancelled. */
+   * it is no longer open. A form left open on return is cancelled. A failure of
+   * the routine behind an event closes the form; the call that showed it fails
+   * with it, whatever is answered here. */
   int32_t (*show_modal)(void* context, orv2_form* form);
   int32_t (*handle_events)(void* context);
 } orv2_user_interface;
@@ -338,12 +340,20 @@ ORV2_CALL int32_t orv2_form_alignment(orv2_form* form, size_t index, int32_t col
 ORV2_CALL int32_t orv2_form_cell(orv2_form* form, size_t index, int32_t row, int32_t col,
                                  const char** text);
 
+/* The control that has the focus, empty when none has: at first the first in
+ * tab order (tab_index) that is visible and enabled and no label, frame or
+ * progress bar. It stays there until orv2_form_set_focus moves it. */
+ORV2_CALL int32_t orv2_form_focus(orv2_form* form, const char** name);
+
 /* The user's actions. They act only on what is visible and enabled, as on a
- * real screen, and otherwise do nothing. Failures: 438 for an unknown name,
- * and those of the routine behind the event. */
+ * real screen, and otherwise do nothing. Enter presses the default button; where
+ * that cannot act, the button in focus; on a grid of a form without a default
+ * button, the first button in tab order. Failures: 438 for an unknown name, and
+ * those of the routine behind the event, by which the form is closed. */
 ORV2_CALL int32_t orv2_form_click(orv2_form* form, const char* name);
 ORV2_CALL int32_t orv2_form_select(orv2_form* form, const char* name);
 ORV2_CALL int32_t orv2_form_set_text(orv2_form* form, const char* name, const char* text);
+ORV2_CALL int32_t orv2_form_set_focus(orv2_form* form, const char* name);
 ORV2_CALL int32_t orv2_form_press_enter(orv2_form* form);
 ORV2_CALL int32_t orv2_form_press_escape(orv2_form* form);
 ORV2_CALL int32_t orv2_form_close(orv2_form* form); /* the title bar's box */

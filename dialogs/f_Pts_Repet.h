@@ -41,7 +41,9 @@ class f_Pts_Repet {
   /// no point stays.
   ///
   /// Failures: 9 for arrays shorter than the points, 10 for one that is locked, 7;
-  /// the arrays are then written as far as it got.
+  /// the arrays are then written as far as it got. What Calcular itself cannot work
+  /// with closes the dialog, and nothing of the caller's has changed: 6 for a typed
+  /// tolerance beyond all numbers, 9 for a negative nPtos, 7.
   void A_Quita_Pts_Repetidos(std::int32_t& nPtos, DoubleArray& X, DoubleArray& Y, DoubleArray& Z,
                              StringArray& codigo, StringArray& Nombre, ShortArray& CapaP,
                              LongArray& NewInd, const Bool& Aviso, const double& Precision);

@@ -121,13 +121,21 @@ void Form::on_click(std::string_view name, std::function<void()> routine) {
 
 void Form::show_modal() {
   open_ = true;
+  failure_ = nullptr;
+  focus_ = first_in_tab_order([this](const Control& one) { return can_take_focus(one); });
   try {
     user_interface().show_modal(*this);
   } catch (...) {
     open_ = false;
+    raise_failure();
     throw;
   }
+  raise_failure();
   if (open_) cancel();
+}
+
+void Form::raise_failure() {
+  if (failure_) std::rethrow_exception(std::exchange(failure_, nullptr));
 }
 
 bool Form::reachable(const Control& control) const {
@@ -138,7 +146,14 @@ bool Form::reachable(const Control& control) const {
 
 void Form::fire_click(const Control& control) {
   const auto routine = clicks_.find(control.design().name);
-  if (routine != clicks_.end()) routine->second();
+  if (routine == clicks_.end()) return;
+  try {
+    routine->second();
+  } catch (...) {
+    if (!failure_) failure_ = std::current_exception();
+    open_ = false;
+    throw;
+  }
 }
 
 void Form::click(std::string_view name) {
@@ -174,15 +189,61 @@ void Form::set_text(std::string_view name, const Text& text) {
   if (reachable(target) && target.design().kind == ControlKind::text_box) target.set_text(text);
 }
 
-void Form::press_button(bool ControlDesign::*role) {
-  for (Control* control : controls_) {
-    if (control->design().*role && reachable(*control)) return fire_click(*control);
+// Of equal tab indexes the first in the design.
+template <class Condition>
+const Control* Form::first_in_tab_order(Condition condition) const {
+  const Control* first = nullptr;
+  for (const Control* control : controls_) {
+    const bool later = first != nullptr && control->design().tab_index >= first->design().tab_index;
+    if (!later && condition(*control)) first = control;
+  }
+  return first;
+}
+
+bool Form::can_take_focus(const Control& control) const {
+  switch (control.design().kind) {
+    case ControlKind::label:
+    case ControlKind::frame:
+    case ControlKind::progress_bar: return false;
+    default: return reachable(control);
   }
 }
 
-void Form::press_enter() { press_button(&ControlDesign::is_default); }
+const Control* Form::focus() const {
+  return focus_ != nullptr && can_take_focus(*focus_) ? focus_ : nullptr;
+}
 
-void Form::press_escape() { press_button(&ControlDesign::is_cancel); }
+void Form::set_focus(std::string_view name) {
+  const Control& target = control(name);
+  if (can_take_focus(target)) focus_ = &target;
+}
+
+const Control* Form::button_for(bool ControlDesign::*role) const {
+  for (const Control* control : controls_) {
+    if (control->design().*role && reachable(*control)) return control;
+  }
+  return nullptr;
+}
+
+const Control* Form::enter_button() const {
+  if (const Control* button = button_for(&ControlDesign::is_default)) return button;
+  const Control* const in_focus = focus();
+  if (in_focus == nullptr || in_focus->design().kind == ControlKind::button) return in_focus;
+  const auto is_default = [](const Control* one) { return one->design().is_default; };
+  const bool has_default = std::any_of(controls_.begin(), controls_.end(), is_default);
+  if (in_focus->design().kind != ControlKind::grid || has_default) return nullptr;
+  return first_in_tab_order([this](const Control& one) {
+    return one.design().kind == ControlKind::button && reachable(one);
+  });
+}
+
+void Form::press_enter() {
+  if (const Control* button = enter_button()) fire_click(*button);
+}
+
+void Form::press_escape() {
+  if (const Control* button = button_for(&ControlDesign::is_cancel)) fire_click(*button);
+}
 
 void Form::cancel() {
   press_escape();

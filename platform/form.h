@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <exception>
 #include <functional>
 #include <map>
 #include <span>
@@ -130,6 +131,18 @@ class ORV2_PUBLIC Control final : public LateBound {
 /// A modal form. The routines behind its events are set by its owner; the
 /// actions below are the person's and act, as on a real screen, only on what is
 /// visible and enabled, its container included.
+///
+/// One control has the focus: at first the first in tab order that can take it,
+/// then the one that the driver names. Labels, frames and progress bars cannot
+/// take it. Escape presses the cancel button. Enter presses
+///   1. the default button, wherever the focus is; where it cannot act,
+///   2. the button in focus;
+///   3. on a grid of a form without a default button, the first button in tab
+///      order: a grid has no use for Enter, and the person is done with it;
+///   4. otherwise nothing.
+///
+/// A failure of the routine behind an event closes the form and leaves
+/// show_modal, whatever the driver does with it.
 class ORV2_PUBLIC Form {
  public:
   Form(std::string_view name, std::u16string_view caption, std::int32_t width, std::int32_t height,
@@ -152,18 +165,29 @@ class ORV2_PUBLIC Form {
   /// Still on the screen.
   bool open() const noexcept { return open_; }
 
+  /// The control that has the focus; null once that can no longer act.
+  const Control* focus() const;
+
+  /// The button that Enter presses now; null when it presses none.
+  const Control* enter_button() const;
+
   // For the form's owner.
   void set_start(StartPosition start) noexcept { start_ = start; }
   void on_click(std::string_view name, std::function<void()> routine);
-  void show_modal();  ///< Blocks until the form is hidden or closed.
+  /// Blocks until the form is hidden or closed. Failures: that of the first
+  /// routine behind an event that failed, even where the driver kept it to itself
+  /// or raised another one; else the driver's own.
+  void show_modal();
   void hide() noexcept { open_ = false; }
   void unload() noexcept { open_ = false; }
 
   // The person's actions. An action that cannot reach its control does nothing.
-  // A failure in the routine behind an event reaches the driver.
+  // A failure of the routine behind an event reaches the driver too; the form is
+  // closed by then.
   void click(std::string_view name);
   void select(std::string_view name);
   void set_text(std::string_view name, const Text& text);
+  void set_focus(std::string_view name);  ///< Moves the focus; nothing else does.
   void press_enter();
   void press_escape();
   void close() noexcept { open_ = false; }  ///< The title bar's box.
@@ -173,8 +197,12 @@ class ORV2_PUBLIC Form {
 
  private:
   bool reachable(const Control& control) const;
+  bool can_take_focus(const Control& control) const;
+  template <class Condition>
+  const Control* first_in_tab_order(Condition condition) const;
+  const Control* button_for(bool ControlDesign::*role) const;
   void fire_click(const Control& control);
-  void press_button(bool ControlDesign::*role);
+  void raise_failure();
 
   std::string name_;
   Text caption_;
@@ -182,6 +210,8 @@ class ORV2_PUBLIC Form {
   std::int32_t height_;
   StartPosition start_ = StartPosition::centre_of_owner;
   bool open_ = false;
+  const Control* focus_ = nullptr;
+  std::exception_ptr failure_;  // of a routine behind an event
   std::vector<Control*> controls_;
   std::vector<ObjectRef> owned_;
   std::map<std::string, std::function<void()>, std::less<>> clicks_;

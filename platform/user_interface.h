@@ -21,7 +21,8 @@ class ORV2_PUBLIC UserInterface {
   virtual void error_box(const Text& text, std::int32_t flags, const Text* caption) = 0;
 
   /// Shows `form` and passes the user's actions on to it until it is no longer
-  /// open. A form left open on return is cancelled.
+  /// open. A form left open on return is cancelled. A failure that an action of
+  /// the form raises here need not be passed on: the form does so.
   virtual void show_modal(Form& form) = 0;
 
   /// Lets waiting events be handled, in the middle of a routine.

@@ -24,6 +24,9 @@ FLOORS = [
 # Renderers of the form model know no dialog, and no class of the library.
 RENDERERS = {"ui": {"ui", "frame", "platform"}}
 
+# What a renderer takes of the screen beside its toolkit.
+SCREEN_HEADERS = {"xcb/xcb.h"}
+
 # One class may be spread over rooms of a floor: one header, and each room
 # defines the members that are its own.
 SHARED_HEADERS = {
@@ -63,7 +66,8 @@ def faults(path, room):
             if target not in allowed and own not in SHARED_HEADERS.get(room, ()):
                 yield f"{where}: {room}/ may not include {own}"
         elif "." in system and not (system in SYSTEM_HEADERS and room == "platform"):
-            if system not in {"stddef.h", "stdint.h"}:
+            screen = room in RENDERERS and system in SCREEN_HEADERS
+            if system not in {"stddef.h", "stdint.h"} and not screen:
                 yield f"{where}: {room}/ may not include <{system}>"
 
 

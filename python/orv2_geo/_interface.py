@@ -30,7 +30,10 @@ def set_user_interface(ui):
     ui.error_box(text, flags, caption)  shows a text until it is dismissed;
                                         flags 16: critical; caption None: default
     ui.show_modal(form)                 shows a form and passes the user's
-                                        actions on until it is no longer open
+                                        actions on until it is no longer open;
+                                        a failure of the routine behind an event
+                                        closes it, and the call that showed it
+                                        raises that failure in any case
     ui.handle_events()                  optional: lets waiting events be handled
 
     Answers with the interface before, or None.
@@ -111,9 +114,19 @@ class Form:
         """Still on the screen."""
         return self._describe().open != 0
 
+    @property
+    def focus(self):
+        """The name of the control that has the focus, or None: at first the first
+        in tab order that is visible and enabled and no label, frame or progress
+        bar. It stays there until set_focus moves it."""
+        told = ctypes.c_char_p()
+        check(library().orv2_form_focus(self._live(), byref(told)))
+        return from_c(told.value) or None
+
     # The user's actions. They act on what is visible and enabled, and otherwise
-    # do nothing. RunFailure 438 for an unknown name; the failures of the routine
-    # behind the event come out here.
+    # do nothing. RunFailure 438 for an unknown name. The failures of the routine
+    # behind the event come out here, with the form closed, and out of the call that
+    # showed the form.
 
     def click(self, name):
         self._act(library().orv2_form_click, to_c(to_text(name)))
@@ -124,7 +137,12 @@ class Form:
     def set_text(self, name, text):
         self._act(library().orv2_form_set_text, to_c(to_text(name)), to_c(to_text(text)))
 
+    def set_focus(self, name):
+        self._act(library().orv2_form_set_focus, to_c(to_text(name)))
+
     def press_enter(self):
+        """Presses the default button; where that cannot act, the button in focus; on
+        a grid of a form without a default button, the first in tab order."""
         self._act(library().orv2_form_press_enter)
 
     def press_escape(self):

@@ -558,6 +558,8 @@ static void no_form_is_no_form(void) {
   FAILS(orv2_form_grid(NULL, 0, &grid), 5, "");
   FAILS(orv2_form_alignment(NULL, 0, 0, &alignment), 5, "");
   FAILS(orv2_form_cell(NULL, 0, 0, 0, &text), 5, "");
+  FAILS(orv2_form_focus(NULL, &text), 5, "");
+  FAILS(orv2_form_set_focus(NULL, "a"), 5, "");
   FAILS(orv2_form_click(NULL, "a"), 5, "");
   FAILS(orv2_form_select(NULL, "a"), 5, "");
   FAILS(orv2_form_set_text(NULL, "a", "b"), 5, "");

@@ -175,10 +175,11 @@ constexpr ControlDesign designed(std::string_view name, ControlKind kind,
   return design;
 }
 
+constexpr char text_box[] = "txtOneWithALongNameThatNoStringKeepsInItself";
 constexpr ControlDesign controls[] = {
     designed("lblAVeryLongNameThatNoStringKeepsInItself", ControlKind::label,
              u"a caption that no string keeps in itself either, as it is long"),
-    designed("txtOne", ControlKind::text_box),
+    designed(text_box, ControlKind::text_box),
     designed("grdOne", ControlKind::grid),
 };
 constexpr char long_words[] = "some words that no string keeps in itself, being far too long";
@@ -188,12 +189,14 @@ void test_form_functions(orv2_form* form) {
   static orv2_control_info control_info;
   static orv2_grid_info grid_info;
   static const char* cell;
+  static const char* focus;
   const Row rows[] = {
       {"describe", [=] { return orv2_form_describe(form, &form_info); }},
       {"control", [=] { return orv2_form_control(form, 0, &control_info); }},
       {"grid", [=] { return orv2_form_grid(form, 2, &grid_info); }},
       {"cell", [=] { return orv2_form_cell(form, 2, 0, 1, &cell); }},
-      {"set text", [=] { return orv2_form_set_text(form, "txtOne", long_words); }},
+      {"focus", [=] { return orv2_form_focus(form, &focus); }},
+      {"set text", [=] { return orv2_form_set_text(form, text_box, long_words); }},
   };
   for (const Row& row : rows) {
     ASSERT_EQ(row.call(), 0) << row.name;

@@ -219,6 +219,9 @@ TEST_F(Forms, RefuseWhatIsNotThere) {
       {"cell column 2", 9, [](auto* f) { return orv2_form_cell(f, 9, 0, 2, &text); }},
       {"click unknown", 438, [](auto* f) { return orv2_form_click(f, "cmdNada"); }},
       {"select unknown", 438, [](auto* f) { return orv2_form_select(f, ""); }},
+      {"focus unknown", 438, [](auto* f) { return orv2_form_set_focus(f, "nada"); }},
+      {"null focus", 5, [](auto* f) { return orv2_form_set_focus(f, nullptr); }},
+      {"null focus told", 5, [](auto* f) { return orv2_form_focus(f, nullptr); }},
       {"set text unknown", 438, [](auto* f) { return orv2_form_set_text(f, "x", "y"); }},
       {"null info", 5, [](auto* f) { return orv2_form_describe(f, nullptr); }},
       {"null control", 5, [](auto* f) { return orv2_form_control(f, 0, nullptr); }},
@@ -355,6 +358,28 @@ TEST_F(Forms, EnterAndEscapeDoNothingWhileTheirButtonsCannotAct) {
   EXPECT_FALSE(form.open());
 }
 
+std::string focus_of(orv2_form* shown) {
+  const char* name = "nothing told";
+  EXPECT_EQ(orv2_form_focus(shown, &name), 0);
+  return name;
+}
+
+TEST_F(Forms, EnterPressesTheButtonInFocusWhereTheDefaultCannotAct) {
+  form.control("cmdOk").set_enabled(false);
+  drive([&](orv2_form* shown) {
+    EXPECT_EQ(focus_of(shown), "txtName");
+    EXPECT_EQ(orv2_form_press_enter(shown), 0);
+    EXPECT_TRUE(form.open());
+    EXPECT_EQ(orv2_form_set_focus(shown, "CMDCANCEL"), 0);
+    EXPECT_EQ(orv2_form_set_focus(shown, "fraKind"), 0);  // takes no focus
+    EXPECT_EQ(focus_of(shown), "cmdCancel");
+    EXPECT_EQ(orv2_form_press_enter(shown), 0);
+    EXPECT_FALSE(form.open());
+    EXPECT_EQ(focus_of(shown), "");
+  });
+  EXPECT_EQ(clicks, (Names{"cmdCancel"}));
+}
+
 TEST_F(Forms, TheTitleBarClosesWithoutTheCancelButton) {
   drive([&](orv2_form* shown) {
     EXPECT_EQ(orv2_form_close(shown), 0);
@@ -372,17 +397,62 @@ TEST_F(Forms, OneLeftOpenIsCancelled) {
 
 // ---- Failures --------------------------------------------------------------
 
-TEST_F(Forms, AFailureInARoutineReachesTheHostThatCausedIt) {
+// Whatever the callback then answers.
+TEST_F(Forms, AFailureInARoutineReachesTheHostThatCausedItAndTheOneThatShowedTheForm) {
+  const std::function<std::int32_t(orv2_form*)> actions[] = {
+      [](orv2_form* shown) { return orv2_form_click(shown, "cmdOk"); },
+      [](orv2_form* shown) { return orv2_form_press_enter(shown); },
+      [](orv2_form* shown) { return orv2_form_press_escape(shown); },
+      [](orv2_form* shown) { return orv2_form_select(shown, "OptOther"); },
+  };
   fails_with = 11;
-  drive([&](orv2_form* shown) {
-    EXPECT_EQ(orv2_form_click(shown, "cmdOk"), 11);
-    EXPECT_EQ(orv2_form_press_enter(shown), 11);
-    EXPECT_EQ(orv2_form_press_escape(shown), 11);
-    EXPECT_EQ(orv2_form_select(shown, "OptOther"), 11);
-    EXPECT_EQ(last_failure().description, failure::description_of(11));
-    EXPECT_TRUE(form.open());
-    orv2_form_close(shown);
-  });
+  for (const auto& action : actions) {
+    for (const std::int32_t answered : {0, 11, 1234}) {
+      status = answered;
+      EXPECT_EQ(failure_of([&] {
+                  drive([&](orv2_form* shown) {
+                    EXPECT_EQ(action(shown), 11);
+                    EXPECT_EQ(last_failure().description, failure::description_of(11));
+                    EXPECT_FALSE(form.open());
+                  });
+                }),
+                11)
+          << answered;
+    }
+  }
+}
+
+// The member's own dialog, its driver keeping the failure to itself.
+TEST_F(Forms, AFailureInADialogReachesTheCallOfTheMember) {
+  const Owned matrices(new_object("Orv2_Geo.cgeo_Matrices"));
+  const Owned x(new_array()), y(new_array()), z(new_array()), codes(new_array(ORV2_STRING_ARRAY)),
+      names(new_array(ORV2_STRING_ARRAY)), layers(new_array(ORV2_SHORT_ARRAY)),
+      numbers(new_array(ORV2_LONG_ARRAY));
+  std::int32_t points = 3;
+  double precision = 0.5;
+  const orv2_value arguments[] = {
+      pointing_at(&points),
+      tagged(ORV2_DOUBLE_ARRAY, x),
+      tagged(ORV2_DOUBLE_ARRAY, y),
+      tagged(ORV2_DOUBLE_ARRAY, z),
+      tagged(ORV2_STRING_ARRAY, codes),
+      tagged(ORV2_STRING_ARRAY, names),
+      tagged(ORV2_SHORT_ARRAY, layers),
+      tagged(ORV2_LONG_ARRAY, numbers),
+      by_value_of(0.0),
+      pointing_at(&precision),
+  };
+  actions_ = [](orv2_form* shown) {
+    EXPECT_EQ(orv2_form_set_text(shown, "TxtPresc", "1e999"), 0);
+    EXPECT_EQ(orv2_form_press_enter(shown), 6);
+  };
+  EXPECT_EQ(
+      orv2_call_name(matrices, "Quita_Pts_Repetidos", arguments, std::size(arguments), nullptr), 6);
+  EXPECT_EQ(last_failure().source, "Orv2_Geo.cgeo_Matrices");
+  EXPECT_EQ(points, 3);
+  orv2_array_info info{};
+  EXPECT_EQ(orv2_array_describe(x, &info), 0);
+  EXPECT_EQ(info.count, 4U);
 }
 
 TEST_F(Forms, AFailureOfTheCallbackLeavesShowModal) {

@@ -189,7 +189,20 @@ TEST(ExtremesForm, EveryWayOutUnloadsIt) {
       {"Cancelar", [](Form& form) { form.click("bt_salir"); }, true},
       {"Escape", [](Form& form) { form.press_escape(); }, true},
       {"the title bar", [](Form& form) { form.close(); }, true},
-      {"Enter finds no default button", [](Form& form) { form.press_enter(); }, false},
+      {"Enter, Aceptar in focus", [](Form& form) { form.press_enter(); }, true},
+      {"Enter on Cancelar",
+       [](Form& form) {
+         form.set_focus("bt_salir");
+         form.press_enter();
+       },
+       true},
+      {"Enter on the grid, as Aceptar",
+       [](Form& form) {
+         form.set_focus("msf_MaxMin");
+         EXPECT_EQ(form.enter_button()->design().name, "cmdDatosaceptar");
+         form.press_enter();
+       },
+       true},
       {"nothing in the grid can be edited",
        [](Form& form) { form.set_text("msf_MaxMin", Text(u"9")); }, false},
       {"a click on the grid", [](Form& form) { form.click("msf_MaxMin"); }, false},

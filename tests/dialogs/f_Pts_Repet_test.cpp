@@ -243,7 +243,6 @@ TEST_F(RepeatedPoints, AFailureOfTheEngineLeavesOnlyCancelling) {
     EXPECT_TRUE(shown(form, "cmdCalcular"));
     EXPECT_FALSE(shown(form, "cmdEliminar"));
     EXPECT_FALSE(shown(form, "lblEstudio"));
-    form.press_enter();
     form.click("cmdCalcular");
     form.click("cmdEliminar");
     EXPECT_TRUE(form.open());
@@ -254,6 +253,25 @@ TEST_F(RepeatedPoints, AFailureOfTheEngineLeavesOnlyCancelling) {
   EXPECT_EQ(count, 8);
 }
 
+// The focus is on Cancelar from the start, and Calcular can act no more.
+TEST_F(RepeatedPoints, EnterAfterTheComputationPressesTheButtonInFocus) {
+  with_person([](Form& form) {
+    form.press_enter();
+    EXPECT_TRUE(form.control("cmdEliminar").visible());
+    form.press_enter();
+  });
+  EXPECT_TRUE(dialog.Cancelado);
+  f_Pts_Repet other;
+  screen.user = [](Form& form) {
+    form.press_enter();
+    form.set_focus("cmdEliminar");
+    form.press_enter();
+  };
+  other.A_Quita_Pts_Repetidos(count, x, y, z, codes, names, layers, numbers, aviso, precision);
+  EXPECT_FALSE(other.Cancelado);
+  EXPECT_EQ(count, 5);
+}
+
 TEST_F(RepeatedPoints, NoPointsAtAll) {
   count = 0;
   with_person([&](Form& form) {
@@ -262,6 +280,47 @@ TEST_F(RepeatedPoints, NoPointsAtAll) {
     form.press_escape();
   });
   EXPECT_TRUE(dialog.Cancelado);
+}
+
+struct RoutineFailureRow {
+  const char* rule;
+  std::int32_t points;
+  const char16_t* tolerance;
+  std::int32_t failure;
+};
+
+// Whether the driver passes the failure on or keeps it to itself.
+TEST_F(RepeatedPoints, WhatCalcularCannotWorkWithReachesTheCallerWithNothingChanged) {
+  const RoutineFailureRow table[] = {
+      {"a tolerance beyond all numbers", 8, u"1e999", 6},
+      {"fewer points than none", -1, u"0.001", 9},
+  };
+  const Doubles before_x = elements(x);
+  const Texts before_names = texts(names);
+  for (const RoutineFailureRow& row : table) {
+    for (const bool kept : {false, true}) {
+      f_Pts_Repet one;
+      screen.user = [&](Form& form) {
+        form.set_text("TxtPresc", row.tolerance);
+        const auto compute = [&] { form.click("cmdCalcular"); };
+        if (!kept) return compute();
+        EXPECT_EQ(failure_of(compute), row.failure) << row.rule;
+        EXPECT_FALSE(form.open()) << row.rule;
+      };
+      count = row.points;
+      EXPECT_EQ(failure_of([&] {
+                  one.A_Quita_Pts_Repetidos(count, x, y, z, codes, names, layers, numbers, aviso,
+                                            precision);
+                }),
+                row.failure)
+          << row.rule << kept;
+      EXPECT_EQ(count, row.points) << row.rule;
+      EXPECT_EQ(elements(x), before_x) << row.rule;
+      EXPECT_EQ(texts(names), before_names) << row.rule;
+      EXPECT_EQ(elements(numbers), (Longs{0, -1, -2, -3, -4, -5, -6, -7, -8})) << row.rule;
+      EXPECT_TRUE(screen.boxes.empty()) << row.rule;
+    }
+  }
 }
 
 TEST_F(RepeatedPoints, AShortArrayFailsWithTheOthersWrittenSoFar) {

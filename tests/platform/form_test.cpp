@@ -112,6 +112,130 @@ TEST_F(Forms, EnterAndEscapeFindTheirButtons) {
   EXPECT_EQ(clicks, (std::vector<std::string>{"cmdCalcular", "cmdCancelar"}));
 }
 
+std::string focus_of(const Form& form) {
+  const Control* control = form.focus();
+  return control != nullptr ? std::string(control->design().name) : "none";
+}
+
+struct FirstFocusRow {
+  const char* rule;
+  std::vector<ControlDesign> controls;
+  const char* focus;
+};
+
+TEST(FormFocus, StartsOnTheFirstInTabOrderThatCanTakeIt) {
+  using enum ControlKind;
+  const ControlDesign ok{.name = "ok", .kind = button, .tab_index = 5};
+  const FirstFocusRow table[] = {
+      {"no label", {{.name = "lbl", .kind = label}, ok}, "ok"},
+      {"no frame", {{.name = "fra", .kind = frame}, ok}, "ok"},
+      {"no progress bar", {{.name = "bar", .kind = progress_bar}, ok}, "ok"},
+      {"a text box", {ok, {.name = "txt", .kind = text_box}}, "txt"},
+      {"a check box", {ok, {.name = "chk", .kind = check_box}}, "chk"},
+      {"an option button", {ok, {.name = "opt", .kind = option_button}}, "opt"},
+      {"a grid", {ok, {.name = "grd", .kind = grid}}, "grd"},
+      {"nothing hidden", {{.name = "a", .kind = button, .visible = false}, ok}, "ok"},
+      {"nothing disabled", {{.name = "a", .kind = button, .enabled = false}, ok}, "ok"},
+      {"nothing in a hidden frame",
+       {{.name = "fra", .kind = frame, .visible = false},
+        {.name = "txt", .kind = text_box, .container = "fra"},
+        ok},
+       "ok"},
+      {"nothing in a disabled frame",
+       {{.name = "fra", .kind = frame, .enabled = false},
+        {.name = "txt", .kind = text_box, .container = "fra"},
+        ok},
+       "ok"},
+      {"of equals the first in the design",
+       {ok, {.name = "other", .kind = button, .tab_index = 5}},
+       "ok"},
+      {"nothing at all", {{.name = "lbl", .kind = label}}, "none"},
+  };
+  for (const FirstFocusRow& row : table) {
+    RecordingInterface screen;
+    Form form("f_Foco", u"", 100, 100, row.controls);
+    std::string found;
+    screen.user = [&](Form& shown) { found = focus_of(shown); };
+    form.show_modal();
+    EXPECT_EQ(found, row.focus) << row.rule;
+    EXPECT_EQ(focus_of(form), "none") << row.rule << ": a form that is not open";
+  }
+}
+
+TEST_F(Forms, TheFocusMovesOnlyWhereItIsToldAndCanGo) {
+  with_person([&] {
+    EXPECT_EQ(focus_of(form), "Opt(0)");
+    form.set_focus("TXT");
+    EXPECT_EQ(focus_of(form), "Txt");
+    for (const char* name : {"lbl", "Fra", "Barra", "cmdEliminar", "chkApagado"}) {
+      form.set_focus(name);
+      EXPECT_EQ(focus_of(form), "Txt") << name;
+    }
+    EXPECT_EQ(failure_of([&] { form.set_focus("nada"); }), 438);
+    form.click("cmdCalcular");
+    EXPECT_EQ(focus_of(form), "Txt");
+    form.control("Fra").set_enabled(false);
+    EXPECT_EQ(focus_of(form), "none");
+  });
+  with_person([&] { EXPECT_EQ(focus_of(form), "Otra"); });  // shown again it starts anew
+}
+
+struct EnterRow {
+  const char* rule;
+  std::function<void(Form&)> before;
+  const char* pressed;
+};
+
+TEST_F(Forms, EnterPressesTheDefaultButtonElseTheOneInFocus) {
+  const auto without_default = [](Form& shown) { shown.control("cmdCalcular").set_enabled(false); };
+  const EnterRow table[] = {
+      {"the default button", [](Form&) {}, "cmdCalcular"},
+      {"the default button, another in focus", [](Form& shown) { shown.set_focus("cmdCancelar"); },
+       "cmdCalcular"},
+      {"the default button, a grid in focus", [](Form& shown) { shown.set_focus("Rejilla"); },
+       "cmdCalcular"},
+      {"it cannot act: the button in focus",
+       [&](Form& shown) {
+         without_default(shown);
+         shown.set_focus("cmdCancelar");
+       },
+       "cmdCancelar"},
+      {"that was disabled since",
+       [&](Form& shown) {
+         without_default(shown);
+         shown.set_focus("cmdCancelar");
+         shown.control("cmdCancelar").set_enabled(false);
+       },
+       "nothing"},
+      {"no button in focus",
+       [&](Form& shown) {
+         without_default(shown);
+         shown.set_focus("Txt");
+       },
+       "nothing"},
+      {"a grid in focus, of a form that has a default button",
+       [&](Form& shown) {
+         without_default(shown);
+         shown.set_focus("Rejilla");
+       },
+       "nothing"},
+  };
+  for (const EnterRow& row : table) {
+    Form one("f_Prueba", u"Prueba:", 2865, 3000, controls);
+    std::string pressed = "nothing";
+    for (const char* name : {"cmdCalcular", "cmdEliminar", "cmdCancelar"}) {
+      one.on_click(name, [&, name] { pressed = name; });
+    }
+    screen.user = [&](Form& shown) {
+      row.before(shown);
+      shown.press_enter();
+      shown.close();
+    };
+    one.show_modal();
+    EXPECT_EQ(pressed, row.pressed) << row.rule;
+  }
+}
+
 TEST_F(Forms, TheTitleBarsBoxIsNoCancel) {
   with_person([&] { form.close(); });
   EXPECT_TRUE(clicks.empty());
@@ -190,9 +314,57 @@ TEST_F(Forms, UnknownControlsAre438) {
   EXPECT_EQ(failure_of([&] { form.on_click("nada", [] {}); }), 438);
 }
 
-TEST_F(Forms, AFailureBehindAnEventReachesTheDriver) {
-  form.on_click("cmdCalcular", [] { raise(9); });
-  with_person([&] { EXPECT_EQ(failure_of([&] { form.click("cmdCalcular"); }), 9); });
+struct FailureRow {
+  const char* rule;
+  std::function<void(Form&)> driver;
+};
+
+TEST_F(Forms, AFailureBehindAnEventClosesTheFormAndLeavesShowModal) {
+  const FailureRow table[] = {
+      {"the driver lets it pass", [](Form& shown) { shown.click("cmdCalcular"); }},
+      {"keeps it to itself",
+       [](Form& shown) { EXPECT_EQ(failure_of([&] { shown.click("cmdCalcular"); }), 9); }},
+      {"goes on",
+       [](Form& shown) {
+         EXPECT_EQ(failure_of([&] { shown.press_enter(); }), 9);
+         shown.click("cmdCancelar");
+         shown.press_escape();
+       }},
+      {"raises another one",
+       [](Form& shown) {
+         EXPECT_EQ(failure_of([&] { shown.click("cmdCalcular"); }), 9);
+         raise(11);
+       }},
+      {"an option's routine",
+       [](Form& shown) { EXPECT_EQ(failure_of([&] { shown.select("Opt(1)"); }), 9); }},
+  };
+  for (const char* name : {"cmdCalcular", "Opt(1)"}) form.on_click(name, [] { raise(9); });
+  for (const FailureRow& row : table) {
+    screen.user = [&](Form& shown) {
+      row.driver(shown);
+      EXPECT_FALSE(shown.open()) << row.rule;
+    };
+    EXPECT_EQ(failure_of([&] { form.show_modal(); }), 9) << row.rule;
+    EXPECT_FALSE(form.open()) << row.rule;
+  }
+  EXPECT_TRUE(clicks.empty());  // closed, it is not cancelled as well
+  EXPECT_TRUE(screen.boxes.empty());
+  with_person([&] { form.click("cmdCancelar"); });  // shown again, nothing is left of it
+  EXPECT_EQ(clicks, (std::vector<std::string>{"cmdCancelar", "cmdCancelar"}));
+}
+
+TEST_F(Forms, AFailureBehindAnEventOfAFormOverAnotherLeavesBoth) {
+  Form over("f_Encima", u"", 100, 100, controls);
+  over.on_click("cmdCalcular", [] { raise(9); });
+  form.on_click("cmdCalcular", [&] { over.show_modal(); });
+  screen.user = [](Form& shown) {
+    try {
+      shown.click("cmdCalcular");
+    } catch (const RunFailure&) {
+      EXPECT_FALSE(shown.open());
+    }
+  };
+  EXPECT_EQ(failure_of([&] { form.show_modal(); }), 9);
 }
 
 }  // namespace

@@ -232,6 +232,23 @@ class Forms(InterfaceCase):
                 (lambda form: (form.close(), form.click("Aceptar")), [])):
             self.assertEqual(self.shown(action), wanted)
 
+    def test_enter_presses_the_button_in_focus_where_there_is_no_default_to_press(self):
+        def act(form):
+            seen.append(form.focus)
+            form.set_focus("progreso")  # takes none
+            form.set_focus("cancelar")
+            seen.append(form.focus)
+            with self.fails(438):
+                form.set_focus("nada")
+            with self.fails(13):
+                form.set_focus(1)
+            form.press_enter()
+            seen.append((form.open, form.focus))
+
+        seen = []
+        self.assertEqual(self.shown(act), ["Aceptar"])  # the default, wherever the focus is
+        self.assertEqual(seen, ["Opt3D(0)", "Cancelar", (False, None)])
+
     def test_controls_are_live(self):
         def act(form):
             both = [form.controls["Opt3D({})".format(i)] for i in range(2)]
@@ -254,22 +271,61 @@ class Forms(InterfaceCase):
 
     def test_a_failing_routine_reaches_the_user(self):
         def act(form):
-            with self.fails(11, "Orv2_Geo.Testing"):
-                form.click("Falla")
             with self.fails(438):
                 form.click("nada")
             with self.fails(438):
                 form.set_text("nada", "x")
             with self.fails(13):
                 form.set_text("Precision", 0.5)
-            form.close()
+            with self.fails(11, "Orv2_Geo.Testing"):
+                form.click("Falla")
+            seen.append(form.open)
 
-        self.assertEqual(self.shown(act), ["Falla"])
+        seen = []
+        with self.fails(11, "Orv2_Geo.Testing"):  # the caller too
+            self.shown(act)
+        self.assertEqual(seen, [False])
 
     def test_a_failure_that_nobody_handles_reaches_the_caller(self):
         orv2_geo.set_user_interface(Person(lambda form: form.click("Falla")))
         with self.fails(11, "Orv2_Geo.Testing"):
             show_form()
+
+    def test_a_failure_in_a_dialog_reaches_the_call_of_the_member(self):
+        def act(form):
+            form.set_text("TxtPresc", tolerance)
+            try:
+                form.press_enter()
+            except RunFailure:
+                kept.append(form.open)
+
+        orv2_geo.set_user_interface(Person(act))
+        for tolerance, count, number in (("1e999", 2, 6), ("0.001", -1, 9)):
+            kept = []
+            points = orv2_geo.Ref(count)
+            x, y, z = (orv2_geo.DoubleArray([0, 5, 5]) for _ in range(3))
+            texts, layers = orv2_geo.StringArray(["", "a", "b"]), orv2_geo.ShortArray([0, 1, 2])
+            numbers = orv2_geo.LongArray([0, 7, 8])
+            with self.fails(number, "Orv2_Geo.cgeo_Matrices"):
+                orv2_geo.create("Orv2_Geo.cgeo_Matrices").Quita_Pts_Repetidos(
+                    points, x, y, z, texts, texts, layers, numbers, True, orv2_geo.Ref(1.0))
+            self.assertEqual(kept, [False])
+            self.assertEqual((points.value, list(x), list(texts), list(numbers)),
+                             (count, [0.0, 5.0, 5.0], ["", "a", "b"], [0, 7, 8]))
+
+    def test_enter_on_a_grid_without_a_default_button_is_done_with_it(self):
+        def act(form):
+            form.set_focus("msf_MaxMin")
+            seen.append(form.focus)
+            form.press_enter()
+            seen.append(form.open)
+
+        seen = []
+        orv2_geo.set_user_interface(Person(act))
+        found = [orv2_geo.Ref(0.0) for _ in range(6)]
+        two = orv2_geo.DoubleArray([0, 1, 2])
+        orv2_geo.create("Orv2_Geo.cgeo_Matrices").MaxMin_3Matriz(two, two, two, *found, True)
+        self.assertEqual(seen, ["msf_MaxMin", False])
 
     def test_an_exception_of_the_interface_is_chained(self):
         orv2_geo.set_user_interface(Person(lambda form: form.controls["nada"]))

@@ -83,7 +83,7 @@ class Shown:
 class Display:
     """An X display with a window manager, of the given dots per inch."""
 
-    def __init__(self, dpi):
+    def __init__(self, dpi, manager="openbox"):
         self.dpi = dpi
         self._folder = tempfile.TemporaryDirectory()
         reading, writing = os.pipe()
@@ -104,11 +104,13 @@ class Display:
             self.environment.pop(name, None)
         self.run("xprop", "-root", "-f", "RESOURCE_MANAGER", "8s", "-set", "RESOURCE_MANAGER",
                  f"Xft.dpi:\t{dpi}\n")
-        self._manager = subprocess.Popen(["openbox"], env=self.environment,
+        self._manager = subprocess.Popen([manager], env=self.environment,
                                          stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
                                          preexec_fn=ends_with_us)
-        until("a window manager", lambda: "window id" in self.run(
-            "xprop", "-root", "_NET_SUPPORTING_WM_CHECK"))
+        # An old one tells of itself by nothing but what it does to windows.
+        if manager == "openbox":
+            until("a window manager", lambda: "window id" in self.run(
+                "xprop", "-root", "_NET_SUPPORTING_WM_CHECK"))
 
     def close(self):
         for process in (self._manager, self._server):
@@ -137,20 +139,37 @@ class Display:
 
 
 class Window:
-    """A window on a display; places in it are in twips."""
+    """A window on a display; places in it are in twips of the form inside it."""
+
+    # Of a window that draws its frame itself, in pixels at 96 dots per inch.
+    BORDER, TITLE_BAR = 1, 22
 
     def __init__(self, display, identity):
         self.display = display
         self.identity = identity
+        self.own_frame = "UTILITY" in self.property("_NET_WM_WINDOW_TYPE")
 
     def pixels(self, twips):
         return round(twips / 15 * self.display.dpi / 96)
 
-    def place(self):
-        """Left, top, width and height of what is inside the frame."""
+    def outside(self):
+        """Left, top, width and height with the frame that the window draws itself."""
         told = self.display.run("xwininfo", "-id", self.identity)
         return tuple(int(re.search(name + r":\s+(-?\d+)", told).group(1)) for name in (
             "Absolute upper-left X", "Absolute upper-left Y", "Width", "Height"))
+
+    def place(self):
+        """Left, top, width and height of what is inside the frame."""
+        left, top, width, height = self.outside()
+        if not self.own_frame:
+            return left, top, width, height
+        border, bar = self.pixels(15 * self.BORDER), self.pixels(15 * self.TITLE_BAR)
+        return left + border, top + bar, width - 2 * border, height - border - bar
+
+    def frame(self):
+        """What the window manager draws around: left, right, top and bottom."""
+        told = self.property("_NET_FRAME_EXTENTS")
+        return [int(n) for n in told.split("=")[1].split(",")] if "=" in told else [0, 0, 0, 0]
 
     def property(self, name):
         return self.display.run("xprop", "-id", self.identity, name)
@@ -172,16 +191,15 @@ class Window:
 
     def press_title_bar_box(self):
         """The box at the right end of the title bar."""
-        extents = self.property("_NET_FRAME_EXTENTS").split("=")[1].split(",")
-        top = int(extents[2])
+        top = self.pixels(15 * self.TITLE_BAR) if self.own_frame else self.frame()[2]
         left, upper, width, _ = self.place()
         self.display.run("xdotool", "mousemove", str(left + width - top // 2),
                          str(upper - top // 2), "click", "1")
 
     def picture(self, path):
         """The window with its frame, written to a file."""
-        left, top, width, height = self.place()
-        frame = [int(n) for n in self.property("_NET_FRAME_EXTENTS").split("=")[1].split(",")]
+        left, top, width, height = self.outside()
+        frame = self.frame()
         width += frame[0] + frame[1]
         height += frame[2] + frame[3]
         rows = list(self.display.shown.rows(left - frame[0], top - frame[2], width, height))

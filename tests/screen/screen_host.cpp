@@ -54,8 +54,12 @@ struct Points {
   /// The member's dialog, and what it left of the points' number and Precision.
   void drop_repeated() {
     double Precision = 0.0;
-    cgeo_Matrices().Quita_Pts_Repetidos(count, x, y, z, codes, names, layers, numbers, true,
-                                        Precision);
+    try {
+      cgeo_Matrices().Quita_Pts_Repetidos(count, x, y, z, codes, names, layers, numbers, true,
+                                          Precision);
+    } catch (const RunFailure& failure) {
+      tell("failure " + word(failure.number()));
+    }
     tell("points " + word(count) + " precision " + word(Precision));
   }
 

@@ -111,13 +111,12 @@ class RepeatedPointsTest(ScreenTest):
         self.assertEqual((width, height), (window.pixels(2865), window.pixels(3000)))
         hints = window.property("WM_NORMAL_HINTS")
         for bound in ("minimum", "maximum"):
-            self.assertIn(f"{bound} size: {width} by {height}", hints)
+            self.assertIn("{} size: {} by {}".format(bound, *window.outside()[2:]), hints)
         self.assertIn("_NET_WM_WINDOW_TYPE_UTILITY", window.property("_NET_WM_WINDOW_TYPE"))
-        self.assertIn("_NET_WM_STATE_MODAL", window.property("_NET_WM_STATE"))
-        functions = int(window.property("_MOTIF_WM_HINTS").split(",")[1], 16)
-        move, minimise, maximise, close = 4, 8, 16, 32
-        self.assertEqual(functions & (move | close), move | close)
-        self.assertEqual(functions & (minimise | maximise), 0)
+        state = window.property("_NET_WM_STATE")
+        self.assertIn("_NET_WM_STATE_MODAL", state)
+        self.assertIn("_NET_WM_STATE_SKIP_TASKBAR", state)
+        self.assertEqual(window.frame()[2], min(window.frame()[0], 1))  # no bar of the manager's
         self.assertAlmostEqual(left + width / 2, 800, delta=30)
         self.assertAlmostEqual(top + height / 2, 600, delta=40)  # the title bar is above
         self.keep_picture(window, "points_choosing")
@@ -185,6 +184,16 @@ class RepeatedPointsTest(ScreenTest):
                         "names  Peña1 Peña3 Peña4 Peña6 Peña7 Peña8 Peña7 Peña8",
                         "layers 0 10 30 40 60 70 80", "numbers 0 1 2 2 3 2 4 5 6")
 
+    def test_enter_after_calcular_presses_the_button_in_focus(self):
+        ways = {"Cancelar at first": ((), UNTOUCHED), "Eliminar behind it": (("Tab",), KEPT)}
+        for name, (keys, answer) in ways.items():
+            with self.subTest(name):
+                def way(window, keys=keys):
+                    window.press("Return")
+                    self.wait_for_the_count(window)
+                    window.press(*keys, "Return")
+                self.expect_way(way, answer)
+
     # 5 repeats 2, but 3 stands between them in X order; 6 repeats 4
     IN_SPACE = [
         "points 7 precision 0.001", "x 0 10 20 20 30 20 40 50", "z 0 1 2 7 4 2 6 8",
@@ -242,6 +251,14 @@ class RepeatedPointsTest(ScreenTest):
         short = [line if line[0] != "z" else "z 0 1 2 7" for line in UNTOUCHED]
         self.expect_end(host, POINTS, *short)
 
+    def test_a_failure_of_calcular_itself_reaches_the_host_with_nothing_changed(self):
+        def way(window):
+            window.click(*PRECISION)
+            window.press("ctrl+a")
+            window.type("1e999")
+            window.press("Return")
+        self.expect_way(way, ["failure 6", *UNTOUCHED])
+
     def freeze_computing(self, host, window):
         """Lets the host run a little at a time until Calcular has lost its black."""
         window.point_elsewhere()
@@ -273,6 +290,102 @@ class RepeatedPointsTest(ScreenTest):
             self.keep_picture(window, "points_many")
             window.click(*ELIMINAR)
         self.expect_way(way, ["points 500001 precision 0.001"], what="many points")
+
+
+class TitleBarTest(ScreenTest):
+    def title(self, window):
+        """The columns of the title bar, left of its box, that have letters in them."""
+        _, _, width, _ = window.place()
+        columns = round(width / window.pixels(15)) - window.TITLE_BAR
+        rows = window.part(15, -15 * 20, 15 * columns, 15 * 18)()
+        across = window.pixels(15 * columns)
+        letters = [max(pixel) - min(pixel) < 60 and min(pixel) > 180 for pixel in rows]
+        return [x for x in range(across) if any(letters[x::across])], across
+
+    def test_the_whole_title_stands_beside_the_box(self):
+        host, window = self.show("points", POINTS)
+        columns, across = self.title(window)
+        self.assertGreater(len(columns), across / 3)  # letters, not a bare bar
+        # An ellipsis would reach up to the box; behind the last letter there is room.
+        self.assertLess(columns[-1], across - window.pixels(15 * 8))
+        window.press("Escape")
+        self.expect_end(host, POINTS, *UNTOUCHED)
+
+    def test_the_bar_moves_the_window(self):
+        host, window = self.show("points", POINTS)
+        left, top, _, _ = window.place()
+        self.display.run("xdotool", "mousemove", str(left + 20), str(top - 8), "mousedown", "1")
+
+        def dragged():
+            for step in (0, 1):  # once the window manager has taken the pointer, it follows
+                self.display.run("xdotool", "mousemove", str(left + 119 + step), str(top + 92))
+            return window.place()[:2] == (left + 100, top + 100)
+        screen.until("moved", dragged)
+        self.display.run("xdotool", "mouseup", "1")
+        window.press("Escape")
+        self.expect_end(host, POINTS, *UNTOUCHED)
+
+
+class MinimiseTest(ScreenTest):
+    """Whatever the window manager offers, a dialog that is waited for stays."""
+
+    def is_up(self, window):
+        return ("Normal" in window.property("WM_STATE") and
+                "IsViewable" in self.display.run("xwininfo", "-id", window.identity))
+
+    def minimise(self, window):
+        """Asks the window manager, as its box or its menu would."""
+        self.display.run("xdotool", "windowminimize", window.identity)
+        time.sleep(0.3)
+        screen.until("up again", lambda: self.is_up(window))
+
+    def test_a_minimise_is_undone(self):
+        for what, title, answer in (("points", POINTS, UNTOUCHED),
+                                    ("extremes", EXTREMES, [ExtremesTest.FOUND])):
+            with self.subTest(what):
+                host, window = self.show(what, title)
+                self.minimise(window)
+                self.minimise(window)
+                self.display.window(title).press("Escape")
+                self.expect_end(host, title, *answer)
+
+    def test_of_a_box_too(self):
+        host, window = self.show("box", "Orv2_Geo")
+        self.minimise(window)
+        self.display.window("Orv2_Geo").press("Return")
+        self.expect_end(host, "Orv2_Geo", "same locale")
+
+
+class OldManagerTest(MinimiseTest):
+    """Under a window manager that reads no hints but the oldest."""
+
+    @classmethod
+    def setUpClass(cls):
+        cls.display = screen.Display(DPI, "twm")
+
+    def show(self, what, title):
+        host = self.host(what)
+        identity = screen.until(f"the window {title!r}", lambda: self.display.windows(title))[0]
+        window = screen.Window(self.display, identity)
+        screen.until("up", lambda: self.is_up(window))
+        return host, window
+
+    def minimise(self, window):
+        super().minimise(window)
+        self.keep_picture(window, "old_manager")
+
+    def test_a_minimise_is_undone(self):
+        host, window = self.show("points", POINTS)
+        self.minimise(window)
+        window.click(*CANCELAR)
+        self.expect_end(host, POINTS, *UNTOUCHED)
+
+    def test_of_a_box_too(self):
+        host, window = self.show("box", "Orv2_Geo")
+        self.minimise(window)
+        self.display.run("xdotool", "windowfocus", "--sync", window.identity)
+        window.press("Return")
+        self.expect_end(host, "Orv2_Geo", "same locale")
 
 
 class FormTest(ScreenTest):
@@ -357,6 +470,8 @@ class ExtremesTest(ScreenTest):
         "Cancelar": lambda window: window.click(*SALIR),
         "Escape": lambda window: window.press("Escape"),
         "Enter on the button in focus": lambda window: window.press("Return"),
+        "Enter on the grid": lambda window: window.press("Tab", "Return"),
+        "Enter on Cancelar": lambda window: window.press("shift+Tab", "Return"),
         "the title bar's box": lambda window: window.press_title_bar_box(),
     }
 

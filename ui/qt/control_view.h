@@ -24,8 +24,6 @@ struct ControlView {
   QWidget* widget;
   std::function<void()> show_content;
 
-  bool can_act() const { return widget->isVisible() && widget->isEnabled(); }
-
   /// Brings the widget to the control's state.
   void refresh() const;
 };

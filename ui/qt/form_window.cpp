@@ -4,10 +4,13 @@
 #include <QCloseEvent>
 #include <QFont>
 #include <QKeyEvent>
+#include <QPainter>
 #include <QPushButton>
 #include <QScreen>
 #include <QWindow>
 #include <algorithm>
+
+#include "ui/qt/x11.h"
 
 namespace orv2_geo::qt {
 
@@ -21,6 +24,28 @@ QFont form_font() {
   font.setPixelSize(11);
   return font;
 }
+
+constexpr int border = 1;
+
+// Undoes a minimise as soon as it is seen.
+class Raiser final : public QObject {
+ public:
+  explicit Raiser(QWidget& window) : QObject(&window) { window.installEventFilter(this); }
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    auto* const window = static_cast<QWidget*>(watched);
+    if (event->type() == QEvent::WindowStateChange && window->isMinimized()) {
+      // Once the change itself has been dealt with.
+      QMetaObject::invokeMethod(
+          window,
+          [window] {
+            window->setWindowState(window->windowState() & ~Qt::WindowMinimized);
+            window->activateWindow();
+          },
+          Qt::QueuedConnection);
+    }
+    return QObject::eventFilter(watched, event);
+  }
+};
 
 bool is_enter(int key) { return key == Qt::Key_Return || key == Qt::Key_Enter; }
 
@@ -42,9 +67,10 @@ void put_over(QWidget& window, QWidget* owner) {
   window.windowHandle()->setTransientParent(owner->window()->windowHandle());
 }
 
+void keep_up(QWidget& window) { new Raiser(window); }
+
 FormWindow::FormWindow(Form& form)
-    : QDialog(nullptr, Qt::Tool | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
-                           Qt::WindowCloseButtonHint | Qt::MSWindowsFixedSizeDialogHint),
+    : QDialog(nullptr, Qt::Tool | Qt::FramelessWindowHint | Qt::MSWindowsFixedSizeDialogHint),
       form_(form) {
   QWidget* owner = owner_window();
   setObjectName(QString::fromStdString(form.name()));
@@ -52,13 +78,20 @@ FormWindow::FormWindow(Form& form)
   setWindowModality(Qt::ApplicationModal);
   setAttribute(Qt::WA_QuitOnClose, false);
   setFont(form_font());
-  setFixedSize(pixels(form.width()), pixels(form.height()));
+  title_bar_ = new TitleBar(this);
+  area_ = new QWidget(this);
+  const QSize size(pixels(form.width()), pixels(form.height()));
+  title_bar_->setGeometry(border, border, size.width(), TitleBar::height);
+  area_->setGeometry(QRect(QPoint(border, border + TitleBar::height), size));
+  setFixedSize(size.width() + 2 * border, size.height() + TitleBar::height + 2 * border);
   make_controls();
   set_tab_order();
   // A form that is centred on the screen has no owner.
   if (form.start() == StartPosition::centre_of_screen) owner = nullptr;
   put_over(*this, owner);
   centre(owner);
+  keep_out_of_task_bar(*this);
+  keep_up(*this);
 }
 
 FormWindow::~FormWindow() {
@@ -69,7 +102,7 @@ void FormWindow::make_controls() {
   const Act act = [this](const std::function<void()>& action) { this->act(action); };
   views_.reserve(form_.size());
   for (std::size_t i = 0; i < form_.size(); ++i) {
-    views_.push_back(make_view(form_, form_.control(i), this, act));
+    views_.push_back(make_view(form_, form_.control(i), area_, act));
     views_.back().widget->installEventFilter(this);
   }
   for (const ControlView& view : views_) {
@@ -98,10 +131,7 @@ void FormWindow::set_tab_order() {
   for (std::size_t i = 1; i < order.size(); ++i) {
     setTabOrder(order[i - 1]->widget, order[i]->widget);
   }
-  const auto first = std::find_if(order.begin(), order.end(), [this](const ControlView* view) {
-    return view->widget->isVisibleTo(this) && view->widget->isEnabled();
-  });
-  if (first != order.end()) (*first)->widget->setFocus();
+  if (const Control* first = form_.focus()) widget_of(*first)->setFocus();
 }
 
 void FormWindow::centre(QWidget* owner) {
@@ -152,23 +182,18 @@ void FormWindow::act(const std::function<void()>& action) noexcept {
   if (!form_.open() || failure_) loop_.quit();
 }
 
-// The default button, or else the one in focus; null when neither can act.
-const ControlView* FormWindow::enter_button() const {
-  const ControlView* in_focus = nullptr;
-  for (const ControlView& view : views_) {
-    const ControlDesign& design = view.control->design();
-    if (design.kind != ControlKind::button || !view.can_act()) continue;
-    if (design.is_default) return &view;
-    if (view.widget == focusWidget()) in_focus = &view;
-  }
-  return in_focus;
+void FormWindow::follow_focus(const QObject* widget) {
+  const auto is_its = [&](const ControlView& view) { return view.widget == widget; };
+  const auto found = std::find_if(views_.begin(), views_.end(), is_its);
+  if (found != views_.end()) form_.set_focus(found->control->design().name);
+  mark_enter_button();
 }
 
 void FormWindow::mark_enter_button() {
-  const ControlView* const marked = enter_button();
+  const Control* const marked = form_.enter_button();
   for (const ControlView& view : views_) {
     if (auto* const button = qobject_cast<QPushButton*>(view.widget)) {
-      button->setDefault(&view == marked);
+      button->setDefault(view.control == marked);
     }
   }
 }
@@ -177,10 +202,7 @@ void FormWindow::mark_enter_button() {
 bool FormWindow::take_key(const QKeyEvent& key) {
   if (!is_enter(key.key()) && key.key() != Qt::Key_Escape) return false;
   if (!key.isAutoRepeat()) {
-    act([&] {
-      if (!is_enter(key.key())) return form_.press_escape();
-      if (const ControlView* button = enter_button()) form_.click(button->control->design().name);
-    });
+    act([&] { is_enter(key.key()) ? form_.press_enter() : form_.press_escape(); });
   }
   return true;
 }
@@ -189,12 +211,23 @@ bool FormWindow::take_key(const QKeyEvent& key) {
 // where the form has a default button.
 bool FormWindow::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() == QEvent::KeyPress && take_key(static_cast<QKeyEvent&>(*event))) return true;
-  if (event->type() == QEvent::FocusIn) mark_enter_button();
+  if (event->type() == QEvent::FocusIn) follow_focus(watched);
   return QDialog::eventFilter(watched, event);
 }
 
 void FormWindow::keyPressEvent(QKeyEvent* event) {
   if (!take_key(*event)) event->ignore();
+}
+
+void FormWindow::changeEvent(QEvent* event) {
+  if (event->type() == QEvent::ActivationChange) title_bar_->update();
+  QDialog::changeEvent(event);
+}
+
+void FormWindow::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  painter.setPen(palette().color(QPalette::Dark));
+  painter.drawRect(rect().adjusted(0, 0, -1, -1));
 }
 
 void FormWindow::closeEvent(QCloseEvent* event) {

@@ -9,6 +9,7 @@
 
 #include "platform/form.h"
 #include "ui/qt/control_view.h"
+#include "ui/qt/title_bar.h"
 
 namespace orv2_geo::qt {
 
@@ -19,12 +20,16 @@ QWidget* owner_window();
 /// Lets `window` stay over `owner` without belonging to it.
 void put_over(QWidget& window, QWidget* owner);
 
-/// A window of fixed size with the form's controls. The person's actions go to
-/// the form, and after each the widgets show the controls' state again.
+/// While it is up, `window` cannot be minimised: its host waits for an answer, and
+/// what has no entry in the task bar would never come back.
+void keep_up(QWidget& window);
+
+/// A tool window with the form's controls, at their places below a title bar of
+/// its own. The person's actions go to the form, and after each the widgets show
+/// the controls' state again.
 ///
-/// Enter presses the default button; where that cannot act, or there is none,
-/// the button that has the focus; it is drawn as the one that answers. Escape presses the cancel
-/// button. The title bar's box closes the form.
+/// The form is told where the focus is; the button that Enter would press is
+/// drawn as the one that answers. The title bar's box closes the form.
 class FormWindow final : public QDialog {
  public:
   explicit FormWindow(Form& form);
@@ -33,13 +38,15 @@ class FormWindow final : public QDialog {
   FormWindow& operator=(const FormWindow&) = delete;
 
   /// Returns when the form is no longer open, or the application is quitting.
-  /// What a routine behind an event throws ends it and leaves here.
+  /// What an action throws ends it and leaves here.
   void run();
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
+  void changeEvent(QEvent* event) override;
+  void paintEvent(QPaintEvent* event) override;
 
  private:
   void make_controls();
@@ -49,11 +56,13 @@ class FormWindow final : public QDialog {
   void follow(const ControlView& view);
   void act(const std::function<void()>& action) noexcept;
   bool take_key(const QKeyEvent& key);
-  const ControlView* enter_button() const;
+  void follow_focus(const QObject* widget);
   void mark_enter_button();
   QWidget* widget_of(const Control& control) const;
 
   Form& form_;
+  TitleBar* title_bar_;
+  QWidget* area_;  // the form's own, in the size of its design
   std::vector<ControlView> views_;
   QEventLoop loop_;
   std::exception_ptr failure_;

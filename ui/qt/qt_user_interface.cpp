@@ -36,6 +36,7 @@ class QtUserInterface final : public UserInterface {
     box.setWindowModality(Qt::ApplicationModal);
     make_room_for_caption(box);
     put_over(box, owner_window());
+    keep_up(box);
     box.exec();
   }
 
