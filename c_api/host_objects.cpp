@@ -186,6 +186,35 @@ int32_t orv2_form_grid(orv2_form* form, size_t index, orv2_grid_info* info) {
   });
 }
 
+int32_t orv2_form_describe_frame(orv2_form* form, orv2_form_frame* frame) {
+  return guarded([&] {
+    const FormFrame& window = needed(form)->form.frame();
+    *needed(frame) = {static_cast<int32_t>(window.start),
+                      window.left,
+                      window.top,
+                      Bool(window.tool_window).bits,
+                      Bool(window.resizable).bits,
+                      Bool(window.minimise_box).bits,
+                      Bool(window.maximise_box).bits,
+                      Bool(window.in_task_bar).bits};
+  });
+}
+
+int32_t orv2_form_look(orv2_form* form, size_t index, orv2_control_look* look) {
+  return guarded([&] {
+    const ControlDesign& design = control_at(form, index).design();
+    *needed(look) = {static_cast<int32_t>(design.alignment), design.background,
+                     Bool(design.sizes_itself).bits};
+  });
+}
+
+int32_t orv2_form_font(orv2_form* form, size_t index, orv2_grid_font* font) {
+  return guarded([&] {
+    const Grid& grid = grid_at(form, index);
+    *needed(font) = {form->lend(0, std::string(grid.font)), grid.font_points, grid.font_weight};
+  });
+}
+
 int32_t orv2_form_alignment(orv2_form* form, size_t index, int32_t col, int32_t* alignment) {
   return guarded([&] {
     const Grid& grid = grid_at(form, index);

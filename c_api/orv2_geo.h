@@ -2,12 +2,11 @@
  *
  * A function answers with a status: 0, or the number of a failure whose words
  * orv2_last_failure gives; orv2_class_count alone answers with the count
- * itself. Results come by pointer and are written only when the status is 0. Handles are numbers: one that is wrong, stale or of
- * another kind is failure 5, and so is a null pointer where something is
- * needed; 0 where an object is needed is 91. Names of classes and members
- * compare without regard to case. char strings are UTF-8 and end in a zero;
- * a string that the library hands out is valid until the next call on the same
- * thread, unless said otherwise.
+ * itself. Results come by pointer and are written only when the status is 0. Handles are numbers:
+ * one that is wrong, stale or of another kind is failure 5, and so is a null pointer where
+ * something is needed; 0 where an object is needed is 91. Names of classes and members compare
+ * without regard to case. char strings are UTF-8 and end in a zero; a string that the library hands
+ * out is valid until the next call on the same thread, unless said otherwise.
  *
  * A handle belongs to the thread that made it: a call from another thread is
  * refused with 5 before anything runs. Releasing is allowed everywhere; what
@@ -329,12 +328,43 @@ typedef struct orv2_grid_info {
   int32_t fixed_cols;
 } orv2_grid_info;
 
+/* How a form is meant to look, for a driver that draws it: what its window has,
+ * and of a control or a grid what the structures above do not tell. */
+
+enum { ORV2_CENTRE_OF_OWNER = 0, ORV2_CENTRE_OF_SCREEN = 1 };
+
+typedef struct orv2_form_frame {
+  int32_t start; /* ORV2_CENTRE_OF_OWNER, ORV2_CENTRE_OF_SCREEN */
+  int32_t left;  /* of the design, twips; where it appears is told by start */
+  int32_t top;
+  int16_t tool_window; /* a narrow title bar */
+  int16_t resizable;
+  int16_t minimise_box;
+  int16_t maximise_box;
+  int16_t in_task_bar;
+} orv2_form_frame;
+
+typedef struct orv2_control_look {
+  int32_t alignment;    /* of a label's text: 1 left, 4 centre, 7 right */
+  int32_t background;   /* 0xRRGGBB; -1: the form's own */
+  int16_t sizes_itself; /* a label as wide as its text, which holds its aligned edge */
+} orv2_control_look;
+
+typedef struct orv2_grid_font {
+  const char* name;
+  double points;
+  int32_t weight; /* 400 is normal */
+} orv2_grid_font;
+
 /* The strings are valid until the next call on the same form. Controls are
  * numbered from 0. Failure 9 past the end, 438 for an unknown name or a control
  * that is no grid. */
 ORV2_CALL int32_t orv2_form_describe(orv2_form* form, orv2_form_info* info);
 ORV2_CALL int32_t orv2_form_control(orv2_form* form, size_t index, orv2_control_info* info);
 ORV2_CALL int32_t orv2_form_grid(orv2_form* form, size_t index, orv2_grid_info* info);
+ORV2_CALL int32_t orv2_form_describe_frame(orv2_form* form, orv2_form_frame* frame);
+ORV2_CALL int32_t orv2_form_look(orv2_form* form, size_t index, orv2_control_look* look);
+ORV2_CALL int32_t orv2_form_font(orv2_form* form, size_t index, orv2_grid_font* font);
 ORV2_CALL int32_t orv2_form_alignment(orv2_form* form, size_t index, int32_t col,
                                       int32_t* alignment); /* 1 left, 4 centre, 7 right */
 ORV2_CALL int32_t orv2_form_cell(orv2_form* form, size_t index, int32_t row, int32_t col,

@@ -76,7 +76,7 @@ void write_difference(Grid& grid, std::int32_t row, std::int32_t col, double lea
 }  // namespace
 
 f_MaxiMin::f_MaxiMin() : form_("f_MaxiMin", u"Maximos y Minimos:", 7935, 2175, controls) {
-  form_.set_start(StartPosition::centre_of_screen);
+  form_.set_frame({.start = StartPosition::centre_of_screen, .left = 45, .top = 210});
   Grid& grid = form_.control("msf_MaxMin").grid();
   grid.rows = 4;
   grid.cols = 4;

@@ -159,7 +159,7 @@ constexpr ControlDesign controls[] = {
 
 f_Pts_Repet::f_Pts_Repet()
     : form_("f_Pts_Repet", u"Quitar puntos repetidos:", 2865, 3000, controls) {
-  form_.set_start(StartPosition::centre_of_owner);
+  form_.set_frame({.start = StartPosition::centre_of_owner});
   form_.on_click("cmdCalcular", [this] { cmdCalcular_Click(); });
   form_.on_click("cmdCancelar", [this] { cmdCancelar_Click(); });
   form_.on_click("cmdEliminar", [this] { cmdEliminar_Click(); });

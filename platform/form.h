@@ -60,6 +60,18 @@ struct ControlDesign {
   std::int32_t background = -1;  // 0xRRGGBB; -1: the form's own
 };
 
+/// What stands around a form. All forms of the library are fixed tool windows.
+struct FormFrame {
+  StartPosition start = StartPosition::centre_of_owner;
+  std::int32_t left = 0;  // of the design, in twips; where it appears is the start position's
+  std::int32_t top = 0;
+  bool tool_window = true;  // a narrow title bar
+  bool resizable = false;
+  bool minimise_box = false;
+  bool maximise_box = false;
+  bool in_task_bar = false;
+};
+
 class Form;
 
 /// The cells of a grid control.
@@ -70,6 +82,8 @@ struct ORV2_PUBLIC Grid {
   std::int32_t fixed_rows = 0;
   std::int32_t fixed_cols = 0;
   std::string_view font = "Courier New";
+  double font_points = 8.25;
+  std::int32_t font_weight = 400;
   std::map<std::int32_t, std::int16_t> alignments;
   std::map<std::pair<std::int32_t, std::int32_t>, Text> cells;
 
@@ -154,7 +168,7 @@ class ORV2_PUBLIC Form {
   const Text& caption() const noexcept { return caption_; }
   std::int32_t width() const noexcept { return width_; }
   std::int32_t height() const noexcept { return height_; }
-  StartPosition start() const noexcept { return start_; }
+  const FormFrame& frame() const noexcept { return frame_; }
   std::size_t size() const noexcept { return controls_.size(); }
   Control& control(std::size_t i) const { return *controls_[i]; }
 
@@ -172,7 +186,7 @@ class ORV2_PUBLIC Form {
   const Control* enter_button() const;
 
   // For the form's owner.
-  void set_start(StartPosition start) noexcept { start_ = start; }
+  void set_frame(const FormFrame& frame) noexcept { frame_ = frame; }
   void on_click(std::string_view name, std::function<void()> routine);
   /// Blocks until the form is hidden or closed. Failures: that of the first
   /// routine behind an event that failed, even where the driver kept it to itself
@@ -208,7 +222,7 @@ class ORV2_PUBLIC Form {
   Text caption_;
   std::int32_t width_;
   std::int32_t height_;
-  StartPosition start_ = StartPosition::centre_of_owner;
+  FormFrame frame_;
   bool open_ = false;
   const Control* focus_ = nullptr;
   std::exception_ptr failure_;  // of a routine behind an event

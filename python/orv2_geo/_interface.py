@@ -8,11 +8,14 @@ from ctypes import byref
 from ._calls import answering, run
 from ._failures import INVALID_CALL, RunFailure, check
 from ._library import (
-    ControlInfo, ErrorBox, FormInfo, GridInfo, HandleEvents, ShowModal, UserInterface, library,
+    ControlInfo, ControlLook, ErrorBox, FormFrame, FormInfo, GridFont, GridInfo, HandleEvents,
+    ShowModal, UserInterface, library,
 )
 from ._numbers import to_i32, to_text
 from ._texts import from_c, to_c
 
+_STARTS = ("centre of owner", "centre of screen")
+_ALIGNMENTS = {1: "left", 4: "centre", 7: "right"}
 _KINDS = ("label", "text_box", "check_box", "option_button", "button", "frame", "progress_bar",
           "grid")
 
@@ -69,6 +72,11 @@ _callbacks = UserInterface(ctypes.sizeof(UserInterface), None, ErrorBox(_error_b
                            ShowModal(_show_modal), HandleEvents(_handle_events))
 
 
+def _of_frame(field, convert=bool, doc=None):
+    """A property of the window that a form is meant to have."""
+    return property(lambda self: convert(getattr(self._frame(), field)), doc=doc)
+
+
 class Form:
     """A form on the screen. Once show_modal has returned it is no more:
     RunFailure 5."""
@@ -91,6 +99,11 @@ class Form:
         check(library().orv2_form_describe(self._live(), byref(info)))
         return info
 
+    def _frame(self):
+        frame = FormFrame()
+        check(library().orv2_form_describe_frame(self._live(), byref(frame)))
+        return frame
+
     @property
     def name(self):
         return from_c(self._describe().name)
@@ -108,6 +121,16 @@ class Form:
     def height(self):
         """Of the client area, in twips."""
         return self._describe().height
+
+    start = _of_frame("start", _STARTS.__getitem__,
+                      'Where it appears: "centre of owner" or "centre of screen".')
+    left = _of_frame("left", int, "Of the design, in twips; `start` tells where it appears.")
+    top = _of_frame("top", int, "Of the design, in twips; `start` tells where it appears.")
+    tool_window = _of_frame("tool_window", doc="Has a narrow title bar.")
+    resizable = _of_frame("resizable")
+    minimise_box = _of_frame("minimise_box")
+    maximise_box = _of_frame("maximise_box")
+    in_task_bar = _of_frame("in_task_bar")
 
     @property
     def open(self):
@@ -197,6 +220,9 @@ class Control:
     def _grid(self):
         return self._told(library().orv2_form_grid, GridInfo())
 
+    def _look(self):
+        return self._told(library().orv2_form_look, ControlLook())
+
     def _told(self, function, info):
         check(function(self._form._live(), self._index, byref(info)))
         return info
@@ -217,6 +243,22 @@ class Control:
     value = _live("value", doc="Not zero: ticked or selected; a progress bar's position.")
     min = _live("min")
     max = _live("max")
+
+    @property
+    def text_alignment(self):
+        """Of a label: "left", "centre" or "right"."""
+        return _ALIGNMENTS[self._look().alignment]
+
+    @property
+    def background(self):
+        """0xRRGGBB, or None for the form's own."""
+        colour = self._look().background
+        return None if colour < 0 else colour
+
+    @property
+    def sizes_itself(self):
+        """A label as wide as its text; it holds the edge that the text is aligned to."""
+        return self._look().sizes_itself != 0
 
     # What only a grid has: RunFailure 438 on other controls.
 
@@ -239,6 +281,12 @@ class Control:
     @property
     def fixed_cols(self):
         return self._grid().fixed_cols
+
+    @property
+    def font(self):
+        """Its name, its size in points and its weight, of which 400 is normal."""
+        font = self._told(library().orv2_form_font, GridFont())
+        return from_c(font.name), font.points, font.weight
 
     def alignment(self, col):
         """1 left, 4 centre, 7 right. RunFailure 9 outside the grid."""

@@ -92,6 +92,20 @@ class GridInfo(Structure):
                 ("fixed_rows", c_int32), ("fixed_cols", c_int32)]
 
 
+class FormFrame(Structure):
+    _fields_ = [("start", c_int32), ("left", c_int32), ("top", c_int32),
+                ("tool_window", c_int16), ("resizable", c_int16), ("minimise_box", c_int16),
+                ("maximise_box", c_int16), ("in_task_bar", c_int16)]
+
+
+class ControlLook(Structure):
+    _fields_ = [("alignment", c_int32), ("background", c_int32), ("sizes_itself", c_int16)]
+
+
+class GridFont(Structure):
+    _fields_ = [("name", c_char_p), ("points", c_double), ("weight", c_int32)]
+
+
 _handle_out = POINTER(c_uint64)
 _size_out = POINTER(c_size_t)
 _units_out = POINTER(c_void_p)
@@ -131,6 +145,9 @@ DECLARATIONS = {
     "orv2_form_describe": (c_void_p, POINTER(FormInfo)),
     "orv2_form_control": (c_void_p, c_size_t, POINTER(ControlInfo)),
     "orv2_form_grid": (c_void_p, c_size_t, POINTER(GridInfo)),
+    "orv2_form_describe_frame": (c_void_p, POINTER(FormFrame)),
+    "orv2_form_look": (c_void_p, c_size_t, POINTER(ControlLook)),
+    "orv2_form_font": (c_void_p, c_size_t, POINTER(GridFont)),
     "orv2_form_alignment": (c_void_p, c_size_t, c_int32, POINTER(c_int32)),
     "orv2_form_cell": (c_void_p, c_size_t, c_int32, c_int32, POINTER(c_char_p)),
     "orv2_form_focus": (c_void_p, POINTER(c_char_p)),

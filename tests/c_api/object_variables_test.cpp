@@ -125,12 +125,9 @@ struct Removal {
   }
   std::int32_t run(orv2_handle* indicator) {
     const Owned sorts(new_object("Orv2_Geo.cgeo_Ordena"));
-    const orv2_value arguments[] = {pointing_at(&points),
-                                    tagged(ORV2_DOUBLE_ARRAY, X),
-                                    tagged(ORV2_DOUBLE_ARRAY, Y),
-                                    tagged(ORV2_DOUBLE_ARRAY, Z),
-                                    tagged(ORV2_LONG_ARRAY, index),
-                                    pointing_at(indicator)};
+    const orv2_value arguments[] = {pointing_at(&points),           tagged(ORV2_DOUBLE_ARRAY, X),
+                                    tagged(ORV2_DOUBLE_ARRAY, Y),   tagged(ORV2_DOUBLE_ARRAY, Z),
+                                    tagged(ORV2_LONG_ARRAY, index), pointing_at(indicator)};
     return orv2_call_name(sorts, "Quita_Puntos_Repetidos_XY_con_indice1", arguments,
                           std::size(arguments), nullptr);
   }

@@ -549,6 +549,9 @@ static void callbacks_for_the_user_interface_are_installed_whole(void) {
 
 static void no_form_is_no_form(void) {
   orv2_form_info form;
+  orv2_form_frame frame;
+  orv2_control_look look;
+  orv2_grid_font font;
   orv2_control_info control;
   orv2_grid_info grid;
   int32_t alignment = 0;
@@ -557,6 +560,9 @@ static void no_form_is_no_form(void) {
   FAILS(orv2_form_control(NULL, 0, &control), 5, "");
   FAILS(orv2_form_grid(NULL, 0, &grid), 5, "");
   FAILS(orv2_form_alignment(NULL, 0, 0, &alignment), 5, "");
+  FAILS(orv2_form_describe_frame(NULL, &frame), 5, "");
+  FAILS(orv2_form_look(NULL, 0, &look), 5, "");
+  FAILS(orv2_form_font(NULL, 0, &font), 5, "");
   FAILS(orv2_form_cell(NULL, 0, 0, 0, &text), 5, "");
   FAILS(orv2_form_focus(NULL, &text), 5, "");
   FAILS(orv2_form_set_focus(NULL, "a"), 5, "");

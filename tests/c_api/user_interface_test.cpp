@@ -190,6 +190,32 @@ TEST_F(Forms, ShowAGridsCells) {
   });
 }
 
+TEST_F(Forms, ShowHowTheyAreMeantToLook) {
+  form.set_frame({.start = StartPosition::centre_of_screen, .left = 45, .top = 210});
+  drive([&](orv2_form* shown) {
+    orv2_form_frame frame{};
+    ASSERT_EQ(orv2_form_describe_frame(shown, &frame), 0);
+    EXPECT_EQ(frame.start, ORV2_CENTRE_OF_SCREEN);
+    EXPECT_EQ(frame.left, 45);
+    EXPECT_EQ(frame.top, 210);
+    EXPECT_EQ(frame.tool_window, -1);
+    EXPECT_EQ(frame.resizable, 0);
+    EXPECT_EQ(frame.minimise_box, 0);
+    EXPECT_EQ(frame.maximise_box, 0);
+    EXPECT_EQ(frame.in_task_bar, 0);
+    orv2_control_look look{};
+    ASSERT_EQ(orv2_form_look(shown, 0, &look), 0);
+    EXPECT_EQ(look.alignment, 1);
+    EXPECT_EQ(look.background, -1);
+    EXPECT_EQ(look.sizes_itself, 0);
+    orv2_grid_font font{};
+    ASSERT_EQ(orv2_form_font(shown, 9, &font), 0);
+    EXPECT_STREQ(font.name, "Courier New");
+    EXPECT_EQ(font.points, 8.25);
+    EXPECT_EQ(font.weight, 400);
+  });
+}
+
 // ---- Misuse ----------------------------------------------------------------
 
 struct Misuse {
@@ -203,6 +229,8 @@ TEST_F(Forms, RefuseWhatIsNotThere) {
   form.control("grdPoints").grid().cols = 2;
   static orv2_control_info control;
   static orv2_grid_info grid;
+  static orv2_control_look look;
+  static orv2_grid_font font;
   static std::int32_t alignment = 77;
   static const char* text = nullptr;
   const Misuse rows[] = {
@@ -227,6 +255,11 @@ TEST_F(Forms, RefuseWhatIsNotThere) {
       {"null control", 5, [](auto* f) { return orv2_form_control(f, 0, nullptr); }},
       {"null grid", 5, [](auto* f) { return orv2_form_grid(f, 9, nullptr); }},
       {"null alignment", 5, [](auto* f) { return orv2_form_alignment(f, 9, 0, nullptr); }},
+      {"look past the end", 9, [](auto* f) { return orv2_form_look(f, 11, &look); }},
+      {"font of no grid", 438, [](auto* f) { return orv2_form_font(f, 0, &font); }},
+      {"null frame", 5, [](auto* f) { return orv2_form_describe_frame(f, nullptr); }},
+      {"null look", 5, [](auto* f) { return orv2_form_look(f, 0, nullptr); }},
+      {"null font", 5, [](auto* f) { return orv2_form_font(f, 9, nullptr); }},
       {"null cell", 5, [](auto* f) { return orv2_form_cell(f, 9, 0, 0, nullptr); }},
       {"null click", 5, [](auto* f) { return orv2_form_click(f, nullptr); }},
       {"null select", 5, [](auto* f) { return orv2_form_select(f, nullptr); }},

@@ -63,7 +63,7 @@ TEST(ExtremesForm, HasItsControlsInTheirPlaces) {
   EXPECT_EQ(form.caption(), Text(u"Maximos y Minimos:"));
   EXPECT_EQ(form.width(), 7935);
   EXPECT_EQ(form.height(), 2175);
-  EXPECT_EQ(form.start(), StartPosition::centre_of_screen);
+  EXPECT_EQ(form.frame().start, StartPosition::centre_of_screen);
   ASSERT_EQ(form.size(), std::size(table));
   for (const ControlRow& row : table) {
     const Control& control = form.control(row.name);

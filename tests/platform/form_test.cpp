@@ -281,9 +281,9 @@ TEST_F(Forms, AWatcherIsToldOfEachPropertySet) {
 }
 
 TEST_F(Forms, AFormStartsOverItsOwnerUnlessToldOtherwise) {
-  EXPECT_EQ(form.start(), StartPosition::centre_of_owner);
-  form.set_start(StartPosition::centre_of_screen);
-  EXPECT_EQ(form.start(), StartPosition::centre_of_screen);
+  EXPECT_EQ(form.frame().start, StartPosition::centre_of_owner);
+  form.set_frame({.start = StartPosition::centre_of_screen});
+  EXPECT_EQ(form.frame().start, StartPosition::centre_of_screen);
 }
 
 TEST_F(Forms, ALateBoundCaptionTakesNumbersAsTheirText) {

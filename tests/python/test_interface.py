@@ -5,7 +5,7 @@ from ctypes import byref
 from support import Case, declared, run
 
 import orv2_geo
-from orv2_geo import RunFailure
+from orv2_geo import DoubleArray, LongArray, Ref, RunFailure, ShortArray, StringArray
 
 _show_form = declared("show_form", ctypes.POINTER(ctypes.c_char_p))
 _error_box = declared("error_box", ctypes.c_int32, ctypes.c_char_p)
@@ -127,6 +127,61 @@ class Boxes(InterfaceCase):
 
     def test_without_one_forms_are_cancelled(self):
         self.assertEqual(show_form(), ["Cancelar"])
+
+
+class Dialogs(InterfaceCase):
+    """The library's own dialogs, for a driver that draws them: every fixed property."""
+
+    def on_dialog(self, member, arguments, act):
+        orv2_geo.set_user_interface(Person(act))
+        getattr(orv2_geo.create("Orv2_Geo.cgeo_Matrices"), member)(*arguments)
+
+    def window(self, form):
+        return (form.caption, form.width, form.height, form.start, form.left, form.top,
+                form.tool_window, form.resizable, form.minimise_box, form.maximise_box,
+                form.in_task_bar)
+
+    def test_the_repeated_points_dialog(self):
+        def act(form):
+            self.assertEqual(self.window(form),
+                             ("Quitar puntos repetidos:", 2865, 3000, "centre of owner", 0, 0, True,
+                              False, False, False, False))
+            looks = {name: (control.text_alignment, control.background, control.sizes_itself)
+                     for name, control in form.controls.items()}
+            fitted = {"Label1": "left", "Label2": "right", "labPuntos": "left", "lblPtos": "left"}
+            for name, alignment in fitted.items():
+                self.assertEqual(looks.pop(name), (alignment, None, True), name)
+            self.assertEqual(looks.pop("lblEstudio"), ("centre", 0x00ffff, True))
+            self.assertEqual(set(looks.values()), {("left", None, False)})
+            form.press_escape()
+
+        texts, layers = StringArray([""] * 3), ShortArray([0] * 3)
+        self.on_dialog("Quita_Pts_Repetidos",
+                       (2, *(DoubleArray([0, 1, 2]) for _ in range(3)), texts, texts, layers,
+                        LongArray(), False), act)
+
+    def test_the_extremes_dialog(self):
+        def act(form):
+            self.assertEqual(self.window(form),
+                             ("Maximos y Minimos:", 7935, 2175, "centre of screen", 45, 210, True,
+                              False, False, False, False))
+            grid = form.controls["msf_MaxMin"]
+            self.assertEqual((grid.rows, grid.cols, grid.fixed_rows, grid.fixed_cols), (4, 4, 1, 1))
+            self.assertEqual(grid.font, ("Courier New", 8.25, 400))
+            self.assertEqual([grid.alignment(col) for col in range(4)], [1, 7, 7, 7])
+            form.press_escape()
+
+        numbers = [Ref(0.0) for _ in range(6)]
+        self.on_dialog("MaxMin_3Matriz",
+                       (*(DoubleArray([0, 1, 2]) for _ in range(3)), *numbers, True), act)
+
+    def test_only_a_grid_has_a_font(self):
+        def act(form):
+            with self.fails(438):
+                form.controls["Aceptar"].font
+            form.close()
+
+        self.shown(act)
 
 
 class Forms(InterfaceCase):

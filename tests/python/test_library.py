@@ -37,7 +37,9 @@ class Header(Case):
         shapes = {"Failure": "failure", "ClassInfo": "class_info", "MemberInfo": "member_info",
                   "ParameterInfo": "parameter_info", "ArrayInfo": "array_info",
                   "HostObject": "host_object", "UserInterface": "user_interface",
-                  "FormInfo": "form_info", "ControlInfo": "control_info", "GridInfo": "grid_info"}
+                  "FormInfo": "form_info", "ControlInfo": "control_info", "GridInfo": "grid_info",
+                  "FormFrame": "form_frame", "ControlLook": "control_look",
+                  "GridFont": "grid_font"}
         for name, tag in shapes.items():
             body = re.search(r"struct orv2_%s \{(.*?)\} orv2_%s;" % (tag, tag), header(), re.S)[1]
             fields = re.findall(r"(?:\(\*(\w+)\)\([^;]*\)|(\w+));", body)

@@ -87,7 +87,7 @@ FormWindow::FormWindow(Form& form)
   make_controls();
   set_tab_order();
   // A form that is centred on the screen has no owner.
-  if (form.start() == StartPosition::centre_of_screen) owner = nullptr;
+  if (form.frame().start == StartPosition::centre_of_screen) owner = nullptr;
   put_over(*this, owner);
   centre(owner);
   keep_out_of_task_bar(*this);
