@@ -43,11 +43,11 @@ locale_t user_locale() {
   return locale;
 }
 
-// A language may have a lower case of its own, as Turkish has; what its locale does
-// not know is Unicode's.
+// A language may have a lower case of its own, as Turkish has. What its locale does
+// not know is Unicode's; ASCII every locale knows.
 char32_t folded(char32_t point) {
   const auto by_locale = static_cast<char32_t>(towlower_l(point, user_locale()));
-  return by_locale != point ? by_locale : lower_case(point);
+  return by_locale != point || point < 0x80 ? by_locale : lower_case(point);
 }
 
 // Folded to lower case, in the wide characters that the collation takes.
