@@ -11,6 +11,7 @@
 #include "dialogs/f_MaxiMin.h"
 #include "frame/checked_math.h"
 #include "frame/number_pairs.h"
+#include "frame/overlap.h"
 #include "frame/treatments.h"
 #include "platform/error_box.h"
 
@@ -145,9 +146,7 @@ class Scan {
     if (std::adjacent_find(variables.begin(), end) != end) return false;
     return std::none_of(variables.begin(), end, [&](const double* variable) {
       return std::any_of(coordinates_.begin(), coordinates_.end(), [&](const Coordinate& c) {
-        const double* data = c.array.data();
-        return std::greater_equal<>()(variable, data) &&
-               std::less<>()(variable, data + c.array.legal_count());
+        return overlap(std::span(variable, 1), std::span(c.array.data(), c.array.legal_count()));
       });
     });
   }

@@ -1,12 +1,13 @@
 // Element-wise sums and differences.
 #include <algorithm>
-#include <functional>
+#include <span>
 #include <string_view>
 
 #include "arrays/cgeo_Matrices.h"
 #include "frame/checked_math.h"
 #include "frame/counted.h"
 #include "frame/number_pairs.h"
+#include "frame/overlap.h"
 #include "platform/error_box.h"
 
 namespace orv2_geo {
@@ -47,8 +48,8 @@ bool work_block(double* own, const double* other) {
 
 // Whether the two rows are one, or have no element in common.
 bool match_or_part(const double* a, const double* b, std::int32_t count) {
-  const std::less_equal<> at_or_before;
-  return a == b || at_or_before(a + count, b) || at_or_before(b + count, a);
+  const auto elements = static_cast<std::size_t>(count);
+  return a == b || !overlap(std::span(a, elements), std::span(b, elements));
 }
 
 template <class Operation>

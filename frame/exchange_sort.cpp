@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
-#include <functional>
 #include <new>
 #include <span>
 #include <vector>
@@ -11,6 +10,7 @@
 #include "frame/checked_math.h"
 #include "frame/counted.h"
 #include "frame/mConstantes.h"
+#include "frame/overlap.h"
 
 namespace orv2_geo {
 
@@ -96,19 +96,18 @@ std::vector<Point> order_of(std::span<const double> keys) {
   return sorted;
 }
 
-bool apart(const double* a, const double* b, std::size_t count) {
-  const std::less_equal<> at_or_before;
-  return at_or_before(a + count, b) || at_or_before(b + count, a);
-}
-
 // The arrays' elements, when all are there and none is in two arrays.
 std::vector<double*> separate_rows(std::int32_t points, Arrays arrays) {
-  const auto count = static_cast<std::size_t>(points);
+  const auto elements = [&](const double* row) {
+    return std::span(row, static_cast<std::size_t>(points));
+  };
   std::vector<double*> rows;
   for (DoubleArray* array : arrays) {
     double* row = array->row(1, points);
-    const auto is_apart = [&](const double* other) { return apart(row, other, count); };
-    if (row == nullptr || !std::all_of(rows.begin(), rows.end(), is_apart)) return {};
+    const auto meets_it = [&](const double* other) {
+      return overlap(elements(row), elements(other));
+    };
+    if (row == nullptr || std::any_of(rows.begin(), rows.end(), meets_it)) return {};
     rows.push_back(row);
   }
   return rows;

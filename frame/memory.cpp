@@ -9,7 +9,7 @@ namespace orv2_geo {
 
 void* obtain_if_any(std::size_t bytes) noexcept {
   void* const memory = ::operator new(bytes, std::nothrow);
-  if (memory != nullptr) announce_use(memory, bytes);
+  if (memory != nullptr) ask_for_huge_pages(memory, bytes);
   return memory;
 }
 

@@ -122,7 +122,7 @@ bool PreparedTexts::read_texts(std::vector<bool>& used) {
   const std::u16string_view first = texts_.empty() ? std::u16string_view() : texts_[0]->view();
   in_common_ = first.size();
   for (std::uint32_t t = 0; t < texts_.size(); ++t) {
-    if (t + ahead < texts_.size()) announce(t + ahead);
+    if (t + prefetch_distance < texts_.size()) prefetch_text(t + prefetch_distance);
     const std::u16string_view units = texts_[t]->view();
     in_common_ = std::min(in_common_, units.size());
     std::uint8_t before = 0;

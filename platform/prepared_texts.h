@@ -9,14 +9,15 @@
 #include <vector>
 
 #include "frame/text.h"
+#include "platform/prefetch.h"
 
 namespace orv2_geo {
 
 /// Texts to be compared as text_services::compare does, over and over. What the
-/// collation makes of single characters is asked once a thread; texts whose
-/// characters do not work upon each other are then read as words of their
-/// characters' ranks. Where these leave two texts equal, or texts cannot be read
-/// so, their full keys are made, each once.
+/// collation makes of single characters is asked once a thread. Texts in which each
+/// character weighs what it weighs alone (no two are sorted as one letter, no accent
+/// changes the one before) are then read as words of their characters' ranks. Where these leave two
+/// texts equal, or texts cannot be read so, their full keys are made, each once.
 ///
 /// The texts must stay where they are. Throws std::bad_alloc, and RunFailure 7.
 class PreparedTexts {
@@ -35,10 +36,10 @@ class PreparedTexts {
   Part first_part(std::uint32_t text) const noexcept;
   Part next_part(const Part& part) const noexcept { return part_at(part.text, part.at); }
 
-  /// Says that a text is soon to be read: texts lie anywhere in memory, and
-  /// waiting for each in turn would be most of the time of a large sort.
-  void announce(std::uint32_t text) const noexcept { __builtin_prefetch(texts_[text]->data()); }
-  static constexpr std::uint32_t ahead = 16;
+  /// Prefetches a text: texts lie anywhere in memory, and waiting for each in turn
+  /// would be most of the time of a large sort.
+  void prefetch_text(std::uint32_t text) const noexcept { prefetch(texts_[text]->data()); }
+  static constexpr std::uint32_t prefetch_distance = 16;  // texts ahead
 
   /// Whether this is the text's last part.
   bool is_over(const Part& part) const noexcept { return (part.word & last_rank_) == 0; }

@@ -10,14 +10,15 @@ namespace orv2_geo::mOrdena {
 
 namespace {
 
-using repeated::Cloud;
+using repeated::CheckedPoints;
+using repeated::Coordinates;
 using repeated::source;
 
 constexpr std::u16string_view title_XY = u"m_Indice_de_Puntos_sin_Repetir_2 - Error nº ";
 constexpr std::u16string_view title_2D_0 = u"Quita Puntos Repetidos 2D 0 - Error nº ";
 
 // Flags every point of a cluster but the lowest number.
-class Flagged {
+class Flagged : public repeated::ClusterSink {
  public:
   static constexpr std::size_t axes = 2;
   static constexpr bool reads_Z = false;
@@ -58,9 +59,9 @@ class Flagged {
     Indice_(p) = cluster_;
     Secuencia_(i) = p;
   }
-  [[gnu::always_inline]] void ahead(std::int32_t p) const noexcept {
-    repeated::ask_for(Indice_, p);
-    repeated::ask_for(Repetido_, p);
+  [[gnu::always_inline]] void prefetch_for(std::int32_t p) const noexcept {
+    repeated::prefetch_element(Indice_, p);
+    repeated::prefetch_element(Repetido_, p);
   }
   std::int32_t found() const noexcept { return cluster_; }
 
@@ -90,10 +91,6 @@ std::int32_t renumber_unflagged(const std::int32_t& nPtos, const LongArray& Secu
   return n;
 }
 
-struct NothingAhead {
-  void ahead(std::int32_t) const noexcept {}
-};
-
 // Puts the points to keep at the front of the X order; answers with how many.
 template <class Points>
 std::int32_t keep_front(std::int32_t nPtos, const Points& points, LongArray& Orden) {
@@ -103,7 +100,7 @@ std::int32_t keep_front(std::int32_t nPtos, const Points& points, LongArray& Ord
   near.move_to(repeated::spot<2>(points, points.point(1)));
   for (const std::int32_t i : counted(2, nPtos)) {
     const std::int32_t p = points.point(i);
-    points.ahead(i, NothingAhead{});
+    points.prefetch_after(i, repeated::ClusterSink());
     repeated::Spot<2> at;
     const bool is_near =
         near.holds([&](std::size_t axis) { return repeated::coordinate(points, p, axis); }, at);
@@ -115,11 +112,11 @@ std::int32_t keep_front(std::int32_t nPtos, const Points& points, LongArray& Ord
   return kept;
 }
 
-std::int32_t keep_front(std::int32_t nPtos, const Cloud& cloud, LongArray& Orden) {
-  if (const auto sound = repeated::SoundCloud<false>::of(cloud, nPtos)) {
-    return keep_front(nPtos, *sound, Orden);
+std::int32_t keep_front(std::int32_t nPtos, const Coordinates& at, LongArray& Orden) {
+  if (const auto known = repeated::KnownPointsInOrder<false>::of(at, Orden, nPtos)) {
+    return keep_front(nPtos, *known, Orden);
   }
-  return keep_front<Cloud>(nPtos, cloud, Orden);
+  return keep_front(nPtos, CheckedPoints(at, Orden), Orden);
 }
 
 }  // namespace
@@ -159,7 +156,7 @@ void Quita_Puntos_Repetidos_XY_con_indice1(std::int32_t& nPtos, DoubleArray& X, 
   // the routine above trapped is not noticed here.
   std::int32_t j = 0;
   for (const std::int32_t p : counted(1, nPtos)) {
-    repeated::ask_ahead(Secuencia, p, nPtos, all_X, all_Y, all_Z);
+    repeated::prefetch_after(Secuencia, p, nPtos, all_X, all_Y, all_Z);
     if (Repetido(p)) continue;
     ++j;
     Indice(j) = Secuencia(p);
@@ -179,12 +176,12 @@ void Quita_Puntos_Repetidos_2D_0(std::int32_t& nPtos, DoubleArray& X, DoubleArra
     if (nPtos < 0) raise(failure::subscript_out_of_range);  // the lowest is a sign of the sort's
     LongArray Orden;
     Ordena_Double_Index_Array(X, Orden, 1, nPtos);
-    nPtos = keep_front(nPtos, Cloud{X, Y, Z, Orden}, Orden);
+    nPtos = keep_front(nPtos, Coordinates{X, Y, Z}, Orden);
     DoubleArray kept_X(0, nPtos);
     DoubleArray kept_Y(0, nPtos);
     DoubleArray kept_Z(0, nPtos);
     for (const std::int32_t k : counted(1, nPtos)) {
-      repeated::ask_ahead(Orden, k, nPtos, X, Y, Z);
+      repeated::prefetch_after(Orden, k, nPtos, X, Y, Z);
       kept_X(k) = X(Orden(k));
       kept_Y(k) = Y(Orden(k));
       kept_Z(k) = Z(Orden(k));

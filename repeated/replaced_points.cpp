@@ -6,12 +6,12 @@
 
 namespace orv2_geo::repeated {
 
-ReplacedPoints::ReplacedPoints(std::int32_t points, std::span<std::uint64_t> room)
-    : points_(points), replaced_(static_cast<std::size_t>(points) / 64 + 1), pairs_(room.data()) {
-  if (!room.empty()) return;
-  own_room_ = room_if_any<std::uint64_t>(static_cast<std::size_t>(points));
-  if (!own_room_) throw std::bad_alloc();
-  pairs_ = own_room_.get();
+ReplacedPoints::ReplacedPoints(std::int32_t points, std::span<std::uint64_t> spare)
+    : points_(points), replaced_(static_cast<std::size_t>(points) / 64 + 1), pairs_(spare.data()) {
+  if (!spare.empty()) return;
+  own_words_ = buffer_if_any<std::uint64_t>(static_cast<std::size_t>(points));
+  if (!own_words_) throw std::bad_alloc();
+  pairs_ = own_words_.get();
 }
 
 std::int32_t ReplacedPoints::number(std::int32_t* list, std::int32_t* numbers) const noexcept {

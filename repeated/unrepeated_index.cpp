@@ -1,8 +1,10 @@
 // Indexes of unrepeated points: the survivors in X order, or renumbered.
 #include <algorithm>
 #include <cstdint>
+#include <span>
 #include <string_view>
 
+#include "frame/overlap.h"
 #include "platform/error_box.h"
 #include "repeated/mOrdena_repetidos.h"
 #include "repeated/replaced_points.h"
@@ -59,10 +61,8 @@ struct LowestNumberSurvives {
 
 // Clusters of which only the survivors are asked for.
 template <class Rule>
-class Clusters : public Rule {
+class Clusters : public repeated::ClusterSink, public Rule {
  public:
-  void placed(std::int32_t, std::int32_t) const noexcept {}
-  void ahead(std::int32_t) const noexcept {}
   std::int32_t found() const noexcept { return found_; }
 
  protected:
@@ -151,6 +151,10 @@ bool is_as_made(const LongArray& index, std::int32_t points) {
   return index.lower() == 0 && index.upper() == points;
 }
 
+std::span<const std::int32_t> elements(const LongArray& index) {
+  return {index.data(), index.count()};
+}
+
 // Gives an index that was made beforehand what it is to hold, in place where that
 // can be.
 void deliver(const LongArray& found, LongArray& index) {
@@ -200,12 +204,12 @@ void renumbered(std::u16string_view title, const std::int32_t& nPtos, const Doub
     // What cannot fail is worked out where it is delivered: fresh memory is slow.
     const bool in_place = sweep.cannot_fail() && is_as_made(IndiceNuevos, order.points()) &&
                           is_as_made(IndiceGeneral, order.points()) &&
-                          IndiceNuevos.data() != IndiceGeneral.data();
+                          !overlap(elements(IndiceNuevos), elements(IndiceGeneral));
     LongArray apart;
     if (!in_place) apart.size(0, order.points());
     LongArray& Nuevos = in_place ? IndiceNuevos : order.numbers();
     LongArray& Numeros = in_place ? IndiceGeneral : apart;
-    ReplacedPoints replaced(order.points(), sweep.room());
+    ReplacedPoints replaced(order.points(), sweep.spare_words());
     sweep.run(progress, Representatives<Rule>(replaced));
     leave_out_unmet(nPtos, order, replaced);
     const std::int32_t found = replaced.number(Nuevos.data(), Numeros.data());

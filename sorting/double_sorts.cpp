@@ -1,7 +1,7 @@
 // Sorts of doubles by their keys.
 #include <algorithm>
-#include <memory>
 #include <new>
+#include <optional>
 #include <span>
 #include <utility>
 #include <vector>
@@ -9,32 +9,23 @@
 #include "frame/checked_math.h"
 #include "frame/counted.h"
 #include "platform/text_services.h"
-#include "sorting/bounds.h"
 #include "sorting/double_keys.h"
+#include "sorting/double_order.h"
 #include "sorting/mOrdena.h"
-#include "sorting/packed_doubles.h"
+#include "sorting/radix_sort.h"
+#include "sorting/ranges.h"
 
 namespace orv2_geo {
 
 namespace {
 
 using sorting::first_values;
-using sorting::Packing;
 
 Text key_text(double value) {
   if (Checked(value) < 0.0) {
     return text_services::default_text(Checked(value) + sorting::offset_below_zero);
   }
   return text_services::default_text(Checked(value) + sorting::offset_from_zero);
-}
-
-// Both: false, and nothing changed, where texts must be made or there is no
-// memory.
-bool index_at_once(const DoubleArray& DoubleA, LongArray& TheIndex, std::int32_t upper) {
-  auto packed = sorting::PackedDoubles::of(first_values(DoubleA, upper));
-  if (!packed) return false;
-  packed->write_order({&TheIndex(1), static_cast<std::size_t>(upper)});
-  return true;
 }
 
 // Value by value: the first that is missing or NaN fails.
@@ -56,28 +47,49 @@ double number_for(double before, double key_number) {
   return -Checked(key_number) - sorting::offset_below_zero;
 }
 
-bool sort_at_once(DoubleArray& DoubleA, std::int32_t upper) try {
-  const std::span<const double> values = first_values(DoubleA, upper);
-  const auto found = sorting::extremes_in_span(values);
-  if (!found) return false;
-  const auto whole_key = [](double value) {
+// The keys of values, sorted. Nothing where texts must be made or there is no memory.
+class SortedKeys {
+ public:
+  static std::optional<SortedKeys> of(std::span<const double> values) try {
+    const auto found = sorting::extremes_in_span(values);
+    if (!found) return std::nullopt;
+    return SortedKeys(values, key(found->lowest), key(found->highest));
+  } catch (const std::bad_alloc&) {
+    return std::nullopt;
+  }
+
+  // The sorted keys stay where they are when the owner moves.
+  SortedKeys(SortedKeys&&) noexcept = default;
+
+  /// The number that the p-th key stands for.
+  double number(std::size_t p) const {
+    return sorting::number_of_key(static_cast<std::int64_t>(layout_.key(sorted_[p])));
+  }
+
+ private:
+  static std::uint64_t key(double value) {
     return static_cast<std::uint64_t>(sorting::key_in_span(value));
-  };
-  constexpr std::size_t without_positions = 1;
-  const Packing packing(whole_key(found->lowest), whole_key(found->highest), without_positions);
-  std::vector<std::uint64_t> words(values.size());
-  std::vector<std::uint64_t> spare(values.size());
-  std::transform(values.begin(), values.end(), words.begin(),
-                 [&](double value) { return packing.pack(whole_key(value), 0); });
-  const auto sorted = sorting::sort_packed(packing, words, spare);
-  std::transform(values.begin(), values.end(), sorted.begin(), &DoubleA(1),
-                 [&](double before, std::uint64_t word) {
-                   const auto key = static_cast<std::int64_t>(packing.number(word));
-                   return number_for(before, sorting::number_of_key(key));
-                 });
-  return true;
-} catch (const std::bad_alloc&) {
-  return false;
+  }
+
+  SortedKeys(std::span<const double> values, std::uint64_t lowest, std::uint64_t highest)
+      : layout_(lowest, highest, without_positions), words_(values.size()), spare_(values.size()) {
+    std::transform(values.begin(), values.end(), words_.begin(),
+                   [&](double value) { return layout_.word(key(value), 0); });
+    sorted_ = sorting::radix_sort(layout_, words_, spare_);
+  }
+
+  static constexpr std::size_t without_positions = 1;
+
+  sorting::WordLayout layout_;
+  std::vector<std::uint64_t> words_;
+  std::vector<std::uint64_t> spare_;
+  std::span<const std::uint64_t> sorted_;  // one of the two, which keep their memory
+};
+
+void write_numbers(const SortedKeys& sorted, DoubleArray& DoubleA, std::int32_t upper) {
+  double* const values = DoubleA.row(1, upper);
+  const auto count = static_cast<std::size_t>(upper);
+  for (std::size_t p = 0; p < count; ++p) values[p] = number_for(values[p], sorted.number(p));
 }
 
 void sort_by_texts(DoubleArray& DoubleA, std::int32_t upper) {
@@ -109,14 +121,18 @@ void mOrdena::Ordena_Double_Index_Array(const DoubleArray& DoubleA, LongArray& T
                                         const std::int32_t& UpperBound) {
   const std::int32_t upper = upper_end(DoubleA, LowerBound, UpperBound);
   TheIndex.size(0, upper);
-  if (index_at_once(DoubleA, TheIndex, upper)) return;
+  if (auto order = sorting::DoubleOrder::of(first_values(DoubleA, upper))) {
+    return order->write_numbers({&TheIndex(1), static_cast<std::size_t>(upper)});
+  }
   index_by_texts(DoubleA, TheIndex, upper);
 }
 
 void mOrdena::Ordena_Double_Array(DoubleArray& DoubleA, const std::int32_t& LowerBound,
                                   const std::int32_t& UpperBound) {
   const std::int32_t upper = upper_end(DoubleA, LowerBound, UpperBound);
-  if (sort_at_once(DoubleA, upper)) return;
+  if (const auto sorted = SortedKeys::of(first_values(DoubleA, upper))) {
+    return write_numbers(*sorted, DoubleA, upper);
+  }
   sort_by_texts(DoubleA, upper);
 }
 

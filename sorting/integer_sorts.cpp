@@ -1,15 +1,15 @@
 // Sorts of 32-bit numbers, in place or through an index.
 #include <algorithm>
-#include <functional>
 #include <new>
+#include <optional>
 #include <utility>
 #include <vector>
 
-#include "sorting/bounds.h"
-#include "sorting/kernel.h"
+#include "frame/overlap.h"
 #include "sorting/mOrdena.h"
-#include "sorting/packed_words.h"
-#include "sorting/rearrange.h"
+#include "sorting/quicksort.h"
+#include "sorting/ranges.h"
+#include "sorting/word_order.h"
 
 namespace orv2_geo {
 
@@ -59,38 +59,31 @@ struct NumbersByIndex {
   auto hold(std::int32_t k) { return HeldNumber<NumbersByIndex>(*this, k); }
 };
 
-// In the same order, without a sign.
+// In the same order, without a sign: -1 becomes 0x7fffffff and 0 0x80000000.
 std::uint64_t unsigned_key(std::int32_t key) {
   return static_cast<std::uint32_t>(key) ^ 0x80000000U;
 }
 
-// Whether an entry that moves changes a key.
-bool share_elements(const LongArray& array, std::span<const std::int32_t> entries) {
-  const std::int32_t* data = array.data();
-  const std::less<> before;
-  return before(data, entries.data() + entries.size()) &&
-         before(entries.data(), data + array.legal_count());
-}
-
-// False, and nothing changed, where the algorithm itself must be run: where an
-// entry numbers nothing or is a key itself, subscripts could overflow or there is
-// no memory.
-bool sort_index_at_once(const LongArray& array, LongArray& index, Range range) try {
-  const std::span<std::int32_t> moving = sorting::movable(index, range);
-  if (moving.empty() || share_elements(array, moving)) return false;
-  sorting::PackedWords packed(moving.size());
-  const sorting::Packing packing(0, 0xffffffff, moving.size());
+// The quick way: the positions of the moving entries in their order. Nothing where
+// an entry numbers nothing or is a key itself, subscripts could overflow or there is
+// no memory; nothing has been changed then.
+std::optional<std::vector<std::uint32_t>> quick_order(const LongArray& array,
+                                                      std::span<const std::int32_t> moving,
+                                                      std::int32_t first) try {
+  const std::span keys(array.data(), array.legal_count());
+  if (moving.empty() || overlap(moving, keys)) return std::nullopt;
+  const sorting::WordLayout layout(0, 0xffffffff, moving.size());
+  sorting::WordOrder words(moving.size());
   for (std::size_t p = 0; p < moving.size(); ++p) {
     const std::int32_t* number = array.row(moving[p], moving[p]);
-    if (number == nullptr) return false;
-    packed.words()[p] = packing.pack(unsigned_key(*number), p);
+    if (number == nullptr) return std::nullopt;
+    words.words()[p] = layout.word(unsigned_key(*number), p);
   }
   std::vector<std::uint32_t> order(moving.size());
-  packed.order_words(packing, range.lo, order);
-  sorting::rearrange(moving, order);
-  return true;
+  words.write_positions(layout, first, order);
+  return order;
 } catch (const std::bad_alloc&) {
-  return false;
+  return std::nullopt;
 }
 
 }  // namespace
@@ -103,7 +96,7 @@ void mOrdena::Ordena_LongArray(LongArray& TheArray, const std::int32_t& LowerBou
   if (!numbers.empty()) {
     std::sort(numbers.begin(), numbers.end());  // no one can tell equals apart
   } else {
-    sorting::sort_by_steps(NumbersInPlace{TheArray}, range);
+    sorting::quicksort(NumbersInPlace{TheArray}, range);
   }
 }
 
@@ -113,8 +106,10 @@ void mOrdena::Ordena_LongIndexArray(const LongArray& TheArray, LongArray& TheInd
   // The lower bound is asked for, which can fail, and then is 1 all the same.
   (void)sorting::lower_bound_of(TheIndex, LowerBound);
   const Range range = {1, sorting::upper_bound_of(TheIndex, UpperBound)};
-  if (sort_index_at_once(TheArray, TheIndex, range)) return;
-  sorting::sort_by_steps(NumbersByIndex{TheArray, TheIndex}, range);
+  const std::span<std::int32_t> moving = sorting::movable(TheIndex, range);
+  const auto order = quick_order(TheArray, moving, range.lo);
+  if (order && sorting::rearrange(moving, *order)) return;
+  sorting::quicksort(NumbersByIndex{TheArray, TheIndex}, range);
 }
 
 }  // namespace orv2_geo

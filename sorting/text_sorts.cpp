@@ -1,18 +1,14 @@
 // Sorts of texts, in place or through an index.
-#include <algorithm>
-#include <memory>
 #include <new>
+#include <optional>
 #include <utility>
 #include <vector>
 
-#include "platform/prepared_texts.h"
 #include "platform/text_services.h"
-#include "sorting/bounds.h"
-#include "sorting/kernel.h"
 #include "sorting/mOrdena.h"
-#include "sorting/rearrange.h"
-#include "sorting/settle_ties.h"
-#include "sorting/word_steps.h"
+#include "sorting/quicksort.h"
+#include "sorting/ranges.h"
+#include "sorting/text_order.h"
 
 namespace orv2_geo {
 
@@ -78,106 +74,31 @@ struct TextsByIndex {
   auto hold(std::int32_t k) { return Held{*this, k, index(k), key(k)}; }
 };
 
-// Ascending order of texts, part by part: the texts alike in one part are looked
-// at again in the next, so that each is read once however many it is compared
-// with.
-class TextOrder {
- public:
-  explicit TextOrder(std::span<const Text* const> texts)
-      : prepared_(texts), parts_(texts.size()), tied_(texts.size()) {
-    for (std::uint32_t i = 0; i < parts_.size(); ++i) {
-      if (i + PreparedTexts::ahead < parts_.size()) prepared_.announce(i + PreparedTexts::ahead);
-      parts_[i] = prepared_.first_part(i);
-    }
-    sort(parts_, 1);
-  }
-
-  /// Their positions in that order, ties marked.
-  std::vector<std::uint32_t> marked() const {
-    std::vector<std::uint32_t> order(parts_.size());
-    for (std::size_t p = 0; p < order.size(); ++p) {
-      order[p] = parts_[p].text | (tied_[p] ? sorting::tied_mark : 0);
-    }
-    return order;
-  }
-
- private:
-  using Part = PreparedTexts::Part;
-  static constexpr int most_parts = 16;  // beyond, whole texts are compared
-
-  void sort(std::span<Part> parts, int number) {
-    std::sort(parts.begin(), parts.end(),
-              [](const Part& a, const Part& b) { return a.word < b.word; });
-    for (auto start = parts.begin(); start != parts.end();) {
-      const auto differs = [&](const Part& part) { return part.word != start->word; };
-      const auto end = std::find_if(start + 1, parts.end(), differs);
-      if (end - start > 1) sort_alike({start, end}, number);
-      start = end;
-    }
-  }
-
-  void sort_alike(std::span<Part> parts, int number) {
-    const bool over = prepared_.is_over(parts[0]);
-    if (!over && number < most_parts) {
-      for (std::size_t k = 0; k < parts.size(); ++k) {
-        if (k + PreparedTexts::ahead < parts.size()) {
-          prepared_.announce(parts[k + PreparedTexts::ahead].text);
-        }
-        parts[k] = prepared_.next_part(parts[k]);
-      }
-      return sort(parts, number + 1);
-    }
-    const bool equal = over && prepared_.parts_decide();
-    if (!equal) {
-      std::sort(parts.begin(), parts.end(), [&](const Part& a, const Part& b) {
-        return prepared_.compare(a.text, b.text) < 0;
-      });
-    }
-    for (std::size_t k = 1; k < parts.size(); ++k) {
-      const auto place = static_cast<std::size_t>(&parts[k] - parts_.data());
-      tied_[place] = equal || prepared_.compare(parts[k - 1].text, parts[k].text) == 0;
-    }
-  }
-
-  PreparedTexts prepared_;
-  std::vector<Part> parts_;
-  std::vector<bool> tied_;  // to the one before
-};
-
-// The positions of the texts in the order in which the algorithm leaves them at
-// the subscripts from `first` on.
-std::vector<std::uint32_t> order_of(std::span<const Text* const> texts, std::int64_t first) {
-  std::vector<std::uint32_t> order = TextOrder(texts).marked();
-  std::vector<std::uint64_t> items(texts.size() + 2 * sorting::words_around);
-  std::vector<std::uint32_t> ties_up_to(texts.size());
-  sorting::settle_ties(order, first, items.data() + sorting::words_around, ties_up_to.data());
-  return order;
-}
-
-// Both: false, and nothing changed, where the algorithm itself must be run.
-bool sort_at_once(StringArray& array, Range range) try {
-  const std::span<Text> moving = sorting::movable(array, range);
-  if (moving.empty()) return false;
+// The quick way: the positions of the moving texts or entries in their order. Nothing
+// where a text is missing, subscripts could overflow or there is no memory; nothing
+// has been changed then.
+std::optional<std::vector<std::uint32_t>> quick_order(std::span<const Text> moving,
+                                                      std::int32_t first) try {
+  if (moving.empty()) return std::nullopt;
   std::vector<const Text*> keys(moving.size());
   for (std::size_t p = 0; p < keys.size(); ++p) keys[p] = &moving[p];
-  sorting::rearrange(moving, order_of(keys, range.lo));
-  return true;
+  return sorting::text_order(keys, first);
 } catch (const std::bad_alloc&) {
-  return false;
+  return std::nullopt;
 }
 
-bool sort_index_at_once(const StringArray& array, LongArray& index, Range range) try {
-  const std::span<std::int32_t> moving = sorting::movable(index, range);
-  if (moving.empty()) return false;
+std::optional<std::vector<std::uint32_t>> quick_order(const StringArray& array,
+                                                      std::span<const std::int32_t> moving,
+                                                      std::int32_t first) try {
+  if (moving.empty()) return std::nullopt;
   std::vector<const Text*> keys(moving.size());
   for (std::size_t p = 0; p < keys.size(); ++p) {
     keys[p] = array.row(moving[p], moving[p]);
-    if (keys[p] == nullptr) return false;
+    if (keys[p] == nullptr) return std::nullopt;
   }
-  sorting::rearrange(moving, order_of(keys, range.lo));
-  return true;
+  return sorting::text_order(keys, first);
 } catch (const std::bad_alloc&) {
-  return false;
+  return std::nullopt;
 }
 
 }  // namespace
@@ -186,8 +107,10 @@ void mOrdena::Ordena_StringArray(StringArray& TheArray, const std::int32_t& Lowe
                                  const std::int32_t& UpperBound) {
   const Range range = {sorting::lower_bound_of(TheArray, LowerBound),
                        sorting::upper_bound_of(TheArray, UpperBound)};
-  if (sort_at_once(TheArray, range)) return;
-  sorting::sort_by_steps(TextsInPlace{TheArray}, range);
+  const std::span<Text> moving = sorting::movable(TheArray, range);
+  const auto order = quick_order(moving, range.lo);
+  if (order && sorting::rearrange(moving, *order)) return;
+  sorting::quicksort(TextsInPlace{TheArray}, range);
 }
 
 void mOrdena::Ordena_StringIndexArray(const StringArray& TheArray, LongArray& TheIndex,
@@ -195,8 +118,10 @@ void mOrdena::Ordena_StringIndexArray(const StringArray& TheArray, LongArray& Th
                                       const std::int32_t& UpperBound) {
   const Range range = {sorting::lower_bound_of(TheIndex, LowerBound),
                        sorting::upper_bound_of(TheIndex, UpperBound)};
-  if (sort_index_at_once(TheArray, TheIndex, range)) return;
-  sorting::sort_by_steps(TextsByIndex{TheArray, TheIndex}, range);
+  const std::span<std::int32_t> moving = sorting::movable(TheIndex, range);
+  const auto order = quick_order(TheArray, moving, range.lo);
+  if (order && sorting::rearrange(moving, *order)) return;
+  sorting::quicksort(TextsByIndex{TheArray, TheIndex}, range);
 }
 
 }  // namespace orv2_geo

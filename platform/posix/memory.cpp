@@ -7,9 +7,9 @@
 
 namespace orv2_geo {
 
-void announce_use([[maybe_unused]] void* memory, [[maybe_unused]] std::size_t bytes) noexcept {
+void ask_for_huge_pages([[maybe_unused]] void* memory, [[maybe_unused]] std::size_t bytes) noexcept {
 #if defined(MADV_HUGEPAGE)
-  constexpr std::size_t a_lot = std::size_t{2} << 20;  // a large page of most machines
+  constexpr std::size_t a_lot = std::size_t{2} << 20;  // a huge page of most machines
   if (bytes < a_lot) return;
   const auto page = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
   const std::size_t before = (page - reinterpret_cast<std::uintptr_t>(memory) % page) % page;

@@ -44,17 +44,17 @@ TEST(Memory, WhatIsRefusedIs7OrNull) {
     EXPECT_EQ(obtain_if_any(bytes), nullptr);
   }
   EXPECT_EQ(failure_of([] { obtain_zeroed(std::size_t{1} << 62); }), 7);
-  EXPECT_FALSE(room_if_any<std::uint64_t>(std::size_t{1} << 59));
+  EXPECT_FALSE(buffer_if_any<std::uint64_t>(std::size_t{1} << 59));
 }
 
-TEST(Memory, RoomGivesItselfBack) {
+TEST(Memory, ABufferGivesItselfBack) {
   const long before = allocations_in_use();
   {
-    Room<std::uint64_t> room = room_if_any<std::uint64_t>(300000);
-    ASSERT_TRUE(room);
-    room[299999] = 1;
+    Buffer<std::uint64_t> buffer = buffer_if_any<std::uint64_t>(300000);
+    ASSERT_TRUE(buffer);
+    buffer[299999] = 1;
     EXPECT_EQ(allocations_in_use(), before + 1);
-    room = room_if_any<std::uint64_t>(3);
+    buffer = buffer_if_any<std::uint64_t>(3);
     EXPECT_EQ(allocations_in_use(), before + 1);
   }
   EXPECT_EQ(allocations_in_use(), before);

@@ -14,13 +14,13 @@ namespace orv2_geo {
 namespace {
 
 using repeated::Marks;
-using sorting::Packing;
+using sorting::WordLayout;
 using testing_support::Numbers;
 
-Packing packing_with(int mark_bits, std::size_t count) {
-  Packing packing(0, 1000000, count);
-  packing.make_room(mark_bits);
-  return packing;
+WordLayout layout_with(int mark_bits, std::size_t count) {
+  WordLayout layout(0, 1000000, count);
+  layout.add_marks(mark_bits);
+  return layout;
 }
 
 // A coordinate in the open box about another, as often as not at its very bound.
@@ -52,13 +52,13 @@ TEST(Marks, PointsOfOneBoxAreNeverToldApart) {
       return box.holds([&](std::size_t axis) { return axis == 0 ? 0.0 : y; }, at);
     };
     if (!holds(Y[1]) || !holds(Y[2])) continue;
-    const Packing packing =
-        packing_with(static_cast<int>(numbers.below(21)), 1 + numbers.below(5000));
-    Marks marks(tolerance, packing);
+    const WordLayout layout =
+        layout_with(static_cast<int>(numbers.below(21)), 1 + numbers.below(5000));
+    Marks marks(tolerance, layout);
     std::array<std::uint64_t, 3> words;
     const std::uint64_t key = numbers.below(1000);
     for (std::uint64_t& word : words) {
-      word = packing.pack(key + numbers.below(3), numbers.below(packing.position_mask() + 1));
+      word = layout.word(key + numbers.below(3), numbers.below(layout.position_mask() + 1));
     }
     marks.put(Y, words);
     if (!marks.certain()) continue;
@@ -74,13 +74,13 @@ TEST(Marks, PointsOfOneBoxAreNeverToldApart) {
 TEST(Marks, PointsFurtherApartAreToldApart) {
   Numbers numbers(99);
   const double tolerance = 0.001;
-  const Packing packing = packing_with(10, 100);
+  const WordLayout layout = layout_with(10, 100);
   for (int round = 0; round < 100000; ++round) {
     const double y = numbers.between(-1e6, 1e6);
     // Three cells at least, and as many from where the marks are the same again.
     const double other = y + numbers.between(12.0, 4.0 * 1024 - 12.0) * tolerance;
-    Marks marks(tolerance, packing);
-    std::array<std::uint64_t, 2> words = {packing.pack(7, 99), packing.pack(7, 0)};
+    Marks marks(tolerance, layout);
+    std::array<std::uint64_t, 2> words = {layout.word(7, 99), layout.word(7, 0)};
     marks.put(std::array{y, other}, words);
     ASSERT_TRUE(marks.certain());
     ASSERT_FALSE(marks.may_meet(words[0], words[1])) << y << ' ' << other;
@@ -89,19 +89,19 @@ TEST(Marks, PointsFurtherApartAreToldApart) {
 }
 
 TEST(Marks, TheRestOfAWordStays) {
-  const Packing packing = packing_with(12, 300);
+  const WordLayout layout = layout_with(12, 300);
   std::vector<double> Y;
   std::vector<std::uint64_t> words;
   for (std::size_t p = 0; p < 300; ++p) {
     Y.push_back(static_cast<double>(p) * -1e5);
-    words.push_back(packing.pack(1000000 - p, p));
+    words.push_back(layout.word(1000000 - p, p));
   }
-  Marks(0.5, packing).put(Y, words);
+  Marks(0.5, layout).put(Y, words);
   for (std::size_t p = 0; p < 300; ++p) {
-    EXPECT_EQ(packing.number(words[p]), 1000000 - p);
-    EXPECT_EQ(packing.position(words[p]), p);
+    EXPECT_EQ(layout.key(words[p]), 1000000 - p);
+    EXPECT_EQ(layout.position(words[p]), p);
   }
-  EXPECT_NE(words[299] & packing.mark_mask(), 0U);
+  EXPECT_NE(words[299] & layout.mark_mask(), 0U);
 }
 
 TEST(Marks, OneYThatIsNoNumberOrFarOffMakesAllUncertain) {
@@ -127,11 +127,11 @@ TEST(Marks, OneYThatIsNoNumberOrFarOffMakesAllUncertain) {
   };
   for (const Row& row : table) {
     for (const std::size_t at : {0U, 31U, 32U, 70U}) {
-      const Packing packing = packing_with(20, 71);
+      const WordLayout layout = layout_with(20, 71);
       std::vector<double> Y(71, 0.0);
       Y[at] = row.y;
       std::vector<std::uint64_t> words(71);
-      Marks marks(row.tolerance, packing);
+      Marks marks(row.tolerance, layout);
       marks.put(Y, words);
       EXPECT_EQ(marks.certain(), row.certain) << row.y << ' ' << row.tolerance << ' ' << at;
       marks.put(std::vector<double>(71), words);

@@ -13,7 +13,7 @@ using repeated::Marks;
 using repeated::XOrder;
 
 bool has_marks(XOrder& order) {
-  const std::uint64_t mask = order.packing().mark_mask();
+  const std::uint64_t mask = order.layout().mark_mask();
   return std::ranges::any_of(order.words(), [&](std::uint64_t word) { return (word & mask) != 0; });
 }
 
@@ -28,14 +28,14 @@ TEST(XOrder, MarksThatTellNothingAreTakenOut) {
     Y.push_back(p * -3.0);
   }
   XOrder sound(X, points);
-  Marks marks(0.5, sound.packing());
+  Marks marks(0.5, sound.layout());
   EXPECT_TRUE(sound.mark(X, Y, marks));
   EXPECT_TRUE(marks.certain());
   EXPECT_TRUE(has_marks(sound));
 
   XOrder beside(X, points);
   Y.back() = std::numeric_limits<double>::quiet_NaN();
-  Marks uncertain(0.5, beside.packing());
+  Marks uncertain(0.5, beside.layout());
   EXPECT_TRUE(beside.mark(X, Y, uncertain)) << "X has its keys";
   EXPECT_FALSE(uncertain.certain());
   EXPECT_FALSE(has_marks(beside));
@@ -43,7 +43,7 @@ TEST(XOrder, MarksThatTellNothingAreTakenOut) {
   XOrder moved(X, points);
   X(points) += 1.0;
   Y.back() = 0.0;
-  Marks late(0.5, moved.packing());
+  Marks late(0.5, moved.layout());
   EXPECT_FALSE(moved.mark(X, Y, late));
   EXPECT_FALSE(has_marks(moved));
 }

@@ -1,4 +1,4 @@
-// Packed words: the algorithm on them, the other ways to the same order, and
+// Words: the algorithm on them, the other ways to the same order, and
 // doubles as words.
 #include <gtest/gtest.h>
 
@@ -9,10 +9,10 @@
 #include <vector>
 
 #include "sorting/double_keys.h"
+#include "sorting/double_order.h"
 #include "sorting/mOrdena.h"
-#include "sorting/packed_doubles.h"
-#include "sorting/packed_words.h"
-#include "sorting/run_words.h"
+#include "sorting/word_order.h"
+#include "sorting/word_quicksort.h"
 #include "tests/sorting/restated_kernel.h"
 #include "tests/support/expect_failure.h"
 #include "tests/support/refused_memory.h"
@@ -20,8 +20,8 @@
 namespace orv2_geo {
 namespace {
 
-using sorting::PackedDoubles;
-using sorting::Packing;
+using sorting::DoubleOrder;
+using sorting::WordLayout;
 using sorting::words_around;
 using testing_support::Elements;
 using testing_support::Numbers;
@@ -46,21 +46,21 @@ std::vector<std::uint32_t> restated_order(const std::vector<std::uint64_t>& keys
   return {elements.values.begin(), elements.values.end()};
 }
 
-Packing packing_of(const std::vector<std::uint64_t>& keys) {
+WordLayout layout_of(const std::vector<std::uint64_t>& keys) {
   const auto [lowest, highest] = std::minmax_element(keys.begin(), keys.end());
   return {*lowest, *highest, keys.size()};
 }
 
-sorting::PackedWords packed(const Packing& packing, const std::vector<std::uint64_t>& keys) {
-  sorting::PackedWords words(keys.size());
-  for (std::size_t p = 0; p < keys.size(); ++p) words.words()[p] = packing.pack(keys[p], p);
+sorting::WordOrder packed(const WordLayout& layout, const std::vector<std::uint64_t>& keys) {
+  sorting::WordOrder words(keys.size());
+  for (std::size_t p = 0; p < keys.size(); ++p) words.words()[p] = layout.word(keys[p], p);
   return words;
 }
 
 std::vector<std::uint32_t> order_of(const std::vector<std::uint64_t>& keys, std::int64_t first) {
-  const Packing packing = packing_of(keys);
+  const WordLayout layout = layout_of(keys);
   std::vector<std::uint32_t> order(keys.size());
-  packed(packing, keys).order_words(packing, first, order);
+  packed(layout, keys).write_positions(layout, first, order);
   return order;
 }
 
@@ -70,7 +70,7 @@ std::vector<std::uint64_t> random_keys(Numbers& numbers, std::size_t n, std::uin
   return keys;
 }
 
-TEST(RunWords, TheOrderOfTheStepsAndNothingAround) {
+TEST(WordQuicksort, TheOrderOfTheStepsAndNothingAround) {
   Numbers numbers(92);
   constexpr std::uint64_t mark = 0x1234567890abcdefU;
   for (int round = 0; round < 4000; ++round) {
@@ -78,23 +78,23 @@ TEST(RunWords, TheOrderOfTheStepsAndNothingAround) {
     // In between, numbers that leave the words no bit to spare.
     auto keys = random_keys(numbers, n, 1 + numbers.below(round % 3 == 0 ? 4 : 2 * n));
     if (round % 5 == 0) keys[numbers.below(n)] = 0;
-    const Packing narrow = packing_of(keys);
+    const WordLayout narrow = layout_of(keys);
     if (round % 5 == 0) {
-      const std::uint64_t most = (std::uint64_t{1} << (63 - narrow.position_bits)) - 1;
+      const std::uint64_t most = (std::uint64_t{1} << (63 - narrow.position_bits())) - 1;
       keys[numbers.below(n)] = most;
       keys[numbers.below(n)] = most;
       keys[numbers.below(n)] = 0;
     }
-    const Packing packing = packing_of(keys);
-    ASSERT_TRUE(packing.fits());
+    const WordLayout layout = layout_of(keys);
+    ASSERT_TRUE(layout.fits());
     const std::int64_t first = static_cast<std::int64_t>(numbers.below(40)) - 20;
     Words all(n + 2 * words_around, mark);
     const std::span words = std::span(all).subspan(words_around, n);
-    for (std::size_t p = 0; p < n; ++p) words[p] = packing.pack(keys[p], p);
-    ASSERT_TRUE(sorting::run_words(packing, words, first, 1'000'000'000));
+    for (std::size_t p = 0; p < n; ++p) words[p] = layout.word(keys[p], p);
+    ASSERT_TRUE(sorting::word_quicksort(layout, words, first, 1'000'000'000));
     std::vector<std::uint32_t> order(n);
     std::transform(words.begin(), words.end(), order.begin(),
-                   [&](std::uint64_t word) { return packing.position(word); });
+                   [&](std::uint64_t word) { return layout.position(word); });
     ASSERT_EQ(order, restated_order(keys, first)) << n;
     for (std::size_t k = 0; k < words_around; ++k) {
       ASSERT_EQ(all[k], mark);
@@ -103,13 +103,13 @@ TEST(RunWords, TheOrderOfTheStepsAndNothingAround) {
   }
 }
 
-TEST(RunWords, WhereTheStepsAreNotEnoughTheWordsAreStillThere) {
+TEST(WordQuicksort, WhereTheStepsAreNotEnoughTheWordsAreStillThere) {
   Numbers numbers(93);
   const auto keys = random_keys(numbers, 1000, 300);
-  const Packing packing = packing_of(keys);
-  sorting::PackedWords words = packed(packing, keys);
+  const WordLayout layout = layout_of(keys);
+  sorting::WordOrder words = packed(layout, keys);
   const Words before(words.words().begin(), words.words().end());
-  EXPECT_FALSE(sorting::run_words(packing, words.words(), 1, 3000));
+  EXPECT_FALSE(sorting::word_quicksort(layout, words.words(), 1, 3000));
   Words after(words.words().begin(), words.words().end());
   EXPECT_NE(after, before);
   std::sort(after.begin(), after.end());
@@ -133,31 +133,31 @@ std::vector<std::uint64_t> killer_of(std::size_t n, std::size_t equal) {
   return keys;
 }
 
-TEST(OrderWords, AKillerWithTiesTakesAnotherWayToTheSameOrder) {
+TEST(WordOrder, AKillerWithTiesTakesAnotherWayToTheSameOrder) {
   const auto keys = killer_of(6000, 1500);
-  const Packing packing = packing_of(keys);
-  sorting::PackedWords words = packed(packing, keys);
+  const WordLayout layout = layout_of(keys);
+  sorting::WordOrder words = packed(layout, keys);
   const Words before(words.words().begin(), words.words().end());
-  ASSERT_TRUE(sorting::seem_tied(packing, words.words()));
-  EXPECT_FALSE(words.sort_words(packing, 1));
+  ASSERT_TRUE(sorting::seem_tied(layout, words.words()));
+  EXPECT_FALSE(words.sort_words(layout, 1));
   EXPECT_EQ(Words(words.words().begin(), words.words().end()), before);
   EXPECT_EQ(order_of(keys, 1), restated_order(keys, 1));
 }
 
-TEST(OrderWords, WithoutMemoryForTheOtherWayTheStepsAreTaken) {
+TEST(WordOrder, WithoutMemoryForTheOtherWayTheStepsAreTaken) {
   const auto keys = killer_of(3000, 700);
-  const Packing packing = packing_of(keys);
-  sorting::PackedWords words = packed(packing, keys);
+  const WordLayout layout = layout_of(keys);
+  sorting::WordOrder words = packed(layout, keys);
   std::vector<std::uint32_t> order(keys.size());
   {
     const RefusedAllocation refused(0);
-    words.order_words(packing, 1, order);
+    words.write_positions(layout, 1, order);
     ASSERT_TRUE(RefusedAllocation::happened());
   }
   EXPECT_EQ(order, restated_order(keys, 1));
 }
 
-TEST(OrderWords, ManyTiesFewTiesAndNone) {
+TEST(WordOrder, ManyTiesFewTiesAndNone) {
   Numbers numbers(94);
   for (const std::uint64_t different : {1ULL, 2ULL, 900ULL, 50000ULL, 20000000ULL, 1ULL << 40}) {
     for (const std::size_t n : {4096U, 9001U, 40000U}) {
@@ -197,23 +197,23 @@ std::vector<double> any_values(Numbers& numbers) {
   return values;
 }
 
-TEST(PackedDoubles, EachWordHoldsTheKeyOfItsValue) {
+TEST(DoubleOrder, EachWordHoldsTheKeyOfItsValue) {
   Numbers numbers(95);
   for (int round = 0; round < 20000; ++round) {
     const std::vector<double> values = any_values(numbers);
-    auto packed = PackedDoubles::of(values);
+    auto packed = DoubleOrder::of(values);
     ASSERT_TRUE(packed);
     for (std::size_t p = 0; p < values.size(); ++p) {
       const std::uint64_t word = packed->words()[p];
-      ASSERT_EQ(packed->packing().number(word), sorting::closed_up(sorting::key_in_span(values[p])))
+      ASSERT_EQ(packed->layout().key(word), sorting::closed_up(sorting::key_in_span(values[p])))
           << std::hexfloat << values[p];
-      ASSERT_EQ(packed->packing().position(word), p);
+      ASSERT_EQ(packed->layout().position(word), p);
     }
     ASSERT_TRUE(packed->are_of(values));
   }
 }
 
-TEST(PackedDoubles, ValuesBesideTheSpanHaveNoWords) {
+TEST(DoubleOrder, ValuesBesideTheSpanHaveNoWords) {
   constexpr double infinity = std::numeric_limits<double>::infinity();
   const double beside[] = {700000000.0,
                            std::nextafter(700000000.0, 0.0),  // its key has ten digits
@@ -225,26 +225,26 @@ TEST(PackedDoubles, ValuesBesideTheSpanHaveNoWords) {
   for (const double value : beside) {
     for (const std::size_t at : {0U, 70U, 99U}) {
       std::vector<double> values(100, 435000.125);
-      auto packed = PackedDoubles::of(values);
+      auto packed = DoubleOrder::of(values);
       values[at] = value;
-      EXPECT_FALSE(PackedDoubles::of(values)) << value;
+      EXPECT_FALSE(DoubleOrder::of(values)) << value;
       EXPECT_FALSE(packed->are_of(values)) << value;
     }
   }
-  EXPECT_FALSE(PackedDoubles::of({}));
+  EXPECT_FALSE(DoubleOrder::of({}));
   // Keys of 49 bits and positions of 17: too long for a word.
   std::vector<double> wide(100000, -99999999.0);
   wide[5] = 699999999.0;
-  EXPECT_FALSE(PackedDoubles::of(wide));
+  EXPECT_FALSE(DoubleOrder::of(wide));
 }
 
 // Far beyond the span there are values whose product, as bits, is the key's with
 // 64 added to the exponent, which a word has no room for.
-TEST(PackedDoubles, AValueFarBeyondIsNotTakenForTheOneItsBitsLookLike) {
+TEST(DoubleOrder, AValueFarBeyondIsNotTakenForTheOneItsBitsLookLike) {
   int tried = 0;
   for (int k = 0; k < 1000; ++k) {
     std::vector<double> values(64, 435000.125 + k);
-    auto packed = PackedDoubles::of(values);
+    auto packed = DoubleOrder::of(values);
     const double whole = (values[5] + 300000000.0) * 1e6 + 0x1p52;
     const double far = whole * 0x1p64 / 1e6;
     if ((far + 300000000.0) * 1e6 != whole * 0x1p64) continue;  // not every product occurs
@@ -255,9 +255,9 @@ TEST(PackedDoubles, AValueFarBeyondIsNotTakenForTheOneItsBitsLookLike) {
   EXPECT_GT(tried, 100);
 }
 
-TEST(PackedDoubles, AreOfValuesWithTheSameKeysAlone) {
+TEST(DoubleOrder, AreOfValuesWithTheSameKeysAlone) {
   std::vector<double> values(150, 435000.125);
-  auto packed = PackedDoubles::of(values);
+  auto packed = DoubleOrder::of(values);
   for (const std::size_t at : {0U, 63U, 64U, 149U}) {
     for (const double changed : {435000.125001, 435000.124999, 435000.0, -435000.125, 1e300}) {
       std::vector<double> other = values;
@@ -276,39 +276,39 @@ TEST(PackedDoubles, AreOfValuesWithTheSameKeysAlone) {
 
 // Any marks, of which the order takes no notice; enough values that they are looked
 // at before, with ties (sorted as words) and without (not sorted here).
-TEST(PackedDoubles, MarksTravelWithTheirWords) {
+TEST(DoubleOrder, MarksTravelWithTheirWords) {
   Numbers numbers(97);
   for (const std::uint64_t different : {std::uint64_t{3000}, std::uint64_t{1000000000}}) {
     for (const int most_bits : {0, 1, 20}) {
       std::vector<double> values(6000);
       for (double& value : values) value = static_cast<double>(numbers.below(different)) / 1000.0;
-      auto plain = PackedDoubles::of(values);
-      auto marked = PackedDoubles::of(values, most_bits);
-      const Packing packing = marked->packing();
-      ASSERT_EQ(packing.mark_bits, std::min(most_bits, different == 3000 ? 20 : 10))
+      auto plain = DoubleOrder::of(values);
+      auto marked = DoubleOrder::of(values, most_bits);
+      const WordLayout layout = marked->layout();
+      ASSERT_EQ(layout.mark_bits(), std::min(most_bits, different == 3000 ? 20 : 10))
           << "what is left";
-      ASSERT_EQ(packing.mark_mask() >> packing.position_bits,
-                (std::uint64_t{1} << packing.mark_bits) - 1);
+      ASSERT_EQ(layout.mark_mask() >> layout.position_bits(),
+                (std::uint64_t{1} << layout.mark_bits()) - 1);
       EXPECT_TRUE(marked->are_of(values));
       std::vector<std::uint64_t> marks(values.size());
       for (std::size_t p = 0; p < marks.size(); ++p) {
-        marks[p] = numbers.below(~std::uint64_t{0}) & packing.mark_mask();
+        marks[p] = numbers.below(~std::uint64_t{0}) & layout.mark_mask();
         marked->words()[p] |= marks[p];
       }
       std::vector<std::int32_t> order(values.size());
-      plain->write_order(order);
+      plain->write_numbers(order);
       const bool sorted = marked->sort();
       EXPECT_EQ(sorted, different == 3000);
       for (std::size_t k = 0; sorted && k < order.size(); ++k) {
         const std::uint64_t word = marked->words()[k];
-        const std::uint32_t position = packing.position(word);
+        const std::uint32_t position = layout.position(word);
         ASSERT_EQ(position + 1, static_cast<std::uint32_t>(order[k]));
-        ASSERT_EQ(word & packing.mark_mask(), marks[position]);
-        ASSERT_EQ(packing.number(word), sorting::closed_up(sorting::key_in_span(values[position])));
+        ASSERT_EQ(word & layout.mark_mask(), marks[position]);
+        ASSERT_EQ(layout.key(word), sorting::closed_up(sorting::key_in_span(values[position])));
       }
       if (sorted) continue;
       std::vector<std::int32_t> again(values.size());
-      marked->write_order(again);
+      marked->write_numbers(again);
       EXPECT_EQ(again, order);
     }
   }

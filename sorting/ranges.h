@@ -1,13 +1,17 @@
-// bounds.h: the bounds of a sort.
+// ranges.h: the bounds of a sort, and the elements between them.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <new>
 #include <span>
+#include <utility>
+#include <vector>
 
 #include "frame/geo_arrays.h"
-#include "sorting/kernel.h"
 #include "sorting/mOrdena.h"
+#include "sorting/quicksort.h"
 
 namespace orv2_geo::sorting {
 
@@ -23,10 +27,22 @@ inline std::int32_t upper_bound_of(const ArrayBase& array, std::int32_t given) {
 /// otherwise.
 template <class T>
 std::span<T> movable(GeoArray<T>& array, Range range) noexcept {
-  constexpr std::int32_t limit = 1 << 30;
+  constexpr std::int32_t limit = 1 << 30;  // the sum of two such subscripts fits 32 bits
   T* elements = array.row(range.lo, range.hi);
   if (elements == nullptr || range.lo <= -limit || range.hi >= limit) return {};
   return {elements, static_cast<std::size_t>(range.hi - range.lo) + 1};
+}
+
+/// Puts elements into the order of these positions. False, with nothing moved, where
+/// there is no memory.
+template <class Element>
+bool rearrange(std::span<Element> elements, std::span<const std::uint32_t> order) try {
+  std::vector<Element> moved(elements.size());
+  for (std::size_t p = 0; p < order.size(); ++p) moved[p] = std::move(elements[order[p]]);
+  std::move(moved.begin(), moved.end(), elements.begin());
+  return true;
+} catch (const std::bad_alloc&) {
+  return false;
 }
 
 }  // namespace orv2_geo::sorting

@@ -1,4 +1,14 @@
-// kernel.h: the sorting algorithm, step by step.
+// quicksort.h: the sorting algorithm, step by step and checked.
+//
+// Its steps are a rule: they decide in which order equal elements are left.
+//
+//   | best    | usual     | worst | memory    | stable                          |
+//   |---------|-----------|-------|-----------|---------------------------------|
+//   | n log n | 1.2 n log n | n^2 | 32 ranges | up to seven elements, else not |
+//
+// Steps are comparisons, in the usual case for elements in random order. Equal elements
+// cost no more than others. Where nothing can fail the same order is found in
+// n log n steps whatever the elements: see word_order.h.
 #pragma once
 
 #include <array>
@@ -44,9 +54,9 @@ class RangeStack {
 ///     .settle(j)   element j goes to the held one's place, and it to j.
 /// Every access is checked.
 template <class Elements>
-class Kernel {
+class Quicksort {
  public:
-  explicit Kernel(Elements& elements) noexcept : elements_(elements) {}
+  explicit Quicksort(Elements& elements) noexcept : elements_(elements) {}
 
   void sort(Range range) {
     RangeStack waiting;
@@ -119,8 +129,8 @@ class Kernel {
 };
 
 template <class Elements>
-void sort_by_steps(Elements elements, Range range) {
-  Kernel<Elements>(elements).sort(range);
+void quicksort(Elements elements, Range range) {
+  Quicksort<Elements>(elements).sort(range);
 }
 
 }  // namespace orv2_geo::sorting

@@ -1,0 +1,18 @@
+// overlap.h: whether two rows of elements have memory in common.
+#pragma once
+
+#include <functional>
+#include <span>
+
+namespace orv2_geo {
+
+/// Whether the rows have an element in common. An empty row has none.
+template <class A, class B>
+bool overlap(std::span<A> a, std::span<B> b) noexcept {
+  // Pointers into different arrays have an order with std::less alone.
+  const std::less<const void*> before;
+  return !a.empty() && !b.empty() && before(a.data(), b.data() + b.size()) &&
+         before(b.data(), a.data() + a.size());
+}
+
+}  // namespace orv2_geo
