@@ -29,10 +29,11 @@ namespace {
 
 constexpr std::string_view help_text = R"(Usage: survey_report [options] FILE
 
-Prints a survey: its extremes, its repeated points, its boundary with a section line across it, elevations and
-slopes at the nodes of a grid, a longitudinal profile along the section line,
-the points inside a work area, and all points with azimuth and distance from
-each to the next. On request it draws a plan and the profile.
+Prints a survey: its extremes, its repeated points, its boundary with a section
+line across it, elevations and slopes at the nodes of a grid, a longitudinal
+profile along the section line, the points inside a work area, and all points
+with azimuth and distance from each to the next. On request it draws a plan and
+the profile.
 
 FILE is a point file, one point a line: number, X, Y, Z, code. The code may be
 left out. A header line, blank lines and lines that start with # may be there.
@@ -66,13 +67,14 @@ Options:
   --repeats TOLERANCE
                       two points are a pair of repeated points when they are
                       nearer than TOLERANCE in X and in Y (0.02 if not given)
-  --kept FILE         write the points that stay when repeated ones are removed
-                      to FILE, as a point file, whole or not at all
-  --repetidos         remove repeated points in the library's dialog, with the
-                      tolerance typed there; --kept is then what the user kept,
-                      in the present folder under the name of FILE with _kept.csv
-                      if not given; a dialog that is cancelled, as it is without
-                      a screen, removes and writes nothing
+  --kept FILE         write a copy of the survey without its repeated points to
+                      FILE, as a point file, whole or not at all; report and
+                      drawings are of all points
+  --repetidos         choose the points for that copy in the library's dialog,
+                      with the tolerance typed there; it goes to the present
+                      folder under the name of FILE with _kept.csv if --kept is
+                      not given; a dialog that is cancelled, as it is without a
+                      screen, writes none
   --ver               show the extremes in the library's dialog, for two points
                       or more
   -h, --help          print this help and stop

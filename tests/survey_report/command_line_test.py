@@ -5,6 +5,7 @@
 
 import os
 import pathlib
+import re
 import stat
 import subprocess
 import sys
@@ -159,6 +160,10 @@ class Options(InAFolder):
             self.assertEqual((result.returncode, result.stderr), (0, b""))
             self.assertTrue(result.stdout.startswith(b"Usage: survey_report [options] FILE\n"))
 
+    def test_the_help_fits_80_columns(self):
+        lines = run("--help").stdout.decode().splitlines()
+        self.assertEqual([line for line in lines if len(line) > 80], [])
+
     def test_after_two_dashes_a_file_may_start_with_a_dash(self):
         self.write("-h", GOOD)
         self.assertEqual(run("--", "-h").returncode, 0)
@@ -249,10 +254,10 @@ class Repeats(InAFolder):
     def test_the_tolerance_is_the_users(self):
         text = self.report()
         self.assertIn("Tolerance  0.02, in X and in Y\nPairs      0\n"
-                      "Points     4 before, 4 after: 0 removed\n\n\nBoundary", text)
+                      "Points     0 of 4 would be removed\n\n\nBoundary", text)
         text = self.report("--repeats=0.05")
         self.assertIn("Tolerance  0.05, in X and in Y\nPairs      1\n"
-                      "Points     4 before, 3 after: 1 removed\n", text)
+                      "Points     1 of 4 would be removed\n", text)
         self.assertIn("\n    7  EJE       9  EJE 2     0.030  0.500  7\n", text)
 
     def test_the_points_that_stay_are_written(self):
@@ -262,7 +267,16 @@ class Repeats(InAFolder):
                          'Number,X,Y,Z,Code\n8,110.000,200.000,601.000,"POZO, 60"\n'
                          "9,100.030,200.000,600.500,EJE 2\n10,130.000,250.12345,602.000,\n")
         again = run("kept.csv", "--repeats", "0.05")
-        self.assertIn(b"Points     3 before, 3 after: 0 removed\n", again.stdout)
+        self.assertIn(b"Points     0 of 3 would be removed\n", again.stdout)
+
+    def test_no_point_that_the_report_uses_is_said_to_be_removed(self):
+        for more in ([], ["--kept=kept.csv"]):
+            text = self.report("--repeats=0.05", *more)
+            said = re.findall(r".*\bremoved\b", text, re.IGNORECASE)
+            self.assertEqual([line for line in said if not line.lower().endswith(
+                ("would be removed", "of all points, none of them removed"))], [])
+            self.assertEqual(len(said), 3)
+            self.assertIn("\n     7  100.000  200.000  600.000  EJE ", text)
 
     def test_they_are_written_in_the_order_of_the_survey(self):
         self.report("--northing-first", "--kept", "kept.csv")
@@ -288,8 +302,8 @@ class Repeats(InAFolder):
         for more in ([], ["--kept=kept.csv"]):
             text = self.report("--repetidos", *more, messages="Orv2_Geo: no screen is available for "
                                '"Quitar puntos repetidos:"; cancelled\n')
-            section = ("Repeated points removed in the dialog\n" + 37 * "=" + "\n\nCancelled: nothing "
-                       "was removed, and no file of kept points was written.\n\n\n")
+            section = ("Points kept in the dialog\n" + 25 * "=" + "\n\nCancelled: no file of kept "
+                       "points was written.\n\n\n")
             self.assertIn(section, text)
             self.assertEqual(text.replace(section, ""), without)
             self.assertEqual(self.files(), ["twice.csv"])
@@ -585,7 +599,7 @@ class Sample(unittest.TestCase):
                      "Z         605.279      3      638.355     23      33.076",
                      "Tolerance  0.02, in X and in Y",
                      "Pairs      9",
-                     "Points     301 before, 292 after: 9 removed",
+                     "Points     9 of 301 would be removed",
                      "    3  LINDERO       39  LINDERO       0.007   0.003  3",
                      "   14  LINDERO      295  LINDERO       0.014  -0.003  295",
                      "   47  BORDILLO     301  BORDILLO      0.002   0.002  47",
