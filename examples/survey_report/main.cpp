@@ -45,6 +45,15 @@ Options:
   -o, --output FILE   write the report to FILE, whole or not at all
   --plan FILE         draw a plan to FILE, in SVG, whole or not at all
   --profile FILE      draw the profile to FILE, in SVG, whole or not at all
+  --sheet FORMAT      draw on a sheet of A4, A3, A2 or A1; if not given, on the
+                      smallest with room for most labels
+  --scale 1:N         the scale of the plan; if not given, the largest round one
+                      that the sheet has room for
+  --profile-scale 1:N the scale of the profile's distances; if not given, a
+                      large round one; elevations are drawn 1, 2, 5, 10, ...
+                      times as large, to a round scale that fills the sheet
+  --unit UNIT         the unit of lengths, for the scales: m, ft (0.3048 m) or
+                      us-ft (1200/3937 m); if not given, m is assumed
   --boundary CODE     the boundary is the points whose code begins with CODE
                       (LINDERO if not given), in their order; where these are
                       fewer than three, the convex hull of all points
@@ -147,13 +156,16 @@ Study study_on(const Survey& survey, const StudyOptions& options) try {
   throw UsageFault(fault.what());
 }
 
-using Draw = std::string (*)(const Survey& survey, const Study& study);
+using Draw = std::string (*)(const Survey& survey, const Study& study,
+                             const DrawingOptions& options);
 
-std::string drawing_on(const std::string& file, const Survey& survey, const Study& study,
+std::string drawing_on(const Command& command, const Survey& survey, const Study& study,
                        Draw draw) try {
-  return draw(survey, study);
+  return draw(survey, study, command.drawings);
+} catch (const ChoiceFault& fault) {
+  throw UsageFault(fault.what());
 } catch (const DrawingFault& fault) {
-  throw DataFault(file + ": " + fault.what() + '\n');
+  throw DataFault(*command.input + ": " + fault.what() + '\n');
 }
 
 void put_report(const std::optional<std::string>& file, const std::string& text) {
@@ -181,7 +193,7 @@ void put(const Command& command, const std::string& text, const std::vector<Besi
 std::vector<Beside> drawings_of(const Command& command, const Survey& survey, const Study& study) {
   std::vector<Beside> drawings;
   const auto add = [&](const std::optional<std::string>& file, Draw draw) {
-    if (file) drawings.push_back({*file, drawing_on(*command.input, survey, study, draw)});
+    if (file) drawings.push_back({*file, drawing_on(command, survey, study, draw)});
   };
   add(command.plan, plan_of);
   add(command.profile, profile_drawing_of);

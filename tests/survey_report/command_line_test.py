@@ -82,6 +82,27 @@ class Options(InAFolder):
             (["good.csv", "--profile", "./good.csv"], "--profile names the point file"),
             (["good.csv", "-o", "a", "--profile", "./a"], "--profile names the output file"),
             (["good.csv", "--plan", "a", "--profile", "./a"], "--profile names the --plan file"),
+            (["good.csv", "--plan=a", "--sheet", "A7"], '--sheet "A7" is not A4, A3, A2 or A1'),
+            (["good.csv", "--plan=a", "--sheet"], "--sheet needs a format"),
+            (["good.csv", "--sheet=A4", "--sheet=A4"], "more than one --sheet is given"),
+            (["good.csv", "--sheet=A4"], "--sheet needs --plan or --profile"),
+            (["good.csv", "--plan=a", "--unit=yd"], '--unit "yd" is not m, ft or us-ft'),
+            (["good.csv", "--unit=ft", "--unit=ft"], "more than one --unit is given"),
+            (["good.csv", "--unit=ft"], "--unit needs --plan or --profile"),
+            (["good.csv", "--plan=a", "--scale"], "--scale needs a scale"),
+            *((["good.csv", "--plan=a", "--scale", scale],
+               f'--scale "{scale}" is not a scale such as 1:500, from 1000:1 to 1:1e15')
+              for scale in ("0", "1:0", "0:1", "1:", ":", "1:500:2", "-500", "1:x", "1:1e16", "2000:1",
+                            "")),
+            (["good.csv", "--scale=1:5", "--scale=1:5"], "more than one --scale is given"),
+            (["good.csv", "--scale=1:5", "--profile=a"], "--scale needs --plan"),
+            (["good.csv", "--plan=a", "--scale=1:2"],
+             "--scale 1:2 does not fit A1: the largest round scale that does is 1:20"),
+            (["good.csv", "--plan=a", "--scale=20", "--sheet=A4"],
+             "--scale 1:20 does not fit A4: the largest round scale that does is 1:100"),
+            (["good.csv", "--profile=a", "--profile-scale=half"],
+             '--profile-scale "half" is not a scale such as 1:500, from 1000:1 to 1:1e15'),
+            (["good.csv", "--profile-scale=1:5", "--plan=a"], "--profile-scale needs --profile"),
             (["good.csv", "--kept"], "--kept needs a file name"),
             (["good.csv", "--kept="], "the --kept file has an empty name"),
             (["good.csv", "--kept", "a", "--kept=b"], "more than one --kept file is given"),
@@ -427,8 +448,22 @@ class Plan(InAFolder):
         for text in (name, "1<2", "<&> (1)", "]]> (1)"):
             self.assertIn(text, texts)
 
+    def test_sheet_and_scale_are_the_users(self):
+        for arguments, scale, size in (
+                (["--scale=1:1000"], "1:1000", ("297mm", "210mm")),
+                (["--scale", "333.5"], "1:333.5", ("594mm", "420mm")),
+                (["--sheet=A1"], "1:200", ("841mm", "594mm")),
+                (["--sheet=A1", "--scale=1:500", "--unit=m"], "1:500", ("841mm", "594mm"))):
+            with self.subTest(arguments):
+                root = self.plan("square.csv", *arguments)
+                texts = [text.text for text in root.iter(self.SVG + "text")]
+                self.assertIn("Plan, scale " + scale, texts)
+                self.assertEqual((root.get("width"), root.get("height")), size)
+
     def test_odd_surveys_have_one(self):
-        for content in ("1,5,5,5\n", "1,5,5,5\n2,5,5,5\n", "1,0,0,0\n2,0,9,0\n3,0,5,0\n",
+        for content in ("1,5e-324,0,0\n2,0,0,0\n", "1,1e14,5,0\n" + 50 * "2,3,4,5\n",
+                        "1,4e5,4e6,0\n2,400000.000001,4e6,0\n",
+                        "1,5,5,5\n", "1,5,5,5\n2,5,5,5\n", "1,0,0,0\n2,0,9,0\n3,0,5,0\n",
                         "1,0,0,0\n2,1e150,0,0\n3,0,1e150,0\n"):
             with self.subTest(content):
                 self.write("odd.csv", content)
