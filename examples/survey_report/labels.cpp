@@ -133,8 +133,9 @@ double text_width(std::string_view utf8, double size) {
     const std::string_view before = utf8;
     const std::optional<char32_t> character = take_character(utf8);
     if (!character) utf8.remove_prefix(1);
-    const std::string_view taken = before.substr(0, before.size() - utf8.size());
-    if (display_width(taken) > 0) width += character ? width_of(*character) : 0.64;
+    const std::size_t bytes = before.size() - utf8.size();
+    const bool seen = bytes == 1 || display_width(before.substr(0, bytes)) > 0;
+    if (seen) width += width_of(character.value_or('0'));
   }
   return width * size;
 }
@@ -200,10 +201,14 @@ bool LabelBoard::is_clear(const Place& from, const Place& to) const {
   return clear;
 }
 
-std::uint8_t& LabelBoard::failures_at(const Place& at) {
+std::size_t LabelBoard::block_of(const Place& at) const {
   const std::size_t column = clamped((at.x - area_.left) / block, block_columns_ - 1);
   const std::size_t row = clamped((at.y - area_.top) / block, block_rows_ - 1);
-  return failures_[row * block_columns_ + column];
+  return row * block_columns_ + column;
+}
+
+bool LabelBoard::is_given_up(const Place& at) const {
+  return failures_[block_of(at)] >= most_failures;
 }
 
 std::optional<LabelRoom> LabelBoard::beside(const Place& at, double reach, double width,
@@ -233,12 +238,11 @@ std::optional<LabelRoom> LabelBoard::led(const Place& at, double reach, double w
 
 std::optional<LabelRoom> LabelBoard::place(const Place& at, double reach, double width,
                                            double height) {
-  std::uint8_t& failures = failures_at(at);
-  if (failures >= most_failures) return std::nullopt;
+  if (is_given_up(at)) return std::nullopt;
   std::optional<LabelRoom> room = beside(at, reach, width, height);
   if (!room) room = led(at, reach, width, height);
   if (!room) {
-    ++failures;
+    ++failures_[block_of(at)];
     return std::nullopt;
   }
   occupy(room->box);

@@ -58,10 +58,13 @@ class LabelBoard {
   /// Occupies a strip along a straight line.
   void occupy_line(const Place& from, const Place& to);
 
+  /// Whether so many labels found no room around there that none is looked for any
+  /// more: a crowd of points costs no more than a look each.
+  bool is_given_up(const Place& at) const;
+
   /// Finds room for a label beside a symbol that reaches `reach` around `at`, or
   /// off it with a leader that meets nothing, and occupies both. Nothing when
-  /// there is none within the area. Where several labels found none before, none
-  /// is looked for: a crowd of points costs no more than a look each.
+  /// there is none within the area, or is_given_up.
   std::optional<LabelRoom> place(const Place& at, double reach, double width, double height);
 
  private:
@@ -69,7 +72,7 @@ class LabelBoard {
 
   Cells cells_of(const Rect& rect) const;
   bool is_clear(const Place& from, const Place& to) const;
-  std::uint8_t& failures_at(const Place& at);
+  std::size_t block_of(const Place& at) const;
   std::optional<LabelRoom> beside(const Place& at, double reach, double width, double height) const;
   std::optional<LabelRoom> led(const Place& at, double reach, double width, double height) const;
 

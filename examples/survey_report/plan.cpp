@@ -484,12 +484,7 @@ class Plan {
 
   // Draws nothing where there is no room, and counts it.
   void label(const Place& at, double reach, std::string_view text, const Lettering& lettering) {
-    const double size = lettering.size;
-    const LetterReach letters = letter_reach(text, size);
-    const double bolder = lettering.bold ? 1.1 : 1.0;
-    const std::optional<LabelRoom> room =
-        board_.place(at, reach + 0.2, bolder * text_width(text, size) + label_gap,
-                     letters.above + letters.below + label_gap);
+    const std::optional<LabelRoom> room = room_for(at, reach, text, lettering);
     if (!room) {
       ++labels_left_out_;
       return;
@@ -499,8 +494,18 @@ class Plan {
     }
     Lettering centred = lettering;
     centred.anchor = Anchor::middle;
-    const double line = room->box.bottom - label_gap / 2 - letters.below;
-    svg_.text({(room->box.left + room->box.right) / 2, line}, text, centred);
+    const double below = letter_reach(text, lettering.size).below;
+    svg_.text({(room->box.left + room->box.right) / 2, room->box.bottom - label_gap / 2 - below},
+              text, centred);
+  }
+
+  std::optional<LabelRoom> room_for(const Place& at, double reach, std::string_view text,
+                                    const Lettering& lettering) {
+    if (board_.is_given_up(at)) return std::nullopt;  // before the text is measured
+    const LetterReach letters = letter_reach(text, lettering.size);
+    const double bolder = lettering.bold ? 1.1 : 1.0;
+    return board_.place(at, reach + 0.2, bolder * text_width(text, lettering.size) + label_gap,
+                        letters.above + letters.below + label_gap);
   }
 
   // ---- Beside the frame

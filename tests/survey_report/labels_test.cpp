@@ -91,6 +91,17 @@ TEST(Labels, NoneLeavesTheArea) {
   EXPECT_FALSE(board.place({-20, -20}, 1, 6, 2).has_value());
 }
 
+TEST(Labels, AfterFourFailuresAPlaceIsGivenUp) {
+  LabelBoard board({0, 0, 60, 60});
+  for (int i = 0; i < 4; ++i) {
+    EXPECT_FALSE(board.is_given_up({30, 30})) << i;
+    EXPECT_FALSE(board.place({30, 30}, 1, 70, 2).has_value());
+  }
+  EXPECT_TRUE(board.is_given_up({30, 30}));
+  EXPECT_FALSE(board.place({30, 30}, 1, 6, 2).has_value());
+  EXPECT_TRUE(board.place({40, 30}, 1, 6, 2).has_value());
+}
+
 TEST(Labels, ALineIsKeptFree) {
   LabelBoard board({0, 0, 60, 60});
   board.occupy_line({0, 0}, {60, 60});
