@@ -1,7 +1,8 @@
-// labels.h: labels that do not cover each other.
+// labels.h: labels that do not touch each other, beside their points or led to them.
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string_view>
 #include <vector>
@@ -21,35 +22,68 @@ struct Rect {
   double height() const { return bottom - top; }
 };
 
-/// Whether two rectangles share more than an edge.
-bool overlap(const Rect& a, const Rect& b);
-
-/// About how wide a text is in letters of that size.
+/// How wide a text is at most in letters of that size, in the fonts that
+/// drawings are looked at with.
 double text_width(std::string_view utf8, double size);
 
-/// What is taken of a part of the sheet. First come, first served.
+/// How far the letters of a text reach below and above the line they stand on.
+struct LetterReach {
+  double below = 0.0;
+  double above = 0.0;
+};
+LetterReach letter_reach(std::string_view utf8, double size);
+
+/// A thin line from a point to its label.
+struct Leader {
+  Place from;
+  Place to;
+};
+
+/// Room for a label.
+struct LabelRoom {
+  Rect box;
+  std::optional<Leader> leader;  ///< where it stands off its point
+};
+
+/// What is taken of a part of the sheet, to a quarter of a millimetre. First
+/// come, first served.
 class LabelBoard {
  public:
   explicit LabelBoard(const Rect& area);
 
+  /// Whether nothing that was occupied shares more than an edge with it.
   bool is_free(const Rect& rect) const;
   void occupy(const Rect& rect);
 
   /// Occupies a strip along a straight line.
   void occupy_line(const Place& from, const Place& to);
 
-  /// Finds room for a label beside a symbol that reaches `reach` around `at`,
-  /// and occupies it. Nothing when there is none within the area.
-  std::optional<Rect> place(const Place& at, double reach, double width, double height);
+  /// Whether so many labels found no room around there that none is looked for any
+  /// more: a crowd of points costs no more than a look each.
+  bool is_given_up(const Place& at) const;
+
+  /// Finds room for a label beside a symbol that reaches `reach` around `at`, or
+  /// off it with a leader that meets nothing, and occupies both. Nothing when
+  /// there is none within the area, or is_given_up.
+  std::optional<LabelRoom> place(const Place& at, double reach, double width, double height);
 
  private:
-  template <class Visit>
-  void visit_cells(const Rect& rect, Visit visit) const;
+  struct Cells;
+
+  Cells cells_of(const Rect& rect) const;
+  bool is_clear(const Place& from, const Place& to) const;
+  std::size_t block_of(const Place& at) const;
+  std::optional<LabelRoom> beside(const Place& at, double reach, double width, double height) const;
+  std::optional<LabelRoom> led(const Place& at, double reach, double width, double height) const;
 
   Rect area_;
   std::size_t columns_;
   std::size_t rows_;
-  std::vector<std::vector<Rect>> cells_;
+  std::size_t words_in_row_;
+  std::vector<std::uint64_t> taken_;  // a bit a cell
+  std::size_t block_columns_;
+  std::size_t block_rows_;
+  std::vector<std::uint8_t> failures_;  // a block of cells: labels of points there without room
 };
 
 }  // namespace survey_report

@@ -56,16 +56,17 @@ std::string azimuth_text(double azimuth) {
 }
 
 void Table::add(std::vector<std::string> cells) {
-  for (std::string& cell : cells) cell = without_controls(cell);
   cells.resize(columns_.size());
-  rows_.push_back(std::move(cells));
+  for (const std::string& cell : cells) cells_.push_back(without_controls(cell));
 }
 
 std::vector<std::size_t> Table::widths() const {
   std::vector<std::size_t> widths;
   for (std::size_t i = 0; i < columns_.size(); ++i) {
     std::size_t width = display_width(columns_[i].heading);
-    for (const auto& row : rows_) width = std::max(width, display_width(row[i]));
+    for (std::size_t j = i; j < cells_.size(); j += columns_.size()) {
+      width = std::max(width, display_width(cells_[j]));
+    }
     widths.push_back(width);
   }
   return widths;
@@ -83,10 +84,10 @@ std::string Table::text() const {
   end_line(headings);
   end_line(rule);
   std::string text = headings + rule;
-  for (const auto& row : rows_) {
+  for (std::size_t row = 0; row < cells_.size(); row += columns_.size()) {
     std::string line;
     for (std::size_t i = 0; i < columns_.size(); ++i) {
-      line.append(i == 0 ? "" : gap).append(padded(row[i], width[i], columns_[i].align));
+      line.append(i == 0 ? "" : gap).append(padded(cells_[row + i], width[i], columns_[i].align));
     }
     end_line(line);
     text += line;

@@ -1,6 +1,7 @@
 // layout.h: numbers and tables for a fixed-pitch font.
 #pragma once
 
+#include <deque>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -42,7 +43,7 @@ class Table {
   std::vector<std::size_t> widths() const;
 
   std::vector<Column> columns_;
-  std::vector<std::vector<std::string>> rows_;
+  std::deque<std::string> cells_;  // row by row; of a million rows a vector each would be much
 };
 
 }  // namespace survey_report

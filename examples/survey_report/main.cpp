@@ -29,10 +29,11 @@ namespace {
 
 constexpr std::string_view help_text = R"(Usage: survey_report [options] FILE
 
-Prints a survey: its extremes, its repeated points, its boundary with a section line across it, elevations and
-slopes at the nodes of a grid, a longitudinal profile along the section line,
-the points inside a work area, and all points with azimuth and distance from
-each to the next. On request it draws a plan and the profile.
+Prints a survey: its extremes, its repeated points, its boundary with a section
+line across it, elevations and slopes at the nodes of a grid, a longitudinal
+profile along the section line, the points inside a work area, and all points
+with azimuth and distance from each to the next. On request it draws a plan and
+the profile.
 
 FILE is a point file, one point a line: number, X, Y, Z, code. The code may be
 left out. A header line, blank lines and lines that start with # may be there.
@@ -44,6 +45,15 @@ Options:
   -o, --output FILE   write the report to FILE, whole or not at all
   --plan FILE         draw a plan to FILE, in SVG, whole or not at all
   --profile FILE      draw the profile to FILE, in SVG, whole or not at all
+  --sheet FORMAT      draw on a sheet of A4, A3, A2 or A1; if not given, on the
+                      smallest with room for most labels
+  --scale 1:N         the scale of the plan; if not given, the largest round one
+                      that the sheet has room for
+  --profile-scale 1:N the scale of the profile's distances; if not given, a
+                      large round one; elevations are drawn 1, 2, 5, 10, ...
+                      times as large, to a round scale that fills the sheet
+  --unit UNIT         the unit of lengths, for the scales: m, ft (0.3048 m) or
+                      us-ft (1200/3937 m); if not given, m is assumed
   --boundary CODE     the boundary is the points whose code begins with CODE
                       (LINDERO if not given), in their order; where these are
                       fewer than three, the convex hull of all points
@@ -66,13 +76,14 @@ Options:
   --repeats TOLERANCE
                       two points are a pair of repeated points when they are
                       nearer than TOLERANCE in X and in Y (0.02 if not given)
-  --kept FILE         write the points that stay when repeated ones are removed
-                      to FILE, as a point file, whole or not at all
-  --repetidos         remove repeated points in the library's dialog, with the
-                      tolerance typed there; --kept is then what the user kept,
-                      in the present folder under the name of FILE with _kept.csv
-                      if not given; a dialog that is cancelled, as it is without
-                      a screen, removes and writes nothing
+  --kept FILE         write a copy of the survey without its repeated points to
+                      FILE, as a point file, whole or not at all; report and
+                      drawings are of all points
+  --repetidos         choose the points for that copy in the library's dialog,
+                      with the tolerance typed there; it goes to the present
+                      folder under the name of FILE with _kept.csv if --kept is
+                      not given; a dialog that is cancelled, as it is without a
+                      screen, writes none
   --ver               show the extremes in the library's dialog, for two points
                       or more
   -h, --help          print this help and stop
@@ -145,13 +156,16 @@ Study study_on(const Survey& survey, const StudyOptions& options) try {
   throw UsageFault(fault.what());
 }
 
-using Draw = std::string (*)(const Survey& survey, const Study& study);
+using Draw = std::string (*)(const Survey& survey, const Study& study,
+                             const DrawingOptions& options);
 
-std::string drawing_on(const std::string& file, const Survey& survey, const Study& study,
+std::string drawing_on(const Command& command, const Survey& survey, const Study& study,
                        Draw draw) try {
-  return draw(survey, study);
+  return draw(survey, study, command.drawings);
+} catch (const ChoiceFault& fault) {
+  throw UsageFault(fault.what());
 } catch (const DrawingFault& fault) {
-  throw DataFault(file + ": " + fault.what() + '\n');
+  throw DataFault(*command.input + ": " + fault.what() + '\n');
 }
 
 void put_report(const std::optional<std::string>& file, const std::string& text) {
@@ -179,7 +193,7 @@ void put(const Command& command, const std::string& text, const std::vector<Besi
 std::vector<Beside> drawings_of(const Command& command, const Survey& survey, const Study& study) {
   std::vector<Beside> drawings;
   const auto add = [&](const std::optional<std::string>& file, Draw draw) {
-    if (file) drawings.push_back({*file, drawing_on(*command.input, survey, study, draw)});
+    if (file) drawings.push_back({*file, drawing_on(command, survey, study, draw)});
   };
   add(command.plan, plan_of);
   add(command.profile, profile_drawing_of);

@@ -16,6 +16,9 @@ namespace {
 
 using Words = std::span<const char* const>;
 
+constexpr double least_scale = 0.001;
+constexpr double most_scale = 1e15;
+
 void set_once(std::optional<std::string>& place, std::string_view value, const char* what) {
   if (place) throw UsageFault(std::string("more than one ") + what + " is given");
   if (value.empty()) throw UsageFault(std::string("the ") + what + " has an empty name");
@@ -62,6 +65,40 @@ SectionLine section_in(std::string_view text) {
   return line;
 }
 
+// "1:500", "500" or "20:1".
+double scale_in(std::string_view option, std::string_view text) {
+  const std::size_t colon = text.find(':');
+  const std::string_view before = colon == text.npos ? "1" : text.substr(0, colon);
+  const std::string_view after = colon == text.npos ? text : text.substr(colon + 1);
+  const std::optional<double> drawn = number_in(before);
+  const std::optional<double> surveyed = number_in(after);
+  if (drawn && surveyed && *drawn > 0.0 && *surveyed > 0.0) {
+    const double scale = *surveyed / *drawn;
+    if (scale >= least_scale && scale <= most_scale) return scale;
+  }
+  throw UsageFault(quoted(option, text) + " is not a scale such as 1:500, from 1000:1 to 1:1e15");
+}
+
+template <class Named>
+std::string joined_names(const Named& all, std::string_view Named::value_type::*name) {
+  std::string text;
+  for (std::size_t i = 0; i < all.size(); ++i) {
+    if (i > 0) text += i + 1 == all.size() ? " or " : ", ";
+    text += all[i].*name;
+  }
+  return text;
+}
+
+// The one of that name.
+template <class Named>
+typename Named::value_type named_in(std::string_view option, std::string_view text,
+                                    const Named& all, std::string_view Named::value_type::*name) {
+  for (const auto& one : all) {
+    if (one.*name == text) return one;
+  }
+  throw UsageFault(quoted(option, text) + " is not " + joined_names(all, name));
+}
+
 double positive_in(std::string_view option, std::string_view text) {
   const std::optional<double> number = number_in(text);
   if (number && *number > 0.0) return *number;
@@ -88,8 +125,13 @@ std::vector<Place> area_in(std::string_view text) {
   throw UsageFault(quoted("--area", text) + " has fewer than three vertices");
 }
 
-void set_positive(std::optional<double>& place, const char* option, std::string_view value) {
+template <class Value>
+void require_none(const std::optional<Value>& place, const char* option) {
   if (place) throw UsageFault(std::string("more than one ") + option + " is given");
+}
+
+void set_positive(std::optional<double>& place, const char* option, std::string_view value) {
+  require_none(place, option);
   place = positive_in(option, value);
 }
 
@@ -109,6 +151,26 @@ void set_kept(Command& command, std::string_view value) {
   set_once(command.kept, value, "--kept file");
 }
 
+void set_sheet(Command& command, std::string_view value) {
+  require_none(command.drawings.paper, "--sheet");
+  command.drawings.paper = named_in("--sheet", value, papers, &Paper::name);
+}
+
+void set_unit(Command& command, std::string_view value) {
+  require_none(command.drawings.unit, "--unit");
+  command.drawings.unit = named_in("--unit", value, units, &Unit::option);
+}
+
+void set_plan_scale(Command& command, std::string_view value) {
+  require_none(command.drawings.plan_scale, "--scale");
+  command.drawings.plan_scale = scale_in("--scale", value);
+}
+
+void set_profile_scale(Command& command, std::string_view value) {
+  require_none(command.drawings.profile_scale, "--profile-scale");
+  command.drawings.profile_scale = scale_in("--profile-scale", value);
+}
+
 void set_repeats(Command& command, std::string_view value) {
   set_positive(command.study.repeats, "--repeats", value);
 }
@@ -119,7 +181,7 @@ void set_boundary(Command& command, std::string_view value) {
 }
 
 void set_section(Command& command, std::string_view value) {
-  if (command.study.section) throw UsageFault("more than one --section is given");
+  require_none(command.study.section, "--section");
   command.study.section = section_in(value);
 }
 
@@ -166,13 +228,23 @@ struct ValueOption {
 };
 
 constexpr ValueOption value_options[] = {
-    {"-o", "a file name", set_output},         {"--output", "a file name", set_output},
-    {"--plan", "a file name", set_plan},       {"--boundary", "a code", set_boundary},
-    {"--section", "X1,Y1,X2,Y2", set_section}, {"--grid", "a step", set_grid},
-    {"--profile", "a file name", set_profile}, {"--corridor", "a width", set_corridor},
-    {"--stations", "a step", set_stations},    {"--area", "X1,Y1,X2,Y2,X3,Y3,...", set_area},
-    {"--area-code", "a code", set_area_code},  {"--repeats", "a tolerance", set_repeats},
+    {"-o", "a file name", set_output},
+    {"--output", "a file name", set_output},
+    {"--plan", "a file name", set_plan},
+    {"--boundary", "a code", set_boundary},
+    {"--section", "X1,Y1,X2,Y2", set_section},
+    {"--grid", "a step", set_grid},
+    {"--profile", "a file name", set_profile},
+    {"--corridor", "a width", set_corridor},
+    {"--stations", "a step", set_stations},
+    {"--area", "X1,Y1,X2,Y2,X3,Y3,...", set_area},
+    {"--area-code", "a code", set_area_code},
+    {"--repeats", "a tolerance", set_repeats},
     {"--kept", "a file name", set_kept},
+    {"--sheet", "a format", set_sheet},
+    {"--scale", "a scale", set_plan_scale},
+    {"--profile-scale", "a scale", set_profile_scale},
+    {"--unit", "a unit", set_unit},
 };
 
 class CommandLine {
@@ -182,11 +254,24 @@ class CommandLine {
   Command read() {
     while (!words_.empty() && !command_.help) word(take());
     if (!command_.help && !command_.input) throw UsageFault("no point file is given");
+    if (!command_.help) require_drawings();
     if (command_.removal_dialog && !command_.kept) command_.kept = kept_file_of(*command_.input);
     return command_;
   }
 
  private:
+  // Options for a drawing that nobody asked for are a mistake.
+  void require_drawings() const {
+    const DrawingOptions& drawings = command_.drawings;
+    const bool any = command_.plan || command_.profile;
+    if (drawings.plan_scale && !command_.plan) throw UsageFault("--scale needs --plan");
+    if (drawings.profile_scale && !command_.profile) {
+      throw UsageFault("--profile-scale needs --profile");
+    }
+    if (drawings.paper && !any) throw UsageFault("--sheet needs --plan or --profile");
+    if (drawings.unit && !any) throw UsageFault("--unit needs --plan or --profile");
+  }
+
   void word(std::string_view word) {
     const bool is_option = options_possible_ && word.starts_with('-');
     if (is_option) {

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "survey_report/points.h"
+#include "survey_report/sheet.h"
 #include "survey_report/study.h"
 
 namespace survey_report {
@@ -27,6 +28,7 @@ struct Command {
   std::optional<std::string> kept;  ///< there when the dialog is asked for
   bool extremes_dialog = false;
   bool removal_dialog = false;
+  DrawingOptions drawings;
   StudyOptions study;
 };
 

@@ -9,6 +9,7 @@
 #include "survey_report/extremes.h"
 #include "survey_report/layout.h"
 #include "survey_report/rounding.h"
+#include "survey_report/scale.h"
 #include "survey_report/svg.h"
 #include "survey_report/symbols.h"
 #include "survey_report/utf8.h"
@@ -17,15 +18,18 @@ namespace survey_report {
 
 namespace {
 
-constexpr double longest_bar = 46.0;
-constexpr double tick_distance = 28.0;  // about, between coordinates on the frame
+constexpr double padding = 6.0;  // between the frame and what is drawn in it
+constexpr double longest_bar = 50.0;
+constexpr double tick_distance = 36.0;  // about, between coordinates on the frame
 constexpr double tick_length = 1.6;
 constexpr double beyond_the_points = 0.1;  // of the section line, at most
 constexpr double far_off = 1e9;            // on the sheet: no such area is drawn
 constexpr std::size_t many_points = 600;
 constexpr std::size_t longest_coordinate = 14;
-constexpr std::size_t longest_entry = 20;  // of the legend
-constexpr double nearest_nodes = 6.0;      // on the sheet; of a finer grid only some are drawn
+constexpr std::size_t longest_entry = 19;  // of the legend
+constexpr double nearest_nodes = 14.0;     // on the sheet; of a finer grid only some are drawn
+constexpr double label_across = 9.0;       // about what a label of a point takes
+constexpr double label_up = 4.5;
 
 constexpr std::string_view grey = "#777777";
 constexpr std::string_view red = "#c00000";
@@ -38,6 +42,9 @@ constexpr std::string_view section_paint =
     R"(fill="none" stroke="#c00000" stroke-width="0.35" stroke-dasharray="5 1 1 1")";
 constexpr std::string_view cut_paint =
     R"(class="cut" fill="#ffffff" stroke="#c00000" stroke-width="0.4")";
+constexpr std::string_view thick_black = R"(fill="none" stroke="#222222" stroke-width="0.6")";
+constexpr std::string_view leader_paint =
+    R"(class="leader" fill="none" stroke="#555555" stroke-width="0.13")";
 constexpr std::string_view node_paint = R"(fill="none" stroke="#777777" stroke-width="0.2")";
 
 constexpr std::string_view area_paint =
@@ -45,13 +52,73 @@ constexpr std::string_view area_paint =
 constexpr std::string_view inside_paint = R"(fill="#ffd966")";
 
 constexpr double label_gap = 0.5;  // between labels in a row
-constexpr double coordinate_size = 2.5;
-constexpr double number_size = 1.8;
-constexpr double node_size = 1.8;
-constexpr double cut_size = 3.2;
+constexpr double cut_size = 3.6;
 constexpr double cut_reach = 1.1;
 constexpr double node_reach = 0.7;
 constexpr double inside_gap = 0.5;  // between a point's symbol and the circle around it
+
+// ---- The parts of the sheet
+
+struct PlanLayout {
+  Rect border;
+  Rect frame;         ///< the plan is inside
+  Rect key;           ///< what explains it
+  Place north_arrow;  ///< its upper end
+  Place scale_bar;    ///< its left end
+  Place legend;       ///< the symbol of its first row
+  std::size_t rows;   ///< of the legend in one column
+  double row_height;
+  Rect title_block;
+};
+
+constexpr double column_width = 48.0;  // of the legend
+constexpr double title_width = 66.0;
+constexpr double title_height = 45.0;
+constexpr double for_coordinates = 7.0;  // left of the frame and below it
+
+Rect title_block_in(const Rect& border) {
+  return {border.right - title_width, border.bottom - title_height, border.right, border.bottom};
+}
+
+// The key in a column to the right of the plan.
+PlanLayout landscape_layout(const Rect& border) {
+  const Rect title = title_block_in(border);
+  const double left = title.left;
+  const double row_height = 5.0;
+  const double first_row = border.top + 52.0;
+  const double rows = std::floor((title.top - 2.0 - first_row) / row_height) + 1.0;
+  return {border,
+          {border.left + for_coordinates, border.top + 3.0, left - 3.0,
+           border.bottom - for_coordinates},
+          {left, border.top, border.right, border.bottom},
+          {left + 33.0, border.top + 4.0},
+          {left + 6.0, border.top + 39.0},
+          {left + 8.0, first_row},
+          static_cast<std::size_t>(rows),
+          row_height,
+          title};
+}
+
+// The key in a strip below it.
+PlanLayout portrait_layout(const Rect& border) {
+  constexpr double strip = 61.0;
+  const Rect title = title_block_in(border);
+  const double top = border.bottom - strip;
+  return {
+      border,
+      {border.left + for_coordinates, border.top + 3.0, border.right - 3.0, top - for_coordinates},
+      {border.left, top, border.right, border.bottom},
+      {title.left - 9.0, top + 4.0},
+      {title.left + 7.0, top + 7.0},
+      {border.left + 7.0, top + 5.0},
+      9,
+      6.2,
+      title};
+}
+
+PlanLayout layout_of(const Sheet& sheet) {
+  return sheet.landscape ? landscape_layout(sheet.border()) : portrait_layout(sheet.border());
+}
 
 // ---- What is drawn where
 
@@ -82,6 +149,48 @@ Box drawn_box(const Survey& survey, const Study& study) {
   return box;
 }
 
+double size_of(const Range& range) { return range.max - range.min; }
+
+// The sheet is chosen by the points: whether most of their labels may find room.
+class PlanNeeds final : public SheetNeeds {
+ public:
+  PlanNeeds(const Survey& survey, const Box& box, double millimetres)
+      : survey_(survey), box_(box), millimetres_(millimetres) {}
+
+  double least_scale(const Sheet& sheet) const override {
+    const Rect frame = layout_of(sheet).frame;
+    const double across = size_of(box_.x) / (frame.width() - 2 * padding) * millimetres_;
+    const double up = size_of(box_.y) / (frame.height() - 2 * padding) * millimetres_;
+    const double scale = std::max(across, up);
+    if (!std::isfinite(scale)) throw DrawingFault("the points are too far apart for a plan");
+    return std::isfinite(millimetres_ / scale) ? scale : 0.0;  // next to nothing is no size
+  }
+
+  // Points that share the room of one label have one.
+  double labelled(const ScaledSheet& scaled) const override {
+    const Rect frame = layout_of(scaled.sheet).frame;
+    const Mapping mapping(box_, frame, millimetres_ / scaled.scale);
+    const auto columns = static_cast<std::size_t>(frame.width() / label_across) + 1;
+    const auto rows = static_cast<std::size_t>(frame.height() / label_up) + 1;
+    std::vector<bool> taken(columns * rows);
+    for (const SurveyPoint& point : survey_.points) {
+      const Place at = mapping.on_sheet({point.x, point.y});
+      const auto column = static_cast<std::size_t>((at.x - frame.left) / label_across);
+      const auto row = static_cast<std::size_t>((at.y - frame.top) / label_up);
+      taken[std::min(row, rows - 1) * columns + std::min(column, columns - 1)] = true;
+    }
+    const auto labels = std::count(taken.begin(), taken.end(), true);
+    return static_cast<double>(labels) / static_cast<double>(survey_.points.size());
+  }
+
+  bool prefers_landscape() const override { return size_of(box_.x) >= size_of(box_.y); }
+
+ private:
+  const Survey& survey_;
+  Box box_;
+  double millimetres_;
+};
+
 std::string entry_text(const CodeGroup& group) {
   const std::string count = " (" + std::to_string(group.points.size()) + ')';
   return shortened(group.name, longest_entry - count.size()) + count;
@@ -105,8 +214,18 @@ double tick_step(const Box& visible, double scale) {
   const double step = round_near(tick_distance / scale);
   const double largest = std::max({std::abs(visible.x.min), std::abs(visible.x.max),
                                    std::abs(visible.y.min), std::abs(visible.y.max)});
-  const double width = text_width(fixed(-largest, decimals_for(step)), coordinate_size);
+  const double width = text_width(fixed(-largest, decimals_for(step)), least_letters);
   return step * scale >= width ? step : round_near(2.1 * step);
+}
+
+// Inside a rectangle, off its sides.
+Rect inset(const Rect& rect, double by) {
+  return {rect.left + by, rect.top + by, rect.right - by, rect.bottom - by};
+}
+
+std::string outline_of(const Rect& r) {
+  return path_through({{r.left, r.top}, {r.right, r.top}, {r.right, r.bottom}, {r.left, r.bottom}},
+                      true);
 }
 
 Rect around(const Place& at, double reach) {
@@ -117,13 +236,16 @@ Rect around(const Place& at, double reach) {
 
 class Plan {
  public:
-  Plan(const Survey& survey, const Study& study)
+  Plan(const Survey& survey, const Study& study, const DrawingOptions& options)
       : survey_(survey),
         study_(study),
+        options_(options),
         box_(drawn_box(survey, study)),
-        layout_(layout_for(box_)),
-        mapping_(box_, layout_.frame),
-        board_(layout_.frame),
+        scaled_(sheet_for(PlanNeeds(survey, box_, options.millimetres()), options.paper,
+                          options.plan_scale, "--scale")),
+        layout_(layout_of(scaled_.sheet)),
+        mapping_(box_, layout_.frame, options.millimetres() / scaled_.scale),
+        board_(inset(layout_.frame, 0.5)),
         groups_(code_groups(survey.points)),
         nodes_(nodes_to_draw(study.relief, mapping_.scale())),
         reach_(survey.points.size() > many_points ? 0.6 : 0.9),
@@ -134,8 +256,10 @@ class Plan {
   }
 
   std::string drawn() {
-    svg_.rectangle({0, 0}, layout_.width, layout_.height, R"(fill="#ffffff")");
-    headings();
+    const Sheet& sheet = scaled_.sheet;
+    svg_.rectangle({0, 0}, sheet.width(), sheet.height(), R"(fill="#ffffff")");
+    svg_.path(outline_of(layout_.border), thick_black);
+    svg_.path(outline_of(layout_.key), thin_black);
     frame();
     svg_.open_group(R"~(clip-path="url(#inside)")~");
     take_room();
@@ -147,7 +271,8 @@ class Plan {
     legend();
     scale_bar();
     north_arrow();
-    return svg_.document(layout_.width, layout_.height, survey_.file_name);
+    title_block();
+    return svg_.document(sheet.width(), sheet.height(), survey_.file_name);
   }
 
  private:
@@ -173,20 +298,11 @@ class Plan {
     return ring;
   }
 
-  void headings() {
-    std::string text = std::to_string(survey_.points.size());
-    text += survey_.points.size() == 1 ? " point" : " points";
-    draw_headings(svg_, layout_.frame, survey_.file_name, text + "; X to the east, Y to the north");
-  }
-
   // ---- Frame
 
   void frame() {
     const Rect& f = layout_.frame;
-    svg_.path(
-        path_through({{f.left, f.top}, {f.right, f.top}, {f.right, f.bottom}, {f.left, f.bottom}},
-                     true),
-        thin_black);
+    svg_.path(outline_of(f), thin_black);
     svg_.clip("inside", {f.left, f.top}, f.width(), f.height());
     const Box visible = mapping_.visible();
     const double step = tick_step(visible, mapping_.scale());
@@ -216,7 +332,7 @@ class Plan {
     const double at = mapping_.on_sheet({x, box_.y.min}).x;
     tick({at, f.top}, {at, f.top + tick_length});
     tick({at, f.bottom}, {at, f.bottom - tick_length});
-    coordinate({at, f.bottom + 3.4}, fixed(x, decimals), false);
+    coordinate({at, f.bottom + 4.2}, fixed(x, decimals), false, {f.left, f.right}, at);
   }
 
   void row_tick(double y, int decimals) {
@@ -224,17 +340,22 @@ class Plan {
     const double at = mapping_.on_sheet({box_.x.min, y}).y;
     tick({f.left, at}, {f.left + tick_length, at});
     tick({f.right, at}, {f.right - tick_length, at});
-    coordinate({f.left - 1.4, at}, fixed(y, decimals), true);
+    coordinate({f.left - 2.0, at}, fixed(y, decimals), true, {f.top, f.bottom}, at);
   }
 
   void tick(const Place& from, const Place& to) {
+    board_.occupy_line(from, to);
     svg_.path(path_through({from, to}, false), R"(stroke="#222222")");
   }
 
-  // One of many digits is left out: its neighbours would touch it.
-  void coordinate(const Place& at, const std::string& text, bool upwards) {
+  // One of many digits is left out: its neighbours would touch it; and so is one
+  // that would pass an end of its side.
+  void coordinate(const Place& at, const std::string& text, bool upwards, const Range& side,
+                  double middle) {
+    const double half = text_width(text, least_letters) / 2;
     if (text.size() > longest_coordinate) return;
-    svg_.text(at, text, {.size = coordinate_size, .anchor = Anchor::middle, .upwards = upwards});
+    if (middle - half < side.min || middle + half > side.max) return;
+    svg_.text(at, text, {.size = least_letters, .anchor = Anchor::middle, .upwards = upwards});
   }
 
   // ---- Inside the frame
@@ -340,56 +461,51 @@ class Plan {
 
   void labels() {
     svg_.open_group(R"(id="labels")");
-    const std::vector<Rect> cut_rooms = rooms_for_cuts();
+    cuts();
     for (const Node& node : nodes_) {
-      label(mapping_.on_sheet(node.place), node_reach, fixed(node.elevation, 2),
-            {.size = node_size, .colour = grey, .halo = true});
+      label(mapping_.on_sheet(node.place), node_reach, sheet_value(node.elevation, 2),
+            {.size = least_letters, .colour = grey, .halo = true});
     }
     for (std::size_t i = 0; i < survey_.points.size(); ++i) {
       const SurveyPoint& point = survey_.points[i];
-      label(on_sheet(point), reach_of(i), point.number, {.size = number_size, .halo = true});
+      label(on_sheet(point), reach_of(i), point.number, {.size = least_letters, .halo = true});
     }
-    for (std::size_t i = 0; i < cut_rooms.size(); ++i) cut(i, cut_rooms[i]);
     svg_.close_group();
   }
 
-  // Every cut has its number, if need be over something else.
-  std::vector<Rect> rooms_for_cuts() {
-    std::vector<Rect> rooms;
+  void cuts() {
     for (std::size_t i = 0; i < study_.section.cuts.size(); ++i) {
       const Place at = mapping_.on_sheet(study_.section.cuts[i].place);
-      const std::string number = cut_number(i);
-      const double left = at.x + cut_reach + 0.2;
-      const double width = text_width(number, cut_size);
-      const Rect at_least{left, at.y - cut_size, left + width, at.y - 0.3};
-      rooms.push_back(room_for(at, cut_reach, number, cut_size).value_or(at_least));
-      board_.occupy(rooms.back());
+      svg_.path(symbol_of_group(0).outline(at, cut_reach), cut_paint);
+      label(at, cut_reach, std::to_string(i + 1),
+            {.size = cut_size, .colour = red, .bold = true, .halo = true});
     }
-    return rooms;
   }
 
-  void cut(std::size_t i, const Rect& room) {
-    const Place at = mapping_.on_sheet(study_.section.cuts[i].place);
-    svg_.path(symbol_of_group(0).outline(at, cut_reach), cut_paint);
-    label_in(room, cut_number(i), {.size = cut_size, .colour = red, .bold = true, .halo = true});
-  }
-
-  static std::string cut_number(std::size_t i) { return std::to_string(i + 1); }
-
-  // Draws nothing where there is no room.
+  // Draws nothing where there is no room, and counts it.
   void label(const Place& at, double reach, std::string_view text, const Lettering& lettering) {
-    const std::optional<Rect> room = room_for(at, reach, text, lettering.size);
-    if (room) label_in(*room, text, lettering);
-  }
-
-  std::optional<Rect> room_for(const Place& at, double reach, std::string_view text, double size) {
-    return board_.place(at, reach + 0.2, text_width(text, size) + label_gap, 0.85 * size);
-  }
-
-  void label_in(const Rect& room, std::string_view text, const Lettering& lettering) {
+    const std::optional<LabelRoom> room = room_for(at, reach, text, lettering);
+    if (!room) {
+      ++labels_left_out_;
+      return;
+    }
+    if (room->leader) {
+      svg_.path(path_through({room->leader->from, room->leader->to}, false), leader_paint);
+    }
     Lettering centred = lettering;
     centred.anchor = Anchor::middle;
-    svg_.text({(room.left + room.right) / 2, room.bottom - 0.06 * lettering.size}, text, centred);
+    const double below = letter_reach(text, lettering.size).below;
+    svg_.text({(room->box.left + room->box.right) / 2, room->box.bottom - label_gap / 2 - below},
+              text, centred);
+  }
+
+  std::optional<LabelRoom> room_for(const Place& at, double reach, std::string_view text,
+                                    const Lettering& lettering) {
+    if (board_.is_given_up(at)) return std::nullopt;  // before the text is measured
+    const LetterReach letters = letter_reach(text, lettering.size);
+    const double bolder = lettering.bold ? 1.1 : 1.0;
+    return board_.place(at, reach + 0.2, bolder * text_width(text, lettering.size) + label_gap,
+                        letters.above + letters.below + label_gap);
   }
 
   // ---- Beside the frame
@@ -398,14 +514,14 @@ class Plan {
     const std::size_t column = rows_used_ / layout_.rows;
     const std::size_t row = rows_used_ % layout_.rows;
     ++rows_used_;
-    return {layout_.legend.x + static_cast<double>(column) * layout_.column_width,
+    return {layout_.legend.x + static_cast<double>(column) * column_width,
             layout_.legend.y + static_cast<double>(row) * layout_.row_height};
   }
 
   void legend_entry(const std::string& outline, std::string_view paint, const Place& at,
                     const std::string& text) {
     svg_.path(outline, paint);
-    svg_.text({at.x + 6, at.y + 1.1}, text, {.size = 3.0});
+    svg_.text({at.x + 6, at.y + 1.1}, text, {.size = least_letters});
   }
 
   void legend() {
@@ -451,14 +567,43 @@ class Plan {
     svg_.rectangle({at.x + half, at.y}, half, 1.8, R"(fill="#ffffff")");
     svg_.close_group();
     const int decimals = decimals_for(length / 2);
-    const Lettering small{.size = 2.8, .anchor = Anchor::middle};
-    svg_.text({at.x, at.y - 1.2}, "0", small);
-    const std::string middle = fixed(length / 2, decimals);
-    if (text_width(middle, small.size) + 1.5 < half) {
-      svg_.text({at.x + half, at.y - 1.2}, middle, small);
+    const Lettering lettering{.size = least_letters, .anchor = Anchor::middle};
+    svg_.text({at.x, at.y - 1.4}, "0", lettering);
+    const std::string middle = sheet_value(length / 2, decimals);
+    if (text_width(middle, least_letters) + 1.5 < half) {
+      svg_.text({at.x + half, at.y - 1.4}, middle, lettering);
     }
-    svg_.text({at.x + 2 * half, at.y - 1.2}, fixed(length, decimals), small);
-    svg_.text({at.x, at.y + 5.4}, "Lengths as in the file", {.size = 2.6, .colour = grey});
+    svg_.text({at.x + 2 * half, at.y - 1.4}, sheet_value(length, decimals), lettering);
+  }
+
+  // ---- The title block
+
+  void title_block() {
+    const Rect& block = layout_.title_block;
+    const double middle = (block.left + block.right) / 2;
+    double top = block.top;
+    const auto row = [&](double height) {
+      top += height;
+      return Rect{block.left, top - height, block.right, top};
+    };
+    svg_.open_group(R"(id="title-block")");
+    draw_cell(svg_, row(9), survey_.file_name, 4.0, true);
+    draw_cell(svg_, row(8), "Plan, scale " + scale_text(scaled_.scale), 4.0, true);
+    for (const std::string& text :
+         {"Sheet " + scaled_.sheet.text(), "X east, Y north, " + unit_text(options_), points_text(),
+          left_out_text(labels_left_out_)}) {
+      draw_cell(svg_, row(5.5), text, least_letters);
+    }
+    const Rect last = row(6);
+    draw_cell(svg_, {last.left, last.top, middle, last.bottom}, "Date", least_letters);
+    draw_cell(svg_, {middle, last.top, last.right, last.bottom}, "Drawn", least_letters);
+    svg_.path(outline_of(block), thick_black);
+    svg_.close_group();
+  }
+
+  std::string points_text() const {
+    const std::size_t count = survey_.points.size();
+    return std::to_string(count) + (count == 1 ? " point" : " points");
   }
 
   void north_arrow() {
@@ -474,8 +619,10 @@ class Plan {
 
   const Survey& survey_;
   const Study& study_;
+  const DrawingOptions& options_;
   Box box_;
-  const SheetLayout& layout_;
+  ScaledSheet scaled_;
+  PlanLayout layout_;
   Mapping mapping_;
   LabelBoard board_;
   std::vector<CodeGroup> groups_;
@@ -484,15 +631,18 @@ class Plan {
   bool area_is_drawn_;
   std::vector<bool> is_inside_;
   std::size_t rows_used_ = 0;
+  std::size_t labels_left_out_ = 0;
   Svg svg_;
 };
 
 }  // namespace
 
-double scale_bar_length(double scale) { return round_down(longest_bar / scale); }
+double scale_bar_length(double scale) {
+  return round_down((1.0 + 1e-9) * longest_bar / scale);  // 50 mm are not lost to rounding
+}
 
-std::string plan_of(const Survey& survey, const Study& study) {
-  return Plan(survey, study).drawn();
+std::string plan_of(const Survey& survey, const Study& study, const DrawingOptions& options) {
+  return Plan(survey, study, options).drawn();
 }
 
 }  // namespace survey_report

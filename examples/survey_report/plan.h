@@ -8,11 +8,12 @@
 
 namespace survey_report {
 
-/// The length of a scale bar: the longest round one that takes at most 46 mm
+/// The length of a scale bar: the longest round one that takes at most 50 mm
 /// where one unit of the survey takes `scale` millimetres.
 double scale_bar_length(double scale);
 
-/// A drawing on a sheet of A4, as SVG. Throws DrawingFault.
-std::string plan_of(const Survey& survey, const Study& study);
+/// A drawing at a round scale, as SVG in millimetres of the sheet. Throws
+/// DrawingFault, and ChoiceFault where the scale of the user does not fit.
+std::string plan_of(const Survey& survey, const Study& study, const DrawingOptions& options = {});
 
 }  // namespace survey_report

@@ -9,24 +9,23 @@
 namespace survey_report {
 
 /// How the heights of a profile are drawn.
-struct ProfileScale {
-  double across = 1.0;        ///< millimetres for one unit of distance
-  double exaggeration = 1.0;  ///< elevations are drawn so many times as large
+struct ProfileHeights {
+  double exaggeration = 1.0;  ///< elevations are drawn so many times as large as distances
   double level_step = 1.0;    ///< between the levels that are written at the side
   double datum = 0.0;         ///< one of them, a little below the terrain
-
-  double up() const { return across * exaggeration; }
 };
 
-/// For a terrain of that length, which is positive, with those elevations: as
-/// long as the drawing has room, and the largest of 1, 2, 5, ..., 100 that has
-/// room in height. Terrain that is too high even without exaggeration becomes
-/// shorter; terrain that is level is not exaggerated.
-/// Throws DrawingFault when there is no finite scale.
-ProfileScale profile_scale(double length, const Range& elevations);
+/// For distances at that scale and elevations that have `room` millimetres, where
+/// a unit of the survey has `millimetres`: the largest exaggeration of 1, 2, 5,
+/// ..., 100 that has room and leaves the scale of the elevations a round one, if
+/// that of the distances is. Terrain that is level is not exaggerated.
+ProfileHeights profile_heights(double scale, const Range& elevations, double room,
+                               double millimetres);
 
-/// A drawing on a sheet of A4, as SVG. Throws DrawingFault when the study has no
-/// profile.
-std::string profile_drawing_of(const Survey& survey, const Study& study);
+/// A drawing at round scales, as SVG in millimetres of the sheet. Throws
+/// DrawingFault when the study has no profile, and ChoiceFault where the scale of
+/// the user does not fit.
+std::string profile_drawing_of(const Survey& survey, const Study& study,
+                               const DrawingOptions& options = {});
 
 }  // namespace survey_report

@@ -122,7 +122,7 @@ std::string summary_text(const Relief& relief) {
   const ReliefSummary summary = summary_of(relief);
   return counted(relief.nodes.size(), "node", "nodes") + "; elevation lowest " +
          length_text(summary.lowest) + ", highest " + length_text(summary.highest) + ", mean " +
-         length_text(summary.mean) + "; mean slope " + slope_text(summary.mean_slope) +
+         length_text(summary.mean) + "; mean of the slopes " + slope_text(summary.mean_slope) +
          (summary.mean_slope ? " %\n" : "\n");
 }
 
@@ -178,9 +178,11 @@ std::string pairs_text(const Repeats& repeats) {
   return std::to_string(repeats.pairs.size());
 }
 
-std::string counts_text(std::size_t before, std::size_t after) {
-  return std::to_string(before) + " before, " + std::to_string(after) +
-         " after: " + std::to_string(before - after) + " removed";
+// The report goes on with all points, so that none of them is said to be gone.
+std::string counts_text(std::size_t all, const Repeats& repeats) {
+  if (!repeats.fault.empty()) return "none would be removed: " + repeats.fault;
+  return std::to_string(all - repeats.kept.size()) + " of " + std::to_string(all) +
+         " would be removed";
 }
 
 std::string pairs_table(const std::vector<SurveyPoint>& points, const Repeats& repeats) {
@@ -190,17 +192,17 @@ std::string pairs_table(const std::vector<SurveyPoint>& points, const Repeats& r
                {"Code", Align::left},
                {"Distance", Align::right},
                {"Rise", Align::right},
-               {"Removed", Align::left}});
+               {"Would be removed", Align::left}});
   for (const RepeatedPair& pair : repeats.pairs) {
-    std::vector<std::string> removed;
+    std::vector<std::string> leaving;
     for (const std::size_t i : {pair.first, pair.second}) {
-      if (repeats.fault.empty() && !repeats.keeps(i)) removed.push_back(points[i].number);
+      if (repeats.fault.empty() && !repeats.keeps(i)) leaving.push_back(points[i].number);
     }
     const SurveyPoint& first = points[pair.first];
     const SurveyPoint& second = points[pair.second];
     table.add({first.number, first.code, second.number, second.code, length_text(pair.distance),
                difference_text(pair.rise),
-               removed.empty() ? std::string(no_number) : joined(removed)});
+               leaving.empty() ? std::string(no_number) : joined(leaving)});
   }
   return table.text();
 }
@@ -239,29 +241,27 @@ std::string repeats_section(const Survey& survey, const Study& study) {
   std::string text = titled("Repeated points");
   text += "Tolerance  " + exact(repeats.tolerance, 0) + ", in X and in Y\n";
   text += "Pairs      " + pairs_text(repeats) + '\n';
-  text += "Points     " +
-          (repeats.fault.empty() ? counts_text(survey.points.size(), repeats.kept.size())
-                                 : "none removed: " + repeats.fault) +
-          '\n';
+  text += "Points     " + counts_text(survey.points.size(), repeats) + '\n';
   if (repeats.pairs.empty()) return text;
   text += "\nA pair is any two points nearer than the tolerance in X and in Y; distance in plan,\n";
-  text += "rise from the first. The removal goes once through the points in the order of X,\n";
-  text += "takes neighbours that near to the first of them for one point, and keeps the\n";
-  text += "highest. It does not see a pair that another point parts in that order: both may\n";
-  text += "stay.\n\n";
+  text += "rise from the first. A removal would go once through the points in the order of X,\n";
+  text += "take neighbours that near to the first of them for one point, and keep the\n";
+  text += "highest. It would not see a pair that another point parts in that order: both may\n";
+  text += "stay. This report and its drawings are of all points, none of them removed.\n\n";
   return text + pairs_table(survey.points, repeats);
 }
 
 std::string dialog_section(const Survey& survey, const DialogRemoval& removal,
                            const std::string& file) {
-  std::string text = titled("Repeated points removed in the dialog");
-  if (!removal.confirmed) {
-    return text + "Cancelled: nothing was removed, and no file of kept points was written.\n";
-  }
-  text += "Points  " + counts_text(survey.points.size(), removal.kept.size()) + '\n';
+  std::string text = titled("Points kept in the dialog");
+  if (!removal.confirmed) return text + "Cancelled: no file of kept points was written.\n";
+  const std::size_t all = survey.points.size();
+  text += "Points  " + std::to_string(removal.kept.size()) + " of " + std::to_string(all) + '\n';
   text += "File    " + without_controls(file) + '\n';
-  if (removal.kept.size() == survey.points.size()) return text;
-  return text + '\n' + stand_ins_table(survey.points, removal);
+  if (removal.kept.size() == all) return text;
+  text += "\nThe others are left out of the file alone: this report and its drawings are of all\n";
+  text += "points.\n\n";
+  return text + stand_ins_table(survey.points, removal);
 }
 
 std::string boundary_section(const Study& study) {
@@ -291,8 +291,13 @@ std::string relief_section(const Survey& survey, const Study& study) {
            " lies inside the boundary with three points around it.\n";
   }
   text += "At the nodes of a grid of " + step + ", in the triangle of the three points named.\n";
-  text += "Slope of the triangle, its elevations counted from the lowest point of the survey;\n";
-  text += "where its three levels differ, the number depends on where they are counted from.\n";
+  text += "Slope, where two of the three are level with each other: from the nearest of the side\n";
+  text += "between them to the third. Where all three levels differ it is not the steepest slope\n";
+  text +=
+      "of the triangle, which may be several times as large, and it changes with how high the\n";
+  text +=
+      "triangle lies above the lowest point of the survey: read from it which ground is level,\n";
+  text += "and no gradient.\n";
   if (std::any_of(relief.nodes.begin(), relief.nodes.end(), has_no_slope)) {
     text += "Slope - where the triangle has none.\n";
   }

@@ -21,10 +21,10 @@ struct Survey {
 /// points that hold them.
 std::string heading_section(const Survey& survey, const Traverse& traverse);
 
-/// Points measured more than once, a row a pair, and how many the library removes.
+/// Points measured more than once, a row a pair, and how many the library would remove.
 std::string repeats_section(const Survey& survey, const Study& study);
 
-/// What the user removed in the library's dialog, a row a point that stands for
+/// What the user kept in the library's dialog, a row a point that stands for
 /// several; `file` is where the kept points are written.
 std::string dialog_section(const Survey& survey, const DialogRemoval& removal,
                            const std::string& file);

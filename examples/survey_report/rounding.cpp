@@ -9,7 +9,8 @@ namespace {
 
 constexpr double most_multiples = 500.0;
 
-// A power of ten: the largest that is at most `value`.
+}  // namespace
+
 double decade_of(double value) {
   const double exponent = std::floor(std::log10(value));
   const double decade = std::pow(10.0, exponent);
@@ -17,8 +18,6 @@ double decade_of(double value) {
   const double next = std::pow(10.0, exponent + 1);
   return next <= value ? next : decade;
 }
-
-}  // namespace
 
 double round_down(double value) {
   const double decade = decade_of(value);

@@ -14,6 +14,9 @@ double round_down(double value);
 /// The one of them that is nearest to `value` as a ratio.
 double round_near(double value);
 
+/// The largest power of ten that is at most `value`, which is positive and finite.
+double decade_of(double value);
+
 /// The decimals that multiples of `step` need, at most 9.
 int decimals_for(double step);
 

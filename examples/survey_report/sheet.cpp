@@ -1,58 +1,125 @@
 #include "survey_report/sheet.h"
 
 #include <algorithm>
-#include <cmath>
+#include <array>
+#include <charconv>
 #include <numeric>
 
+#include "survey_report/choice_fault.h"
+#include "survey_report/layout.h"
+#include "survey_report/scale.h"
 #include "survey_report/utf8.h"
 
 namespace survey_report {
 
 namespace {
 
-constexpr double padding = 6.0;  // between the frame and what is drawn in it
+constexpr double most_labels = 0.9;  // so many that a larger sheet is not called for
+constexpr double scale_without_size = 100.0;
+constexpr double slack = 1e-9;  // what rounding may have added to a scale that just fits
 
-constexpr SheetLayout landscape{297, 210, {17, 20, 236, 196}, {265, 20}, {243, 57}, {245, 76}, 24,
-                                5.0, 50};
-constexpr SheetLayout portrait{210, 297, {17, 20, 203, 226}, {28, 238}, {17, 275}, {80, 240}, 9,
-                               5.4, 64};
-
-double size_of(const Range& range) { return range.max - range.min; }
-
-// A box without width asks for nothing; one without any size for a scale of 1:1.
-double scale_for(const Box& box, const Rect& frame) {
-  const double width = size_of(box.x);
-  const double height = size_of(box.y);
-  const double across = width > 0.0 ? (frame.width() - 2 * padding) / width : HUGE_VAL;
-  const double up = height > 0.0 ? (frame.height() - 2 * padding) / height : HUGE_VAL;
-  const double scale = std::min(across, up);
-  return std::isfinite(scale) ? scale : 1.0;
-}
+constexpr std::string_view thin_black = R"(fill="none" stroke="#222222" stroke-width="0.25")";
 
 Place middle_of(const Rect& rect) {
   return {std::midpoint(rect.left, rect.right), std::midpoint(rect.top, rect.bottom)};
 }
 
+// ---- Choosing
+
+// The way with the larger scale.
+ScaledSheet round_on(const SheetNeeds& needs, const Paper& paper) {
+  const auto scaled = [&](bool landscape) {
+    const Sheet sheet{paper, landscape};
+    const double least = needs.least_scale(sheet);
+    return ScaledSheet{sheet, least > 0.0 ? round_scale(least) : scale_without_size};
+  };
+  const ScaledSheet first = scaled(needs.prefers_landscape());
+  const ScaledSheet second = scaled(!needs.prefers_landscape());
+  return second.scale < first.scale ? second : first;
+}
+
+std::optional<ScaledSheet> with_scale_on(const SheetNeeds& needs, const Paper& paper,
+                                         double scale) {
+  for (const bool landscape : {needs.prefers_landscape(), !needs.prefers_landscape()}) {
+    const Sheet sheet{paper, landscape};
+    if (needs.least_scale(sheet) <= scale * (1.0 + slack)) return ScaledSheet{sheet, scale};
+  }
+  return std::nullopt;
+}
+
+ScaledSheet with_scale(const SheetNeeds& needs, const std::vector<Paper>& allowed, double scale,
+                       std::string_view option) {
+  for (const Paper& paper : allowed) {
+    const std::optional<ScaledSheet> scaled = with_scale_on(needs, paper, scale);
+    if (scaled) return *scaled;
+  }
+  const Paper& largest = allowed.back();
+  throw ChoiceFault(std::string(option) + ' ' + scale_text(scale) + " does not fit " +
+                    std::string(largest.name) + ": the largest round scale that does is " +
+                    scale_text(round_on(needs, largest).scale));
+}
+
 }  // namespace
 
-void draw_headings(Svg& svg, const Rect& frame, std::string_view title, std::string_view below) {
-  constexpr double size = 5.5;
-  const auto room = static_cast<std::size_t>(frame.width() / text_width("0", size));
-  svg.text({frame.left, 11}, shortened(title, room), {.size = size, .bold = true});
-  svg.text({frame.left, 16.5}, below, {.size = 3.2});
+std::string unit_text(const DrawingOptions& options) {
+  const std::string name(options.unit.value_or(units.front()).name);
+  return options.unit ? name : name + " assumed";
 }
 
-const SheetLayout& layout_for(const Box& box) {
-  return size_of(box.x) >= size_of(box.y) ? landscape : portrait;
+std::string Sheet::text() const {
+  return std::string(paper.name) + ", " + fixed(width(), 0) + " x " + fixed(height(), 0) + " mm";
 }
 
-Mapping::Mapping(const Box& box, const Rect& frame)
+ScaledSheet sheet_for(const SheetNeeds& needs, const std::optional<Paper>& paper,
+                      const std::optional<double>& scale, std::string_view scale_option) {
+  const std::vector<Paper> allowed =
+      paper ? std::vector<Paper>{*paper} : std::vector<Paper>(papers.begin(), papers.end());
+  if (scale) return with_scale(needs, allowed, *scale, scale_option);
+  ScaledSheet best = round_on(needs, allowed.front());
+  double best_labelled = needs.labelled(best);
+  for (std::size_t i = 1; i < allowed.size() && best_labelled < most_labels; ++i) {
+    const ScaledSheet larger = round_on(needs, allowed[i]);
+    if (larger.scale >= best.scale) continue;
+    const double labelled = needs.labelled(larger);
+    if (labelled <= best_labelled) continue;
+    best = larger;
+    best_labelled = labelled;
+  }
+  return best;
+}
+
+std::string sheet_value(double value, int decimals, std::size_t longest) {
+  std::string text = fixed(value, decimals);
+  if (text.size() <= longest) return text;
+  std::array<char, 32> room;
+  const auto [end, error] = std::to_chars(room.data(), room.data() + room.size(), value,
+                                          std::chars_format::scientific, 3);
+  std::string short_text(room.data(), end);
+  std::erase(short_text, '+');
+  return short_text;
+}
+
+std::string left_out_text(std::size_t labels) {
+  if (labels == 0) return "no labels left out";
+  return std::to_string(labels) + (labels == 1 ? " label left out" : " labels left out");
+}
+
+void draw_cell(Svg& svg, const Rect& cell, std::string_view text, double size, bool bold) {
+  constexpr double margin = 2.0;
+  svg.rectangle({cell.left, cell.top}, cell.width(), cell.height(), thin_black);
+  const double room = cell.width() - 2 * margin;
+  const double width = (bold ? 1.1 : 1.0) * text_width(text, 1.0);
+  if (width * size > room) size = std::max(least_letters, room / width);
+  const double part = std::min(1.0, room / (width * size));
+  const auto most = static_cast<std::size_t>(part * static_cast<double>(display_width(text)));
+  svg.text({cell.left + margin, middle_of(cell).y + 0.36 * size},
+           part < 1.0 ? shortened(text, most) : std::string(text), {.size = size, .bold = bold});
+}
+
+Mapping::Mapping(const Box& box, const Rect& frame, double scale)
     : frame_(frame),
       centre_{std::midpoint(box.x.min, box.x.max), std::midpoint(box.y.min, box.y.max)},
-      scale_(scale_for(box, frame)) {
-  const bool finite = std::isfinite(size_of(box.x)) && std::isfinite(size_of(box.y));
-  if (!finite || !(scale_ > 0.0)) throw DrawingFault("the points are too far apart for a plan");
-}
+      scale_(scale) {}
 
 Place Mapping::on_sheet(const Place& place) const {
   const Place middle = middle_of(frame_);

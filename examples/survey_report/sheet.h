@@ -1,7 +1,12 @@
-// sheet.h: where things go on a sheet of A4, and where a place falls on it.
+// sheet.h: sheets of paper, the parts of a drawing on them, and where a place
+// falls on a plan.
 #pragma once
 
+#include <array>
+#include <cstddef>
+#include <optional>
 #include <stdexcept>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -17,32 +22,111 @@ class DrawingFault : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// The parts of the sheet, in millimetres.
-struct SheetLayout {
-  double width;
-  double height;
-  Rect frame;         ///< the drawing is inside
-  Place north_arrow;  ///< its upper end
-  Place scale_bar;    ///< its left end
-  Place legend;       ///< the symbol of its first row
-  std::size_t rows;   ///< of the legend in one column
-  double row_height;
-  double column_width;
+// ---- What the user may choose
+
+/// A format of paper, in millimetres.
+struct Paper {
+  std::string_view name;
+  double longer;
+  double shorter;
 };
 
-/// Two lines above a frame: the title, cut to the frame's width, and what is below.
-void draw_headings(Svg& svg, const Rect& frame, std::string_view title, std::string_view below);
+/// From the smallest to the largest.
+constexpr std::array<Paper, 4> papers = {
+    {{"A4", 297, 210}, {"A3", 420, 297}, {"A2", 594, 420}, {"A1", 841, 594}}};
 
-/// Landscape for what is wider than high, else portrait.
-const SheetLayout& layout_for(const Box& box);
+/// The unit of a survey's lengths.
+struct Unit {
+  std::string_view option;  ///< how the command line names it
+  std::string_view name;    ///< how a sheet names it
+  double millimetres;
+};
 
-/// Puts a box of the survey into the middle of a frame, as large as it fits.
+constexpr std::array<Unit, 3> units = {{{"m", "metres", 1000.0},
+                                        {"ft", "feet", 304.8},
+                                        {"us-ft", "US survey feet", 1200000.0 / 3937.0}}};
+
+struct DrawingOptions {
+  std::optional<Paper> paper;           ///< else the smallest with room for most labels
+  std::optional<double> plan_scale;     ///< else the largest round one that the sheet has room for
+  std::optional<double> profile_scale;  ///< of its distances; else as that of the plan
+  std::optional<Unit> unit;             ///< else metres, which the sheet calls assumed
+
+  double millimetres() const { return unit.value_or(units.front()).millimetres; }
+};
+
+/// The unit as a sheet states it.
+std::string unit_text(const DrawingOptions& options);
+
+// ---- Sheets
+
+/// A sheet of paper, as it lies.
+struct Sheet {
+  Paper paper;
+  bool landscape = true;
+
+  double width() const { return landscape ? paper.longer : paper.shorter; }
+  double height() const { return landscape ? paper.shorter : paper.longer; }
+
+  /// The line around everything: 20 mm from the left edge, where a sheet is
+  /// bound, 10 mm from the others.
+  Rect border() const { return {20.0, 10.0, width() - 10.0, height() - 10.0}; }
+
+  /// "A3, 420 x 297 mm"
+  std::string text() const;
+};
+
+/// The least letters on a sheet: their capitals are 2 mm high in any usual font.
+constexpr double least_letters = 3.0;
+
+/// A sheet with a scale for what is drawn on it.
+struct ScaledSheet {
+  Sheet sheet;
+  double scale = 1.0;
+};
+
+/// What a drawing asks for, to find its sheet.
+class SheetNeeds {
+ public:
+  SheetNeeds() = default;
+  SheetNeeds(const SheetNeeds&) = delete;
+  SheetNeeds& operator=(const SheetNeeds&) = delete;
+  virtual ~SheetNeeds() = default;
+
+  /// The scale that makes it just fit; 0 where it has no size.
+  virtual double least_scale(const Sheet& sheet) const = 0;
+  /// Of its labels, the part that will about find room.
+  virtual double labelled(const ScaledSheet& scaled) const = 0;
+  /// How it lies where both ways give the same scale.
+  virtual bool prefers_landscape() const = 0;
+};
+
+/// The smallest sheet on which most labels find room, at the largest round scale
+/// that it has room for; where most find room on none, the one with the most.
+/// With a scale of the user the smallest sheet that has room for it. Throws
+/// ChoiceFault, which begins with `scale_option`, when there is none.
+ScaledSheet sheet_for(const SheetNeeds& needs, const std::optional<Paper>& paper,
+                      const std::optional<double>& scale, std::string_view scale_option);
+
+// ---- What is on them
+
+/// A value with so many decimals, or where that is longer than `longest`
+/// characters, with four digits and the power of ten.
+std::string sheet_value(double value, int decimals, std::size_t longest = 10);
+
+/// "12 labels left out"
+std::string left_out_text(std::size_t labels);
+
+/// A cell of a title block: its frame, and a text. One that is too long is set in
+/// smaller letters, and then cut.
+void draw_cell(Svg& svg, const Rect& cell, std::string_view text, double size, bool bold = false);
+
+/// Puts the middle of a box of the survey into the middle of a frame.
 class Mapping {
  public:
-  /// Throws DrawingFault when the box has no finite size.
-  Mapping(const Box& box, const Rect& frame);
+  /// One unit of the survey takes `scale` millimetres.
+  Mapping(const Box& box, const Rect& frame, double scale);
 
-  /// Millimetres on the sheet for one unit of the survey.
   double scale() const { return scale_; }
   Place on_sheet(const Place& place) const;
 

@@ -120,11 +120,17 @@ void Svg::text(const Place& at, std::string_view content, const Lettering& lette
 std::string Svg::document(double width, double height, std::string_view title) const {
   const std::string w = sheet_number(width);
   const std::string h = sheet_number(height);
-  return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-         "<svg xmlns=\"http://www.w3.org/2000/svg\" version=\"1.1\"" +
-         attribute("width", w + "mm") + attribute("height", h + "mm") +
-         attribute("viewBox", "0 0 " + w + ' ' + h) + " font-family=\"sans-serif\">\n<title>" +
-         xml_escaped(title) + "</title>\n" + text_ + "</svg>\n";
+  const std::string head =
+      "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+      "<svg xmlns=\"http://www.w3.org/2000/svg\" version=\"1.1\"" +
+      attribute("width", w + "mm") + attribute("height", h + "mm") +
+      attribute("viewBox", "0 0 " + w + ' ' + h) +
+      attribute("font-family", "Liberation Sans, Arial, Helvetica, sans-serif") + ">\n<title>" +
+      xml_escaped(title) + "</title>\n";
+  constexpr std::string_view tail = "</svg>\n";
+  std::string document;
+  document.reserve(head.size() + text_.size() + tail.size());  // it may be large
+  return document.append(head).append(text_).append(tail);
 }
 
 std::string path_through(const std::vector<Place>& places, bool closed) {

@@ -30,6 +30,8 @@ bool is_character(char32_t value) {
 
 bool stands_over_another(char32_t character) { return character >= 0x300 && character <= 0x36F; }
 
+bool is_ascii(char byte) { return static_cast<unsigned char>(byte) < 0x80; }
+
 bool is_control(char byte) {
   const auto value = static_cast<unsigned char>(byte);
   return value < 0x20 || value == 0x7F;
@@ -61,6 +63,7 @@ std::optional<std::size_t> first_byte_not_utf8(std::string_view text) {
 }
 
 std::size_t display_width(std::string_view utf8) {
+  if (std::all_of(utf8.begin(), utf8.end(), is_ascii)) return utf8.size();  // most texts
   std::size_t width = 0;
   while (const std::optional<char32_t> character = take_character(utf8)) {
     if (!stands_over_another(*character)) ++width;

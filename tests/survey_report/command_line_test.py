@@ -5,6 +5,7 @@
 
 import os
 import pathlib
+import re
 import stat
 import subprocess
 import sys
@@ -81,6 +82,27 @@ class Options(InAFolder):
             (["good.csv", "--profile", "./good.csv"], "--profile names the point file"),
             (["good.csv", "-o", "a", "--profile", "./a"], "--profile names the output file"),
             (["good.csv", "--plan", "a", "--profile", "./a"], "--profile names the --plan file"),
+            (["good.csv", "--plan=a", "--sheet", "A7"], '--sheet "A7" is not A4, A3, A2 or A1'),
+            (["good.csv", "--plan=a", "--sheet"], "--sheet needs a format"),
+            (["good.csv", "--sheet=A4", "--sheet=A4"], "more than one --sheet is given"),
+            (["good.csv", "--sheet=A4"], "--sheet needs --plan or --profile"),
+            (["good.csv", "--plan=a", "--unit=yd"], '--unit "yd" is not m, ft or us-ft'),
+            (["good.csv", "--unit=ft", "--unit=ft"], "more than one --unit is given"),
+            (["good.csv", "--unit=ft"], "--unit needs --plan or --profile"),
+            (["good.csv", "--plan=a", "--scale"], "--scale needs a scale"),
+            *((["good.csv", "--plan=a", "--scale", scale],
+               f'--scale "{scale}" is not a scale such as 1:500, from 1000:1 to 1:1e15')
+              for scale in ("0", "1:0", "0:1", "1:", ":", "1:500:2", "-500", "1:x", "1:1e16", "2000:1",
+                            "")),
+            (["good.csv", "--scale=1:5", "--scale=1:5"], "more than one --scale is given"),
+            (["good.csv", "--scale=1:5", "--profile=a"], "--scale needs --plan"),
+            (["good.csv", "--plan=a", "--scale=1:2"],
+             "--scale 1:2 does not fit A1: the largest round scale that does is 1:20"),
+            (["good.csv", "--plan=a", "--scale=20", "--sheet=A4"],
+             "--scale 1:20 does not fit A4: the largest round scale that does is 1:100"),
+            (["good.csv", "--profile=a", "--profile-scale=half"],
+             '--profile-scale "half" is not a scale such as 1:500, from 1000:1 to 1:1e15'),
+            (["good.csv", "--profile-scale=1:5", "--plan=a"], "--profile-scale needs --profile"),
             (["good.csv", "--kept"], "--kept needs a file name"),
             (["good.csv", "--kept="], "the --kept file has an empty name"),
             (["good.csv", "--kept", "a", "--kept=b"], "more than one --kept file is given"),
@@ -158,6 +180,10 @@ class Options(InAFolder):
             result = run(option)
             self.assertEqual((result.returncode, result.stderr), (0, b""))
             self.assertTrue(result.stdout.startswith(b"Usage: survey_report [options] FILE\n"))
+
+    def test_the_help_fits_80_columns(self):
+        lines = run("--help").stdout.decode().splitlines()
+        self.assertEqual([line for line in lines if len(line) > 80], [])
 
     def test_after_two_dashes_a_file_may_start_with_a_dash(self):
         self.write("-h", GOOD)
@@ -249,10 +275,10 @@ class Repeats(InAFolder):
     def test_the_tolerance_is_the_users(self):
         text = self.report()
         self.assertIn("Tolerance  0.02, in X and in Y\nPairs      0\n"
-                      "Points     4 before, 4 after: 0 removed\n\n\nBoundary", text)
+                      "Points     0 of 4 would be removed\n\n\nBoundary", text)
         text = self.report("--repeats=0.05")
         self.assertIn("Tolerance  0.05, in X and in Y\nPairs      1\n"
-                      "Points     4 before, 3 after: 1 removed\n", text)
+                      "Points     1 of 4 would be removed\n", text)
         self.assertIn("\n    7  EJE       9  EJE 2     0.030  0.500  7\n", text)
 
     def test_the_points_that_stay_are_written(self):
@@ -262,7 +288,16 @@ class Repeats(InAFolder):
                          'Number,X,Y,Z,Code\n8,110.000,200.000,601.000,"POZO, 60"\n'
                          "9,100.030,200.000,600.500,EJE 2\n10,130.000,250.12345,602.000,\n")
         again = run("kept.csv", "--repeats", "0.05")
-        self.assertIn(b"Points     3 before, 3 after: 0 removed\n", again.stdout)
+        self.assertIn(b"Points     0 of 3 would be removed\n", again.stdout)
+
+    def test_no_point_that_the_report_uses_is_said_to_be_removed(self):
+        for more in ([], ["--kept=kept.csv"]):
+            text = self.report("--repeats=0.05", *more)
+            said = re.findall(r".*\bremoved\b", text, re.IGNORECASE)
+            self.assertEqual([line for line in said if not line.lower().endswith(
+                ("would be removed", "of all points, none of them removed"))], [])
+            self.assertEqual(len(said), 3)
+            self.assertIn("\n     7  100.000  200.000  600.000  EJE ", text)
 
     def test_they_are_written_in_the_order_of_the_survey(self):
         self.report("--northing-first", "--kept", "kept.csv")
@@ -288,8 +323,8 @@ class Repeats(InAFolder):
         for more in ([], ["--kept=kept.csv"]):
             text = self.report("--repetidos", *more, messages="Orv2_Geo: no screen is available for "
                                '"Quitar puntos repetidos:"; cancelled\n')
-            section = ("Repeated points removed in the dialog\n" + 37 * "=" + "\n\nCancelled: nothing "
-                       "was removed, and no file of kept points was written.\n\n\n")
+            section = ("Points kept in the dialog\n" + 25 * "=" + "\n\nCancelled: no file of kept "
+                       "points was written.\n\n\n")
             self.assertIn(section, text)
             self.assertEqual(text.replace(section, ""), without)
             self.assertEqual(self.files(), ["twice.csv"])
@@ -413,8 +448,22 @@ class Plan(InAFolder):
         for text in (name, "1<2", "<&> (1)", "]]> (1)"):
             self.assertIn(text, texts)
 
+    def test_sheet_and_scale_are_the_users(self):
+        for arguments, scale, size in (
+                (["--scale=1:1000"], "1:1000", ("297mm", "210mm")),
+                (["--scale", "333.5"], "1:333.5", ("594mm", "420mm")),
+                (["--sheet=A1"], "1:200", ("841mm", "594mm")),
+                (["--sheet=A1", "--scale=1:500", "--unit=m"], "1:500", ("841mm", "594mm"))):
+            with self.subTest(arguments):
+                root = self.plan("square.csv", *arguments)
+                texts = [text.text for text in root.iter(self.SVG + "text")]
+                self.assertIn("Plan, scale " + scale, texts)
+                self.assertEqual((root.get("width"), root.get("height")), size)
+
     def test_odd_surveys_have_one(self):
-        for content in ("1,5,5,5\n", "1,5,5,5\n2,5,5,5\n", "1,0,0,0\n2,0,9,0\n3,0,5,0\n",
+        for content in ("1,5e-324,0,0\n2,0,0,0\n", "1,1e14,5,0\n" + 50 * "2,3,4,5\n",
+                        "1,4e5,4e6,0\n2,400000.000001,4e6,0\n",
+                        "1,5,5,5\n", "1,5,5,5\n2,5,5,5\n", "1,0,0,0\n2,0,9,0\n3,0,5,0\n",
                         "1,0,0,0\n2,1e150,0,0\n3,0,1e150,0\n"):
             with self.subTest(content):
                 self.write("odd.csv", content)
@@ -585,7 +634,7 @@ class Sample(unittest.TestCase):
                      "Z         605.279      3      638.355     23      33.076",
                      "Tolerance  0.02, in X and in Y",
                      "Pairs      9",
-                     "Points     301 before, 292 after: 9 removed",
+                     "Points     9 of 301 would be removed",
                      "    3  LINDERO       39  LINDERO       0.007   0.003  3",
                      "   14  LINDERO      295  LINDERO       0.014  -0.003  295",
                      "   47  BORDILLO     301  BORDILLO      0.002   0.002  47",

@@ -175,10 +175,10 @@ class Figures(unittest.TestCase):
             pairs = [(a, b) for a, b in itertools.combinations(range(len(self.points)), 2)
                      if near(self.points[a], self.points[b], tolerance)]
             stay = swept(self.points, tolerance)
-            before, after = len(self.points), len(stay)
+            every = len(self.points)
             self.assertEqual(lines[4:6], [
                 f"Pairs      {len(pairs)}",
-                f"Points     {before} before, {after} after: {before - after} removed"])
+                f"Points     {every - len(stay)} of {every} would be removed"])
             rows = self.cells(lines) if pairs else []
             self.assertEqual(len(rows), len(pairs))
             for (first, second), row in zip(pairs, rows):

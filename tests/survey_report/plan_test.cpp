@@ -2,12 +2,37 @@
 
 #include <gtest/gtest.h>
 
+#include <sstream>
+
+#include "survey_report/choice_fault.h"
+
 namespace survey_report {
 namespace {
 
-std::string plan_on(std::vector<SurveyPoint> points) {
+std::string plan_on(std::vector<SurveyPoint> points, const DrawingOptions& options = {}) {
   const Survey survey{"plot.csv", FieldOrder::x_first, std::move(points)};
-  return plan_of(survey, study_of(survey.points, {}));
+  return plan_of(survey, study_of(survey.points, {}), options);
+}
+
+// Points of the most frequent code are circles of 0.9 mm, in their group alone.
+std::vector<Place> circles_on(const std::string& plan) {
+  std::vector<Place> centres;
+  const std::size_t group = plan.find(R"(<g id="points">)");
+  const std::string points = plan.substr(group, plan.find("</g>", group) - group);
+  for (std::size_t at = points.find("d=\"M "); at != points.npos; at = points.find("d=\"M ", at)) {
+    at += 5;
+    std::istringstream numbers(points.substr(at, 40));
+    Place centre;
+    numbers >> centre.x >> centre.y;
+    centres.push_back({centre.x + 0.9, centre.y});
+  }
+  return centres;
+}
+
+std::size_t count_of(const std::string& text, std::string_view part) {
+  std::size_t count = 0;
+  for (std::size_t at = text.find(part); at != text.npos; at = text.find(part, at + 1)) ++count;
+  return count;
 }
 
 bool is_landscape(const std::string& plan) {
@@ -17,6 +42,46 @@ bool is_landscape(const std::string& plan) {
 TEST(Plan, TheSheetLiesAsTheSurveyDoes) {
   EXPECT_TRUE(is_landscape(plan_on({{"1", 0, 0, 0, "", 1}, {"2", 9, 3, 0, "", 2}})));
   EXPECT_FALSE(is_landscape(plan_on({{"1", 0, 0, 0, "", 1}, {"2", 3, 9, 0, "", 2}})));
+}
+
+// The middle of the sheet's frame is at 122.5, 103: 6, 8 is 50 mm off 0, 0 at 1:200.
+TEST(Plan, TwoPointsAreAsFarApartAsTheScaleSays) {
+  DrawingOptions options;
+  options.plan_scale = 200.0;
+  const std::string plan =
+      plan_on({{"1", 0, 0, 0, "A", 1}, {"2", 6, 8, 0, "A", 2}, {"3", 20, 0, 0, "A", 3}}, options);
+  const std::vector<Place> centres = circles_on(plan);
+  ASSERT_EQ(centres.size(), 3);
+  EXPECT_NEAR(centres[1].x - centres[0].x, 6 * 1000.0 / 200.0, 0.0011);
+  EXPECT_NEAR(centres[0].y - centres[1].y, 8 * 1000.0 / 200.0, 0.0011);
+  EXPECT_NEAR(centres[2].x - centres[0].x, 100.0, 0.0011);
+  EXPECT_NE(plan.find(">Plan, scale 1:200<"), plan.npos);
+}
+
+TEST(Plan, TheUnitGoesIntoTheScale) {
+  DrawingOptions options;
+  options.unit = units[1];
+  options.plan_scale = 304.8;
+  const std::vector<Place> centres =
+      circles_on(plan_on({{"1", 0, 0, 0, "A", 1}, {"2", 60, 0, 0, "A", 2}}, options));
+  ASSERT_EQ(centres.size(), 2);
+  EXPECT_NEAR(centres[1].x - centres[0].x, 60.0, 0.0011);
+}
+
+TEST(Plan, AScaleThatDoesNotFitIsRefused) {
+  DrawingOptions options;
+  options.plan_scale = 1.0;
+  EXPECT_THROW(plan_on({{"1", 0, 0, 0, "", 1}, {"2", 9, 3, 0, "", 2}}, options), ChoiceFault);
+}
+
+// 3000 points within 10 cm at 1:1000: most have no room.
+TEST(Plan, LabelsWithoutRoomAreCounted) {
+  std::vector<SurveyPoint> points = {{"W", 0, 0, 0, "", 1}, {"E", 200, 100, 0, "", 2}};
+  for (int i = 0; i < 3000; ++i) points.push_back({"7", 100 + i * 3e-5, 50, 0, "", 3});
+  const std::string plan = plan_on(points);
+  const std::size_t labels = count_of(plan, ">7</text>");
+  EXPECT_GE(labels, 4);
+  EXPECT_NE(plan.find('>' + std::to_string(3000 - labels) + " labels left out<"), plan.npos);
 }
 
 TEST(Plan, OnePointIsDrawn) {
@@ -34,8 +99,7 @@ TEST(Plan, PointsPastEveryDoubleHaveNone) {
 }
 
 TEST(Plan, TheBoxIsInTheMiddleOfTheFrame) {
-  const Mapping mapping({{0, 100}, {0, 50}}, {0, 0, 112, 112});
-  EXPECT_DOUBLE_EQ(mapping.scale(), 1.0);
+  const Mapping mapping({{0, 100}, {0, 50}}, {0, 0, 112, 112}, 1.0);
   EXPECT_EQ(mapping.on_sheet({50, 25}), (Place{56, 56}));
   EXPECT_EQ(mapping.on_sheet({0, 50}), (Place{6, 31}));
 }

@@ -5,44 +5,41 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <sstream>
+
+#include "survey_report/choice_fault.h"
 
 namespace survey_report {
 namespace {
 
-struct ScaleRow {
+struct HeightsRow {
   const char* rule;
-  double length;
+  double scale;
   Range elevations;
-  double across, exaggeration, level_step, datum;
+  double exaggeration, level_step, datum;
 };
 
-// The drawing has 237 mm along the axis and 96 mm in height. Levels are about
-// 10 mm apart, the datum at least 8 mm below the terrain.
-const ScaleRow scale_rows[] = {
-    {"ten times has just room", 237, {600, 609.59}, 1, 10, 1, 599},
-    {"ten times has no room any more", 237, {600, 609.7}, 1, 5, 2, 598},
-    {"half as long, half the height", 118.5, {600, 604.8}, 2, 10, 0.5, 599.5},
-    {"steeper than the sheet: shorter", 237, {0, 192}, 0.5, 1, 20, -20},
-    {"as high as the sheet", 237, {0, 96}, 1, 1, 10, -10},
-    {"level: not exaggerated", 237, {600, 600}, 1, 1, 10, 590},
-    {"nearly level: a hundred times at most", 237, {600, 600.001}, 1, 100, 0.1, 599.9},
-    {"below zero", 237, {-609.59, -600}, 1, 10, 1, -611},
+// The elevations have 96 mm. Levels are about 10 mm apart, the datum at least
+// 6 mm below the terrain.
+const HeightsRow heights_rows[] = {
+    {"ten times has just room", 1000, {600, 609.6}, 10, 1, 599},
+    {"ten times has no room any more", 1000, {600, 609.7}, 5, 2, 598},
+    {"1:2000 five times is 1:400, which is not round", 2000, {600, 638}, 2, 10, 590},
+    {"1:2500 twice is 1:1250, which is not round", 2500, {600, 700}, 1, 20, 580},
+    {"1:2500 five times is 1:500", 2500, {600, 648}, 5, 5, 595},
+    {"a scale of the user that is not round: any", 2100, {600, 640}, 5, 5, 595},
+    {"level: not exaggerated", 1000, {600, 600}, 1, 10, 590},
+    {"nearly level: a hundred times at most", 1000, {600, 600.001}, 100, 0.1, 599.9},
+    {"below zero", 1000, {-609.6, -600}, 10, 1, -611},
 };
 
-TEST(ProfileDrawing, Scales) {
-  for (const ScaleRow& row : scale_rows) {
-    const ProfileScale scale = profile_scale(row.length, row.elevations);
-    EXPECT_DOUBLE_EQ(scale.across, row.across) << row.rule;
-    EXPECT_DOUBLE_EQ(scale.exaggeration, row.exaggeration) << row.rule;
-    EXPECT_DOUBLE_EQ(scale.level_step, row.level_step) << row.rule;
-    EXPECT_DOUBLE_EQ(scale.datum, row.datum) << row.rule;
+TEST(ProfileDrawing, Heights) {
+  for (const HeightsRow& row : heights_rows) {
+    const ProfileHeights heights = profile_heights(row.scale, row.elevations, 96.0, 1000.0);
+    EXPECT_DOUBLE_EQ(heights.exaggeration, row.exaggeration) << row.rule;
+    EXPECT_DOUBLE_EQ(heights.level_step, row.level_step) << row.rule;
+    EXPECT_DOUBLE_EQ(heights.datum, row.datum) << row.rule;
   }
-}
-
-TEST(ProfileDrawing, NoScaleForNumbersPastEveryDouble) {
-  constexpr double huge = std::numeric_limits<double>::max();
-  EXPECT_THROW(profile_scale(100, {-huge, huge}), DrawingFault);
-  EXPECT_THROW(profile_scale(std::numeric_limits<double>::denorm_min(), {5, 5}), DrawingFault);
 }
 
 const std::vector<SurveyPoint> points = {
@@ -66,25 +63,62 @@ std::size_t count_of(const std::string& text, std::string_view part) {
   return count;
 }
 
-// From cut to cut there are 200, drawn 237 mm long. 96 mm are room for 3 x 20.
+// From cut to cut there are 200 units, 200 mm at 1:1000; 3 units are 60 mm at 1:50.
 TEST(ProfileDrawing, WhatIsOnIt) {
   const std::string drawing = profile_drawing_of(survey, study_with(50.0));
   for (const char* text :
-       {R"(font-weight="bold">Longitudinal profile: a&amp;b.csv<)",
-        ">Vertical exaggeration 20: elevations are drawn 20 times as large as distances<",
-        ">Datum 599.5<", ">600.0<", ">603.0<", ">Elevation<", ">Distance<", ">Station<",
+       {R"(font-weight="bold">a&amp;b.csv<)", ">Longitudinal profile<",
+        ">Scale 1:1000, vertical 1:50<", ">Exaggeration 20, metres assumed<",
+        ">Sheet A4, 297 x 210 mm<", ">no labels left out<", ">Datum 599.5<", ">600.0<", ">603.0<",
+        ">Elevation<", ">Distance<", ">Station<",
         // From 30 to 190 along the axis; at 100 the elevation is 600 + 3 * 70 / 160.
         ">30.000<", ">600.000<", ">100.000<", ">601.312<", ">190.000<", ">603.000<"}) {
     EXPECT_EQ(count_of(drawing, text), 1) << text;
   }
 }
 
-// The left cut is 6 mm inside the frame, which starts at 38; the terrain starts
-// 20 units after it, and 1 unit is 1.185 mm. Its end is 3 units higher:
-// 3 * 1.185 * 20 = 71.1 mm; its start is 0.5 above the datum, at 148 - 11.85.
-TEST(ProfileDrawing, TheTerrainIsWhereItsNumbersSay) {
+// The terrain is 160 units long, 160 mm at 1:1000, and rises 3 units, 60 mm at 1:50.
+TEST(ProfileDrawing, TheTerrainMeasuresWhatTheScalesSay) {
   const std::string drawing = profile_drawing_of(survey, study_with(50.0));
-  EXPECT_NE(drawing.find(R"(d="M 67.7 136.15 L 257.3 65.05")"), drawing.npos) << drawing;
+  std::istringstream path(drawing.substr(drawing.find(R"(<g id="terrain">)")));
+  std::string skipped;
+  Place from;
+  Place to;
+  path >> skipped >> skipped >> skipped >> skipped >> from.x >> from.y >> skipped >> to.x >> to.y;
+  EXPECT_NEAR(to.x - from.x, 160.0, 0.0011) << drawing;
+  EXPECT_NEAR(from.y - to.y, 60.0, 0.0011);
+}
+
+TEST(ProfileDrawing, TheScaleOfTheUserIsTaken) {
+  DrawingOptions options;
+  options.profile_scale = 2000.0;
+  const std::string drawing = profile_drawing_of(survey, study_with(50.0), options);
+  EXPECT_EQ(count_of(drawing, ">Scale 1:2000, vertical 1:100<"), 1);
+  EXPECT_EQ(count_of(drawing, ">Exaggeration 20, metres assumed<"), 1);
+  options.profile_scale = 100.0;
+  EXPECT_THROW(profile_drawing_of(survey, study_with(50.0), options), ChoiceFault);
+}
+
+// At 1:2000 the elevations could be 1:1000 only; at 1:2500 they are 1:250.
+TEST(ProfileDrawing, TheNextScaleIsTakenWhereItFillsTheSheetBetter) {
+  std::vector<SurveyPoint> wide = points;
+  for (SurveyPoint& point : wide) {
+    point.x *= 2;
+    point.z = 600 + (point.z - 600) * 6;
+  }
+  StudyOptions study;
+  study.section = SectionLine{{-20, 40}, {420, 40}};
+  study.corridor = 1.0;
+  const std::string drawing =
+      profile_drawing_of({"wide.csv", FieldOrder::x_first, wide}, study_of(wide, study));
+  EXPECT_EQ(count_of(drawing, ">Scale 1:2500, vertical 1:250<"), 1) << drawing;
+}
+
+TEST(ProfileDrawing, NoScaleForNumbersPastEveryDouble) {
+  Study study = study_with({});
+  study.profile.lowest = -std::numeric_limits<double>::max();
+  study.profile.highest = std::numeric_limits<double>::max();
+  EXPECT_THROW(profile_drawing_of(survey, study), DrawingFault);
 }
 
 TEST(ProfileDrawing, TextsOfStationsDoNotTouch) {
@@ -97,7 +131,10 @@ TEST(ProfileDrawing, TextsOfStationsDoNotTouch) {
   EXPECT_EQ(ordinates(few), 10);
   EXPECT_EQ(ordinates(many), 321);
   EXPECT_EQ(count_of(few, "rotate(-90"), 2 * 10);
-  EXPECT_LE(count_of(many, "rotate(-90"), 2 * 54);  // 189.6 mm have room for 53 gaps of 3.6
+  const std::size_t texts = count_of(many, "rotate(-90") / 2;
+  EXPECT_GT(texts, 40);
+  EXPECT_LT(texts, 321);
+  EXPECT_EQ(count_of(many, '>' + std::to_string(321 - texts) + " labels left out<"), 1);
   EXPECT_EQ(count_of(many, ">190.000<"), 1);
 }
 

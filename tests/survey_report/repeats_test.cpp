@@ -166,7 +166,7 @@ TEST(Repeats, ARefusalOfTheLibraryRemovesNothing) {
   Study study;
   study.repeats = repeats;
   EXPECT_NE(repeats_section({"plot.csv", FieldOrder::x_first, points}, study)
-                .find("\nPoints     none removed: the library's search failed\n"),
+                .find("\nPoints     none would be removed: the library's search failed\n"),
             std::string::npos);
 }
 
@@ -184,16 +184,16 @@ TEST(RepeatsSection, HasARowAPairAndSaysWhoGoes) {
             "\n"
             "Tolerance  0.02, in X and in Y\n"
             "Pairs      2\n"
-            "Points     5 before, 4 after: 1 removed\n"
+            "Points     1 of 5 would be removed\n"
             "\n"
             "A pair is any two points nearer than the tolerance in X and in Y; distance in plan,\n"
-            "rise from the first. The removal goes once through the points in the order of X,\n"
-            "takes neighbours that near to the first of them for one point, and keeps the\n"
-            "highest. It does not see a pair that another point parts in that order: both may\n"
-            "stay.\n"
+            "rise from the first. A removal would go once through the points in the order of X,\n"
+            "take neighbours that near to the first of them for one point, and keep the\n"
+            "highest. It would not see a pair that another point parts in that order: both may\n"
+            "stay. This report and its drawings are of all points, none of them removed.\n"
             "\n"
-            "Point  Code  Point  Code  Distance   Rise  Removed\n"
-            "-----  ----  -----  ----  --------  -----  -------\n"
+            "Point  Code  Point  Code  Distance   Rise  Would be removed\n"
+            "-----  ----  -----  ----  --------  -----  ----------------\n"
             "   P1  C1       P2  C2       0.010  0.500  P1\n"
             "   P3  C3       P5  C5       0.015  0.000  -\n");
 }
@@ -208,7 +208,7 @@ TEST(RepeatsSection, ManyPairsAreCounted) {
             "\n"
             "Tolerance  5, in X and in Y\n"
             "Pairs      more than 10000: not listed\n"
-            "Points     142 before, 1 after: 141 removed\n");
+            "Points     141 of 142 would be removed\n");
 }
 
 // ---- The dialog
@@ -243,11 +243,14 @@ TEST(RepeatsDialog, WhatTheUserKeptHasItsNumbersAndCodes) {
             "P5,30.015,20.000,1.000,C5\n");
   EXPECT_EQ(removal.stands_for, (Places{0, 0, 1, 2, 3}));
   EXPECT_EQ(section_of(removal),
-            "Repeated points removed in the dialog\n"
-            "=====================================\n"
+            "Points kept in the dialog\n"
+            "=========================\n"
             "\n"
-            "Points  5 before, 4 after: 1 removed\n"
+            "Points  4 of 5\n"
             "File    plot_kept.csv\n"
+            "\n"
+            "The others are left out of the file alone: this report and its drawings are of all\n"
+            "points.\n"
             "\n"
             "Kept  Code  Stands for\n"
             "----  ----  ----------\n"
@@ -260,8 +263,7 @@ TEST(RepeatsDialog, InSpaceNothingIsRepeated) {
     remove_at(form, u"0.02");
   });
   EXPECT_EQ(removal.kept.size(), plot.size());
-  EXPECT_TRUE(section_of(removal).ends_with(
-      "\n\nPoints  5 before, 5 after: 0 removed\nFile    plot_kept.csv\n"));
+  EXPECT_TRUE(section_of(removal).ends_with("\n\nPoints  5 of 5\nFile    plot_kept.csv\n"));
 }
 
 struct ExitRow {
@@ -301,10 +303,10 @@ TEST(RepeatsDialog, OnlyARemovalCounts) {
     EXPECT_EQ(removal.kept.size(), row.confirmed ? plot.size() : 0) << row.rule;
   }
   EXPECT_EQ(section_of({}),
-            "Repeated points removed in the dialog\n"
-            "=====================================\n"
+            "Points kept in the dialog\n"
+            "=========================\n"
             "\n"
-            "Cancelled: nothing was removed, and no file of kept points was written.\n");
+            "Cancelled: no file of kept points was written.\n");
 }
 
 TEST(RepeatsDialog, ASearchThatFailsCanOnlyBeCancelled) {
@@ -324,10 +326,8 @@ TEST(RepeatsDialog, ItsSectionStandsInTheReport) {
   const Survey survey{"plot.csv", FieldOrder::x_first, plot};
   const Study study = study_of(plot, {});
   const std::string with = report(survey, study, section_of({}));
-  EXPECT_NE(
-      with.find("P3  C3       P5  C5       0.015  0.000  -\n\n\nRepeated points removed in the "
-                "dialog\n"),
-      std::string::npos);
+  EXPECT_NE(with.find("P3  C3       P5  C5       0.015  0.000  -\n\n\nPoints kept in the dialog\n"),
+            std::string::npos);
   EXPECT_NE(with.find("was written.\n\n\nBoundary and section line\n"), std::string::npos);
   EXPECT_EQ(report(survey, study).find("in the dialog"), std::string::npos);
 }

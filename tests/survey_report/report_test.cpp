@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <utility>
+
 namespace survey_report {
 namespace {
 
@@ -36,16 +38,16 @@ TEST(Report, AllOfAShortSurvey) {
             "\n"
             "Tolerance  0.02, in X and in Y\n"
             "Pairs      1\n"
-            "Points     4 before, 3 after: 1 removed\n"
+            "Points     1 of 4 would be removed\n"
             "\n"
             "A pair is any two points nearer than the tolerance in X and in Y; distance in plan,\n"
-            "rise from the first. The removal goes once through the points in the order of X,\n"
-            "takes neighbours that near to the first of them for one point, and keeps the\n"
-            "highest. It does not see a pair that another point parts in that order: both may\n"
-            "stay.\n"
+            "rise from the first. A removal would go once through the points in the order of X,\n"
+            "take neighbours that near to the first of them for one point, and keep the\n"
+            "highest. It would not see a pair that another point parts in that order: both may\n"
+            "stay. This report and its drawings are of all points, none of them removed.\n"
             "\n"
-            "Point  Code   Point  Code  Distance   Rise  Removed\n"
-            "-----  -----  -----  ----  --------  -----  -------\n"
+            "Point  Code   Point  Code  Distance   Rise  Would be removed\n"
+            "-----  -----  -----  ----  --------  -----  ----------------\n"
             "    2  SE\xC3\x91"
             "AL     2b           0.000  0.000  2b\n"
             "\n"
@@ -169,8 +171,35 @@ TEST(Report, ALevelSquareHasNoSlope) {
                              "6.000  6.000      1.000     0.00  A, B, C\n"
                              "\n"
                              "1 node; elevation lowest 1.000, highest 1.000, mean 1.000; "
-                             "mean slope 0.00 %\n"))
+                             "mean of the slopes 0.00 %\n"))
       << relief_section(survey, study);
+}
+
+std::vector<SurveyPoint> slope_with_lowest(double z) {
+  return {{"1", 0, 0, 100, "", 1},
+          {"2", 10, 0, 104, "", 2},
+          {"3", 0, 10, 110, "", 3},
+          {"4", 90, 90, z, "", 4}};
+}
+
+// The plane of points 1 to 3 rises 108 in 100, whatever lies elsewhere.
+TEST(Report, ASlopeBetweenThreeLevelsIsSaidToBeNoGradient) {
+  StudyOptions options;
+  options.grid_step = 2;
+  for (const auto& [lowest, slope] : {std::pair(100.0, "111.80"), std::pair(0.0, "100.02")}) {
+    const Survey survey = survey_of(slope_with_lowest(lowest));
+    const std::string section = relief_section(survey, study_of(survey.points, options));
+    EXPECT_NE(section.find(std::string("    102.800   ") + slope + "  1, 2, 3\n"), section.npos)
+        << section;
+    EXPECT_NE(section.find("Where all three levels differ it is not the steepest slope\n"
+                           "of the triangle, which may be several times as large, and it changes "
+                           "with how high the\n"
+                           "triangle lies above the lowest point of the survey: read from it which "
+                           "ground is level,\n"
+                           "and no gradient.\n"),
+              section.npos)
+        << section;
+  }
 }
 
 // The axis has points at 4 and 8: the elevation rises 3 in 4, and 6 is half way.

@@ -50,10 +50,10 @@ TEST(Rounding, Decimals) {
 }
 
 TEST(Rounding, AScaleBarIsRoundAndFitsItsRoom) {
-  EXPECT_DOUBLE_EQ(scale_bar_length(1.0), 20);
-  EXPECT_DOUBLE_EQ(scale_bar_length(0.9), 50);
-  EXPECT_DOUBLE_EQ(scale_bar_length(0.046), 1000);
-  EXPECT_DOUBLE_EQ(scale_bar_length(100.0), 0.2);
+  EXPECT_DOUBLE_EQ(scale_bar_length(1.0), 50);
+  EXPECT_DOUBLE_EQ(scale_bar_length(1.01), 20);
+  EXPECT_DOUBLE_EQ(scale_bar_length(0.05), 1000);
+  EXPECT_DOUBLE_EQ(scale_bar_length(100.0), 0.5);
 }
 
 TEST(Rounding, MultiplesInARange) {
