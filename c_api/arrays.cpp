@@ -1,6 +1,4 @@
 // Arrays and texts across the C boundary.
-#include <type_traits>
-
 #include "c_api/guard.h"
 #include "c_api/handles.h"
 #include "c_api/orv2_geo.h"
@@ -36,30 +34,11 @@ class HostBuffer final : public ArrayOwner {
 // Runs `work` on a new item of the array type that a tag names.
 template <class Work>
 orv2_handle with_new_array(uint16_t type, Work&& work) {
-  const auto made = [&]<class A>(std::type_identity<A>) {
+  return with_array_type(static_cast<Type>(type), [&]<class A>(std::type_identity<A>) {
     auto item = std::make_unique<TypedArrayItem<A>>();
     work(*item);
     return handle_for(std::move(item));
-  };
-  switch (static_cast<Type>(type)) {
-    case Type::double_array: return made(std::type_identity<DoubleArray>());
-    case Type::single_array: return made(std::type_identity<SingleArray>());
-    case Type::long_array: return made(std::type_identity<LongArray>());
-    case Type::short_array: return made(std::type_identity<ShortArray>());
-    case Type::string_array: return made(std::type_identity<StringArray>());
-    default: raise(failure::type_mismatch);
-  }
-}
-
-template <class Work>
-void with_array(ArrayItem& item, Work&& work) {
-  switch (item.type) {
-    case Type::double_array: return work(array_of<DoubleArray>(item));
-    case Type::single_array: return work(array_of<SingleArray>(item));
-    case Type::long_array: return work(array_of<LongArray>(item));
-    case Type::short_array: return work(array_of<ShortArray>(item));
-    default: return work(array_of<StringArray>(item));
-  }
+  });
 }
 
 StringArray& string_array(orv2_handle handle) {

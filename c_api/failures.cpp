@@ -10,17 +10,6 @@ namespace orv2_geo::c_api {
 namespace {
 thread_local std::optional<RunFailure> last;
 thread_local std::optional<RunFailure> of_callback;
-
-struct Listed {
-  std::int32_t number;
-  const char* description;
-};
-
-constexpr Listed catalogue[] = {
-#define ORV2_LISTED(name, number, text) {number, text},
-    ORV2_FAILURES(ORV2_LISTED)
-#undef ORV2_LISTED
-};
 }  // namespace
 
 std::int32_t remembered(const RunFailure& failure) noexcept {
@@ -56,10 +45,11 @@ int32_t orv2_last_failure(orv2_failure* failure) {
 
 int32_t orv2_failure_at(size_t index, int32_t* number, const char** description) {
   return guarded([&] {
-    if (index >= std::size(catalogue)) raise(failure::subscript_out_of_range);
+    const auto all = failure::catalogue();
+    if (index >= all.size()) raise(failure::subscript_out_of_range);
     needed(number);
-    *needed(description) = catalogue[index].description;
-    *number = catalogue[index].number;
+    *needed(description) = all[index].description;
+    *number = all[index].number;
   });
 }
 

@@ -3,8 +3,6 @@
 #pragma once
 
 #include <cstdint>
-#include <new>
-#include <stdexcept>
 #include <utility>
 
 #include "frame/run_failure.h"
@@ -20,16 +18,8 @@ std::int32_t guarded(Body&& body) noexcept {
   try {
     std::forward<Body>(body)();
     return 0;
-  } catch (const RunFailure& failure) {
-    return remembered(failure);
-  } catch (const std::bad_alloc&) {
-    return remembered(RunFailure(failure::out_of_memory));
-  } catch (const std::length_error&) {
-    return remembered(RunFailure(failure::out_of_memory));
-  } catch (const std::exception& other) {
-    return remembered(RunFailure(failure::host_object_failed, other.what(), ""));
   } catch (...) {
-    return remembered(RunFailure(failure::host_object_failed));
+    return remembered(failure_in_flight());
   }
 }
 

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <type_traits>
 
 #include "c_api/orv2_geo.h"
 #include "frame/argument.h"
@@ -89,6 +90,27 @@ inline ObjectRef object_of(orv2_handle handle) {
 template <class A>
 A& array_of(ArrayItem& item) {
   return static_cast<TypedArrayItem<A>&>(item).array;
+}
+
+/// Runs `work` with the C++ type of the arrays that a type names. Failure 13 for a
+/// type that is none.
+template <class Work>
+auto with_array_type(Type type, Work&& work) {
+  switch (type) {
+    case Type::double_array: return work(std::type_identity<DoubleArray>());
+    case Type::single_array: return work(std::type_identity<SingleArray>());
+    case Type::long_array: return work(std::type_identity<LongArray>());
+    case Type::short_array: return work(std::type_identity<ShortArray>());
+    case Type::string_array: return work(std::type_identity<StringArray>());
+    default: raise(failure::type_mismatch);
+  }
+}
+
+/// Runs `work` with the array of an item.
+template <class Work>
+auto with_array(ArrayItem& item, Work&& work) {
+  return with_array_type(item.type,
+                         [&]<class A>(std::type_identity<A>) { return work(array_of<A>(item)); });
 }
 
 /// One reference more or less; from another thread too. Failure 5.

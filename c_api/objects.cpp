@@ -31,63 +31,25 @@ Object& library_object(ObjectItem& item) {
   return *item.own;
 }
 
-// An answer that is a variant takes the longer way.
-void call_variant(Object& object, size_t position, std::span<const Argument> arguments,
-                  orv2_value* result) {
-  Variant answer;
-  object.invoke(position, {arguments, &answer, nullptr, &text_services::number_from_text});
-  if (result != nullptr) *result = value_of(answer);
-}
-
-// Arguments to be translated or converted, or an answer that is a variant.
-void call_translated(Object& object, size_t position, std::span<const orv2_value> values,
-                     orv2_value* result) {
-  const Translated translated(values.data(), values.size());
-  if (object.description().members[position].result == Type::variant) {
-    return call_variant(object, position, translated.arguments(), result);
-  }
+// A call goes down once: numbers and flags as they stand, all else by way of the
+// reader. A failure before the object is entered is signed here.
+void call_member(Object& object, size_t position, const orv2_value* values, size_t count,
+                 orv2_value* result) {
+  const auto refuse = [&](int32_t number) {
+    throw RunFailure::signed_by(number, object.description().registered_name);
+  };
+  if (count > most_arguments) refuse(failure::wrong_argument_count);
+  if (count != 0 && values == nullptr) refuse(failure::invalid_call);
+  HostArguments reader(values);
+  Variant variant;
   Argument answer;
   answer.tag = by_value(Type::none);
+  const auto* const arguments = reinterpret_cast<const Argument*>(values);
   object.invoke(position,
-                {translated.arguments(), nullptr, &answer, &text_services::number_from_text});
-  if (result != nullptr) *result = std::bit_cast<orv2_value>(answer);
-}
-
-// Scalars look the same on both sides: the quick way takes them as they stand.
-bool call_exact(Object& object, size_t position, std::span<const orv2_value> values,
-                orv2_value* result) {
-  if (object.description().members[position].result == Type::variant) return false;
-  const auto* const arguments = reinterpret_cast<const Argument*>(values.data());
-  Argument answer;
-  answer.tag = by_value(Type::none);
-  if (!object.invoke_exact(position, {{arguments, values.size()}, nullptr, &answer, nullptr})) {
-    return false;
-  }
-  if (result != nullptr) *result = std::bit_cast<orv2_value>(answer);
-  return true;
-}
-
-void pass_on(Object& object, size_t position, const orv2_value* arguments, size_t count,
-             orv2_value* result) {
-  if (count > most_arguments) raise(failure::wrong_argument_count);
-  if (count != 0) needed(arguments);
-  if (position >= object.description().members.size()) raise(failure::no_such_member);
-  const std::span<const orv2_value> values(arguments, count);
-  if (call_exact(object, position, values, result)) [[likely]] {
-    return;
-  }
-  call_translated(object, position, values, result);
-}
-
-// Runs one call of the object; whatever fails in it is signed with its class.
-template <class Work>
-void signed_call(Object& object, Work&& work) {
-  const char* const source = object.description().registered_name;  // may outlive the object
-  try {
-    work();
-  } catch (...) {
-    leave_signed(source);
-  }
+                {{arguments, count}, &variant, &answer, &text_services::number_from_text, &reader});
+  if (result == nullptr) return;
+  const bool is_variant = answer.tag == by_value(Type::none);
+  *result = is_variant ? value_of(variant) : std::bit_cast<orv2_value>(answer);
 }
 
 }  // namespace
@@ -165,8 +127,7 @@ int32_t orv2_find_member(orv2_handle object, const char* name, int32_t kind, siz
 int32_t orv2_call(orv2_handle object, size_t position, const orv2_value* arguments, size_t count,
                   orv2_value* result) {
   return guarded([&] {
-    Object& called = library_object(object_item(object));
-    signed_call(called, [&] { pass_on(called, position, arguments, count, result); });
+    call_member(library_object(object_item(object)), position, arguments, count, result);
   });
 }
 
@@ -174,8 +135,9 @@ int32_t orv2_call_name(orv2_handle object, const char* name, const orv2_value* a
                        size_t count, orv2_value* result) {
   return guarded([&] {
     Object& called = library_object(object_item(object));
-    signed_call(called, [&] {
-      pass_on(called, called.position_of(needed(name), count), arguments, count, result);
-    });
+    if (name == nullptr) {
+      throw RunFailure::signed_by(failure::invalid_call, called.description().registered_name);
+    }
+    call_member(called, called.position_of(name, count), arguments, count, result);
   });
 }

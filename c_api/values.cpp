@@ -30,64 +30,56 @@ class ObjectVariable final : public LateBound {
 
 }  // namespace
 
-Translated::Translated(const orv2_value* values, std::size_t count) : count_(count) {
-  for (; at_ < count; ++at_) arguments_[at_] = translated(values[at_]);
-}
-
-Argument Translated::translated(const orv2_value& value) {
+Argument HostArguments::read(std::size_t i) {
+  const orv2_value& value = values_[i];
   if (is_plain(value)) return std::bit_cast<Argument>(value);
   const Type type = type_of(value.tag);
-  if (type == Type::text || value.tag == ORV2_UTF8) return text_argument(value);
-  if (is_array(type)) return array_argument(value);
-  if (type == Type::object) return object_argument(value);
+  if (type == Type::text || value.tag == ORV2_UTF8) return text_argument(i);
+  if (is_array(type)) return array_argument(i);
+  if (type == Type::object) return object_argument(i);
   // A scalar that is not plain has a null pointer; anything else is no tag.
   const bool scalar = type >= Type::i16 && type <= Type::boolean && is_by_reference(value.tag);
   raise(scalar ? failure::invalid_call : failure::type_mismatch);
 }
 
-Argument Translated::text_argument(const orv2_value& value) {
+Argument HostArguments::text_argument(std::size_t i) {
+  const orv2_value& value = values_[i];
   if (value.tag == ORV2_UTF8) {
-    texts_[at_] = Text::from_utf8(needed(value.as.utf8));
-    return Argument::of_value(texts_[at_]);
+    Text& text = kept().texts[i];
+    text = Text::from_utf8(needed(value.as.utf8));
+    return Argument::of_value(text);
   }
   Text& text = text_of(value.as.handle);
-  pin(value.as.handle);
+  pin(i, value.as.handle);
   return is_by_reference(value.tag) ? Argument::of(text) : Argument::of_value(text);
 }
 
-Argument Translated::array_argument(const orv2_value& value) {
-  ArrayItem& item = array_item(value.as.handle);
-  pin(value.as.handle);
+Argument HostArguments::array_argument(std::size_t i) {
+  ArrayItem& item = array_item(values_[i].as.handle);
+  pin(i, values_[i].as.handle);
   // The tag must name the array's own type: nothing is converted.
-  if (item.type != type_of(value.tag)) raise(failure::type_mismatch);
-  Argument argument;
-  argument.tag = by_reference(item.type);
-  switch (item.type) {
-    case Type::double_array: argument.variable = &array_of<DoubleArray>(item); break;
-    case Type::single_array: argument.variable = &array_of<SingleArray>(item); break;
-    case Type::long_array: argument.variable = &array_of<LongArray>(item); break;
-    case Type::short_array: argument.variable = &array_of<ShortArray>(item); break;
-    default: argument.variable = &array_of<StringArray>(item); break;
-  }
-  return argument;
+  if (item.type != type_of(values_[i].tag)) raise(failure::type_mismatch);
+  return with_array(item, [](auto& array) { return Argument::of(array); });
 }
 
-Argument Translated::object_argument(const orv2_value& value) {
+Argument HostArguments::object_argument(std::size_t i) {
+  const orv2_value& value = values_[i];
+  Kept& kept = this->kept();
   if (!is_by_reference(value.tag)) {
-    objects_[at_] = object_of(value.as.handle);
-    return Argument::of_value(objects_[at_]);
+    kept.objects[i] = object_of(value.as.handle);
+    return Argument::of_value(kept.objects[i]);
   }
   const auto* const host_variable = static_cast<const orv2_handle*>(needed(value.as.pointer));
   // One host variable is one variable of the call.
-  const auto known =
-      std::find(object_variables_.begin(), object_variables_.begin() + at_, host_variable);
-  const auto place = static_cast<std::size_t>(known - object_variables_.begin());
-  if (place == at_) {
+  const auto first = kept.object_variables.begin();
+  const auto known = std::find(first, first + static_cast<std::ptrdiff_t>(i), host_variable);
+  const auto place = static_cast<std::size_t>(known - first);
+  if (place == i) {
     static_cast<void>(object_of(*host_variable));  // a wrong handle is refused at once
-    objects_[at_] = ObjectRef(new ObjectVariable(*host_variable));
+    kept.objects[i] = ObjectRef(new ObjectVariable(*host_variable));
   }
-  object_variables_[at_] = host_variable;
-  return Argument::of(objects_[place]);
+  kept.object_variables[i] = host_variable;
+  return Argument::of(kept.objects[place]);
 }
 
 orv2_value value_of(const Variant& variant) {

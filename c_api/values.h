@@ -10,7 +10,7 @@
 
 #include "c_api/handles.h"
 #include "c_api/orv2_geo.h"
-#include "frame/argument.h"
+#include "frame/class_description.h"
 
 namespace orv2_geo::c_api {
 
@@ -42,32 +42,35 @@ inline bool is_plain(const orv2_value& value) noexcept {
   return (value.tag >= ORV2_I16 && value.tag <= ORV2_BOOL) || value.tag == ORV2_OMITTED;
 }
 
-/// Arguments made from a host's values: handles become what they stand for,
-/// kept alive until the call is over.
-class Translated {
+/// A host's values as arguments: handles become what they stand for, kept alive as
+/// long as the reader.
+class HostArguments final : public ArgumentReader {
  public:
-  /// Failures: 5 for null pointers and wrong handles, 13 for unknown tags.
-  Translated(const orv2_value* values, std::size_t count);
-  Translated(const Translated&) = delete;
-  Translated& operator=(const Translated&) = delete;
+  /// At most most_arguments values, which are read when they are asked for.
+  explicit HostArguments(const orv2_value* values) noexcept : values_(values) {}
+  HostArguments(const HostArguments&) = delete;
+  HostArguments& operator=(const HostArguments&) = delete;
 
-  std::span<const Argument> arguments() const noexcept { return {arguments_.data(), count_}; }
+  /// Each once. Failures: 5 for null pointers and wrong handles, 13 for unknown tags.
+  Argument read(std::size_t i) override;
 
  private:
-  Argument translated(const orv2_value& value);
-  Argument text_argument(const orv2_value& value);
-  Argument array_argument(const orv2_value& value);
-  Argument object_argument(const orv2_value& value);
-  void pin(orv2_handle handle) { pins_[at_].emplace(handle); }
+  // What arguments need to live through the call, a place each.
+  struct Kept {
+    std::array<std::optional<Pin>, most_arguments> pins;
+    std::array<Text, most_arguments> texts;
+    std::array<ObjectRef, most_arguments> objects;
+    std::array<const orv2_handle*, most_arguments> object_variables{};
+  };
 
-  // One place an argument for whatever it needs to live through the call.
-  std::array<Argument, most_arguments> arguments_;
-  std::array<std::optional<Pin>, most_arguments> pins_;
-  std::array<Text, most_arguments> texts_;
-  std::array<ObjectRef, most_arguments> objects_;
-  std::array<const orv2_handle*, most_arguments> object_variables_{};
-  std::size_t count_;
-  std::size_t at_ = 0;  // the argument being translated
+  Argument text_argument(std::size_t i);
+  Argument array_argument(std::size_t i);
+  Argument object_argument(std::size_t i);
+  Kept& kept() { return kept_ ? *kept_ : kept_.emplace(); }
+  void pin(std::size_t i, orv2_handle handle) { kept().pins[i].emplace(handle); }
+
+  const orv2_value* values_;
+  std::optional<Kept> kept_;  // only where something must be kept
 };
 
 /// A scalar answer, by value. Failure 13 for anything else.

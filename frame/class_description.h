@@ -40,13 +40,25 @@ struct ParameterDescription {
 /// is none.
 using NumberFromText = double (*)(std::u16string_view);
 
-/// One call on its way to a member: the arguments given and the place of the
-/// answer.
+/// A boundary's own values on their way to become arguments.
+class ArgumentReader {
+ public:
+  /// The i-th value as an argument. What it stands for lives until the call is over.
+  virtual Argument read(std::size_t i) = 0;
+
+ protected:
+  ~ArgumentReader() = default;
+};
+
+/// One call on its way to a member: the arguments given and the place of the answer.
+/// A boundary may hand in values of its own kind as long as numbers, flags and their
+/// variables look like arguments; all others are then asked of its reader.
 struct Call {
   std::span<const Argument> arguments;
   Variant* variant_result = nullptr;  // where a variant answer goes
   Argument* result = nullptr;         // where any other answer goes, by value
   NumberFromText number_from_text = nullptr;
+  ArgumentReader* reader = nullptr;
 };
 
 enum class MemberKind : std::uint8_t { method = 0, property_read = 1, property_write = 2 };
@@ -57,13 +69,10 @@ struct MemberDescription {
   MemberKind kind = MemberKind::method;
   Type result = Type::none;
   std::span<const ParameterDescription> parameters;
-  void (*invoke)(void* object, const Call& call) = nullptr;
 
-  /// The quick way of a member whose parameters are all numbers and flags, for
-  /// arguments that all have their parameter's own tag and, by reference, a
-  /// variable: nothing is converted. False, with nothing done, for any other
-  /// arguments. Null for the other members.
-  bool (*invoke_exact)(void* object, const Call& call) = nullptr;
+  /// Calls the member. Its failures, and those of arguments that it cannot take, are
+  /// signed with its class.
+  void (*invoke)(void* object, const Call& call) = nullptr;
 };
 
 /// One public class: its registered name, its members in interface order, and
@@ -149,6 +158,7 @@ class Slot {
   template <Parameter parameter>
   void bind(const Argument& given, const Call& call) {
     if (given.tag == by_reference(interface_type<T>)) [[likely]] {
+      if (given.variable == nullptr) raise(failure::invalid_call);
       variable_ = static_cast<T*>(given.variable);
     } else {
       bind_temporary(parameter, given, call);
@@ -222,24 +232,46 @@ constexpr auto described_parameters() {
 template <auto member, Parameter... names>
 inline constexpr auto parameters_of = described_parameters<SignatureOf<member>, names...>();
 
-inline constexpr Argument left_out_argument{};
-
-template <auto member, Parameter... names>
-void invoke(void* object, const Call& call) {
+// The member with these arguments, whatever type they come in.
+template <auto member, class... A>
+void call_member(void* object, const Call& call, A&&... arguments) {
   using S = SignatureOf<member>;
-  if (call.arguments.size() > S::arity) raise(failure::wrong_argument_count);
+  auto& self = *static_cast<typename S::Class*>(object);
+  if constexpr (std::is_void_v<typename S::Result>) {
+    (self.*member)(std::forward<A>(arguments)...);
+  } else {
+    answer(call, (self.*member)(std::forward<A>(arguments)...));
+  }
+}
+
+// Runs what comes before a member of C; its failures are signed with the class.
+template <class C, class Work>
+void before_member(Work&& work) {
+  try {
+    work();
+  } catch (...) {
+    leave_signed(C::registered_name);
+  }
+}
+
+// The i-th argument; one left out beyond the last.
+inline Argument given_argument(const Call& call, std::size_t i) {
+  if (i >= call.arguments.size()) return {};
+  return call.reader != nullptr ? call.reader->read(i) : call.arguments[i];
+}
+
+// The way of all arguments: each is read and, where it is of another type than its
+// parameter, converted.
+template <auto member, Parameter... names>
+[[gnu::noinline]] void invoke_converted(void* object, const Call& call) {
+  using S = SignatureOf<member>;
   typename S::Slots places;  // Qt's headers make a macro of "slots"
-  const auto given = [&](std::size_t i) -> const Argument& {
-    return i < call.arguments.size() ? call.arguments[i] : left_out_argument;
-  };
   [&]<std::size_t... i>(std::index_sequence<i...>) {
-    (std::get<i>(places).template bind<names>(given(i), call), ...);
-    auto& self = *static_cast<typename S::Class*>(object);
-    if constexpr (std::is_void_v<typename S::Result>) {
-      (self.*member)(std::get<i>(places).get()...);
-    } else {
-      answer(call, (self.*member)(std::get<i>(places).get()...));
-    }
+    before_member<typename S::Class>([&] {
+      if (call.arguments.size() > S::arity) raise(failure::wrong_argument_count);
+      (std::get<i>(places).template bind<names>(given_argument(call, i), call), ...);
+    });
+    call_member<member>(object, call, std::get<i>(places).get()...);
   }
   (std::make_index_sequence<S::arity>{});
 }
@@ -271,32 +303,29 @@ bool is_exact(const Argument& given) noexcept {
   }
 }
 
-template <auto member>
-bool invoke_exact(void* object, const Call& call) {
+// Numbers and flags look the same at every boundary: where all parameters are such and
+// all arguments fit, nothing is read, converted or copied.
+template <auto member, Parameter... names>
+void invoke_scalars(void* object, const Call& call) {
   using S = SignatureOf<member>;
-  if (call.arguments.size() != S::arity) return false;
-  return [&]<std::size_t... i>(std::index_sequence<i...>) {
-    const Argument* given = call.arguments.data();
-    if (!(is_exact<typename S::template Parameter<i>>(given[i]) && ...)) return false;
-    auto& self = *static_cast<typename S::Class*>(object);
-    if constexpr (std::is_void_v<typename S::Result>) {
-      (self.*member)(exact<typename S::template Parameter<i>>(given[i])...);
-    } else {
-      answer(call, (self.*member)(exact<typename S::template Parameter<i>>(given[i])...));
-    }
-    return true;
+  [&]<std::size_t... i>(std::index_sequence<i...>) {
+    const Argument* const given = call.arguments.data();
+    const bool fit = call.arguments.size() == S::arity &&
+                     (is_exact<typename S::template Parameter<i>>(given[i]) && ...);
+    if (!fit) return invoke_converted<member, names...>(object, call);
+    call_member<member>(object, call, exact<typename S::template Parameter<i>>(given[i])...);
   }
   (std::make_index_sequence<S::arity>{});
 }
 
-template <auto member>
-constexpr auto quick_way() -> bool (*)(void*, const Call&) {
+template <auto member, Parameter... names>
+constexpr auto way_to() -> void (*)(void*, const Call&) {
   constexpr auto scalar = [](Type type) { return type >= Type::i16 && type <= Type::boolean; };
   using S = SignatureOf<member>;
   if constexpr (std::all_of(S::types.begin(), S::types.end(), scalar)) {
-    return &invoke_exact<member>;
+    return &invoke_scalars<member, names...>;
   } else {
-    return nullptr;
+    return &invoke_converted<member, names...>;
   }
 }
 
@@ -311,14 +340,17 @@ struct Property {
   using C = decltype(class_of(variable));
   using T = decltype(type_of_variable(variable));
   static void read(void* object, const Call& call) {
-    if (!call.arguments.empty()) raise(failure::wrong_argument_count);
+    before_member<C>([&] {
+      if (!call.arguments.empty()) raise(failure::wrong_argument_count);
+    });
     answer(call, static_cast<C*>(object)->*variable);
   }
   static void write(void* object, const Call& call) {
-    if (call.arguments.size() > 1) raise(failure::wrong_argument_count);
     Slot<T> value;
-    value.template bind<"value">(call.arguments.empty() ? left_out_argument : call.arguments[0],
-                                 call);
+    before_member<C>([&] {
+      if (call.arguments.size() > 1) raise(failure::wrong_argument_count);
+      value.template bind<"value">(given_argument(call, 0), call);
+    });
     static_cast<C*>(object)->*variable = value.get();
   }
   static constexpr ParameterDescription written[] = {{"value", interface_type<T>}};
@@ -330,26 +362,22 @@ struct Property {
 template <auto member, Parameter... names>
 constexpr MemberDescription method(std::string_view name) {
   using S = description::SignatureOf<member>;
-  return {name,
-          MemberKind::method,
-          interface_type<typename S::Result>,
-          description::parameters_of<member, names...>,
-          &description::invoke<member, names...>,
-          description::quick_way<member>()};
+  return {name, MemberKind::method, interface_type<typename S::Result>,
+          description::parameters_of<member, names...>, description::way_to<member, names...>()};
 }
 
 /// A line of a class's table: the read side of a public variable.
 template <auto variable>
 constexpr MemberDescription property_read(std::string_view name) {
   using P = description::Property<variable>;
-  return {name, MemberKind::property_read, interface_type<typename P::T>, {}, &P::read, nullptr};
+  return {name, MemberKind::property_read, interface_type<typename P::T>, {}, &P::read};
 }
 
 /// A line of a class's table: the write side of a public variable.
 template <auto variable>
 constexpr MemberDescription property_write(std::string_view name) {
   using P = description::Property<variable>;
-  return {name, MemberKind::property_write, Type::none, P::written, &P::write, nullptr};
+  return {name, MemberKind::property_write, Type::none, P::written, &P::write};
 }
 
 /// The description of class C from its table.

@@ -3,13 +3,13 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
-#include <new>
 #include <span>
 #include <vector>
 
 #include "frame/checked_math.h"
 #include "frame/counted.h"
 #include "frame/mConstantes.h"
+#include "frame/memory.h"
 #include "frame/overlap.h"
 
 namespace orv2_geo {
@@ -113,8 +113,9 @@ std::vector<double*> separate_rows(std::int32_t points, Arrays arrays) {
   return rows;
 }
 
-// False, and nothing changed, where the passes themselves must be made.
-bool sort_at_once(std::int32_t points, Arrays arrays) try {
+// False, and nothing changed, where the passes themselves must be made. Throws
+// std::bad_alloc, with nothing changed either.
+bool sort_at_once(std::int32_t points, Arrays arrays) {
   const std::vector<double*> rows = separate_rows(points, arrays);
   if (rows.empty()) return false;
   const std::span<const double> keys(rows[0], static_cast<std::size_t>(points));
@@ -128,14 +129,13 @@ bool sort_at_once(std::int32_t points, Arrays arrays) try {
     std::copy(copy.begin(), copy.end(), row);
   }
   return true;
-} catch (const std::bad_alloc&) {
-  return false;
 }
 
 }  // namespace
 
 void exchange_sort(std::int32_t points, Arrays arrays) {
-  if (points < 2 || sort_at_once(points, arrays)) return;
+  if (points < 2) return;
+  if (if_memory_allows([&] { return sort_at_once(points, arrays); })) return;
   exchange_neighbours(points, arrays);
 }
 

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <new>
 
 namespace orv2_geo {
 
@@ -34,6 +35,16 @@ using Buffer = std::unique_ptr<T[], GiveBack>;
 template <class T>
 Buffer<T> buffer_if_any(std::size_t count) noexcept {
   return Buffer<T>(static_cast<T*>(obtain_if_any(count * sizeof(T))));
+}
+
+/// What the work gives, or nothing where the memory that it needs is refused.
+template <class Work>
+auto if_memory_allows(Work&& work) -> decltype(work()) {
+  try {
+    return work();
+  } catch (const std::bad_alloc&) {
+    return {};
+  }
 }
 
 }  // namespace orv2_geo

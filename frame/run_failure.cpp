@@ -7,22 +7,19 @@ namespace orv2_geo {
 
 namespace {
 
-struct Entry {
-  std::int32_t number;
-  std::string_view description;
-};
-
-constexpr Entry catalogue[] = {
-#define ORV2_FAILURE_ENTRY(name, number, text) {number, text},
-    ORV2_FAILURES(ORV2_FAILURE_ENTRY)
-#undef ORV2_FAILURE_ENTRY
+constexpr failure::Listed listed[] = {
+#define ORV2_LISTED(name, number, text) {number, text},
+    ORV2_FAILURES(ORV2_LISTED)
+#undef ORV2_LISTED
 };
 
 }  // namespace
 
+std::span<const failure::Listed> failure::catalogue() noexcept { return listed; }
+
 std::string_view failure::description_of(std::int32_t number) noexcept {
-  for (const Entry& entry : catalogue) {
-    if (entry.number == number) return entry.description;
+  for (const Listed& one : listed) {
+    if (one.number == number) return one.description;
   }
   return "";
 }
@@ -62,21 +59,26 @@ void RunFailure::sign(const char* source) noexcept {
 
 void raise(std::int32_t number) { throw RunFailure(number); }
 
-void leave_signed(const char* source) {
+RunFailure failure_in_flight() noexcept {
   try {
     throw;
-  } catch (RunFailure& failure) {
-    failure.sign(source);
-    throw;
+  } catch (const RunFailure& failure) {
+    return failure;
   } catch (const std::bad_alloc&) {
-    throw RunFailure::signed_by(failure::out_of_memory, source);
+    return RunFailure(failure::out_of_memory);
   } catch (const std::length_error&) {
-    throw RunFailure::signed_by(failure::out_of_memory, source);
+    return RunFailure(failure::out_of_memory);
   } catch (const std::exception& other) {
-    throw RunFailure(failure::host_object_failed, other.what(), source);
+    return RunFailure(failure::host_object_failed, other.what(), "");
   } catch (...) {
-    throw RunFailure::signed_by(failure::host_object_failed, source);
+    return RunFailure(failure::host_object_failed);
   }
+}
+
+void leave_signed(const char* source) {
+  RunFailure failure = failure_in_flight();
+  failure.sign(source);
+  throw failure;
 }
 
 }  // namespace orv2_geo

@@ -4,8 +4,7 @@
 #include <cstdint>
 #include <exception>
 #include <memory>
-#include <new>
-#include <stdexcept>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -37,8 +36,17 @@ namespace failure {
 ORV2_FAILURES(ORV2_FAILURE_NUMBER)
 #undef ORV2_FAILURE_NUMBER
 
-/// The catalogue's description of a number in UTF-8; empty for a number that
-/// is not of the catalogue.
+/// A number that the library itself raises, with its description in UTF-8.
+struct Listed {
+  std::int32_t number;
+  const char* description;
+};
+
+/// All of them, ascending.
+ORV2_PUBLIC std::span<const Listed> catalogue() noexcept;
+
+/// The catalogue's description of a number; empty for a number that is not of the
+/// catalogue.
 ORV2_PUBLIC std::string_view description_of(std::int32_t number) noexcept;
 }  // namespace failure
 
@@ -70,7 +78,8 @@ class ORV2_PUBLIC RunFailure : public std::exception {
   const char* what() const noexcept override;
 
   /// Signs the failure with the class it left, unless it is signed already:
-  /// the innermost source stays. `source` must live as long as the program.
+  /// the innermost source stays. `source` must live as long as the program; null
+  /// signs nothing.
   void sign(const char* source) noexcept;
 
  private:
@@ -87,21 +96,23 @@ class ORV2_PUBLIC RunFailure : public std::exception {
 /// Throws the failure `number` of the catalogue.
 [[noreturn]] ORV2_PUBLIC void raise(std::int32_t number);
 
-/// Runs `work`; memory that the standard library is refused in it is failure 7.
+/// Call inside a catch (...): what is in flight as a RunFailure, whatever it is. A
+/// refused allocation becomes 7 and any other foreign exception 440 with its own
+/// text. Everything that leaves the library passes through here.
+ORV2_PUBLIC RunFailure failure_in_flight() noexcept;
+
+/// Call inside a catch (...): throws on what is in flight, as a RunFailure signed
+/// with `source`.
+[[noreturn]] ORV2_PUBLIC void leave_signed(const char* source);
+
+/// Runs `work`; whatever fails in it fails as a RunFailure.
 template <class Work>
-auto with_memory(Work&& work) -> decltype(work()) {
+auto with_run_failures(Work&& work) -> decltype(work()) {
   try {
     return work();
-  } catch (const std::bad_alloc&) {
-    raise(failure::out_of_memory);
-  } catch (const std::length_error&) {
-    raise(failure::out_of_memory);
+  } catch (...) {
+    leave_signed(nullptr);
   }
 }
-
-/// Call inside a catch (...): throws on what is in flight as a RunFailure
-/// signed with `source`, whatever it was. A refused allocation becomes 7 and
-/// any other foreign exception 440 with its own text.
-[[noreturn]] ORV2_PUBLIC void leave_signed(const char* source);
 
 }  // namespace orv2_geo

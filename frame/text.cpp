@@ -70,6 +70,14 @@ constexpr bool is_low_surrogate(char16_t unit) { return unit >= 0xdc00 && unit <
 
 }  // namespace
 
+// U+10428 is the pair 0xd801, 0xdc28: 0x10000 + (0x001 << 10) + 0x028.
+char32_t next_code_point(std::u16string_view units, std::size_t& at) noexcept {
+  const char16_t unit = units[at++];
+  const bool paired = is_high_surrogate(unit) && at < units.size() && is_low_surrogate(units[at]);
+  if (!paired) return unit;
+  return 0x10000 + ((unit - char32_t{0xd800}) << 10U) + (units[at++] - char32_t{0xdc00});
+}
+
 Text::Text(std::u16string_view units) : units_(make_units(units.size())) {
   if (units_ != nullptr) std::memcpy(units_, units.data(), units.size() * sizeof(char16_t));
 }
@@ -93,27 +101,18 @@ std::u16string units_of(std::string_view utf8) {
 
 std::string utf8_of(std::u16string_view units) {
   std::string utf8;
-  for (std::size_t i = 0; i < units.size(); ++i) {
-    char32_t point = units[i];
-    const bool paired =
-        is_high_surrogate(units[i]) && i + 1 < units.size() && is_low_surrogate(units[i + 1]);
-    if (paired) {
-      point = 0x10000 + ((point - 0xd800) << 10U) + (units[i + 1] - 0xdc00U);
-      ++i;
-    }
-    append_utf8(utf8, point);
-  }
+  for (std::size_t at = 0; at < units.size();) append_utf8(utf8, next_code_point(units, at));
   return utf8;
 }
 
 }  // namespace
 
 Text Text::from_utf8(std::string_view utf8) {
-  return with_memory([&] { return Text(units_of(utf8)); });
+  return with_run_failures([&] { return Text(units_of(utf8)); });
 }
 
 std::string Text::to_utf8() const {
-  return with_memory([&] { return utf8_of(view()); });
+  return with_run_failures([&] { return utf8_of(view()); });
 }
 
 std::size_t Text::size() const noexcept {
@@ -130,7 +129,7 @@ void Text::clear() noexcept {
 }
 
 Text joined(std::u16string_view first, std::u16string_view second) {
-  return with_memory([&] { return Text(std::u16string(first).append(second)); });
+  return with_run_failures([&] { return Text(std::u16string(first).append(second)); });
 }
 
 }  // namespace orv2_geo

@@ -57,6 +57,10 @@ class ORV2_PUBLIC Text {
 
 static_assert(sizeof(Text) == sizeof(void*), "an array of texts is an array of handles");
 
+/// The code point whose units begin at `at`, which moves behind them: a pair of
+/// surrogates is one, an unpaired one is itself.
+ORV2_PUBLIC char32_t next_code_point(std::u16string_view units, std::size_t& at) noexcept;
+
 /// Two texts as one. Failure 7 where there is no memory.
 ORV2_PUBLIC Text joined(std::u16string_view first, std::u16string_view second);
 

@@ -54,28 +54,13 @@ Object::Object(const ClassDescription& of_class)
 
 Object::~Object() { class_.end(instance_); }
 
-// One call of a member: on the object's own thread, with one reference more.
-template <class Work>
-auto Object::called(std::size_t position, Work&& work) {
-  const char* const source = class_.registered_name;  // the object may be gone at the end
-  try {
-    expect_own_thread();
-    if (position >= class_.members.size()) raise(failure::no_such_member);
-    const ObjectRef during_the_call(this);
-    return work(class_.members[position]);
-  } catch (...) {
-    leave_signed(source);
-  }
-}
-
 void Object::invoke(std::size_t position, const Call& call) {
-  called(position, [&](const MemberDescription& member) { member.invoke(instance_, call); });
-}
-
-bool Object::invoke_exact(std::size_t position, const Call& call) {
-  return called(position, [&](const MemberDescription& member) {
-    return member.invoke_exact != nullptr && member.invoke_exact(instance_, call);
-  });
+  expect_own_thread();
+  if (position >= class_.members.size()) {
+    throw RunFailure::signed_by(failure::no_such_member, class_.registered_name);
+  }
+  const ObjectRef during_the_call(this);
+  class_.members[position].invoke(instance_, call);
 }
 
 void Object::expect_own_thread() const {

@@ -38,12 +38,9 @@ class ORV2_PUBLIC Object final : public LateBound {
   /// Writes the property `name`. Failures as for call.
   void set_property(std::string_view name, const Variant& value) override;
 
-  /// Calls the member at `position`; the answer goes where `call` says.
+  /// Calls the member at `position`; the answer goes where `call` says. Failures as
+  /// for call.
   void invoke(std::size_t position, const Call& call);
-
-  /// The same for arguments that need no conversion; false, with nothing done,
-  /// when they do, or when the member has no such quick way.
-  bool invoke_exact(std::size_t position, const Call& call);
 
   /// Failure 5 on a thread other than the object's own.
   void expect_own_thread() const;
@@ -60,9 +57,6 @@ class ORV2_PUBLIC Object final : public LateBound {
 
  private:
   ~Object() override;
-
-  template <class Work>
-  auto called(std::size_t position, Work&& work);
 
   const ClassDescription& class_;
   void* instance_;

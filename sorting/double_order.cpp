@@ -5,8 +5,8 @@
 #include <bit>
 #include <cmath>
 #include <cstddef>
-#include <new>
 
+#include "frame/memory.h"
 #include "sorting/double_keys.h"
 
 namespace orv2_geo::sorting {
@@ -82,15 +82,13 @@ std::optional<Extremes> extremes_in_span(std::span<const double> values) noexcep
 }
 
 std::optional<DoubleOrder> DoubleOrder::of(std::span<const double> values,
-                                           int most_mark_bits) noexcept try {
+                                           int most_mark_bits) noexcept {
   const auto found = extremes_in_span(values);
   if (!found) return std::nullopt;
   WordLayout layout(word_key(found->lowest), word_key(found->highest), values.size());
   if (!layout.fits()) return std::nullopt;
   layout.add_marks(most_mark_bits);
-  return DoubleOrder(layout, values);
-} catch (const std::bad_alloc&) {
-  return std::nullopt;
+  return if_memory_allows([&] { return std::optional(DoubleOrder(layout, values)); });
 }
 
 DoubleOrder::DoubleOrder(const WordLayout& layout, std::span<const double> values)

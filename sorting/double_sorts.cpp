@@ -1,6 +1,5 @@
 // Sorts of doubles by their keys.
 #include <algorithm>
-#include <new>
 #include <optional>
 #include <span>
 #include <utility>
@@ -8,6 +7,7 @@
 
 #include "frame/checked_math.h"
 #include "frame/counted.h"
+#include "frame/memory.h"
 #include "platform/text_services.h"
 #include "sorting/double_keys.h"
 #include "sorting/double_order.h"
@@ -50,12 +50,11 @@ double number_for(double before, double key_number) {
 // The keys of values, sorted. Nothing where texts must be made or there is no memory.
 class SortedKeys {
  public:
-  static std::optional<SortedKeys> of(std::span<const double> values) try {
+  static std::optional<SortedKeys> of(std::span<const double> values) {
     const auto found = sorting::extremes_in_span(values);
     if (!found) return std::nullopt;
-    return SortedKeys(values, key(found->lowest), key(found->highest));
-  } catch (const std::bad_alloc&) {
-    return std::nullopt;
+    return if_memory_allows(
+        [&] { return std::optional(SortedKeys(values, key(found->lowest), key(found->highest))); });
   }
 
   // The sorted keys stay where they are when the owner moves.

@@ -1,10 +1,10 @@
 // Sorts of 32-bit numbers, in place or through an index.
 #include <algorithm>
-#include <new>
 #include <optional>
 #include <utility>
 #include <vector>
 
+#include "frame/memory.h"
 #include "frame/overlap.h"
 #include "sorting/mOrdena.h"
 #include "sorting/quicksort.h"
@@ -67,23 +67,24 @@ std::uint64_t unsigned_key(std::int32_t key) {
 // The quick way: the positions of the moving entries in their order. Nothing where
 // an entry numbers nothing or is a key itself, subscripts could overflow or there is
 // no memory; nothing has been changed then.
-std::optional<std::vector<std::uint32_t>> quick_order(const LongArray& array,
-                                                      std::span<const std::int32_t> moving,
-                                                      std::int32_t first) try {
-  const std::span keys(array.data(), array.legal_count());
-  if (moving.empty() || overlap(moving, keys)) return std::nullopt;
-  const sorting::WordLayout layout(0, 0xffffffff, moving.size());
-  sorting::WordOrder words(moving.size());
-  for (std::size_t p = 0; p < moving.size(); ++p) {
-    const std::int32_t* number = array.row(moving[p], moving[p]);
-    if (number == nullptr) return std::nullopt;
-    words.words()[p] = layout.word(unsigned_key(*number), p);
-  }
-  std::vector<std::uint32_t> order(moving.size());
-  words.write_positions(layout, first, order);
-  return order;
-} catch (const std::bad_alloc&) {
-  return std::nullopt;
+using QuickOrder = std::optional<std::vector<std::uint32_t>>;
+
+QuickOrder quick_order(const LongArray& array, std::span<const std::int32_t> moving,
+                       std::int32_t first) {
+  return if_memory_allows([&]() -> QuickOrder {
+    const std::span keys(array.data(), array.legal_count());
+    if (moving.empty() || overlap(moving, keys)) return std::nullopt;
+    const sorting::WordLayout layout(0, 0xffffffff, moving.size());
+    sorting::WordOrder words(moving.size());
+    for (std::size_t p = 0; p < moving.size(); ++p) {
+      const std::int32_t* number = array.row(moving[p], moving[p]);
+      if (number == nullptr) return std::nullopt;
+      words.words()[p] = layout.word(unsigned_key(*number), p);
+    }
+    std::vector<std::uint32_t> order(moving.size());
+    words.write_positions(layout, first, order);
+    return order;
+  });
 }
 
 }  // namespace

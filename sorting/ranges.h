@@ -4,12 +4,12 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <new>
 #include <span>
 #include <utility>
 #include <vector>
 
 #include "frame/geo_arrays.h"
+#include "frame/memory.h"
 #include "sorting/mOrdena.h"
 #include "sorting/quicksort.h"
 
@@ -36,13 +36,13 @@ std::span<T> movable(GeoArray<T>& array, Range range) noexcept {
 /// Puts elements into the order of these positions. False, with nothing moved, where
 /// there is no memory.
 template <class Element>
-bool rearrange(std::span<Element> elements, std::span<const std::uint32_t> order) try {
-  std::vector<Element> moved(elements.size());
-  for (std::size_t p = 0; p < order.size(); ++p) moved[p] = std::move(elements[order[p]]);
-  std::move(moved.begin(), moved.end(), elements.begin());
-  return true;
-} catch (const std::bad_alloc&) {
-  return false;
+bool rearrange(std::span<Element> elements, std::span<const std::uint32_t> order) {
+  return if_memory_allows([&] {
+    std::vector<Element> moved(elements.size());
+    for (std::size_t p = 0; p < order.size(); ++p) moved[p] = std::move(elements[order[p]]);
+    std::move(moved.begin(), moved.end(), elements.begin());
+    return true;
+  });
 }
 
 }  // namespace orv2_geo::sorting

@@ -1,9 +1,9 @@
 // Sorts of texts, in place or through an index.
-#include <new>
 #include <optional>
 #include <utility>
 #include <vector>
 
+#include "frame/memory.h"
 #include "platform/text_services.h"
 #include "sorting/mOrdena.h"
 #include "sorting/quicksort.h"
@@ -77,28 +77,28 @@ struct TextsByIndex {
 // The quick way: the positions of the moving texts or entries in their order. Nothing
 // where a text is missing, subscripts could overflow or there is no memory; nothing
 // has been changed then.
-std::optional<std::vector<std::uint32_t>> quick_order(std::span<const Text> moving,
-                                                      std::int32_t first) try {
-  if (moving.empty()) return std::nullopt;
-  std::vector<const Text*> keys(moving.size());
-  for (std::size_t p = 0; p < keys.size(); ++p) keys[p] = &moving[p];
-  return sorting::text_order(keys, first);
-} catch (const std::bad_alloc&) {
-  return std::nullopt;
+using QuickOrder = std::optional<std::vector<std::uint32_t>>;
+
+QuickOrder quick_order(std::span<const Text> moving, std::int32_t first) {
+  return if_memory_allows([&]() -> QuickOrder {
+    if (moving.empty()) return std::nullopt;
+    std::vector<const Text*> keys(moving.size());
+    for (std::size_t p = 0; p < keys.size(); ++p) keys[p] = &moving[p];
+    return sorting::text_order(keys, first);
+  });
 }
 
-std::optional<std::vector<std::uint32_t>> quick_order(const StringArray& array,
-                                                      std::span<const std::int32_t> moving,
-                                                      std::int32_t first) try {
-  if (moving.empty()) return std::nullopt;
-  std::vector<const Text*> keys(moving.size());
-  for (std::size_t p = 0; p < keys.size(); ++p) {
-    keys[p] = array.row(moving[p], moving[p]);
-    if (keys[p] == nullptr) return std::nullopt;
-  }
-  return sorting::text_order(keys, first);
-} catch (const std::bad_alloc&) {
-  return std::nullopt;
+QuickOrder quick_order(const StringArray& array, std::span<const std::int32_t> moving,
+                       std::int32_t first) {
+  return if_memory_allows([&]() -> QuickOrder {
+    if (moving.empty()) return std::nullopt;
+    std::vector<const Text*> keys(moving.size());
+    for (std::size_t p = 0; p < keys.size(); ++p) {
+      keys[p] = array.row(moving[p], moving[p]);
+      if (keys[p] == nullptr) return std::nullopt;
+    }
+    return sorting::text_order(keys, first);
+  });
 }
 
 }  // namespace

@@ -7,7 +7,8 @@
 
 namespace orv2_geo {
 
-void ask_for_huge_pages([[maybe_unused]] void* memory, [[maybe_unused]] std::size_t bytes) noexcept {
+void ask_for_huge_pages([[maybe_unused]] void* memory,
+                        [[maybe_unused]] std::size_t bytes) noexcept {
 #if defined(MADV_HUGEPAGE)
   constexpr std::size_t a_lot = std::size_t{2} << 20;  // a huge page of most machines
   if (bytes < a_lot) return;

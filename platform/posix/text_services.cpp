@@ -54,12 +54,8 @@ char32_t folded(char32_t point) {
 std::wstring folded(std::u16string_view text) {
   std::wstring wide;
   wide.reserve(text.size());
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    char32_t point = text[i];
-    const bool pair = point >= 0xd800 && point < 0xdc00 && i + 1 < text.size() &&
-                      text[i + 1] >= 0xdc00 && text[i + 1] < 0xe000;
-    if (pair) point = 0x10000 + ((point - 0xd800) << 10U) + (text[++i] - 0xdc00U);
-    wide.push_back(static_cast<wchar_t>(folded(point)));
+  for (std::size_t at = 0; at < text.size();) {
+    wide.push_back(static_cast<wchar_t>(folded(next_code_point(text, at))));
   }
   return wide;
 }

@@ -318,9 +318,9 @@ TEST(InTheMiddleOfACall, WhatArgumentsStandForLivesUntilTheyAreGone) {
   const orv2_value values[] = {tagged(ORV2_DOUBLE_ARRAY | ORV2_BYREF, array),
                                tagged(ORV2_TEXT | ORV2_BYREF, text), pointing_at(&object)};
   {
-    const c_api::Translated translated(values, 3);
+    c_api::HostArguments reader(values);
+    const Argument arguments[] = {reader.read(0), reader.read(1), reader.read(2)};
     c_api::object_of(caller)->call("Go", {});
-    const auto arguments = translated.arguments();
     EXPECT_EQ((*arguments[0].variable_of<DoubleArray>())(3), 0.0);
     EXPECT_EQ(arguments[1].variable_of<Text>()->view(), u"abc");
     EXPECT_NE(arguments[2].variable_of<ObjectRef>()->get(), nullptr);
@@ -335,8 +335,8 @@ TEST(InTheMiddleOfACall, WhatArgumentsStandForIsFreedWithThem) {
   const orv2_handle array = new_array(ORV2_STRING_ARRAY, 0, 4);
   const orv2_value values[] = {tagged(ORV2_STRING_ARRAY, array), tagged(ORV2_STRING_ARRAY, array)};
   {
-    const c_api::Translated translated(values, 2);
-    EXPECT_EQ(translated.arguments()[0].variable, translated.arguments()[1].variable);
+    c_api::HostArguments reader(values);
+    EXPECT_EQ(reader.read(0).variable, reader.read(1).variable);
     orv2_release(array);
     EXPECT_GT(allocations_in_use(), before);
   }

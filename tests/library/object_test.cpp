@@ -220,6 +220,7 @@ class Releasing final : public LateBound {
 // A class whose one member calls a late-bound object and then looks at its own
 // data.
 struct Calling {
+  static constexpr char registered_name[] = "Orv2_Geo.Calling";
   double own = 42.5;
   double Llama(const ObjectRef& surface) const {
     surface->call("PSet", {});
@@ -264,6 +265,7 @@ TEST(Objects, ARefusedAllocationIs7) {
 
 // Optional parameters and how they arrive.
 struct Optional {
+  static constexpr char registered_name[] = "Orv2_Geo.Optional";
   double De(const double& required, const double& zero, const std::int32_t& bound,
             const Bool& flag) const {
     return required + zero + bound + flag.bits;

@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "c_api/guard.h"
 #include "c_api/handles.h"
@@ -69,8 +70,10 @@ template <class Body>
 int32_t with_arguments(const orv2_value* arguments, size_t count, Body&& body) {
   return as_member([&] {
     if (count > most_arguments) raise(failure::wrong_argument_count);
-    const Translated translated(arguments, count);
-    body(translated.arguments());
+    HostArguments reader(arguments);
+    std::vector<Argument> given;
+    for (size_t i = 0; i < count; ++i) given.push_back(reader.read(i));
+    body(given);
   });
 }
 
