@@ -1,7 +1,11 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
 #include <limits>
 #include <optional>
+#include <variant>
+#include <vector>
 
 #include "survey/cgeo_Geometria.h"
 #include "tests/support/expect_failure.h"
@@ -205,113 +209,93 @@ TEST(LineIntersection, AFailureLeavesWhatWasWritten) {
   EXPECT_EQ(left.y, unset_y);
 }
 
-// The ladder and the steps once more, on variables read where they are used.
-bool in(double v, double a, double b) { return (a <= v && v <= b) || (b <= v && v <= a); }
+// The ladder as data, over the variables 0 to 7: R1x1 R1y1 R1x2 R1y2 R2x1 R2y1 R2x2 R2y2.
+// Everything is read from the variables where a row names it, so that a point written
+// over one of them counts from then on.
+struct Rung {
+  struct Equal {
+    std::size_t a, b;
+  };
+  struct Within {
+    std::size_t v, a, b;  // in the closed interval, either way round
+  };
+  // (a - b) (c - d) / (e - f) + g
+  struct Formula {
+    std::size_t a, b, c, d, e, f, g;
+  };
+  std::vector<Equal> equal;
+  std::optional<Within> within;
+  std::size_t x;
+  std::variant<std::size_t, Formula> y;
+};
 
-void stepped(const double& ax, const double& ay, const double& bx, const double& by,
-             const double& cx, const double& cy, const double& dx, const double& dy, double& X,
-             double& Y, bool& parallel) {
-  parallel = false;
-  const bool d1x = ax == bx, d1y = ay == by, d2x = cx == dx, d2y = cy == dy;
-  if (d1y && d2x && in(cx, ax, bx)) {
-    X = dx;
-    Y = ay;
-    return;
-  }
-  if (d2y && d1x && in(ax, cx, dx)) {
-    X = ax;
-    Y = dy;
-    return;
-  }
-  if (ax == cx && ay == cy && bx == dx && by == dy) {
-    X = ax;
-    Y = ay;
-    return;
-  }
-  if (ax == dx && ay == dy && bx == cx && by == cy) {
-    X = ax;
-    Y = ay;
-    return;
-  }
-  if (ax == cx && ay == cy) {
-    X = ax;
-    Y = ay;
-    return;
-  }
-  if (bx == dx && by == dy) {
-    X = bx;
-    Y = by;
-    return;
-  }
-  if (ax == dx && ay == dy) {
-    X = ax;
-    Y = ay;
-    return;
-  }
-  if (bx == cx && by == cy) {
-    X = bx;
-    Y = by;
-    return;
-  }
-  if (d1y && d2x) {
-    X = cx;
-    Y = ay;
-    return;
-  }
-  if (d1x && d2y) {
-    X = ax;
-    Y = dy;
-    return;
-  }
-  if (d1x && d2x) {
-    X = ax;
-    Y = dy;
-    return;
-  }
-  if (d1x) {
-    X = ax;
-    const volatile double p = (cy - dy) * (ax - dx);
-    const volatile double q = p / (cx - dx);
-    Y = q + dy;
-    return;
-  }
-  if (d2x) {
-    X = cx;
-    const volatile double p = (by - ay) * (dx - ax);
-    const volatile double q = p / (bx - ax);
-    Y = q + ay;
-    return;
-  }
-  double m1 = 0.0, m2 = 0.0;
-  if (ay == by) {
-    Y = by;
-  } else {
-    m1 = (bx - ax) / (by - ay);
-  }
-  if (cy == dy) {
-    Y = dy;
-  } else {
-    m2 = (cx - dx) / (cy - dy);
-  }
-  if (m1 == m2) {
-    parallel = true;
-    return;
-  }
+const std::vector<Rung> ladder = {
+    {{{1, 3}, {4, 6}}, Rung::Within{4, 0, 2}, 6, 1U},
+    {{{5, 7}, {0, 2}}, Rung::Within{0, 4, 6}, 0, 7U},
+    {{{0, 4}, {1, 5}, {2, 6}, {3, 7}}, {}, 0, 1U},
+    {{{0, 6}, {1, 7}, {2, 4}, {3, 5}}, {}, 0, 1U},
+    {{{0, 4}, {1, 5}}, {}, 0, 1U},
+    {{{2, 6}, {3, 7}}, {}, 2, 3U},
+    {{{0, 6}, {1, 7}}, {}, 0, 1U},
+    {{{2, 4}, {3, 5}}, {}, 2, 3U},
+    {{{1, 3}, {4, 6}}, {}, 4, 1U},
+    {{{0, 2}, {5, 7}}, {}, 0, 7U},
+    {{{0, 2}, {4, 6}}, {}, 0, 7U},
+    {{{0, 2}}, {}, 0, Rung::Formula{5, 7, 0, 6, 4, 6, 7}},
+    {{{4, 6}}, {}, 4, Rung::Formula{3, 1, 6, 0, 2, 0, 1}},
+};
+
+using Variables = std::array<double, 10>;  // 8, 9: a point of its own
+
+bool holds(const Rung& rung, const Variables& v) {
+  const auto is_equal = [&](const Rung::Equal& pair) { return v[pair.a] == v[pair.b]; };
+  if (!std::all_of(rung.equal.begin(), rung.equal.end(), is_equal)) return false;
+  if (!rung.within) return true;
+  const auto [value, a, b] = *rung.within;
+  return std::min(v[a], v[b]) <= v[value] && v[value] <= std::max(v[a], v[b]);
+}
+
+double worked_out(const Rung::Formula& r, const Variables& v) {
+  const volatile double product = (v[r.a] - v[r.b]) * (v[r.c] - v[r.d]);
+  const volatile double quotient = product / (v[r.e] - v[r.f]);
+  return quotient + v[r.g];
+}
+
+// Change of X per unit of Y between two points; a level line writes Y.
+double inverse_slope(const Variables& v, std::size_t x1, std::size_t x2, double& Y) {
+  if (v[x1 + 1] != v[x2 + 1]) return (v[x1] - v[x2]) / (v[x1 + 1] - v[x2 + 1]);
+  Y = v[x2 + 1];
+  return 0.0;
+}
+
+// Beyond the ladder: where lines of two inverse slopes meet. True when they are
+// parallel.
+bool general_case(Variables& v, std::size_t at_x, std::size_t at_y) {
+  const double m1 = inverse_slope(v, 0, 2, v[at_y]);
+  const double m2 = inverse_slope(v, 4, 6, v[at_y]);
+  if (m1 == m2) return true;
   if (m1 != 0.0 && m2 != 0.0) {
-    const volatile double p = m1 * ay, q = m2 * dy;
-    const volatile double sum = p - q + dx - ax;
-    Y = sum / (m1 - m2);
+    const volatile double first = m1 * v[1], second = m2 * v[7];
+    v[at_y] = (first - second + v[6] - v[0]) / (m1 - m2);
   }
-  if (m2 != 0.0) {
-    const volatile double p = (Y - cy) * m2;
-    X = p + cx;
-  } else {
-    const volatile double p = (Y - ay) * m1;
-    X = p + ax;
-  }
-  if (std::fabs(X) <= 9999999 && std::fabs(Y) <= 9999999) return;
-  X = bx;
-  Y = by;
+  const bool on_second = m2 != 0.0;
+  const std::size_t from = on_second ? 4 : 0;
+  const volatile double along = (v[at_y] - v[from + 1]) * (on_second ? m2 : m1);
+  v[at_x] = along + v[from];
+  if (std::fabs(v[at_x]) <= 9999999 && std::fabs(v[at_y]) <= 9999999) return false;
+  v[at_x] = v[2];
+  v[at_y] = v[3];
+  return false;
+}
+
+bool restated(Variables& v, std::size_t at_x, std::size_t at_y) {
+  const auto fits = [&](const Rung& one) { return holds(one, v); };
+  const auto rung = std::find_if(ladder.begin(), ladder.end(), fits);
+  if (rung == ladder.end()) return general_case(v, at_x, at_y);
+  v[at_x] = v[rung->x];
+  const auto* const formula = std::get_if<Rung::Formula>(&rung->y);
+  v[at_y] = formula != nullptr ? worked_out(*formula, v) : v[std::get<std::size_t>(rung->y)];
+  return false;
 }
 
 double length(double ax, double ay, double bx, double by) {
@@ -321,31 +305,29 @@ double length(double ax, double ay, double bx, double by) {
 TEST(LineIntersection, RandomLinesAndSharedVariables) {
   Numbers numbers(52);
   for (int i = 0; i < 20000; ++i) {
-    double v[10] = {};
+    Variables v = {};
     for (double& value : v) {
       value = i % 3 == 0   ? numbers.small_whole()
               : i % 3 == 1 ? numbers.coordinate()
                            : numbers.between(-100, 100);
     }
-    double s[10];
-    std::copy(std::begin(v), std::end(v), s);
+    Variables s = v;
     // Every fourth time the point is written over one of the coordinates.
     const std::size_t at_x = i % 4 == 0 ? numbers.below(8) : 8;
     const std::size_t at_y = i % 4 == 0 ? numbers.below(8) : 9;
     Bool flag;
-    bool stepped_flag = false;
     const std::int32_t number = failure_of([&] {
       geometry.GR_Intersec_2_Rectas(v[0], v[1], v[2], v[3], v[4], v[5], v[6], v[7], v[at_x],
                                     v[at_y], flag);
     });
-    stepped(s[0], s[1], s[2], s[3], s[4], s[5], s[6], s[7], s[at_x], s[at_y], stepped_flag);
+    const bool parallel = restated(s, at_x, at_y);
     // A point written over a divisor's coordinate can leave nothing to divide by.
     const bool fails = !std::isfinite(s[at_y]);
     ASSERT_EQ(number != 0, fails) << i;
     if (fails) continue;
     for (std::size_t k = 0; k < 10; ++k) ASSERT_EQ(bits(v[k]), bits(s[k])) << i << ' ' << k;
-    ASSERT_EQ(static_cast<bool>(flag), stepped_flag) << i;
-    if (at_x != 8 || stepped_flag) continue;
+    ASSERT_EQ(static_cast<bool>(flag), parallel) << i;
+    if (at_x != 8 || parallel) continue;
 
     const Lines r = {v[0], v[1], v[2], v[3], v[4], v[5], v[6], v[7]};
     const Left left = segments(r);
