@@ -1,6 +1,6 @@
 """Boxes and forms pressed by a person, and what came back to the host.
 
-Environment: ORV2_HOST and ORV2_QT_HOST, the host programs;
+Environment: ORV2_HOST, ORV2_QT_HOST and ORV2_X_HOST, the host programs;
 ORV2_PYTHON_ENVIRONMENT, what a Python host needs; ORV2_DPI; and ORV2_PICTURES,
 the folder for a picture of every state.
 """
@@ -15,6 +15,7 @@ import screen
 
 HOST = os.environ["ORV2_HOST"]
 QT_HOST = os.environ["ORV2_QT_HOST"]
+X_HOST = os.environ["ORV2_X_HOST"]
 DPI = int(os.environ["ORV2_DPI"])
 PICTURES = pathlib.Path(os.environ["ORV2_PICTURES"])
 
@@ -555,6 +556,20 @@ class WithoutScreenTest(ScreenTest):
 
 
 class PythonHostTest(ScreenTest):
+    def test_the_dialogs_stand_over_the_window_that_the_host_names(self):
+        other = self.host("box")  # a window of any program
+        owner = self.display.window("Orv2_Geo")
+        folder = pathlib.Path(__file__).parent
+        host = self.host(str(folder / "python_host.py"), owner.identity, program=sys.executable,
+                         **json.loads(os.environ["ORV2_PYTHON_ENVIRONMENT"]))
+        for title in (POINTS, EXTREMES):
+            window = self.display.window(title)
+            self.assertIn(hex(int(owner.identity)), window.property("WM_TRANSIENT_FOR"))
+            window.press("Escape")
+            host.line()
+        self.assertEqual(host.end(), (0, ""))
+        other.kill()
+
     def test_a_person_answers_the_dialogs_of_a_python_host(self):
         folder = pathlib.Path(__file__).parent
         host = self.host(str(folder / "python_host.py"), program=sys.executable,
@@ -567,6 +582,53 @@ class PythonHostTest(ScreenTest):
         self.display.window(EXTREMES).press("Return")
         self.expect(host, "20.0 10.0")
         self.assertEqual(host.end(), (0, ""))
+
+
+class OtherHostTest(ScreenTest):
+    """A host that is no Qt application has windows that Qt knows nothing of."""
+
+    FIRST, SECOND = "Programa de dibujo", "Otra ventana"
+    OWNERS = {"found": SECOND, "named": FIRST, "inside": FIRST, "gone": SECOND, "wrong": SECOND}
+
+    def host_window(self, title):
+        return screen.Window(self.display, self.display.windows(title)[0])
+
+    def assert_over(self, window, owner, identity):
+        """It belongs to its owner and stays above when the host's windows are raised."""
+        self.assertIn(hex(int(owner.identity)), window.property("WM_TRANSIENT_FOR"))
+        for title in (self.FIRST, self.SECOND):
+            self.display.run("xdotool", "windowactivate", self.host_window(title).identity)
+        self.display.run("xdotool", "windowraise", owner.identity)
+        time.sleep(0.2)
+        told = self.display.run("xprop", "-root", "_NET_CLIENT_LIST_STACKING")
+        order = [int(one, 16) for one in told.split("#")[1].split(",")]
+        self.assertGreater(order.index(int(identity)), order.index(int(owner.identity)))
+
+    def assert_middle(self, window, left, top, width, height):
+        own = window.outside()
+        self.assertAlmostEqual(own[0] + own[2] / 2, left + width / 2, delta=30)
+        self.assertAlmostEqual(own[1] + own[3] / 2, top + height / 2, delta=40)
+
+    def test_boxes_and_forms_stand_over_the_hosts_window(self):
+        for what, title in self.OWNERS.items():
+            with self.subTest(what):
+                host = self.host(what, program=X_HOST)
+                box = self.display.window("Orv2_Geo")
+                owner = self.host_window(title)
+                self.assert_over(box, owner, box.identity)
+                self.display.run("xdotool", "windowactivate", "--sync", box.identity)
+                box.press("Return")
+                form = self.display.window(POINTS)
+                self.keep_picture(form, "over_x_host")
+                self.assert_middle(form, *owner.place())
+                self.assert_over(form, owner, form.identity)
+                form.click(*CANCELAR)
+                extremes = self.display.window(EXTREMES)
+                self.assert_middle(extremes, 0, 0, 1600, 1200)
+                self.assert_over(extremes, owner, extremes.identity)
+                extremes.click(*ACEPTAR)
+                self.expect(host, "returned")
+                self.assertEqual(host.end(), (0, ""))
 
 
 class QtHostTest(ScreenTest):

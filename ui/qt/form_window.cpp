@@ -51,28 +51,11 @@ bool is_enter(int key) { return key == Qt::Key_Return || key == Qt::Key_Enter; }
 
 }  // namespace
 
-QWidget* owner_window() {
-  if (QWidget* modal = QApplication::activeModalWidget()) return modal;
-  if (QWidget* active = QApplication::activeWindow()) return active;
-  // Between two boxes no window has the keyboard yet.
-  for (QWidget* window : QApplication::topLevelWidgets()) {
-    if (window->isVisible() && window->windowType() == Qt::Window) return window;
-  }
-  return nullptr;
-}
-
-void put_over(QWidget& window, QWidget* owner) {
-  if (owner == nullptr) return;
-  window.winId();  // gives it its handle
-  window.windowHandle()->setTransientParent(owner->window()->windowHandle());
-}
-
 void keep_up(QWidget& window) { new Raiser(window); }
 
 FormWindow::FormWindow(Form& form)
     : QDialog(nullptr, Qt::Tool | Qt::FramelessWindowHint | Qt::MSWindowsFixedSizeDialogHint),
       form_(form) {
-  QWidget* owner = owner_window();
   setObjectName(QString::fromStdString(form.name()));
   setWindowTitle(to_qstring(form.caption()));
   setWindowModality(Qt::ApplicationModal);
@@ -86,10 +69,8 @@ FormWindow::FormWindow(Form& form)
   setFixedSize(size.width() + 2 * border, size.height() + TitleBar::height + 2 * border);
   make_controls();
   set_tab_order();
-  // A form that is centred on the screen has no owner.
-  if (form.start() == StartPosition::centre_of_screen) owner = nullptr;
-  put_over(*this, owner);
-  centre(owner);
+  owner_.carry(*this);
+  centre();
   keep_out_of_task_bar(*this);
   keep_up(*this);
 }
@@ -134,10 +115,14 @@ void FormWindow::set_tab_order() {
   if (const Control* first = form_.focus()) widget_of(*first)->setFocus();
 }
 
-void FormWindow::centre(QWidget* owner) {
-  const QRect space = (owner != nullptr ? owner->screen() : screen())->availableGeometry();
+// A form that is centred on the screen stands over its owner as well: the host's
+// window never covers what the host waits for.
+void FormWindow::centre() {
+  const bool on_owner = form_.start() == StartPosition::centre_of_owner && !owner_.place().isNull();
+  const QScreen* at = on_owner ? QGuiApplication::screenAt(owner_.place().center()) : nullptr;
+  const QRect space = (at != nullptr ? at : screen())->availableGeometry();
   QRect place(QPoint(0, 0), size());
-  place.moveCenter(owner != nullptr ? owner->window()->frameGeometry().center() : space.center());
+  place.moveCenter(on_owner ? owner_.place().center() : space.center());
   place.moveLeft(std::max(std::min(place.left(), space.right() - place.width()), space.left()));
   place.moveTop(std::max(std::min(place.top(), space.bottom() - place.height()), space.top()));
   move(place.topLeft());

@@ -9,16 +9,10 @@
 
 #include "platform/form.h"
 #include "ui/qt/control_view.h"
+#include "ui/qt/owner.h"
 #include "ui/qt/title_bar.h"
 
 namespace orv2_geo::qt {
-
-/// The window in front of the person, over which another one appears; null
-/// when it is none of this application's.
-QWidget* owner_window();
-
-/// Lets `window` stay over `owner` without belonging to it.
-void put_over(QWidget& window, QWidget* owner);
 
 /// While it is up, `window` cannot be minimised: its host waits for an answer, and
 /// what has no entry in the task bar would never come back.
@@ -51,7 +45,7 @@ class FormWindow final : public QDialog {
  private:
   void make_controls();
   void set_tab_order();
-  void centre(QWidget* owner);
+  void centre();
   void refresh();
   void follow(const ControlView& view);
   void act(const std::function<void()>& action) noexcept;
@@ -61,6 +55,7 @@ class FormWindow final : public QDialog {
   QWidget* widget_of(const Control& control) const;
 
   Form& form_;
+  Owner owner_;
   TitleBar* title_bar_;
   QWidget* area_;  // the form's own, in the size of its design
   std::vector<ControlView> views_;

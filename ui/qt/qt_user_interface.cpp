@@ -28,6 +28,7 @@ class QtUserInterface final : public UserInterface {
 
   void error_box(const Text& text, std::int32_t flags, const Text* caption) override {
     if (application() == nullptr) return without_screen_.error_box(text, flags, caption);
+    const Owner owner;
     QMessageBox box(flags == critical_icon ? QMessageBox::Critical : QMessageBox::NoIcon,
                     caption != nullptr ? to_qstring(*caption) : QStringLiteral("Orv2_Geo"),
                     to_qstring(text), QMessageBox::Ok);
@@ -35,7 +36,7 @@ class QtUserInterface final : public UserInterface {
     box.setAttribute(Qt::WA_QuitOnClose, false);
     box.setWindowModality(Qt::ApplicationModal);
     make_room_for_caption(box);
-    put_over(box, owner_window());
+    owner.carry(box);
     keep_up(box);
     box.exec();
   }

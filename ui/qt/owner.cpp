@@ -1,0 +1,84 @@
+#include "ui/qt/owner.h"
+
+#include <QApplication>
+#include <QScreen>
+#include <algorithm>
+#include <cmath>
+
+#include "platform/owner_window.h"
+#include "ui/qt/x11.h"
+
+namespace orv2_geo::qt {
+
+namespace {
+
+QWindow* handle_of(const QWidget* widget) {
+  return widget != nullptr ? widget->window()->windowHandle() : nullptr;
+}
+
+// The application's own window of that number.
+QWindow* own_window(std::uint64_t number) {
+  const QWindowList all = QGuiApplication::topLevelWindows();
+  const auto has_it = [&](const QWindow* one) {
+    return one->handle() != nullptr && one->winId() == number;
+  };
+  const auto found = std::find_if(all.begin(), all.end(), has_it);
+  return found != all.end() ? *found : nullptr;
+}
+
+// Between two boxes no window has the keyboard yet.
+QWindow* visible_window() {
+  for (const QWidget* window : QApplication::topLevelWidgets()) {
+    if (window->isVisible() && window->windowType() == Qt::Window) return window->windowHandle();
+  }
+  return nullptr;
+}
+
+// The display counts its own pixels; a screen's corner is at the same place in
+// Qt's count, and all inside is scaled from there.
+QRect in_logical_pixels(const QRect& place) {
+  for (const QScreen* screen : QGuiApplication::screens()) {
+    const double scale = screen->devicePixelRatio();
+    const QPoint corner = screen->geometry().topLeft();
+    const QRect native(corner, screen->geometry().size() * scale);
+    if (!native.contains(place.center())) continue;
+    return {corner + (place.topLeft() - corner) / scale, place.size() / scale};
+  }
+  return place;
+}
+
+}  // namespace
+
+Owner::Owner() {
+  const bool found = take(handle_of(QApplication::activeModalWidget())) ||
+                     take_native(host_window_named(owner_window())) ||
+                     take(handle_of(QApplication::activeWindow())) ||
+                     take_native(host_window_in_front());
+  if (!found) take(visible_window());
+}
+
+bool Owner::take(QWindow* window) {
+  if (window == nullptr) return false;
+  window_ = window;
+  place_ = window->frameGeometry();
+  return true;
+}
+
+bool Owner::take_native(std::uint64_t window) {
+  if (window == 0) return false;
+  if (take(own_window(window))) return true;
+  const QRect place = host_window_place(window);
+  if (place.isEmpty()) return false;
+  foreign_.reset(QWindow::fromWinId(static_cast<WId>(window)));
+  window_ = foreign_.get();
+  place_ = in_logical_pixels(place);
+  return window_ != nullptr;
+}
+
+void Owner::carry(QWidget& window) const {
+  if (window_ == nullptr) return;
+  window.winId();  // gives it its handle
+  window.windowHandle()->setTransientParent(window_);
+}
+
+}  // namespace orv2_geo::qt
