@@ -425,6 +425,47 @@ class FormTest(ScreenTest):
         window.press_title_bar_box()
         self.expect_end(host, OTHER, "not open")
 
+    def test_the_pointer_tells_that_a_routine_is_at_work(self):
+        host, window = self.show("other", OTHER)
+        pointer = screen.Pointer(self.display)
+        self.addCleanup(pointer.close)
+        window.point_at(1350, 2730)
+        at_rest = pointer.picture()
+        window.press("Return")
+        self.expect(host, "waiting")
+        screen.until("a pointer at work", lambda: pointer.picture() != at_rest)
+        for step in range(4):
+            host.go_on()
+            if step < 3:
+                self.expect(host, "waiting")
+        screen.until("the usual pointer", lambda: pointer.picture() == at_rest)
+        window.click(*AVISO)
+        box = self.display.window("Orv2_Geo")
+        box.point_at(300, 300)
+        screen.until("the usual pointer on a box", lambda: pointer.picture() == at_rest)
+        box.press("Return")
+        self.expect(host, "warned")
+        window.press_title_bar_box()
+        self.expect_end(host, OTHER, "not open")
+
+    def dots(self, window, middle, width, height):
+        """Changes from light to dark along the upper edge inside of a button."""
+        left, top = middle[0] - width / 2 + 150, middle[1] - height / 2 + 45
+        line = [max(pixel) < 110 for pixel in window.colours(left, top, width - 300, 15)]
+        line = line[:window.pixels(width - 300)]
+        return sum(a != b for a, b in zip(line, line[1:]))
+
+    def test_the_focus_is_seen_from_the_start_and_is_not_the_default_buttons_frame(self):
+        host, window = self.show("points", POINTS)
+        size = (972, 348)
+        self.assertGreater(self.dots(window, CANCELAR, *size), 10)
+        self.assertEqual(self.dots(window, CALCULAR, *size), 0)  # the default button
+        window.press("Tab")
+        screen.until("on Calcular", lambda: self.dots(window, CALCULAR, *size) > 10)
+        self.assertEqual(self.dots(window, CANCELAR, *size), 0)
+        window.press("Escape")
+        self.expect_end(host, POINTS, *UNTOUCHED)
+
     def test_tab_goes_by_tab_index_and_the_space_bar_presses(self):
         host, window = self.show("other", OTHER)
         self.keep_picture(window, "other_start")

@@ -11,10 +11,14 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QStyleOptionButton>
+#include <QStylePainter>
 #include <QTableWidget>
 #include <algorithm>
 #include <cmath>
 #include <string>
+
+#include "ui/qt/pointer.h"
 
 namespace orv2_geo::qt {
 
@@ -172,6 +176,30 @@ std::function<void()> fill(QAbstractButton* button, const Control& control) {
   };
 }
 
+// The frame tells which button Enter presses, dots inside it which one has the
+// focus: many desktops draw both alike.
+class Button final : public QPushButton {
+ public:
+  using QPushButton::QPushButton;
+
+ protected:
+  void paintEvent(QPaintEvent*) override {
+    QStylePainter painter(this);
+    QStyleOptionButton option;
+    initStyleOption(&option);
+    option.state &= ~QStyle::State_HasFocus;
+    painter.drawControl(QStyle::CE_PushButton, option);
+    if (!hasFocus()) return;
+    QPen dots(option.palette.color(QPalette::ButtonText), 1);
+    dots.setDashPattern({1, 1});
+    dots.setCapStyle(Qt::FlatCap);
+    painter.setPen(dots);
+    constexpr int inside = 3;
+    painter.drawRect(
+        QRectF(rect()).adjusted(inside + 0.5, inside + 0.5, -inside - 0.5, -inside - 0.5));
+  }
+};
+
 // Indicator and letters are not cut off where the design leaves them little
 // height.
 void give_height(QWidget& widget) {
@@ -196,7 +224,12 @@ void ControlView::refresh() const {
 ControlView make_view(Form& form, Control& control, QWidget* parent, const Act& act) {
   const ControlDesign& design = control.design();
   const std::string name(design.name);
-  const auto click = [&form, act, name] { act([&] { form.click(name); }); };
+  const auto click = [&form, act, name] {
+    act([&] {
+      const BusyPointer busy;
+      form.click(name);
+    });
+  };
   ControlView view{&control, nullptr, {}};
   const auto as = [&](auto* widget) {
     view.widget = widget;
@@ -229,7 +262,7 @@ ControlView make_view(Form& form, Control& control, QWidget* parent, const Act& 
     case ControlKind::check_box: as_button(new QCheckBox(parent)); break;
     case ControlKind::option_button: as_button(new QRadioButton(parent)); break;
     case ControlKind::button: {
-      auto* const button = new QPushButton(parent);
+      auto* const button = new Button(parent);
       button->setAutoDefault(false);
       as_button(button);
       break;

@@ -10,6 +10,7 @@
 #include <QWindow>
 #include <algorithm>
 
+#include "ui/qt/pointer.h"
 #include "ui/qt/x11.h"
 
 namespace orv2_geo::qt {
@@ -61,6 +62,7 @@ FormWindow::FormWindow(Form& form)
   setWindowModality(Qt::ApplicationModal);
   setAttribute(Qt::WA_QuitOnClose, false);
   setFont(form_font());
+  setAttribute(Qt::WA_KeyboardFocusChange);  // the focus is drawn from the start
   title_bar_ = new TitleBar(this);
   area_ = new QWidget(this);
   const QSize size(pixels(form.width()), pixels(form.height()));
@@ -69,7 +71,6 @@ FormWindow::FormWindow(Form& form)
   setFixedSize(size.width() + 2 * border, size.height() + TitleBar::height + 2 * border);
   make_controls();
   set_tab_order();
-  owner_.carry(*this);
   centre();
   keep_out_of_task_bar(*this);
   keep_up(*this);
@@ -129,7 +130,7 @@ void FormWindow::centre() {
 }
 
 void FormWindow::run() {
-  show();
+  owner_.show_over(*this);
   mark_enter_button();
   activateWindow();
   for (const ControlView& view : views_) {
@@ -187,7 +188,10 @@ void FormWindow::mark_enter_button() {
 bool FormWindow::take_key(const QKeyEvent& key) {
   if (!is_enter(key.key()) && key.key() != Qt::Key_Escape) return false;
   if (!key.isAutoRepeat()) {
-    act([&] { is_enter(key.key()) ? form_.press_enter() : form_.press_escape(); });
+    act([&] {
+      const BusyPointer busy;
+      is_enter(key.key()) ? form_.press_enter() : form_.press_escape();
+    });
   }
   return true;
 }

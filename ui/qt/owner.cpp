@@ -3,7 +3,7 @@
 #include <QApplication>
 #include <QScreen>
 #include <algorithm>
-#include <cmath>
+#include <memory>
 
 #include "platform/owner_window.h"
 #include "ui/qt/x11.h"
@@ -69,16 +69,21 @@ bool Owner::take_native(std::uint64_t window) {
   if (take(own_window(window))) return true;
   const QRect place = host_window_place(window);
   if (place.isEmpty()) return false;
-  foreign_.reset(QWindow::fromWinId(static_cast<WId>(window)));
-  window_ = foreign_.get();
+  native_ = window;
   place_ = in_logical_pixels(place);
-  return window_ != nullptr;
+  return true;
 }
 
-void Owner::carry(QWidget& window) const {
-  if (window_ == nullptr) return;
+void Owner::show_over(QWidget& window) const {
   window.winId();  // gives it its handle
-  window.windowHandle()->setTransientParent(window_);
+  // Known to Qt no longer than it takes: Qt would give a window that it knows the
+  // pointer that it gives its own.
+  const std::unique_ptr<QWindow> foreign(
+      native_ != 0 ? QWindow::fromWinId(static_cast<WId>(native_)) : nullptr);
+  QWindow* const owner = foreign != nullptr ? foreign.get() : window_.data();
+  if (owner != nullptr) window.windowHandle()->setTransientParent(owner);
+  window.show();
+  if (foreign != nullptr) window.windowHandle()->setTransientParent(nullptr);
 }
 
 }  // namespace orv2_geo::qt

@@ -1,10 +1,11 @@
 // owner.h: the window that a box or a form stands over.
 #pragma once
 
+#include <QPointer>
 #include <QRect>
 #include <QWidget>
 #include <QWindow>
-#include <memory>
+#include <cstdint>
 
 namespace orv2_geo::qt {
 
@@ -14,14 +15,12 @@ namespace orv2_geo::qt {
 ///   2. the window that the host named (platform/owner_window.h);
 ///   3. this application's active window;
 ///   4. the process's active or topmost window, whichever toolkit made it.
-/// It must live as long as what it carries.
 class Owner {
  public:
   Owner();
 
-  /// Keeps `window` over the owner; nothing without one. To be called before it
-  /// is first shown.
-  void carry(QWidget& window) const;
+  /// Shows `window`, which stays above the owner as long as both are there.
+  void show_over(QWidget& window) const;
 
   /// Where it is, frame included as far as it is known; null without one.
   QRect place() const { return place_; }
@@ -30,8 +29,8 @@ class Owner {
   bool take(QWindow* window);
   bool take_native(std::uint64_t window);
 
-  QWindow* window_ = nullptr;
-  std::unique_ptr<QWindow> foreign_;
+  QPointer<QWindow> window_;  // this application's own
+  std::uint64_t native_ = 0;  // else another one
   QRect place_;
 };
 

@@ -7,6 +7,7 @@
 #include "platform/screen_module.h"
 #include "ui/qt/application.h"
 #include "ui/qt/form_window.h"
+#include "ui/qt/pointer.h"
 
 namespace orv2_geo::qt {
 
@@ -28,6 +29,7 @@ class QtUserInterface final : public UserInterface {
 
   void error_box(const Text& text, std::int32_t flags, const Text* caption) override {
     if (application() == nullptr) return without_screen_.error_box(text, flags, caption);
+    const PointerAtRest pointer;
     const Owner owner;
     QMessageBox box(flags == critical_icon ? QMessageBox::Critical : QMessageBox::NoIcon,
                     caption != nullptr ? to_qstring(*caption) : QStringLiteral("Orv2_Geo"),
@@ -36,13 +38,14 @@ class QtUserInterface final : public UserInterface {
     box.setAttribute(Qt::WA_QuitOnClose, false);
     box.setWindowModality(Qt::ApplicationModal);
     make_room_for_caption(box);
-    owner.carry(box);
     keep_up(box);
+    owner.show_over(box);
     box.exec();
   }
 
   void show_modal(Form& form) override {
     if (application() == nullptr) return without_screen_.show_modal(form);
+    const PointerAtRest pointer;
     FormWindow(form).run();
   }
 
