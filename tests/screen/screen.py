@@ -209,10 +209,9 @@ class Window:
     def property(self, name):
         return self.display.run("xprop", "-id", self.identity, name)
 
-    def click(self, left, top):
-        x, y, _, _ = self.place()
-        self.display.run("xdotool", "mousemove", str(x + self.pixels(left)),
-                         str(y + self.pixels(top)), "click", "1")
+    def click(self, left, top, times=1):
+        self.point_at(left, top)
+        self.display.run("xdotool", "click", "--repeat", str(times), "--delay", "60", "1")
 
     def point_at(self, left, top):
         x, y, _, _ = self.place()

@@ -105,6 +105,7 @@ class RepeatedPointsTest(ScreenTest):
     def compute(self, window):
         window.click(*CALCULAR)
         self.wait_for_the_count(window)
+        time.sleep(0.5)  # the next click is not a double click's second
 
     def test_is_a_fixed_tool_window_in_the_middle_of_the_screen(self):
         host, window = self.show("points", POINTS)
@@ -283,6 +284,26 @@ class RepeatedPointsTest(ScreenTest):
         window.click(*CANCELAR)
         self.assertTrue(host.nothing_said())
         host.thaw()
+        self.expect_end(host, POINTS, "points 1000000 precision 0.001")
+
+    def test_a_double_click_on_calcular_is_no_click_on_eliminar(self):
+        for clicks in (2, 3):
+            with self.subTest(clicks):
+                def way(window, clicks=clicks):
+                    window.click(*CALCULAR, times=clicks)
+                    self.wait_for_the_count(window)
+                    window.press("Escape")
+                self.expect_way(way, UNTOUCHED)
+
+    def test_clicks_made_before_eliminar_was_there_are_none_on_it(self):
+        host, window = self.show("many points", POINTS)
+        self.freeze_computing(host, window)
+        for _ in range(2):
+            window.click(*ELIMINAR)
+            time.sleep(0.6)  # no double click
+        host.thaw()
+        self.wait_for_the_count(window)
+        window.press("Escape")
         self.expect_end(host, POINTS, "points 1000000 precision 0.001")
 
     def test_a_large_list_is_halved(self):
@@ -618,6 +639,7 @@ class PythonHostTest(ScreenTest):
         window = self.display.window(POINTS)
         window.click(*CALCULAR)
         screen.until("the count", lambda: b"\x00\xff\xff" in window.colours(*FOUND))
+        time.sleep(0.5)  # the next click is not a double click's second
         window.click(*ELIMINAR)
         self.expect(host, "2 [0.0, 10.0, 20.0] ['', 'uno', 'tres'] [0, 1, 1, 2] 0.001")
         self.display.window(EXTREMES).press("Return")

@@ -4,9 +4,12 @@
 #include <QCloseEvent>
 #include <QFont>
 #include <QKeyEvent>
+#include <QMouseEvent>
 #include <QPainter>
 #include <QPushButton>
 #include <QScreen>
+#include <QStyleHints>
+#include <QTimer>
 #include <QWindow>
 #include <algorithm>
 
@@ -142,8 +145,43 @@ void FormWindow::run() {
 }
 
 void FormWindow::refresh() {
-  for (const ControlView& view : views_) view.refresh();
+  for (const ControlView& view : views_) bring_up_to_date(view);
   mark_enter_button();
+}
+
+void FormWindow::bring_up_to_date(const ControlView& view) {
+  const auto can_act = [&] { return view.widget->isVisible() && view.widget->isEnabled(); };
+  const bool could_act = can_act();
+  view.refresh();
+  if (isVisible() && !could_act && can_act()) newcomers_.push_back(view.widget);
+}
+
+// What has been clicked up to now is on its way; after it has come, with the
+// newcomers deaf to it, they are as any other button.
+void FormWindow::settle() {
+  if (newcomers_.empty() || !settled_) return;
+  settled_ = false;
+  QTimer::singleShot(0, this, [this] {
+    repaint();
+    QGuiApplication::sync();
+    settled_ = true;
+  });
+}
+
+bool FormWindow::comes_too_early(const QObject* watched, const QEvent& event) {
+  const bool press =
+      event.type() == QEvent::MouseButtonPress || event.type() == QEvent::MouseButtonDblClick;
+  if (!press) return false;
+  const auto& mouse = static_cast<const QMouseEvent&>(event);
+  const QStyleHints& hints = *QGuiApplication::styleHints();
+  const QPoint place = mouse.globalPosition().toPoint();
+  const bool goes_on =
+      mouse.timestamp() - last_press_ <= static_cast<quint64>(hints.mouseDoubleClickInterval()) &&
+      (place - last_place_).manhattanLength() <= 2 * hints.mouseDoubleClickDistance();
+  if (settled_ && !goes_on) newcomers_.clear();
+  last_press_ = mouse.timestamp();
+  last_place_ = place;
+  return std::find(newcomers_.begin(), newcomers_.end(), watched) != newcomers_.end();
 }
 
 // A routine is at work and no events are handled: what it shows, hides, enables
@@ -153,7 +191,7 @@ void FormWindow::follow(const ControlView& view) {
   const QWidget* parent = view.widget->parentWidget();
   const bool same = view.control->visible() == view.widget->isVisibleTo(parent) &&
                     view.control->enabled() == view.widget->isEnabledTo(parent);
-  view.refresh();
+  bring_up_to_date(view);
   if (!same) repaint();
 }
 
@@ -165,7 +203,8 @@ void FormWindow::act(const std::function<void()>& action) noexcept {
   } catch (...) {
     failure_ = std::current_exception();
   }
-  if (!form_.open() || failure_) loop_.quit();
+  if (!form_.open() || failure_) return loop_.quit();
+  settle();
 }
 
 void FormWindow::follow_focus(const QObject* widget) {
@@ -201,6 +240,7 @@ bool FormWindow::take_key(const QKeyEvent& key) {
 bool FormWindow::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() == QEvent::KeyPress && take_key(static_cast<QKeyEvent&>(*event))) return true;
   if (event->type() == QEvent::FocusIn) follow_focus(watched);
+  if (comes_too_early(watched, *event)) return true;
   return QDialog::eventFilter(watched, event);
 }
 

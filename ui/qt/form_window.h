@@ -24,6 +24,11 @@ void keep_up(QWidget& window);
 ///
 /// The form is told where the focus is; the button that Enter would press is
 /// drawn as the one that answers. The title bar's box closes the form.
+///
+/// A button takes no click made before it could act, nor one that goes on with a
+/// double click begun before: the second click on Calcular is none on the button
+/// that has come in its place. One that could act all the time takes the clicks made
+/// while a routine computed.
 class FormWindow final : public QDialog {
  public:
   explicit FormWindow(Form& form);
@@ -48,6 +53,9 @@ class FormWindow final : public QDialog {
   void centre();
   void refresh();
   void follow(const ControlView& view);
+  void bring_up_to_date(const ControlView& view);
+  void settle();
+  bool comes_too_early(const QObject* watched, const QEvent& event);
   void act(const std::function<void()>& action) noexcept;
   bool take_key(const QKeyEvent& key);
   void follow_focus(const QObject* widget);
@@ -59,6 +67,10 @@ class FormWindow final : public QDialog {
   TitleBar* title_bar_;
   QWidget* area_;  // the form's own, in the size of its design
   std::vector<ControlView> views_;
+  std::vector<const QObject*> newcomers_;  // buttons that can act since a short time
+  bool settled_ = true;                    // what was clicked before they could is dealt with
+  quint64 last_press_ = 0;                 // of a mouse button: when and where
+  QPoint last_place_;
   QEventLoop loop_;
   std::exception_ptr failure_;
 };
