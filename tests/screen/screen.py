@@ -135,6 +135,15 @@ class Display:
             return [one for one in self.windows(title) if one == active]
         return Window(self, until(f"the window {title!r}", shown)[0])
 
+    def tips(self):
+        """The tool tips that are up."""
+        found = self.run("xdotool", "search", "--onlyvisible", "--class", ".").split()
+        return [one for one in found if "_TOOLTIP" in self.run(
+            "xprop", "-id", one, "_NET_WM_WINDOW_TYPE")]
+
+    def clipboard(self):
+        return self.run("xclip", "-o", "-selection", "clipboard")
+
     def wait_for_no(self, title):
         until(f"{title!r} gone", lambda: not self.windows(title))
 

@@ -239,7 +239,7 @@ class RepeatedPointsTest(ScreenTest):
         window.click(*CALCULAR)
         box = self.display.window(ENGINE)
         self.keep_picture(box, "points_failed")
-        self.assert_wide(box, 5500)  # the text is in two lines
+        self.assert_wide(box, 4000)  # the text is in two lines
         box.press("Return")
         self.display.wait_for_no(ENGINE)
         window = self.display.window(POINTS)
@@ -561,7 +561,114 @@ class ExtremesTest(ScreenTest):
         self.expect_end(host, EXTREMES, self.FOUND)
 
 
+    # Middles of cells.
+    FIRST_CELL, SECOND_ROW_POINT = (1980, 510), (3270, 780)
+
+    def edges(self, window):
+        """Where the lines between the columns are, in pixels from the grid's left."""
+        left, top, width = 45, 90 + 15 * 20, 7770
+        across = window.pixels(width)
+        line = window.colours(left, top, width, 15)[:across]
+        dark = [min(pixel) < 235 for pixel in line]
+        return [x for x in range(1, across) if dark[x] and not dark[x - 1]], across
+
+    def test_columns_grow_into_the_room_and_show_16_characters(self):
+        host, window = self.show("sixteen characters", EXTREMES)
+        window.point_elsewhere()
+        edges, across = self.edges(window)
+        self.keep_picture(window, "extremes_sixteen")
+        self.assertEqual(len(edges), 6)
+        self.assertGreater(edges[-1], across - window.pixels(15 * 4))
+        for column in (1, 3, 5):
+            self.assertGreater(edges[column] - edges[column - 1], window.pixels(1650))
+        window.press("Return")
+        self.expect_end(host, EXTREMES, "returned")
+
+    def test_selected_cells_are_copied_with_tabs(self):
+        host, window = self.show("extremes", EXTREMES)
+        window.click(*self.FIRST_CELL)
+        self.display.run("xdotool", "keydown", "shift")
+        window.click(*self.SECOND_ROW_POINT)
+        self.display.run("xdotool", "keyup", "shift")
+        window.press("ctrl+c")
+        screen.until("the cells", lambda: (
+            self.display.clipboard() == "444980.125\t88\n4479998.750\t1205"))
+        self.keep_picture(window, "extremes_selected")
+        window.press("ctrl+a", "ctrl+c")
+        screen.until("all numbers", lambda: self.display.clipboard() == (
+            "444980.125\t88\t445210.376\t1204\t230.251\n"
+            "4479998.750\t1205\t4480412.500\t17\t413.750\n"
+            "-12.500\t40\t688.214\t3\t700.714"))
+        window.press("Return")
+        self.expect_end(host, EXTREMES, self.FOUND)
+
+    def test_a_tip_comes_only_where_a_text_is_cut(self):
+        host, window = self.show("extremes", EXTREMES)
+        window.point_at(*self.FIRST_CELL)
+        time.sleep(1.5)  # a tip comes after 0.7
+        self.assertEqual(self.display.tips(), [])
+        window.press("Return")
+        self.expect_end(host, EXTREMES, self.FOUND)
+        host, window = self.show("longer than the room", EXTREMES)
+        window.point_at(1950, 480)
+        window.point_at(*self.FIRST_CELL)
+        screen.until("a tip", self.display.tips)
+        window.press("Return")
+        self.expect_end(host, EXTREMES, "returned")
+
+
 class BoxTest(ScreenTest):
+    def lines(self, window):
+        """The widths of the lines of text, right of the icon and above the button."""
+        left, _, width, height = window.place()
+        scale = 15 * 96 / DPI
+        start, end = 15 * 56, height * scale - 15 * 48
+        pixels = window.colours(start, 0, width * scale - start, end)
+        across = window.pixels(width * scale - start)
+        rows = [pixels[i:i + across] for i in range(0, len(pixels), across)]
+        lines, before = [], False
+        for row in rows:
+            dark = [x for x, pixel in enumerate(row) if max(pixel) < 110]
+            if dark:
+                seen = set(dark)
+                lines = lines[:-1] + [lines[-1] | seen] if before else lines + [seen]
+            before = bool(dark)
+        # The dots and strokes above letters may stand apart: they are no lines.
+        return [max(one) - min(one) for one in lines if len(one) > across / 8]
+
+    def test_the_lines_of_a_text_are_of_nearly_one_length(self):
+        host, window = self.show("failure", "Orv2_Geo.cgeo_Matrices")
+        window.point_elsewhere()
+        lines = self.lines(window)
+        self.assertEqual(len(lines), 2)
+        self.assertGreater(min(lines), 0.7 * max(lines))
+        window.press("Return")
+        self.expect_end(host, "Orv2_Geo.cgeo_Matrices", "order 0 1 2")
+
+    def test_letters_are_as_small_as_a_forms(self):
+        host, window = self.show("box", "Orv2_Geo")
+        window.point_elsewhere()
+        self.assertEqual(len(self.lines(window)), 1)
+        self.assertLess(self.lines(window)[0], window.pixels(15 * 185))
+        window.press("Return")
+        self.expect_end(host, "Orv2_Geo", "same locale")
+
+    def test_the_icon_is_drawn_for_the_screen_and_not_enlarged(self):
+        host, window = self.show("failure", "Orv2_Geo.cgeo_Matrices")
+        across = window.pixels(15 * 56)
+        pixels = window.colours(0, 0, 15 * 56, 15 * 56)
+        rows = [pixels[i:i + across] for i in range(0, len(pixels), across)]
+        red = [[x for x, p in enumerate(row) if p[0] > 150 and p[1] < 90] for row in rows]
+        self.assertGreater(sum(bool(row) for row in red), window.pixels(15 * 24))
+        # Where the white cross in it begins, row by row: one that was enlarged goes in
+        # steps of two pixels.
+        inside = [pixels[row[0]:row[-1]] for row, pixels in zip(red, rows) if row]
+        begins = [next((row[0] + x for x, p in enumerate(pixels) if p[1] > 128), None)
+                  for row, pixels in zip(filter(None, red), inside)]
+        self.assertEqual({x % 2 for x in begins if x is not None}, {0, 1})
+        window.press("Return")
+        self.expect_end(host, "Orv2_Geo.cgeo_Matrices", "order 0 1 2")
+
     def red(self, window):
         _, _, width, height = window.place()
         scale = 15 * 96 / DPI
@@ -579,7 +686,7 @@ class BoxTest(ScreenTest):
         host, window = self.show("failure", "Orv2_Geo.cgeo_Matrices")
         screen.until("a red icon", lambda: self.red(window) > 50)
         self.keep_picture(window, "box_critical")
-        self.assert_wide(window, 5500)
+        self.assert_wide(window, 4000)
         window.press("Return")
         self.expect_end(host, "Orv2_Geo.cgeo_Matrices", "order 0 1 2")
 
@@ -695,6 +802,21 @@ class OtherHostTest(ScreenTest):
 
 
 class QtHostTest(ScreenTest):
+    def menu_word(self, what, language):
+        host = self.host(what, program=QT_HOST, LC_ALL=language)
+        self.display.window("Orv2_Geo").press("Return")
+        if what == "widgets":
+            self.display.window("Sobre su dueña:").press("Return")
+            self.expect(host, "returned")
+        word = host.line()
+        self.assertEqual(host.end(), (0, ""))
+        return word
+
+    def test_qts_own_words_are_in_the_users_language_unless_the_application_is_the_hosts(self):
+        self.assertEqual(self.menu_word("library", "es_ES.UTF-8"), "Seleccionar todo")
+        self.assertEqual(self.menu_word("library", "C.UTF-8"), "Select All")
+        self.assertEqual(self.menu_word("widgets", "es_ES.UTF-8"), "Select All")
+
     def test_forms_stand_over_the_hosts_window(self):
         host = self.host("widgets", program=QT_HOST)
         owner = self.display.windows

@@ -2,7 +2,6 @@
 
 #include <QApplication>
 #include <QCloseEvent>
-#include <QFont>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -13,21 +12,13 @@
 #include <QWindow>
 #include <algorithm>
 
+#include "ui/qt/letters.h"
 #include "ui/qt/pointer.h"
 #include "ui/qt/x11.h"
 
 namespace orv2_geo::qt {
 
 namespace {
-
-// Letters that the places of the controls are made for: 8.25 points.
-QFont form_font() {
-  QFont font;
-  font.setFamilies({"Liberation Sans", "Arial", "Helvetica"});
-  font.setStyleHint(QFont::SansSerif);
-  font.setPixelSize(11);
-  return font;
-}
 
 constexpr int border = 1;
 
