@@ -517,6 +517,9 @@ class FormTest(ScreenTest):
         window.click(*AVISO)
         box = self.display.window("Orv2_Geo")
         self.keep_picture(box, "box_over_form")
+        own, over = window.outside(), box.outside()
+        self.assertAlmostEqual(own[0] + own[2] / 2, over[0] + over[2] / 2, delta=30)
+        self.assertAlmostEqual(own[1] + own[3] / 2, over[1] + over[3] / 2, delta=box.pixels(900))
         window.click(*TRABAJA)  # out of reach below the box
         self.assertTrue(host.nothing_said())
         self.display.run("xdotool", "windowactivate", box.identity)

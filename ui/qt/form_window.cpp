@@ -22,24 +22,25 @@ namespace {
 
 constexpr int border = 1;
 
-// Undoes a minimise as soon as it is seen.
+// Undoes a minimise as soon as the change itself has been dealt with.
 class Raiser final : public QObject {
  public:
-  explicit Raiser(QWidget& window) : QObject(&window) { window.installEventFilter(this); }
+  explicit Raiser(QWidget& window) : QObject(&window) {
+    soon_.setSingleShot(true);
+    QObject::connect(&soon_, &QTimer::timeout, &window, [&window] {
+      window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
+      window.activateWindow();
+    });
+    window.installEventFilter(this);
+  }
   bool eventFilter(QObject* watched, QEvent* event) override {
-    auto* const window = static_cast<QWidget*>(watched);
-    if (event->type() == QEvent::WindowStateChange && window->isMinimized()) {
-      // Once the change itself has been dealt with.
-      QMetaObject::invokeMethod(
-          window,
-          [window] {
-            window->setWindowState(window->windowState() & ~Qt::WindowMinimized);
-            window->activateWindow();
-          },
-          Qt::QueuedConnection);
-    }
+    const bool changed = event->type() == QEvent::WindowStateChange;
+    if (changed && static_cast<QWidget*>(watched)->isMinimized()) soon_.start(0);
     return QObject::eventFilter(watched, event);
   }
+
+ private:
+  QTimer soon_;
 };
 
 bool is_enter(int key) { return key == Qt::Key_Return || key == Qt::Key_Enter; }
@@ -68,6 +69,8 @@ FormWindow::FormWindow(Form& form)
   centre();
   keep_out_of_task_bar(*this);
   keep_up(*this);
+  settling_.setSingleShot(true);
+  QObject::connect(&settling_, &QTimer::timeout, this, &FormWindow::settle);
 }
 
 FormWindow::~FormWindow() {
@@ -150,13 +153,9 @@ void FormWindow::bring_up_to_date(const ControlView& view) {
 // What has been clicked up to now is on its way; after it has come, with the
 // newcomers deaf to it, they are as any other button.
 void FormWindow::settle() {
-  if (newcomers_.empty() || !settled_) return;
-  settled_ = false;
-  QTimer::singleShot(0, this, [this] {
-    repaint();
-    QGuiApplication::sync();
-    settled_ = true;
-  });
+  repaint();
+  QGuiApplication::sync();
+  settled_ = true;
 }
 
 bool FormWindow::comes_too_early(const QObject* watched, const QEvent& event) {
@@ -195,7 +194,9 @@ void FormWindow::act(const std::function<void()>& action) noexcept {
     failure_ = std::current_exception();
   }
   if (!form_.open() || failure_) return loop_.quit();
-  settle();
+  if (newcomers_.empty() || !settled_) return;
+  settled_ = false;
+  settling_.start(0);
 }
 
 void FormWindow::follow_focus(const QObject* widget) {

@@ -3,6 +3,7 @@
 
 #include <QDialog>
 #include <QEventLoop>
+#include <QTimer>
 #include <exception>
 #include <functional>
 #include <vector>
@@ -68,8 +69,9 @@ class FormWindow final : public QDialog {
   QWidget* area_;  // the form's own, in the size of its design
   std::vector<ControlView> views_;
   std::vector<const QObject*> newcomers_;  // buttons that can act since a short time
-  bool settled_ = true;                    // what was clicked before they could is dealt with
-  quint64 last_press_ = 0;                 // of a mouse button: when and where
+  QTimer settling_;
+  bool settled_ = true;     // what was clicked before they could is dealt with
+  quint64 last_press_ = 0;  // of a mouse button: when and where
   QPoint last_place_;
   QEventLoop loop_;
   std::exception_ptr failure_;

@@ -1,7 +1,6 @@
 #include "ui/qt/owner.h"
 
 #include <QApplication>
-#include <QScreen>
 #include <algorithm>
 #include <memory>
 
@@ -34,19 +33,6 @@ QWindow* visible_window() {
   return nullptr;
 }
 
-// The display counts its own pixels; a screen's corner is at the same place in
-// Qt's count, and all inside is scaled from there.
-QRect in_logical_pixels(const QRect& place) {
-  for (const QScreen* screen : QGuiApplication::screens()) {
-    const double scale = screen->devicePixelRatio();
-    const QPoint corner = screen->geometry().topLeft();
-    const QRect native(corner, screen->geometry().size() * scale);
-    if (!native.contains(place.center())) continue;
-    return {corner + (place.topLeft() - corner) / scale, place.size() / scale};
-  }
-  return place;
-}
-
 }  // namespace
 
 Owner::Owner() {
@@ -59,6 +45,7 @@ Owner::Owner() {
 
 bool Owner::take(QWindow* window) {
   if (window == nullptr) return false;
+  correct_place(*window);
   window_ = window;
   place_ = window->frameGeometry();
   return true;
@@ -70,7 +57,7 @@ bool Owner::take_native(std::uint64_t window) {
   const QRect place = host_window_place(window);
   if (place.isEmpty()) return false;
   native_ = window;
-  place_ = in_logical_pixels(place);
+  place_ = place;
   return true;
 }
 

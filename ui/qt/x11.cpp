@@ -2,6 +2,7 @@
 
 #include <xcb/xcb.h>
 #include <QGuiApplication>
+#include <QScreen>
 #include <cstdlib>
 #include <cstring>
 #include <limits>
@@ -69,6 +70,19 @@ bool is_of_this_process(xcb_connection_t* display, xcb_window_t window) {
   return numbers(display, window, "_NET_WM_PID") == std::vector{process};
 }
 
+// The display counts its own pixels; a screen's corner is at the same place in
+// Qt's count, and all inside is scaled from there.
+QRect in_logical_pixels(const QRect& place) {
+  for (const QScreen* screen : QGuiApplication::screens()) {
+    const double scale = screen->devicePixelRatio();
+    const QPoint corner = screen->geometry().topLeft();
+    const QRect native(corner, screen->geometry().size() * scale);
+    if (!native.contains(place.center())) continue;
+    return {corner + (place.topLeft() - corner) / scale, place.size() / scale};
+  }
+  return place;
+}
+
 }  // namespace
 
 void keep_out_of_task_bar(QWidget& window) {
@@ -116,7 +130,15 @@ QRect host_window_place(std::uint64_t number) {
   const auto corner = answer(xcb_translate_coordinates_reply, display,
                              xcb_translate_coordinates(display, window, root_of(display), 0, 0));
   if (!size || !corner) return {};
-  return {corner->dst_x, corner->dst_y, size->width, size->height};
+  return in_logical_pixels({corner->dst_x, corner->dst_y, size->width, size->height});
+}
+
+void correct_place(QWindow& window) {
+  if (!window.flags().testFlag(Qt::FramelessWindowHint)) return;
+  const QRect place = host_window_place(window.winId());
+  if (!place.isEmpty() && place.topLeft() != window.position()) {
+    window.setPosition(place.topLeft());
+  }
 }
 
 }  // namespace orv2_geo::qt

@@ -4,6 +4,7 @@
 
 #include <QRect>
 #include <QWidget>
+#include <QWindow>
 #include <cstdint>
 
 namespace orv2_geo::qt {
@@ -18,8 +19,11 @@ std::uint64_t host_window_named(std::uint64_t number);
 /// process's that is on the screen; 0 when there is none.
 std::uint64_t host_window_in_front();
 
-/// Where it is, without its frame, in the display's own pixels; null once it is
-/// gone.
+/// Where it is, without its frame; null once it is gone.
 QRect host_window_place(std::uint64_t number);
+
+/// Tells Qt where `window` is: some window managers never do for one without a
+/// frame of theirs, and what Qt puts beside it would come up elsewhere.
+void correct_place(QWindow& window);
 
 }  // namespace orv2_geo::qt
