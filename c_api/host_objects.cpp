@@ -7,6 +7,7 @@
 #include "c_api/orv2_geo.h"
 #include "c_api/values.h"
 #include "platform/form.h"
+#include "platform/owner_window.h"
 #include "platform/user_interface.h"
 
 using namespace orv2_geo;
@@ -141,6 +142,10 @@ int32_t orv2_set_user_interface(const orv2_user_interface* callbacks) {
     if (!usable) raise(failure::invalid_call);
     install_user_interface(&installed.emplace(*callbacks));
   });
+}
+
+int32_t orv2_set_owner_window(uint64_t window) {
+  return guarded([&] { set_owner_window(window); });
 }
 
 int32_t orv2_form_describe(orv2_form* form, orv2_form_info* info) {

@@ -281,6 +281,12 @@ typedef struct orv2_user_interface {
 /* Installs the callbacks (copied) on this thread; null: the system's again. */
 ORV2_CALL int32_t orv2_set_user_interface(const orv2_user_interface* callbacks);
 
+/* The host's window over which the boxes and forms of this thread appear and
+ * stay: its native number, such as an X11 Window; 0 takes it back. Without it, or
+ * when it is gone, the host's active window is sought by the process's number
+ * (_NET_WM_PID). It has no effect on a host's own callbacks. */
+ORV2_CALL int32_t orv2_set_owner_window(uint64_t window);
+
 enum {
   ORV2_LABEL = 0,
   ORV2_TEXT_BOX = 1,

@@ -9,7 +9,9 @@ namespace orv2_geo {
 
 /// Minimum, maximum and their difference in X, Y and Z, in a grid; it only
 /// shows. Fill it by one of the two methods, then show it. Both of its buttons,
-/// Escape and the title bar's box unload it and tell nobody which it was.
+/// Escape and the title bar's box unload it and tell nobody which it was. It has no
+/// default button: Enter presses the button in focus, Aceptar at first, and Aceptar
+/// on the grid.
 class f_MaxiMin {
  public:
   f_MaxiMin();

@@ -33,8 +33,9 @@ enum class ControlKind : std::uint8_t {
 /// Cell alignments of a grid's column, all centred vertically.
 enum class CellAlignment : std::int16_t { left = 1, centre = 4, right = 7 };
 
-/// Where a form appears. Over the owner: the window from which it is shown,
-/// or the screen where there is none.
+/// Where a form appears: in the middle of its owner, which is the host's window
+/// (owner_window.h), or of the screen, as it does where there is no owner. It stays
+/// above its owner in both.
 enum class StartPosition : std::uint8_t { centre_of_owner = 0, centre_of_screen = 1 };
 
 /// One line of a form's design. Places and sizes are in twips; inside a frame

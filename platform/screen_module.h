@@ -10,7 +10,7 @@
 namespace orv2_geo {
 
 /// Grows with every change that a module of another build could not follow.
-inline constexpr std::uint32_t screen_module_version = 1;
+inline constexpr std::uint32_t screen_module_version = 2;
 
 inline constexpr const char* screen_module_file = "liborv2_geo_qt.so";
 inline constexpr const char* screen_module_factory = "orv2_geo_screen";

@@ -11,7 +11,8 @@ checks=(clang clang-format clang-tidy libclang-rt-14-dev)
 # For the benchmarks.
 bench=(libbenchmark-dev libcgal-dev libboost-dev libgeos-dev libgeos++-dev libicu-dev libnanoflann-dev)
 # For forms on a screen, and for tests that press their buttons on one without a person.
-screen=(qt6-base-dev libxcb1-dev xvfb xdotool openbox twm x11-utils fonts-liberation)
+screen=(qt6-base-dev qt6-translations-l10n libxcb1-dev xvfb openbox twm xdotool xclip x11-utils
+  libxfixes3 fonts-liberation)
 # For what belongs to Windows.
 windows=(g++-mingw-w64-x86-64-posix)
 

@@ -17,7 +17,7 @@ RunFailure. help() on an object shows its members.
 from ._arrays import DoubleArray, GeoArray, LongArray, ShortArray, SingleArray, StringArray
 from ._failures import RunFailure
 from ._host import omitted
-from ._interface import Control, Controls, Form, set_user_interface
+from ._interface import Control, Controls, Form, set_owner_window, set_user_interface
 from ._library import load
 from ._objects import GeoObject, classes, create
 from ._refs import Ref
@@ -25,7 +25,7 @@ from ._refs import Ref
 __all__ = [
     "Control", "Controls", "DoubleArray", "Form", "GeoArray", "GeoObject", "LongArray", "Ref",
     "RunFailure", "ShortArray", "SingleArray", "StringArray", "classes", "create", "load",
-    "omitted", "set_user_interface",
+    "omitted", "set_owner_window", "set_user_interface",
 ]
 
 

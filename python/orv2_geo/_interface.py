@@ -2,11 +2,12 @@
 
 import collections.abc
 import ctypes
+import operator
 import threading
 from ctypes import byref
 
 from ._calls import answering, run
-from ._failures import INVALID_CALL, RunFailure, check
+from ._failures import INVALID_CALL, OVERFLOW, RunFailure, check
 from ._library import (
     ControlInfo, ControlLook, ErrorBox, FormFrame, FormInfo, GridFont, GridInfo, HandleEvents,
     ShowModal, UserInterface, library,
@@ -44,6 +45,20 @@ def set_user_interface(ui):
     check(library().orv2_set_user_interface(None if ui is None else byref(_callbacks)))
     before, _installed.ui = _installed.ui, ui
     return before
+
+
+def set_owner_window(window):
+    """Names the host's window over which the boxes and forms of this thread appear
+    and stay, by its native number, such as an X11 window's; 0 takes it back.
+
+    Without it, or when it is gone, the host's active window is sought. It has no
+    effect on a set_user_interface of the host's own. RunFailure 6 for a number
+    below 0 or beyond 64 bits.
+    """
+    window = operator.index(window)
+    if not 0 <= window < 2**64:
+        raise RunFailure(OVERFLOW)
+    check(library().orv2_set_owner_window(window))
 
 
 @answering

@@ -142,6 +142,7 @@ DECLARATIONS = {
     "orv2_host_object_new": (POINTER(HostObject), c_void_p, _handle_out),
     "orv2_set_failure": (c_int32, c_char_p, c_char_p),
     "orv2_set_user_interface": (POINTER(UserInterface),),
+    "orv2_set_owner_window": (c_uint64,),
     "orv2_form_describe": (c_void_p, POINTER(FormInfo)),
     "orv2_form_control": (c_void_p, c_size_t, POINTER(ControlInfo)),
     "orv2_form_grid": (c_void_p, c_size_t, POINTER(GridInfo)),

@@ -10,6 +10,7 @@
 #include "platform/error_box.h"
 #include "platform/event_pump.h"
 #include "platform/form.h"
+#include "platform/owner_window.h"
 #include "platform/user_interface.h"
 #include "tests/c_api/boundary.h"
 #include "tests/support/expect_failure.h"
@@ -420,6 +421,13 @@ TEST_F(Forms, TheTitleBarClosesWithoutTheCancelButton) {
     EXPECT_EQ(orv2_form_press_escape(shown), 0);
   });
   EXPECT_TRUE(clicks.empty());
+}
+
+TEST(OwnerWindow, IsTheOneThatTheHostNames) {
+  EXPECT_EQ(orv2_set_owner_window(0x1234'5678'9abc), 0);
+  EXPECT_EQ(owner_window(), 0x1234'5678'9abcU);
+  EXPECT_EQ(orv2_set_owner_window(0), 0);
+  EXPECT_EQ(owner_window(), 0U);
 }
 
 TEST_F(Forms, OneLeftOpenIsCancelled) {

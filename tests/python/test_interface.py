@@ -184,6 +184,18 @@ class Dialogs(InterfaceCase):
         self.shown(act)
 
 
+class OwnerWindow(Case):
+    def test_any_number_of_64_bits_may_be_named(self):
+        for number in (0, 1, 0x2a00007, 2**64 - 1, 0):
+            orv2_geo.set_owner_window(number)
+        for number in (-1, 2**64):
+            with self.fails(6):
+                orv2_geo.set_owner_window(number)
+        for number in (1.5, "1", None):
+            with self.assertRaises(TypeError):
+                orv2_geo.set_owner_window(number)
+
+
 class Forms(InterfaceCase):
     def test_a_form_describes_itself(self):
         def act(form):

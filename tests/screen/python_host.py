@@ -1,9 +1,12 @@
 """A host in Python: the library's dialogs, and what came back."""
 import os
+import sys
 
 import orv2_geo
 
 orv2_geo.load(os.environ["ORV2_LIBRARY"])
+if len(sys.argv) == 2:
+    orv2_geo.set_owner_window(int(sys.argv[1]))
 matrices = orv2_geo.create("Orv2_Geo.cgeo_Matrices")
 
 count, precision = orv2_geo.Ref(3), orv2_geo.Ref(0.0)

@@ -1,6 +1,9 @@
 // A host with a Qt application of its own, with or without widgets, that shows
 // a box and a form of the library over its window.
 //   qt_host widgets|core
+// Or one that knows Qt and leaves the application to the library.
+//   qt_host library
+// At the end it tells what the menu of a text box calls one of its entries.
 #include <QApplication>
 #include <QTimer>
 #include <QWidget>
@@ -33,6 +36,17 @@ void show_both() {
   std::cout << "returned" << std::endl;
 }
 
+void tell_menu_word() {
+  const QString word = QCoreApplication::translate("QLineEdit", "Select All");
+  std::cout << word.toStdString() << std::endl;
+}
+
+int run_without_an_application() {
+  error_box(u"sin ventana");
+  tell_menu_word();
+  return 0;
+}
+
 int run_with_widgets(int& count, char** words) {
   QApplication application(count, words);
   QWidget window;
@@ -42,6 +56,7 @@ int run_with_widgets(int& count, char** words) {
   QTimer::singleShot(0, &window, [&] {
     while (!window.isActiveWindow()) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     show_both();
+    tell_menu_word();
     QCoreApplication::quit();
   });
   return QCoreApplication::exec();
@@ -57,6 +72,7 @@ int run_without_widgets(int& count, char** words) {
 
 int main(int count, char** words) {
   const std::string_view what = count == 2 ? words[1] : "";
+  if (what == "library") return run_without_an_application();
   if (what == "widgets") return run_with_widgets(count, words);
   return what == "core" ? run_without_widgets(count, words) : 2;
 }

@@ -109,8 +109,9 @@ class Display:
                                          preexec_fn=ends_with_us)
         # An old one tells of itself by nothing but what it does to windows.
         if manager == "openbox":
+            # It tells its name first; once it lists the windows it takes new ones too.
             until("a window manager", lambda: "window id" in self.run(
-                "xprop", "-root", "_NET_SUPPORTING_WM_CHECK"))
+                "xprop", "-root", "_NET_CLIENT_LIST_STACKING"))
 
     def close(self):
         for process in (self._manager, self._server):
@@ -134,8 +135,51 @@ class Display:
             return [one for one in self.windows(title) if one == active]
         return Window(self, until(f"the window {title!r}", shown)[0])
 
+    def tips(self):
+        """The tool tips that are up."""
+        found = self.run("xdotool", "search", "--onlyvisible", "--class", ".").split()
+        return [one for one in found if "_TOOLTIP" in self.run(
+            "xprop", "-id", one, "_NET_WM_WINDOW_TYPE")]
+
+    def clipboard(self):
+        return self.run("xclip", "-o", "-selection", "clipboard")
+
     def wait_for_no(self, title):
         until(f"{title!r} gone", lambda: not self.windows(title))
+
+
+class CursorImage(ctypes.Structure):
+    """What the display tells of the mouse pointer."""
+    _fields_ = [("x", ctypes.c_short), ("y", ctypes.c_short), ("width", ctypes.c_ushort),
+                ("height", ctypes.c_ushort), ("xhot", ctypes.c_ushort), ("yhot", ctypes.c_ushort),
+                ("serial", ctypes.c_ulong), ("pixels", ctypes.POINTER(ctypes.c_ulong)),
+                ("atom", ctypes.c_ulong), ("name", ctypes.c_char_p)]
+
+
+class Pointer:
+    """The mouse pointer of a display as a person sees it."""
+
+    def __init__(self, display):
+        self._x11 = ctypes.CDLL("libX11.so.6")
+        self._x11.XOpenDisplay.restype = ctypes.c_void_p
+        self._fixes = ctypes.CDLL("libXfixes.so.3")
+        self._fixes.XFixesGetCursorImage.restype = ctypes.POINTER(CursorImage)
+        name = display.environment["DISPLAY"].encode()
+        self._connection = ctypes.c_void_p(self._x11.XOpenDisplay(name))
+        event, error = ctypes.c_int(), ctypes.c_int()
+        self._fixes.XFixesQueryExtension(self._connection, ctypes.byref(event),
+                                         ctypes.byref(error))
+
+    def picture(self):
+        """Its pixels: two that are equal look alike."""
+        told = self._fixes.XFixesGetCursorImage(self._connection)
+        image = told.contents
+        seen = (image.width, image.height, image.pixels[:image.width * image.height])
+        self._x11.XFree(told)
+        return seen
+
+    def close(self):
+        self._x11.XCloseDisplay(self._connection)
 
 
 class Window:
@@ -174,10 +218,14 @@ class Window:
     def property(self, name):
         return self.display.run("xprop", "-id", self.identity, name)
 
-    def click(self, left, top):
+    def click(self, left, top, times=1):
+        self.point_at(left, top)
+        self.display.run("xdotool", "click", "--repeat", str(times), "--delay", "60", "1")
+
+    def point_at(self, left, top):
         x, y, _, _ = self.place()
         self.display.run("xdotool", "mousemove", str(x + self.pixels(left)),
-                         str(y + self.pixels(top)), "click", "1")
+                         str(y + self.pixels(top)))
 
     def point_elsewhere(self):
         """Takes the pointer out of the window, so that it covers nothing."""

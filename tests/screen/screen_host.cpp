@@ -230,6 +230,16 @@ void show_extremes(Extremes member) {
   tell("found" + line);
 }
 
+// Coordinates from `least` to `greatest` in all three.
+void show_long_extremes(double least, double greatest) {
+  DoubleArray all(0, 2);
+  all(1) = least;
+  all(2) = greatest;
+  double max_x = 0, min_x = 0, max_y = 0, min_y = 0, max_z = 0, min_z = 0;
+  cgeo_Matrices().MaxMin_3Matriz(all, all, all, max_x, min_x, max_y, min_y, max_z, min_z, true);
+  tell("returned");
+}
+
 // ---- Boxes --------------------------------------------------------------------
 
 void show_box_of_a_failure() {
@@ -258,6 +268,8 @@ int run(std::string_view what) {
       {"short arrays", drop_repeated_of_short_arrays},
       {"many points", drop_repeated_of_many},
       {"extremes", [] { show_extremes(&cgeo_Matrices::MaxMin_3Matriz); }},
+      {"sixteen characters", [] { show_long_extremes(-44800123456.789, 155199876543.211); }},
+      {"longer than the room", [] { show_long_extremes(-1e30, 1e30); }},
       {"outdated extremes", [] { show_extremes(&cgeo_Matrices::MaxMin_3Matriz1); }},
       {"other", show_other_form},
       {"box", show_box_and_locale},

@@ -6,8 +6,10 @@
 #include <QFileInfo>
 #include <QLibrary>
 #include <QLibraryInfo>
+#include <QLocale>
 #include <QStringList>
 #include <QThread>
+#include <QTranslator>
 #include <clocale>
 #include <string>
 
@@ -73,6 +75,14 @@ const char* platform(XDisplay& display) {
   return nullptr;
 }
 
+// What Qt itself says, such as in a text box's menu. A host's own application says
+// what its host has chosen.
+void speak_the_users_language(QApplication& application) {
+  auto* const words = new QTranslator(&application);
+  const QString folder = QLibraryInfo::path(QLibraryInfo::TranslationsPath);
+  if (words->load(QLocale(), "qtbase", "_", folder)) QCoreApplication::installTranslator(words);
+}
+
 QApplication* made() {
   XDisplay display;
   const char* name = platform(display);
@@ -88,6 +98,7 @@ QApplication* made() {
   auto* const application = new QApplication(count, arguments);
   std::setlocale(LC_ALL, locale.c_str());
   QApplication::setQuitOnLastWindowClosed(false);
+  speak_the_users_language(*application);
   return application;
 }
 

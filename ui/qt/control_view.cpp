@@ -1,20 +1,31 @@
 #include "ui/qt/control_view.h"
 
 #include <QCheckBox>
+#include <QClipboard>
 #include <QColor>
 #include <QEvent>
 #include <QFont>
 #include <QGroupBox>
+#include <QGuiApplication>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QStyleOptionButton>
+#include <QStylePainter>
 #include <QTableWidget>
 #include <algorithm>
 #include <cmath>
+#include <map>
+#include <numeric>
+#include <set>
 #include <string>
+#include <vector>
+
+#include "ui/qt/pointer.h"
 
 namespace orv2_geo::qt {
 
@@ -121,31 +132,117 @@ QFont grid_font(const Grid& grid) {
   return font;
 }
 
-QTableWidgetItem* cell_item(const QTableWidget& table, const Grid& grid, int row, int col) {
-  const QString text = to_qstring(grid.cell(row, col));
-  auto* const item = new QTableWidgetItem(text);
-  item->setFlags(Qt::ItemIsEnabled);
-  item->setTextAlignment(aligned(grid.alignment(col)) | Qt::AlignVCenter);
-  item->setToolTip(text.trimmed());  // what a narrow column cuts off
-  if (row < grid.fixed_rows || col < grid.fixed_cols) {
-    item->setBackground(table.palette().brush(QPalette::Button));
-    item->setForeground(table.palette().brush(QPalette::ButtonText));
+// Cells can be selected, and Ctrl+C takes them along.
+class Table final : public QTableWidget {
+ public:
+  using QTableWidget::QTableWidget;
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override {
+    if (!event->matches(QKeySequence::Copy)) return QTableWidget::keyPressEvent(event);
+    if (!selectedIndexes().isEmpty()) QGuiApplication::clipboard()->setText(selected_text());
   }
-  return item;
+
+ private:
+  // A line a row and a tab between the columns of the rectangle that holds them
+  // all, without the cells in between that are not selected.
+  QString selected_text() const {
+    std::map<int, std::map<int, QString>> rows;
+    std::set<int> cols;
+    for (const QModelIndex& index : selectedIndexes()) {
+      rows[index.row()][index.column()] = index.data().toString().trimmed();
+      cols.insert(index.column());
+    }
+    QStringList lines;
+    for (auto& [row, cells] : rows) {
+      QStringList line;
+      for (const int col : cols) line << cells[col];
+      lines << line.join('\t');
+    }
+    return lines.join('\n');
+  }
+};
+
+constexpr int cell_margins = 8;
+
+// An item that is there already stays, and stays selected.
+void fill_cell(QTableWidget& table, const Grid& grid, int row, int col) {
+  if (table.item(row, col) == nullptr) table.setItem(row, col, new QTableWidgetItem);
+  QTableWidgetItem& item = *table.item(row, col);
+  const bool fixed = row < grid.fixed_rows || col < grid.fixed_cols;
+  item.setText(to_qstring(grid.cell(row, col)));
+  item.setFlags(fixed ? Qt::ItemIsEnabled : Qt::ItemIsEnabled | Qt::ItemIsSelectable);
+  item.setTextAlignment(aligned(grid.alignment(col)) | Qt::AlignVCenter);
+  if (!fixed) return;
+  item.setBackground(table.palette().brush(QPalette::Button));
+  item.setForeground(table.palette().brush(QPalette::ButtonText));
+}
+
+int room_for(const QTableWidget& table, const QString& text) {
+  return table.fontMetrics().horizontalAdvance(text) + cell_margins;
+}
+
+// As much as stands side by side in the table.
+int whole_width(const QTableWidget& table) {
+  int rows = 0;
+  for (int row = 0; row < table.rowCount(); ++row) rows += table.rowHeight(row);
+  const QSize room = table.maximumViewportSize();
+  const bool scrolls = rows > room.height();
+  return room.width() - (scrolls ? table.style()->pixelMetric(QStyle::PM_ScrollBarExtent) : 0);
+}
+
+// A column is as wide as its header, whose blanks count. The room that is left goes
+// first to the columns whose numbers need it, by their need; then to all, by their
+// width.
+void set_widths(QTableWidget& table) {
+  std::vector<double> widths;
+  std::vector<double> needs;
+  for (int col = 0; col < table.columnCount(); ++col) {
+    int need = 0;
+    for (int row = 0; row < table.rowCount(); ++row) {
+      need = std::max(need, room_for(table, table.item(row, col)->text()));
+    }
+    widths.push_back(table.rowCount() > 0 ? room_for(table, table.item(0, col)->text()) : 0);
+    needs.push_back(need - widths.back());
+  }
+  const auto sum = [](const std::vector<double>& all) {
+    return std::accumulate(all.begin(), all.end(), 0.0);
+  };
+  const double left = std::max(whole_width(table) - sum(widths), 0.0);
+  const double share = std::min(left, sum(needs)) / std::max(sum(needs), 1.0);
+  for (std::size_t col = 0; col < widths.size(); ++col) widths[col] += share * needs[col];
+  const double growth = std::max(whole_width(table) / std::max(sum(widths), 1.0), 1.0);
+  double edge = 0.0;
+  for (std::size_t col = 0; col < widths.size(); ++col) {
+    // Between rounded edges, so that the last one is the table's.
+    const double next = edge + widths[col] * growth;
+    table.setColumnWidth(static_cast<int>(col),
+                         static_cast<int>(std::lround(next) - std::lround(edge)));
+    edge = next;
+  }
+}
+
+// A tip only where a narrow column cuts a text off.
+void set_tips(QTableWidget& table) {
+  for (int col = 0; col < table.columnCount(); ++col) {
+    for (int row = 0; row < table.rowCount(); ++row) {
+      QTableWidgetItem& item = *table.item(row, col);
+      const bool cut = room_for(table, item.text()) > table.columnWidth(col);
+      item.setToolTip(cut ? item.text().trimmed() : QString());
+    }
+  }
 }
 
 void fill_table(QTableWidget& table, const Grid& grid) {
-  constexpr int margins = 8;
   table.setRowCount(grid.rows);
   table.setColumnCount(grid.cols);
   for (int col = 0; col < grid.cols; ++col) {
     for (int row = 0; row < grid.rows; ++row) {
-      table.setItem(row, col, cell_item(table, grid, row, col));
+      fill_cell(table, grid, row, col);
     }
-    // The blanks of a header count: they make the column as wide as it is meant.
-    const QString header = to_qstring(grid.cell(0, col));
-    table.setColumnWidth(col, table.fontMetrics().horizontalAdvance(header) + margins);
   }
+  set_widths(table);
+  set_tips(table);
 }
 
 std::function<void()> fill(QTableWidget* table, const Grid& grid) {
@@ -156,7 +253,6 @@ std::function<void()> fill(QTableWidget* table, const Grid& grid) {
   table->verticalHeader()->setDefaultSectionSize(table->fontMetrics().height() + 6);
   table->horizontalHeader()->setMinimumSectionSize(1);
   table->setEditTriggers(QAbstractItemView::NoEditTriggers);
-  table->setSelectionMode(QAbstractItemView::NoSelection);
   table->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
   table->setTabKeyNavigation(false);
   table->setWordWrap(false);
@@ -171,6 +267,30 @@ std::function<void()> fill(QAbstractButton* button, const Control& control) {
     if (button->isCheckable()) button->setChecked(control.value() != 0.0);
   };
 }
+
+// The frame tells which button Enter presses, dots inside it which one has the
+// focus: many desktops draw both alike.
+class Button final : public QPushButton {
+ public:
+  using QPushButton::QPushButton;
+
+ protected:
+  void paintEvent(QPaintEvent*) override {
+    QStylePainter painter(this);
+    QStyleOptionButton option;
+    initStyleOption(&option);
+    option.state &= ~QStyle::State_HasFocus;
+    painter.drawControl(QStyle::CE_PushButton, option);
+    if (!hasFocus()) return;
+    QPen dots(option.palette.color(QPalette::ButtonText), 1);
+    dots.setDashPattern({1, 1});
+    dots.setCapStyle(Qt::FlatCap);
+    painter.setPen(dots);
+    constexpr int inside = 3;
+    painter.drawRect(
+        QRectF(rect()).adjusted(inside + 0.5, inside + 0.5, -inside - 0.5, -inside - 0.5));
+  }
+};
 
 // Indicator and letters are not cut off where the design leaves them little
 // height.
@@ -196,7 +316,12 @@ void ControlView::refresh() const {
 ControlView make_view(Form& form, Control& control, QWidget* parent, const Act& act) {
   const ControlDesign& design = control.design();
   const std::string name(design.name);
-  const auto click = [&form, act, name] { act([&] { form.click(name); }); };
+  const auto click = [&form, act, name] {
+    act([&] {
+      const BusyPointer busy;
+      form.click(name);
+    });
+  };
   ControlView view{&control, nullptr, {}};
   const auto as = [&](auto* widget) {
     view.widget = widget;
@@ -229,7 +354,7 @@ ControlView make_view(Form& form, Control& control, QWidget* parent, const Act& 
     case ControlKind::check_box: as_button(new QCheckBox(parent)); break;
     case ControlKind::option_button: as_button(new QRadioButton(parent)); break;
     case ControlKind::button: {
-      auto* const button = new QPushButton(parent);
+      auto* const button = new Button(parent);
       button->setAutoDefault(false);
       as_button(button);
       break;
@@ -247,9 +372,7 @@ ControlView make_view(Form& form, Control& control, QWidget* parent, const Act& 
       view.show_content = [bar, &control] { bar->setValue(step_of(control)); };
       break;
     }
-    case ControlKind::grid:
-      view.show_content = fill(as(new QTableWidget(parent)), control.grid());
-      break;
+    case ControlKind::grid: view.show_content = fill(as(new Table(parent)), control.grid()); break;
   }
   const bool is_choice =
       design.kind == ControlKind::check_box || design.kind == ControlKind::option_button;

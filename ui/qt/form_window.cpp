@@ -2,82 +2,62 @@
 
 #include <QApplication>
 #include <QCloseEvent>
-#include <QFont>
 #include <QKeyEvent>
+#include <QMouseEvent>
 #include <QPainter>
 #include <QPushButton>
 #include <QScreen>
+#include <QStyleHints>
+#include <QTimer>
 #include <QWindow>
 #include <algorithm>
 
+#include "ui/qt/letters.h"
+#include "ui/qt/pointer.h"
 #include "ui/qt/x11.h"
 
 namespace orv2_geo::qt {
 
 namespace {
 
-// Letters that the places of the controls are made for: 8.25 points.
-QFont form_font() {
-  QFont font;
-  font.setFamilies({"Liberation Sans", "Arial", "Helvetica"});
-  font.setStyleHint(QFont::SansSerif);
-  font.setPixelSize(11);
-  return font;
-}
-
 constexpr int border = 1;
 
-// Undoes a minimise as soon as it is seen.
+// Undoes a minimise as soon as the change itself has been dealt with.
 class Raiser final : public QObject {
  public:
-  explicit Raiser(QWidget& window) : QObject(&window) { window.installEventFilter(this); }
+  explicit Raiser(QWidget& window) : QObject(&window) {
+    soon_.setSingleShot(true);
+    QObject::connect(&soon_, &QTimer::timeout, &window, [&window] {
+      window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
+      window.activateWindow();
+    });
+    window.installEventFilter(this);
+  }
   bool eventFilter(QObject* watched, QEvent* event) override {
-    auto* const window = static_cast<QWidget*>(watched);
-    if (event->type() == QEvent::WindowStateChange && window->isMinimized()) {
-      // Once the change itself has been dealt with.
-      QMetaObject::invokeMethod(
-          window,
-          [window] {
-            window->setWindowState(window->windowState() & ~Qt::WindowMinimized);
-            window->activateWindow();
-          },
-          Qt::QueuedConnection);
-    }
+    const bool changed = event->type() == QEvent::WindowStateChange;
+    if (changed && static_cast<QWidget*>(watched)->isMinimized()) soon_.start(0);
     return QObject::eventFilter(watched, event);
   }
+
+ private:
+  QTimer soon_;
 };
 
 bool is_enter(int key) { return key == Qt::Key_Return || key == Qt::Key_Enter; }
 
 }  // namespace
 
-QWidget* owner_window() {
-  if (QWidget* modal = QApplication::activeModalWidget()) return modal;
-  if (QWidget* active = QApplication::activeWindow()) return active;
-  // Between two boxes no window has the keyboard yet.
-  for (QWidget* window : QApplication::topLevelWidgets()) {
-    if (window->isVisible() && window->windowType() == Qt::Window) return window;
-  }
-  return nullptr;
-}
-
-void put_over(QWidget& window, QWidget* owner) {
-  if (owner == nullptr) return;
-  window.winId();  // gives it its handle
-  window.windowHandle()->setTransientParent(owner->window()->windowHandle());
-}
-
 void keep_up(QWidget& window) { new Raiser(window); }
 
 FormWindow::FormWindow(Form& form)
     : QDialog(nullptr, Qt::Tool | Qt::FramelessWindowHint | Qt::MSWindowsFixedSizeDialogHint),
       form_(form) {
-  QWidget* owner = owner_window();
   setObjectName(QString::fromStdString(form.name()));
   setWindowTitle(to_qstring(form.caption()));
   setWindowModality(Qt::ApplicationModal);
   setAttribute(Qt::WA_QuitOnClose, false);
   setFont(form_font());
+  setAttribute(Qt::WA_KeyboardFocusChange);  // the focus is drawn from the start
   title_bar_ = new TitleBar(this);
   area_ = new QWidget(this);
   const QSize size(pixels(form.width()), pixels(form.height()));
@@ -86,12 +66,11 @@ FormWindow::FormWindow(Form& form)
   setFixedSize(size.width() + 2 * border, size.height() + TitleBar::height + 2 * border);
   make_controls();
   set_tab_order();
-  // A form that is centred on the screen has no owner.
-  if (form.frame().start == StartPosition::centre_of_screen) owner = nullptr;
-  put_over(*this, owner);
-  centre(owner);
+  centre();
   keep_out_of_task_bar(*this);
   keep_up(*this);
+  settling_.setSingleShot(true);
+  QObject::connect(&settling_, &QTimer::timeout, this, &FormWindow::settle);
 }
 
 FormWindow::~FormWindow() {
@@ -134,17 +113,21 @@ void FormWindow::set_tab_order() {
   if (const Control* first = form_.focus()) widget_of(*first)->setFocus();
 }
 
-void FormWindow::centre(QWidget* owner) {
-  const QRect space = (owner != nullptr ? owner->screen() : screen())->availableGeometry();
+// A form that is centred on the screen stands over its owner as well: the host's
+// window never covers what the host waits for.
+void FormWindow::centre() {
+  const bool on_owner = form_.frame().start == StartPosition::centre_of_owner && !owner_.place().isNull();
+  const QScreen* at = on_owner ? QGuiApplication::screenAt(owner_.place().center()) : nullptr;
+  const QRect space = (at != nullptr ? at : screen())->availableGeometry();
   QRect place(QPoint(0, 0), size());
-  place.moveCenter(owner != nullptr ? owner->window()->frameGeometry().center() : space.center());
+  place.moveCenter(on_owner ? owner_.place().center() : space.center());
   place.moveLeft(std::max(std::min(place.left(), space.right() - place.width()), space.left()));
   place.moveTop(std::max(std::min(place.top(), space.bottom() - place.height()), space.top()));
   move(place.topLeft());
 }
 
 void FormWindow::run() {
-  show();
+  owner_.show_over(*this);
   mark_enter_button();
   activateWindow();
   for (const ControlView& view : views_) {
@@ -156,8 +139,39 @@ void FormWindow::run() {
 }
 
 void FormWindow::refresh() {
-  for (const ControlView& view : views_) view.refresh();
+  for (const ControlView& view : views_) bring_up_to_date(view);
   mark_enter_button();
+}
+
+void FormWindow::bring_up_to_date(const ControlView& view) {
+  const auto can_act = [&] { return view.widget->isVisible() && view.widget->isEnabled(); };
+  const bool could_act = can_act();
+  view.refresh();
+  if (isVisible() && !could_act && can_act()) newcomers_.push_back(view.widget);
+}
+
+// What has been clicked up to now is on its way; after it has come, with the
+// newcomers deaf to it, they are as any other button.
+void FormWindow::settle() {
+  repaint();
+  QGuiApplication::sync();
+  settled_ = true;
+}
+
+bool FormWindow::comes_too_early(const QObject* watched, const QEvent& event) {
+  const bool press =
+      event.type() == QEvent::MouseButtonPress || event.type() == QEvent::MouseButtonDblClick;
+  if (!press) return false;
+  const auto& mouse = static_cast<const QMouseEvent&>(event);
+  const QStyleHints& hints = *QGuiApplication::styleHints();
+  const QPoint place = mouse.globalPosition().toPoint();
+  const bool goes_on =
+      mouse.timestamp() - last_press_ <= static_cast<quint64>(hints.mouseDoubleClickInterval()) &&
+      (place - last_place_).manhattanLength() <= 2 * hints.mouseDoubleClickDistance();
+  if (settled_ && !goes_on) newcomers_.clear();
+  last_press_ = mouse.timestamp();
+  last_place_ = place;
+  return std::find(newcomers_.begin(), newcomers_.end(), watched) != newcomers_.end();
 }
 
 // A routine is at work and no events are handled: what it shows, hides, enables
@@ -167,7 +181,7 @@ void FormWindow::follow(const ControlView& view) {
   const QWidget* parent = view.widget->parentWidget();
   const bool same = view.control->visible() == view.widget->isVisibleTo(parent) &&
                     view.control->enabled() == view.widget->isEnabledTo(parent);
-  view.refresh();
+  bring_up_to_date(view);
   if (!same) repaint();
 }
 
@@ -179,7 +193,10 @@ void FormWindow::act(const std::function<void()>& action) noexcept {
   } catch (...) {
     failure_ = std::current_exception();
   }
-  if (!form_.open() || failure_) loop_.quit();
+  if (!form_.open() || failure_) return loop_.quit();
+  if (newcomers_.empty() || !settled_) return;
+  settled_ = false;
+  settling_.start(0);
 }
 
 void FormWindow::follow_focus(const QObject* widget) {
@@ -202,7 +219,10 @@ void FormWindow::mark_enter_button() {
 bool FormWindow::take_key(const QKeyEvent& key) {
   if (!is_enter(key.key()) && key.key() != Qt::Key_Escape) return false;
   if (!key.isAutoRepeat()) {
-    act([&] { is_enter(key.key()) ? form_.press_enter() : form_.press_escape(); });
+    act([&] {
+      const BusyPointer busy;
+      is_enter(key.key()) ? form_.press_enter() : form_.press_escape();
+    });
   }
   return true;
 }
@@ -212,6 +232,7 @@ bool FormWindow::take_key(const QKeyEvent& key) {
 bool FormWindow::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() == QEvent::KeyPress && take_key(static_cast<QKeyEvent&>(*event))) return true;
   if (event->type() == QEvent::FocusIn) follow_focus(watched);
+  if (comes_too_early(watched, *event)) return true;
   return QDialog::eventFilter(watched, event);
 }
 

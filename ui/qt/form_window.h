@@ -3,22 +3,17 @@
 
 #include <QDialog>
 #include <QEventLoop>
+#include <QTimer>
 #include <exception>
 #include <functional>
 #include <vector>
 
 #include "platform/form.h"
 #include "ui/qt/control_view.h"
+#include "ui/qt/owner.h"
 #include "ui/qt/title_bar.h"
 
 namespace orv2_geo::qt {
-
-/// The window in front of the person, over which another one appears; null
-/// when it is none of this application's.
-QWidget* owner_window();
-
-/// Lets `window` stay over `owner` without belonging to it.
-void put_over(QWidget& window, QWidget* owner);
 
 /// While it is up, `window` cannot be minimised: its host waits for an answer, and
 /// what has no entry in the task bar would never come back.
@@ -30,6 +25,11 @@ void keep_up(QWidget& window);
 ///
 /// The form is told where the focus is; the button that Enter would press is
 /// drawn as the one that answers. The title bar's box closes the form.
+///
+/// A button takes no click made before it could act, nor one that goes on with a
+/// double click begun before: the second click on Calcular is none on the button
+/// that has come in its place. One that could act all the time takes the clicks made
+/// while a routine computed.
 class FormWindow final : public QDialog {
  public:
   explicit FormWindow(Form& form);
@@ -51,9 +51,12 @@ class FormWindow final : public QDialog {
  private:
   void make_controls();
   void set_tab_order();
-  void centre(QWidget* owner);
+  void centre();
   void refresh();
   void follow(const ControlView& view);
+  void bring_up_to_date(const ControlView& view);
+  void settle();
+  bool comes_too_early(const QObject* watched, const QEvent& event);
   void act(const std::function<void()>& action) noexcept;
   bool take_key(const QKeyEvent& key);
   void follow_focus(const QObject* widget);
@@ -61,9 +64,15 @@ class FormWindow final : public QDialog {
   QWidget* widget_of(const Control& control) const;
 
   Form& form_;
+  Owner owner_;
   TitleBar* title_bar_;
   QWidget* area_;  // the form's own, in the size of its design
   std::vector<ControlView> views_;
+  std::vector<const QObject*> newcomers_;  // buttons that can act since a short time
+  QTimer settling_;
+  bool settled_ = true;     // what was clicked before they could is dealt with
+  quint64 last_press_ = 0;  // of a mouse button: when and where
+  QPoint last_place_;
   QEventLoop loop_;
   std::exception_ptr failure_;
 };

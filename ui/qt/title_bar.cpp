@@ -4,6 +4,8 @@
 #include <QPainter>
 #include <QWindow>
 
+#include "ui/qt/x11.h"
+
 namespace orv2_geo::qt {
 
 namespace {
@@ -69,7 +71,9 @@ void TitleBar::paintEvent(QPaintEvent*) {
 
 void TitleBar::mousePressEvent(QMouseEvent* event) {
   QWindow* const handle = window()->windowHandle();
-  if (event->button() == Qt::LeftButton && handle != nullptr) handle->startSystemMove();
+  if (event->button() != Qt::LeftButton || handle == nullptr) return;
+  correct_place(*handle);
+  handle->startSystemMove();
 }
 
 }  // namespace orv2_geo::qt

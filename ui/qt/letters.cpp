@@ -1,0 +1,51 @@
+#include "ui/qt/letters.h"
+
+#include <QStringList>
+#include <QTextLayout>
+
+namespace orv2_geo::qt {
+
+namespace {
+
+QStringList lines_of(const QString& paragraph, const QFont& font, int width) {
+  QTextLayout layout(paragraph, font);
+  QTextOption option;
+  option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+  layout.setTextOption(option);
+  QStringList lines;
+  layout.beginLayout();
+  for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+    line.setLineWidth(width);
+    lines << paragraph.mid(line.textStart(), line.textLength());
+  }
+  layout.endLayout();
+  return lines;
+}
+
+}  // namespace
+
+QFont form_font() {
+  QFont font;
+  font.setFamilies({"Liberation Sans", "Arial", "Helvetica"});
+  font.setStyleHint(QFont::SansSerif);
+  font.setPixelSize(11);
+  return font;
+}
+
+QString in_even_lines(const QString& text, const QFont& font, int width) {
+  QStringList all;
+  for (const QString& paragraph : text.split('\n')) {
+    const qsizetype count = lines_of(paragraph, font, width).size();
+    // The narrowest room in which there are no more lines.
+    int too_narrow = 0;
+    int enough = width;
+    while (enough - too_narrow > 1) {
+      const int middle = (too_narrow + enough) / 2;
+      (lines_of(paragraph, font, middle).size() > count ? too_narrow : enough) = middle;
+    }
+    all << lines_of(paragraph, font, enough);
+  }
+  return all.join('\n');
+}
+
+}  // namespace orv2_geo::qt
