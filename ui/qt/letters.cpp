@@ -1,7 +1,9 @@
 #include "ui/qt/letters.h"
 
+#include <QFontMetrics>
 #include <QStringList>
 #include <QTextLayout>
+#include <algorithm>
 
 namespace orv2_geo::qt {
 
@@ -22,6 +24,14 @@ QStringList lines_of(const QString& paragraph, const QFont& font, int width) {
   return lines;
 }
 
+int widest_word(const QString& paragraph, const QFont& font) {
+  int widest = 0;
+  for (const QString& word : paragraph.split(' ')) {
+    widest = std::max(widest, QFontMetrics(font).horizontalAdvance(word));
+  }
+  return widest;
+}
+
 }  // namespace
 
 QFont form_font() {
@@ -36,8 +46,9 @@ QString in_even_lines(const QString& text, const QFont& font, int width) {
   QStringList all;
   for (const QString& paragraph : text.split('\n')) {
     const qsizetype count = lines_of(paragraph, font, width).size();
-    // The narrowest room in which there are no more lines.
-    int too_narrow = 0;
+    // The narrowest width at which there are no more lines, and no word is broken that
+    // need not be.
+    int too_narrow = std::min(widest_word(paragraph, font), width - 1);
     int enough = width;
     while (enough - too_narrow > 1) {
       const int middle = (too_narrow + enough) / 2;
