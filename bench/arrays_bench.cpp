@@ -6,7 +6,7 @@
 #include <random>
 #include <vector>
 
-#include "library/orv2_geo.hpp"
+#include "orv2_geo/orv2_geo.hpp"
 
 namespace {
 

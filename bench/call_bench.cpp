@@ -2,8 +2,8 @@
 // four coordinates and answers false), so that the call is what is measured.
 #include <benchmark/benchmark.h>
 
-#include "c_api/orv2_geo.h"
-#include "library/orv2_geo.hpp"
+#include "orv2_geo/orv2_geo.h"
+#include "orv2_geo/orv2_geo.hpp"
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include <cmath>
 #include <utility>
 
-#include "frame/checked_math.h"
+#include "orv2_geo/frame/checked_math.h"
 
 namespace bench {
 

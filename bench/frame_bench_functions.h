@@ -1,7 +1,7 @@
 // frame_bench_functions.h: the same formulas, checked and plain, out of line.
 #pragma once
 
-#include "frame/geo_arrays.h"
+#include "orv2_geo/frame/geo_arrays.h"
 
 namespace bench {
 

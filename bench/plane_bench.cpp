@@ -18,7 +18,7 @@
 #include <vector>
 
 #include "bench/plane_bench_functions.h"
-#include "library/orv2_geo.hpp"
+#include "orv2_geo/orv2_geo.hpp"
 
 namespace {
 

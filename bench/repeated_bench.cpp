@@ -17,9 +17,9 @@
 #include <utility>
 #include <vector>
 
-#include "library/orv2_geo.hpp"
-#include "repeated/mOrdena_repetidos.h"
-#include "sorting/mOrdena.h"
+#include "orv2_geo/orv2_geo.hpp"
+#include "orv2_geo/repeated/mOrdena_repetidos.h"
+#include "orv2_geo/sorting/mOrdena.h"
 
 namespace {
 

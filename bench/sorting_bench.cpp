@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-#include "library/orv2_geo.hpp"
+#include "orv2_geo/orv2_geo.hpp"
 
 namespace {
 

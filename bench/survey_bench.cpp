@@ -21,7 +21,7 @@
 #include <vector>
 
 #include "bench/survey_bench_functions.h"
-#include "library/orv2_geo.hpp"
+#include "orv2_geo/orv2_geo.hpp"
 
 namespace {
 

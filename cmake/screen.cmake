@@ -18,7 +18,7 @@ if(NOT ORV2_QT OR NOT Qt6Widgets_FOUND OR NOT ORV2_XCB_HEADERS OR NOT ORV2_XCB_L
   return()
 endif()
 
-file(GLOB qt_sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/ui/qt/*.cpp)
+file(GLOB qt_sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/orv2_geo/ui/qt/*.cpp)
 add_library(orv2_geo_qt MODULE ${qt_sources})
 target_include_directories(orv2_geo_qt SYSTEM PRIVATE ${ORV2_XCB_HEADERS})
 target_link_libraries(orv2_geo_qt PRIVATE orv2_geo orv2_flags Qt6::Widgets ${ORV2_XCB_LIBRARY})

@@ -9,7 +9,7 @@ tools/setup.sh checks
 git ls-files '*.cpp' '*.h' '*.hpp' '*.c' | xargs clang-format --dry-run --Werror
 [ "${1:-}" = format ] && exit 0
 database="${1:-build/release}"
-rooms='^(frame|platform|angles|plane|survey|terrain|sorting|repeated|arrays|dialogs|library|c_api)/'
 # The module for the screen is looked at where it is built.
-grep -q '/ui/qt/' "$database/compile_commands.json" && rooms="$rooms|^ui/qt/"
-git ls-files '*.cpp' | grep -E "$rooms" | xargs -P "$(nproc)" -n 4 clang-tidy -p "$database" --quiet
+skipped='^$'
+grep -q '/ui/qt/' "$database/compile_commands.json" || skipped='^orv2_geo/ui/qt/'
+git ls-files 'orv2_geo/*.cpp' | grep -vE "$skipped" | xargs -P "$(nproc)" -n 4 clang-tidy -p "$database" --quiet

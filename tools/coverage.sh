@@ -12,7 +12,7 @@ cmake -S . -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Debug \
 find "$build" -name '*.gcda' -delete
 cmake --build "$build" --target "${room}_tests" -- -j "$(nproc)" | tail -n 1
 timeout 600 "$build/bin/${room}_tests" --gtest_brief=1
-objects="$build/CMakeFiles/orv2_geo_objects.dir/$room"
+objects="$build/CMakeFiles/orv2_geo_objects.dir/orv2_geo/$room"
 python3 - "$room" "$objects"/*.cpp.gcda << 'PYTHON'
 import json
 import pathlib
@@ -46,7 +46,7 @@ for report in reports():
     figures = [0, 0, 0, 0]
     for line in report["lines"]:
         text = source[line["line_number"] - 1].strip()
-        where = f"{room}/{path.name}:{line['line_number']}"
+        where = f"orv2_geo/{room}/{path.name}:{line['line_number']}"
         figures[0] += line["count"] > 0
         figures[1] += 1
         if line["count"] == 0:

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Prints the table of platform/lower_case.cpp: the letters of Unicode that have a
+"""Prints the table of orv2_geo/platform/lower_case.cpp: the letters of Unicode that have a
 lower-case form, in runs of one step and one distance."""
 
 import unicodedata

@@ -8,7 +8,7 @@
 #include <tuple>
 #include <utility>
 
-#include "library/orv2_geo.hpp"
+#include "orv2_geo/orv2_geo.hpp"
 
 namespace survey_report {
 

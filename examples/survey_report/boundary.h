@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "frame/geo_arrays.h"
+#include "orv2_geo/frame/geo_arrays.h"
 #include "survey_report/points.h"
 
 namespace survey_report {

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
-#include "library/orv2_geo.hpp"
+#include "orv2_geo/orv2_geo.hpp"
 #include "survey_report/point_arrays.h"
 
 namespace survey_report {

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "frame/run_failure.h"
+#include "orv2_geo/frame/run_failure.h"
 
 namespace survey_report {
 

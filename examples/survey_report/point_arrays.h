@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "frame/geo_arrays.h"
+#include "orv2_geo/frame/geo_arrays.h"
 #include "survey_report/points.h"
 
 namespace survey_report {

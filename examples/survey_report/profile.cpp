@@ -5,8 +5,8 @@
 #include <cstdint>
 #include <stdexcept>
 
-#include "frame/run_failure.h"
-#include "library/orv2_geo.hpp"
+#include "orv2_geo/frame/run_failure.h"
+#include "orv2_geo/orv2_geo.hpp"
 #include "survey_report/choice_fault.h"
 #include "survey_report/failure_words.h"
 #include "survey_report/layout.h"

@@ -4,7 +4,7 @@
 #include <cmath>
 #include <utility>
 
-#include "library/orv2_geo.hpp"
+#include "orv2_geo/orv2_geo.hpp"
 #include "survey_report/extremes.h"
 #include "survey_report/rounding.h"
 

@@ -11,7 +11,7 @@
 #include <tuple>
 #include <utility>
 
-#include "library/orv2_geo.hpp"
+#include "orv2_geo/orv2_geo.hpp"
 #include "survey_report/failure_words.h"
 #include "survey_report/point_arrays.h"
 

@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "frame/run_failure.h"
+#include "orv2_geo/frame/run_failure.h"
 #include "survey_report/failure_words.h"
 #include "survey_report/layout.h"
 

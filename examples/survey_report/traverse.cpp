@@ -2,8 +2,8 @@
 
 #include <cmath>
 
-#include "frame/run_failure.h"
-#include "library/orv2_geo.hpp"
+#include "orv2_geo/frame/run_failure.h"
+#include "orv2_geo/orv2_geo.hpp"
 #include "survey_report/failure_words.h"
 
 namespace survey_report {

@@ -18,7 +18,7 @@ from ._arrays import DoubleArray, GeoArray, LongArray, ShortArray, SingleArray, 
 from ._failures import RunFailure
 from ._host import omitted
 from ._interface import Control, Controls, Form, set_owner_window, set_user_interface
-from ._library import load
+from ._library import library, load
 from ._objects import GeoObject, classes, create
 from ._refs import Ref
 
@@ -29,8 +29,16 @@ __all__ = [
 ]
 
 
+def _version():
+    number = library().orv2_version()
+    return "{}.{}.{}".format(number // 10000, number // 100 % 100, number % 100)
+
+
 def __getattr__(name):
-    """The classes of the catalogue, such as orv2_geo.cgeo_Algorismos."""
+    """The classes of the catalogue, such as orv2_geo.cgeo_Algorismos, and the version
+    of the library in use."""
     if name.startswith("cgeo_") and name in classes():
         return classes()[name]
+    if name == "__version__":
+        return _version()
     raise AttributeError("module {!r} has no attribute {!r}".format(__name__, name))

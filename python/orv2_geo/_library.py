@@ -110,8 +110,10 @@ _handle_out = POINTER(c_uint64)
 _size_out = POINTER(c_size_t)
 _units_out = POINTER(c_void_p)
 
-# The functions in the header's order. All but the count answer with a status.
+# The functions in the header's order. All but the version and the count answer with
+# a status.
 DECLARATIONS = {
+    "orv2_version": (),
     "orv2_last_failure": (POINTER(Failure),),
     "orv2_failure_at": (c_size_t, POINTER(c_int32), POINTER(c_char_p)),
     "orv2_class_count": (),

@@ -2,7 +2,7 @@
 
 #include <limits>
 
-#include "angles/cgeo_Algorismos.h"
+#include "orv2_geo/angles/cgeo_Algorismos.h"
 #include "tests/support/expect_failure.h"
 
 namespace orv2_geo {

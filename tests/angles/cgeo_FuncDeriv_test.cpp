@@ -1,4 +1,4 @@
-#include "angles/cgeo_FuncDeriv.h"
+#include "orv2_geo/angles/cgeo_FuncDeriv.h"
 
 #include <gtest/gtest.h>
 

@@ -3,7 +3,7 @@
 
 #include <vector>
 
-#include "frame/geo_arrays.h"
+#include "orv2_geo/frame/geo_arrays.h"
 
 namespace orv2_geo::testing_support {
 

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "arrays/cgeo_Matrices.h"
-#include "frame/progress_sink.h"
+#include "orv2_geo/arrays/cgeo_Matrices.h"
+#include "orv2_geo/frame/progress_sink.h"
 #include "tests/arrays/arrays_support.h"
 #include "tests/platform/recording_interface.h"
 #include "tests/support/expect_failure.h"

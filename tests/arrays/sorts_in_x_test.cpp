@@ -4,7 +4,7 @@
 #include <utility>
 #include <vector>
 
-#include "arrays/cgeo_Matrices.h"
+#include "orv2_geo/arrays/cgeo_Matrices.h"
 #include "tests/arrays/arrays_support.h"
 #include "tests/platform/recording_interface.h"
 #include "tests/support/expect_failure.h"

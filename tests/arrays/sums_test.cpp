@@ -3,7 +3,7 @@
 #include <limits>
 #include <vector>
 
-#include "arrays/cgeo_Matrices.h"
+#include "orv2_geo/arrays/cgeo_Matrices.h"
 #include "tests/arrays/arrays_support.h"
 #include "tests/platform/recording_interface.h"
 #include "tests/support/expect_failure.h"

@@ -5,7 +5,7 @@
 #include <tuple>
 #include <vector>
 
-#include "c_api/handles.h"
+#include "orv2_geo/c_api/handles.h"
 #include "tests/c_api/boundary.h"
 #include "tests/support/expect_failure.h"
 

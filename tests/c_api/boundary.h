@@ -8,8 +8,8 @@
 #include <type_traits>
 #include <utility>
 
-#include "c_api/orv2_geo.h"
-#include "frame/argument.h"
+#include "orv2_geo/frame/argument.h"
+#include "orv2_geo/orv2_geo.h"
 
 namespace orv2_geo::testing_support {
 

@@ -1,5 +1,5 @@
 // Handles from their first reference to their last, on one thread and on more.
-#include "c_api/handles.h"
+#include "orv2_geo/c_api/handles.h"
 
 #include <gtest/gtest.h>
 
@@ -9,9 +9,9 @@
 #include <thread>
 #include <vector>
 
-#include "c_api/guard.h"
-#include "c_api/values.h"
-#include "frame/variant.h"
+#include "orv2_geo/c_api/guard.h"
+#include "orv2_geo/c_api/values.h"
+#include "orv2_geo/frame/variant.h"
 #include "tests/c_api/boundary.h"
 #include "tests/support/refused_memory.h"
 

@@ -7,10 +7,10 @@
 #include <string>
 #include <vector>
 
-#include "c_api/guard.h"
-#include "c_api/handles.h"
-#include "c_api/values.h"
-#include "frame/variant.h"
+#include "orv2_geo/c_api/guard.h"
+#include "orv2_geo/c_api/handles.h"
+#include "orv2_geo/c_api/values.h"
+#include "orv2_geo/frame/variant.h"
 #include "tests/c_api/boundary.h"
 #include "tests/support/expect_failure.h"
 

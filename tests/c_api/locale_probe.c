@@ -7,7 +7,7 @@
 #include <stdio.h>
 #include <string.h>
 
-#include "c_api/orv2_geo.h"
+#include "orv2_geo/orv2_geo.h"
 
 /* No more than 7: such a sort keeps the order of words that count as one. */
 static const struct {

@@ -3,7 +3,7 @@
 #include <stdio.h>
 #include <string.h>
 
-#include "c_api/orv2_geo.h"
+#include "orv2_geo/orv2_geo.h"
 
 /* ---- Checks -------------------------------------------------------------- */
 

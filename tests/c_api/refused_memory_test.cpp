@@ -7,8 +7,8 @@
 #include <functional>
 #include <string>
 
-#include "platform/form.h"
-#include "platform/user_interface.h"
+#include "orv2_geo/platform/form.h"
+#include "orv2_geo/platform/user_interface.h"
 #include "tests/c_api/boundary.h"
 
 namespace orv2_geo::testing_support {

@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "angles/cgeo_Algorismos.h"
-#include "angles/cgeo_FuncDeriv.h"
+#include "orv2_geo/angles/cgeo_Algorismos.h"
+#include "orv2_geo/angles/cgeo_FuncDeriv.h"
 #include "tests/c_api/boundary.h"
 #include "tests/support/expect_failure.h"
 

@@ -6,12 +6,12 @@
 #include <string>
 #include <vector>
 
-#include "frame/run_failure.h"
-#include "platform/error_box.h"
-#include "platform/event_pump.h"
-#include "platform/form.h"
-#include "platform/owner_window.h"
-#include "platform/user_interface.h"
+#include "orv2_geo/frame/run_failure.h"
+#include "orv2_geo/platform/error_box.h"
+#include "orv2_geo/platform/event_pump.h"
+#include "orv2_geo/platform/form.h"
+#include "orv2_geo/platform/owner_window.h"
+#include "orv2_geo/platform/user_interface.h"
 #include "tests/c_api/boundary.h"
 #include "tests/support/expect_failure.h"
 

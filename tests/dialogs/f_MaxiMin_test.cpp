@@ -1,4 +1,4 @@
-#include "dialogs/f_MaxiMin.h"
+#include "orv2_geo/dialogs/f_MaxiMin.h"
 
 #include <gtest/gtest.h>
 

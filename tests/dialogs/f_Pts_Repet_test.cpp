@@ -1,4 +1,4 @@
-#include "dialogs/f_Pts_Repet.h"
+#include "orv2_geo/dialogs/f_Pts_Repet.h"
 
 #include <gtest/gtest.h>
 

@@ -1,11 +1,11 @@
-#include "dialogs/m_sys.h"
+#include "orv2_geo/dialogs/m_sys.h"
 
 #include <gtest/gtest.h>
 
 #include <limits>
 #include <string>
 
-#include "platform/text_services.h"
+#include "orv2_geo/platform/text_services.h"
 #include "tests/support/refused_memory.h"
 
 namespace orv2_geo {

@@ -1,11 +1,11 @@
-#include "frame/checked_integer.h"
+#include "orv2_geo/frame/checked_integer.h"
 
 #include <gtest/gtest.h>
 
 #include <limits>
 #include <vector>
 
-#include "frame/counted.h"
+#include "orv2_geo/frame/counted.h"
 #include "tests/support/expect_failure.h"
 
 namespace orv2_geo {

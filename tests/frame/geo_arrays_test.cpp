@@ -1,4 +1,4 @@
-#include "frame/geo_arrays.h"
+#include "orv2_geo/frame/geo_arrays.h"
 
 #include <gtest/gtest.h>
 
@@ -282,6 +282,18 @@ TEST(ForeignArrays, ThatCannotBecomeUnallocatedAreAsTheyWere) {
   EXPECT_EQ(array.upper(), 3);
   array(2) = 20.0;
   EXPECT_EQ(elements[1], 20.0);
+}
+
+TEST(ForeignArrays, TakeThePlaceOfStorageOfItsOwn) {
+  HostStorage storage({1.0, 2.0}, 5);
+  const long before = allocations_in_use();
+  {
+    DoubleArray array(0, 100);
+    array.adopt(storage, storage.elements().data(), 1, 2);
+    EXPECT_EQ(array(2), 2.0);
+    EXPECT_EQ(allocations_in_use(), before);
+  }
+  EXPECT_EQ(allocations_in_use(), before);
 }
 
 TEST(ForeignArrays, BoundsMustFitTheirRange) {

@@ -1,12 +1,12 @@
-#include "frame/late_bound.h"
+#include "orv2_geo/frame/late_bound.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
 #include <vector>
 
-#include "frame/progress_sink.h"
-#include "frame/variant.h"
+#include "orv2_geo/frame/progress_sink.h"
+#include "orv2_geo/frame/variant.h"
 #include "tests/support/expect_failure.h"
 
 namespace orv2_geo {

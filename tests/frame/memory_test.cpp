@@ -1,4 +1,4 @@
-#include "frame/memory.h"
+#include "orv2_geo/frame/memory.h"
 
 #include <gtest/gtest.h>
 

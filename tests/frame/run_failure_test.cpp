@@ -1,4 +1,4 @@
-#include "frame/run_failure.h"
+#include "orv2_geo/frame/run_failure.h"
 
 #include <gtest/gtest.h>
 
@@ -6,7 +6,7 @@
 #include <stdexcept>
 #include <string>
 
-#include "frame/treatments.h"
+#include "orv2_geo/frame/treatments.h"
 #include "tests/support/expect_failure.h"
 #include "tests/support/refused_memory.h"
 

@@ -1,4 +1,4 @@
-#include "frame/text.h"
+#include "orv2_geo/frame/text.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "library/catalogue.h"
+#include "orv2_geo/library/catalogue.h"
 
 #include <gtest/gtest.h>
 
@@ -10,8 +10,8 @@
 #include <string>
 #include <vector>
 
-#include "library/object.h"
-#include "platform/user_interface.h"
+#include "orv2_geo/library/object.h"
+#include "orv2_geo/platform/user_interface.h"
 #include "tests/library/interface_rows.h"
 #include "tests/support/expect_failure.h"
 

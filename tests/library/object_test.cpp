@@ -1,4 +1,4 @@
-#include "library/object.h"
+#include "orv2_geo/library/object.h"
 
 #include <gtest/gtest.h>
 
@@ -7,8 +7,8 @@
 #include <string>
 #include <thread>
 
-#include "angles/cgeo_Algorismos.h"
-#include "angles/cgeo_FuncDeriv.h"
+#include "orv2_geo/angles/cgeo_Algorismos.h"
+#include "orv2_geo/angles/cgeo_FuncDeriv.h"
 #include "tests/platform/recording_interface.h"
 #include "tests/support/expect_failure.h"
 #include "tests/support/refused_memory.h"

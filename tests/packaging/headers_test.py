@@ -5,14 +5,18 @@ headers whose macros and names are everywhere, with strict warnings as errors.
     headers_test.py ROOT COMPILER [OPTION...]       each alone, first and last
     headers_test.py --beside HEADER ROOT COMPILER [OPTION...]
                                                     before and after HEADER
+
+ROOT is the include folder of an installation: it has to hold these headers and no
+others.
 """
 
+import pathlib
 import subprocess
 import sys
 
 STRICT = ["-Wall", "-Wextra", "-Wpedantic", "-Wshadow", "-Wconversion", "-Wold-style-cast",
           "-Werror", "-fsyntax-only"]
-DOORS = ("library/orv2_geo.hpp", "c_api/orv2_geo.h")
+DOORS = ("orv2_geo/orv2_geo.hpp", "orv2_geo/orv2_geo.h")
 COMMON = ("algorithm", "cmath", "cstdint", "functional", "iostream", "map", "memory", "string",
           "vector")
 
@@ -48,8 +52,9 @@ def main(arguments):
         beside, arguments = arguments[1], arguments[2:]
     compiler = Compiler(arguments[0], arguments[1:])
     headers = compiler.public_headers()
-    if len(headers) < len(DOORS):
-        sys.exit("the public headers are not found under " + arguments[0])
+    there = {str(path.relative_to(arguments[0])) for path in pathlib.Path(arguments[0]).rglob("*.h*")}
+    if there != set(headers):
+        sys.exit("installed, or reached, but not both: {}".format(sorted(there ^ set(headers))))
     if beside is None:
         for header in headers:
             compiler.compiles(header + " alone", [header])

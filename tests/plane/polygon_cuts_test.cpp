@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "library/object.h"
+#include "orv2_geo/library/object.h"
 #include "tests/plane/restated_crossing.h"
 #include "tests/plane/restatement.h"
 #include "tests/platform/recording_interface.h"

@@ -5,7 +5,7 @@
 #include <optional>
 #include <vector>
 
-#include "library/object.h"
+#include "orv2_geo/library/object.h"
 #include "tests/plane/restatement.h"
 #include "tests/support/refused_memory.h"
 

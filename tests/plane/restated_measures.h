@@ -2,7 +2,7 @@
 // more.
 #pragma once
 
-#include "plane/single_variant.h"
+#include "orv2_geo/plane/single_variant.h"
 #include "tests/plane/restatement.h"
 
 namespace orv2_geo::plane_tests {

@@ -12,7 +12,7 @@
 #include <string_view>
 #include <type_traits>
 
-#include "angles/cgeo_Algorismos.h"
+#include "orv2_geo/angles/cgeo_Algorismos.h"
 #include "tests/support/expect_failure.h"
 
 namespace orv2_geo::plane_tests {

@@ -1,9 +1,9 @@
-#include "platform/error_box.h"
+#include "orv2_geo/platform/error_box.h"
 
 #include <gtest/gtest.h>
 
-#include "frame/checked_math.h"
-#include "platform/event_pump.h"
+#include "orv2_geo/frame/checked_math.h"
+#include "orv2_geo/platform/event_pump.h"
 #include "tests/platform/recording_interface.h"
 #include "tests/support/expect_failure.h"
 

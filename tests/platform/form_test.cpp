@@ -1,8 +1,8 @@
-#include "platform/form.h"
+#include "orv2_geo/platform/form.h"
 
 #include <gtest/gtest.h>
 
-#include "frame/progress_sink.h"
+#include "orv2_geo/frame/progress_sink.h"
 #include "tests/platform/recording_interface.h"
 #include "tests/support/expect_failure.h"
 

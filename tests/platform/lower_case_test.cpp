@@ -1,4 +1,4 @@
-#include "platform/lower_case.h"
+#include "orv2_geo/platform/lower_case.h"
 
 #include <gtest/gtest.h>
 #include <locale.h>

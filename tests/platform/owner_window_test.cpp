@@ -1,4 +1,4 @@
-#include "platform/owner_window.h"
+#include "orv2_geo/platform/owner_window.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "platform/prepared_texts.h"
+#include "orv2_geo/platform/prepared_texts.h"
 
 #include <gtest/gtest.h>
 
@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/text_services.h"
+#include "orv2_geo/platform/text_services.h"
 #include "tests/support/expect_failure.h"
 
 namespace orv2_geo {

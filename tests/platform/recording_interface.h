@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/form.h"
-#include "platform/user_interface.h"
+#include "orv2_geo/platform/form.h"
+#include "orv2_geo/platform/user_interface.h"
 
 namespace orv2_geo::testing_support {
 

@@ -1,4 +1,4 @@
-#include "platform/region.h"
+#include "orv2_geo/platform/region.h"
 
 #include <gtest/gtest.h>
 

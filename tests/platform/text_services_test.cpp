@@ -1,4 +1,4 @@
-#include "platform/text_services.h"
+#include "orv2_geo/platform/text_services.h"
 
 #include <gtest/gtest.h>
 

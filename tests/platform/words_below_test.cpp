@@ -1,4 +1,4 @@
-#include "platform/words_below.h"
+#include "orv2_geo/platform/words_below.h"
 
 #include <gtest/gtest.h>
 

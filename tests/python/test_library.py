@@ -9,7 +9,7 @@ from support import LIBRARY, REPOSITORY, Case
 import orv2_geo
 from orv2_geo import _library
 
-HEADER = os.path.join(REPOSITORY, "c_api", "orv2_geo.h")
+HEADER = os.path.join(REPOSITORY, "orv2_geo", "orv2_geo.h")
 
 
 def header():

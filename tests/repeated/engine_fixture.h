@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "repeated/mOrdena_repetidos.h"
+#include "orv2_geo/repeated/mOrdena_repetidos.h"
 #include "tests/platform/recording_interface.h"
 #include "tests/repeated/progress_object.h"
 #include "tests/repeated/restated_engine.h"

@@ -1,4 +1,4 @@
-#include "repeated/marks.h"
+#include "orv2_geo/repeated/marks.h"
 
 #include <gtest/gtest.h>
 
@@ -7,7 +7,7 @@
 #include <limits>
 #include <vector>
 
-#include "repeated/box.h"
+#include "orv2_geo/repeated/box.h"
 #include "tests/support/expect_failure.h"
 
 namespace orv2_geo {

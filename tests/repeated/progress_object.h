@@ -7,9 +7,9 @@
 #include <string_view>
 #include <vector>
 
-#include "frame/argument.h"
-#include "frame/late_bound.h"
-#include "frame/variant.h"
+#include "orv2_geo/frame/argument.h"
+#include "orv2_geo/frame/late_bound.h"
+#include "orv2_geo/frame/variant.h"
 
 namespace orv2_geo::testing_support {
 

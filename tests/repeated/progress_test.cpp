@@ -1,7 +1,7 @@
 // The progress indicator: what is written, in which order and type, and what is
 // left when it fails.
-#include "repeated/sweep.h"
-#include "sorting/cgeo_Ordena.h"
+#include "orv2_geo/repeated/sweep.h"
+#include "orv2_geo/sorting/cgeo_Ordena.h"
 #include "tests/repeated/engine_fixture.h"
 
 namespace orv2_geo {

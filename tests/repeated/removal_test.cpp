@@ -1,6 +1,6 @@
 #include <limits>
 
-#include "sorting/cgeo_Ordena.h"
+#include "orv2_geo/sorting/cgeo_Ordena.h"
 #include "tests/repeated/engine_fixture.h"
 #include "tests/support/refused_memory.h"
 

@@ -1,4 +1,4 @@
-#include "repeated/replaced_points.h"
+#include "orv2_geo/repeated/replaced_points.h"
 
 #include <gtest/gtest.h>
 

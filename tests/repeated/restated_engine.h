@@ -10,8 +10,8 @@
 #include <limits>
 #include <vector>
 
-#include "frame/geo_arrays.h"
-#include "sorting/mOrdena.h"
+#include "orv2_geo/frame/geo_arrays.h"
+#include "orv2_geo/sorting/mOrdena.h"
 
 namespace orv2_geo::restated {
 

@@ -1,4 +1,4 @@
-#include "repeated/x_order.h"
+#include "orv2_geo/repeated/x_order.h"
 
 #include <gtest/gtest.h>
 

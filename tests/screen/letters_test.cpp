@@ -1,5 +1,5 @@
 // The lines of a box's text.
-#include "ui/qt/letters.h"
+#include "orv2_geo/ui/qt/letters.h"
 
 #include <gtest/gtest.h>
 

@@ -10,8 +10,8 @@
 #include <iostream>
 #include <string_view>
 
-#include "platform/error_box.h"
-#include "platform/form.h"
+#include "orv2_geo/platform/error_box.h"
+#include "orv2_geo/platform/form.h"
 
 namespace {
 

@@ -11,10 +11,10 @@
 #include <string_view>
 #include <thread>
 
-#include "frame/progress_sink.h"
-#include "library/orv2_geo.hpp"
-#include "platform/error_box.h"
-#include "platform/text_services.h"
+#include "orv2_geo/frame/progress_sink.h"
+#include "orv2_geo/orv2_geo.hpp"
+#include "orv2_geo/platform/error_box.h"
+#include "orv2_geo/platform/text_services.h"
 
 namespace orv2_geo {
 namespace {

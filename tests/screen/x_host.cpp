@@ -13,9 +13,9 @@
 #include <string>
 #include <string_view>
 
-#include "c_api/orv2_geo.h"
-#include "library/orv2_geo.hpp"
-#include "platform/error_box.h"
+#include "orv2_geo/orv2_geo.h"
+#include "orv2_geo/orv2_geo.hpp"
+#include "orv2_geo/platform/error_box.h"
 
 namespace {
 

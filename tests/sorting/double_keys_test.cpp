@@ -1,4 +1,4 @@
-#include "sorting/double_keys.h"
+#include "orv2_geo/sorting/double_keys.h"
 
 #include <gtest/gtest.h>
 
@@ -6,7 +6,7 @@
 #include <limits>
 #include <string>
 
-#include "platform/text_services.h"
+#include "orv2_geo/platform/text_services.h"
 #include "tests/support/expect_failure.h"
 
 namespace orv2_geo {

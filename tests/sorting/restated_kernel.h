@@ -8,8 +8,8 @@
 #include <optional>
 #include <vector>
 
-#include "frame/geo_arrays.h"
-#include "platform/text_services.h"
+#include "orv2_geo/frame/geo_arrays.h"
+#include "orv2_geo/platform/text_services.h"
 
 namespace orv2_geo::testing_support {
 

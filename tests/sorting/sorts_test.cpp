@@ -8,9 +8,9 @@
 #include <string>
 #include <vector>
 
-#include "platform/text_services.h"
-#include "sorting/cgeo_Ordena.h"
-#include "sorting/mOrdena.h"
+#include "orv2_geo/platform/text_services.h"
+#include "orv2_geo/sorting/cgeo_Ordena.h"
+#include "orv2_geo/sorting/mOrdena.h"
 #include "tests/sorting/restated_kernel.h"
 #include "tests/support/expect_failure.h"
 #include "tests/support/refused_memory.h"

@@ -8,11 +8,11 @@
 #include <numeric>
 #include <vector>
 
-#include "sorting/double_keys.h"
-#include "sorting/double_order.h"
-#include "sorting/mOrdena.h"
-#include "sorting/word_order.h"
-#include "sorting/word_quicksort.h"
+#include "orv2_geo/sorting/double_keys.h"
+#include "orv2_geo/sorting/double_order.h"
+#include "orv2_geo/sorting/mOrdena.h"
+#include "orv2_geo/sorting/word_order.h"
+#include "orv2_geo/sorting/word_quicksort.h"
 #include "tests/sorting/restated_kernel.h"
 #include "tests/support/expect_failure.h"
 #include "tests/support/refused_memory.h"

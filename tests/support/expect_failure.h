@@ -8,7 +8,7 @@
 #include <type_traits>
 #include <utility>
 
-#include "frame/run_failure.h"
+#include "orv2_geo/frame/run_failure.h"
 
 namespace orv2_geo::testing_support {
 

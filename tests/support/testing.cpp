@@ -6,13 +6,13 @@
 #include <utility>
 #include <vector>
 
-#include "c_api/guard.h"
-#include "c_api/handles.h"
-#include "c_api/values.h"
-#include "frame/progress_sink.h"
-#include "platform/error_box.h"
-#include "platform/event_pump.h"
-#include "platform/form.h"
+#include "orv2_geo/c_api/guard.h"
+#include "orv2_geo/c_api/handles.h"
+#include "orv2_geo/c_api/values.h"
+#include "orv2_geo/frame/progress_sink.h"
+#include "orv2_geo/platform/error_box.h"
+#include "orv2_geo/platform/event_pump.h"
+#include "orv2_geo/platform/form.h"
 
 using namespace orv2_geo;
 using namespace orv2_geo::c_api;

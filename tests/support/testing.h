@@ -6,7 +6,7 @@
 #ifndef ORV2_GEO_TESTS_SUPPORT_TESTING_H
 #define ORV2_GEO_TESTS_SUPPORT_TESTING_H
 
-#include "c_api/orv2_geo.h"
+#include "orv2_geo/orv2_geo.h"
 
 #ifdef __cplusplus
 extern "C" {

@@ -2,8 +2,8 @@
 
 #include <limits>
 
-#include "angles/cgeo_Algorismos.h"
-#include "survey/cgeo_Geometria.h"
+#include "orv2_geo/angles/cgeo_Algorismos.h"
+#include "orv2_geo/survey/cgeo_Geometria.h"
 #include "tests/support/expect_failure.h"
 
 namespace orv2_geo {

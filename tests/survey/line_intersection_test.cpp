@@ -7,7 +7,7 @@
 #include <variant>
 #include <vector>
 
-#include "survey/cgeo_Geometria.h"
+#include "orv2_geo/survey/cgeo_Geometria.h"
 #include "tests/support/expect_failure.h"
 
 namespace orv2_geo {

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "survey/cgeo_api.h"
+#include "orv2_geo/survey/cgeo_api.h"
 #include "tests/platform/recording_interface.h"
 #include "tests/support/expect_failure.h"
 

@@ -6,8 +6,8 @@
 #include <utility>
 #include <vector>
 
-#include "frame/mConstantes.h"
-#include "terrain/cgeo_Terreno.h"
+#include "orv2_geo/frame/mConstantes.h"
+#include "orv2_geo/terrain/cgeo_Terreno.h"
 #include "tests/platform/recording_interface.h"
 #include "tests/support/expect_failure.h"
 #include "tests/support/refused_memory.h"

@@ -1,5 +1,5 @@
 /* A C program on the installed library. */
-#include <orv2_geo.h>
+#include <orv2_geo/orv2_geo.h>
 #include <stdio.h>
 
 int main(void) {
@@ -12,5 +12,5 @@ int main(void) {
   if (status == 0) status = orv2_call_name(object, "Azimut", arguments, 3, NULL);
   if (status == 0) status = orv2_release(object);
   printf("status %d, azimuth %.17g\n", (int)status, azimuth);
-  return status == 0 && azimuth == 300.0 ? 0 : 1;
+  return status == 0 && azimuth == 300.0 && orv2_version() == ORV2_VERSION ? 0 : 1;
 }

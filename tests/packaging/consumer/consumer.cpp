@@ -1,9 +1,9 @@
 // A C++ program on the installed library: directly and by name, with a failure
 // on its way out, and the C header beside.
-#include <orv2_geo.h>
+#include <orv2_geo/orv2_geo.h>
 
 #include <iostream>
-#include <library/orv2_geo.hpp>
+#include <orv2_geo/orv2_geo.hpp>
 
 namespace {
 

@@ -1,0 +1,103 @@
+// Element-wise sums and differences.
+#include <algorithm>
+#include <span>
+#include <string_view>
+
+#include "orv2_geo/arrays/cgeo_Matrices.h"
+#include "orv2_geo/frame/checked_math.h"
+#include "orv2_geo/frame/counted.h"
+#include "orv2_geo/frame/number_pairs.h"
+#include "orv2_geo/frame/overlap.h"
+#include "orv2_geo/platform/error_box.h"
+
+namespace orv2_geo {
+
+namespace {
+
+// The operands keep this order: of two NaN the first is the outcome.
+struct Addition {
+  template <class N>
+  static auto of(const N& own, const N& other) {
+    return other + own;
+  }
+};
+struct Subtraction {
+  template <class N>
+  static auto of(const N& own, const N& other) {
+    return own - other;
+  }
+};
+
+constexpr std::int32_t block = 256;  // even
+
+// A block in plain arithmetic; false, and nothing written, when an outcome is not
+// finite. Own and other elements are the same or apart.
+template <class Operation>
+bool work_block(double* own, const double* other) {
+  double outcomes[block];
+  PairMask finite = {};
+  for (std::int32_t k = 0; k < block; k += 2) {
+    const NumberPair outcome = Operation::of(pair_at(own + k), pair_at(other + k));
+    finite += outcome * 0.0 == NumberPair{};  // no infinity and no NaN times 0 is 0
+    put_pair(outcome, outcomes + k);
+  }
+  if (finite[0] + finite[1] != -block) return false;
+  std::copy(outcomes, outcomes + block, own);
+  return true;
+}
+
+// Whether the two rows are one, or have no element in common.
+bool match_or_part(const double* a, const double* b, std::int32_t count) {
+  const auto elements = static_cast<std::size_t>(count);
+  return a == b || !overlap(std::span(a, elements), std::span(b, elements));
+}
+
+template <class Operation>
+void work_elements(DoubleArray& own, const DoubleArray& other, std::int32_t last) {
+  std::int32_t i = 1;
+  const auto work_one = [&] {
+    own(i) = Operation::of(Checked(own(i)), Checked(other(i)));
+    i = (Checked32(i) + 1).value();
+  };
+  double* own_row = own.row(1, last);
+  const double* other_row = other.row(1, last);
+  const bool in_blocks =
+      own_row != nullptr && other_row != nullptr && match_or_part(own_row, other_row, last);
+  while (i <= last) {
+    if (in_blocks && last - i >= block - 1 &&
+        work_block<Operation>(own_row + (i - 1), other_row + (i - 1))) {
+      i += block;
+      continue;
+    }
+    for (std::int32_t k = 0; k < block && i <= last; ++k) work_one();
+  }
+}
+
+template <class Operation>
+void work(DoubleArray& own, const DoubleArray& other, std::u16string_view warning) {
+  const std::int32_t n1 = own.upper();
+  const std::int32_t n2 = other.upper();
+  if (n1 != n2) critical_box(warning);  // a warning: the work goes on
+  if (n1 < 1) return;
+  work_elements<Operation>(own, other, n2);
+}
+
+}  // namespace
+
+void cgeo_Matrices::Sumar_a_1Matriz_otra(DoubleArray& MatrizOrigen,
+                                         const DoubleArray& Matriz_a_Sumar) const try {
+  work<Addition>(MatrizOrigen, Matriz_a_Sumar,
+                 u"ERROR en Rk_Geo.dll. Las matrices a sumar no son igules");
+} catch (...) {
+  leave_signed(registered_name);
+}
+
+void cgeo_Matrices::Restar_a_1Matriz_otra(DoubleArray& MatrizOrigen,
+                                          const DoubleArray& Matriz_a_Sumar) const try {
+  work<Subtraction>(MatrizOrigen, Matriz_a_Sumar,
+                    u"ERROR en Rk_Geo.dll. Las matrices a restar no son igules");
+} catch (...) {
+  leave_signed(registered_name);
+}
+
+}  // namespace orv2_geo

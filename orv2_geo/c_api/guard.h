@@ -1,0 +1,44 @@
+// guard.h: nothing but a status leaves a C function, and a host callback's
+// status comes back as a failure.
+#pragma once
+
+#include <cstdint>
+#include <utility>
+
+#include "orv2_geo/frame/run_failure.h"
+
+namespace orv2_geo::c_api {
+
+/// Keeps the failure for orv2_last_failure and answers with its number; never 0.
+std::int32_t remembered(const RunFailure& failure) noexcept;
+
+/// Runs the body of a C function: 0, or the number of its failure.
+template <class Body>
+std::int32_t guarded(Body&& body) noexcept {
+  try {
+    std::forward<Body>(body)();
+    return 0;
+  } catch (...) {
+    return remembered(failure_in_flight());
+  }
+}
+
+void forget_callback_failure() noexcept;
+[[noreturn]] void raise_callback_failure(std::int32_t status);
+
+/// Runs a host's callback and throws the failure that it answers with.
+template <class Callback>
+void asked(Callback&& callback) {
+  forget_callback_failure();
+  const std::int32_t status = std::forward<Callback>(callback)();
+  if (status != 0) raise_callback_failure(status);
+}
+
+/// `pointer` itself. Failure 5 when it is null.
+template <class T>
+T* needed(T* pointer) {
+  if (pointer == nullptr) raise(failure::invalid_call);
+  return pointer;
+}
+
+}  // namespace orv2_geo::c_api

@@ -1,0 +1,145 @@
+// Objects, their members and the catalogue across the C boundary.
+#include <bit>
+
+#include "orv2_geo/c_api/guard.h"
+#include "orv2_geo/c_api/handles.h"
+#include "orv2_geo/c_api/values.h"
+#include "orv2_geo/library/catalogue.h"
+#include "orv2_geo/library/object.h"
+#include "orv2_geo/orv2_geo.h"
+#include "orv2_geo/platform/text_services.h"
+
+using namespace orv2_geo;
+using namespace orv2_geo::c_api;
+
+namespace {
+
+const ClassDescription& class_at(size_t index) {
+  const auto classes = catalogue();
+  if (index >= classes.size()) raise(failure::subscript_out_of_range);
+  return *classes[index];
+}
+
+const MemberDescription& member_at(size_t class_index, size_t position) {
+  const auto members = class_at(class_index).members;
+  if (position >= members.size()) raise(failure::subscript_out_of_range);
+  return members[position];
+}
+
+Object& library_object(ObjectItem& item) {
+  if (item.own == nullptr) raise(failure::invalid_call);  // a host's own object
+  return *item.own;
+}
+
+// A call goes down once: numbers and flags as they stand, all else by way of the
+// reader. A failure before the object is entered is signed here.
+void call_member(Object& object, size_t position, const orv2_value* values, size_t count,
+                 orv2_value* result) {
+  const auto refuse = [&](int32_t number) {
+    throw RunFailure::signed_by(number, object.description().registered_name);
+  };
+  if (count > most_arguments) refuse(failure::wrong_argument_count);
+  if (count != 0 && values == nullptr) refuse(failure::invalid_call);
+  HostArguments reader(values);
+  Variant variant;
+  Argument answer;
+  answer.tag = by_value(Type::none);
+  const auto* const arguments = reinterpret_cast<const Argument*>(values);
+  object.invoke(position,
+                {{arguments, count}, &variant, &answer, &text_services::number_from_text, &reader});
+  if (result == nullptr) return;
+  const bool is_variant = answer.tag == by_value(Type::none);
+  *result = is_variant ? value_of(variant) : std::bit_cast<orv2_value>(answer);
+}
+
+}  // namespace
+
+int32_t orv2_version(void) { return ORV2_VERSION; }
+
+size_t orv2_class_count(void) { return catalogue().size(); }
+
+int32_t orv2_class_at(size_t index, orv2_class_info* info) {
+  return guarded([&] {
+    const ClassDescription& one = class_at(index);
+    *needed(info) = {one.name.data(), one.registered_name, one.members.size()};
+  });
+}
+
+int32_t orv2_member_at(size_t class_index, size_t position, orv2_member_info* info) {
+  return guarded([&] {
+    const MemberDescription& member = member_at(class_index, position);
+    *needed(info) = {member.name.data(), static_cast<int32_t>(member.kind), by_value(member.result),
+                     member.parameters.size()};
+  });
+}
+
+int32_t orv2_parameter_at(size_t class_index, size_t position, size_t parameter,
+                          orv2_parameter_info* info) {
+  return guarded([&] {
+    const auto parameters = member_at(class_index, position).parameters;
+    if (parameter >= parameters.size()) raise(failure::subscript_out_of_range);
+    const ParameterDescription& one = parameters[parameter];
+    *needed(info) = {one.name.data(),
+                     one.by_reference ? by_reference(one.type) : by_value(one.type),
+                     Bool(one.optional).bits, Bool(one.has_default).bits, one.default_value};
+  });
+}
+
+int32_t orv2_create(const char* registered_name, orv2_handle* object) {
+  return guarded([&] {
+    needed(object);
+    const ObjectRef created = create(needed(registered_name));
+    auto* const own = static_cast<Object*>(created.get());
+    *object = handle_for(std::make_unique<ObjectItem>(created, own));
+  });
+}
+
+int32_t orv2_reference(orv2_handle object) {
+  return guarded([&] { add_reference(object); });
+}
+
+int32_t orv2_release(orv2_handle object) {
+  return guarded([&] {
+    if (object != 0) drop_reference(object);
+  });
+}
+
+int32_t orv2_class_of(orv2_handle object, size_t* class_index) {
+  return guarded([&] {
+    needed(class_index);
+    const ClassDescription* const mine = &library_object(object_item(object)).description();
+    const auto classes = catalogue();
+    size_t i = 0;
+    while (classes[i] != mine) ++i;
+    *class_index = i;
+  });
+}
+
+int32_t orv2_find_member(orv2_handle object, const char* name, int32_t kind, size_t* position) {
+  return guarded([&] {
+    const ClassDescription& mine = library_object(object_item(object)).description();
+    needed(position);
+    if (kind < ORV2_METHOD || kind > ORV2_ANY) raise(failure::invalid_call);
+    const auto found = find_member(mine, needed(name), static_cast<Wanted>(kind));
+    if (!found) throw RunFailure::signed_by(failure::no_such_member, mine.registered_name);
+    *position = *found;
+  });
+}
+
+int32_t orv2_call(orv2_handle object, size_t position, const orv2_value* arguments, size_t count,
+                  orv2_value* result) {
+  return guarded([&] {
+    call_member(library_object(object_item(object)), position, arguments, count, result);
+  });
+}
+
+int32_t orv2_call_name(orv2_handle object, const char* name, const orv2_value* arguments,
+                       size_t count, orv2_value* result) {
+  return guarded([&] {
+    Object& called = library_object(object_item(object));
+    if (name == nullptr) {
+      throw RunFailure::signed_by(failure::invalid_call, called.description().registered_name);
+    }
+    call_member(called, called.position_of(name, count), arguments, count, result);
+  });
+}

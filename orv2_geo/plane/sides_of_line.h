@@ -1,0 +1,52 @@
+// sides_of_line.h: on which side of a line the ends of another piece lie.
+#pragma once
+
+#include "orv2_geo/frame/checked_math.h"
+
+namespace orv2_geo::plane {
+
+/// How the ends of one piece, F and G, lie to the line through the other, from S
+/// to E: c against d tells of G, a against b of F.
+template <class N>
+struct Sides {
+  N a, b, c, d;
+};
+
+/// An axis-parallel line is compared with directly, free of rounding.
+template <class N>
+Sides<N> sides_of_line(N Sx, N Sy, N Ex, N Ey, N Fx, N Fy, N Gx, N Gy) {
+  if (Sx == Ex) return {Fx, Sx, Gx, Sx};
+  if (Sy == Ey) return {Fy, Sy, Gy, Sy};
+  const N width = Ex - Sx;
+  const N height = Ey - Sy;
+  return {(Fy - Sy) * width, (Fx - Sx) * height, (Gy - Sy) * width, height * (Gx - Sx)};
+}
+
+/// Whether F and G do not lie strictly on the same side; touching counts. All
+/// four comparisons, without a branch: the outcome is hard to foresee.
+template <class N>
+bool on_both_sides(const Sides<N>& s) {
+  const bool c_below = s.c <= s.d;
+  const bool c_above = s.c >= s.d;
+  const bool a_below = s.a <= s.b;
+  const bool a_above = s.a >= s.b;
+  return (c_below & a_above) | (c_above & a_below);
+}
+
+/// Whether two pieces, 1-2 and 3-4, part each other, in plain arithmetic.
+/// `sound` tells that every operation was: a finite sum proves that each product
+/// is finite, so nothing overflowed and nothing is NaN.
+inline bool quick_crossing(double X1, double Y1, double X2, double Y2, double x3, double y3,
+                           double X4, double Y4, bool& sound) noexcept {
+  const auto sum_of = [](const Sides<double>& s) { return (s.a + s.b) + (s.c + s.d); };
+  const auto first = sides_of_line(X1, Y1, X2, Y2, x3, y3, X4, Y4);
+  const auto second = sides_of_line(x3, y3, X4, Y4, X1, Y1, X2, Y2);
+  // Between two level pieces the sides say nothing of X, so the widths count too.
+  const double widths = (X2 - X1) + (X4 - x3);
+  sound = checked::is_finite(sum_of(first) + sum_of(second) + widths);
+  const bool first_parts = on_both_sides(first);
+  const bool second_parts = on_both_sides(second);
+  return first_parts & second_parts;
+}
+
+}  // namespace orv2_geo::plane

@@ -1,0 +1,139 @@
+#include "orv2_geo/sorting/double_order.h"
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cmath>
+#include <cstddef>
+
+#include "orv2_geo/frame/memory.h"
+#include "orv2_geo/sorting/double_keys.h"
+
+namespace orv2_geo::sorting {
+
+namespace {
+
+std::uint64_t word_key(double value) { return closed_up(key_in_span(value)); }
+
+bool is_in_span(double value) { return value >= lowest_in_span && value < beyond_span; }  // no NaN
+
+// As many words are made together.
+constexpr std::size_t block = 64;
+using Block = std::array<std::uint64_t, block>;
+
+// As a number without a sign: positive doubles compare like their bits.
+std::uint64_t bits(double value) { return std::bit_cast<std::uint64_t>(value); }
+
+// The words of values from zero on where a multiplication tells their keys, which
+// is so for coordinates with few decimals; says whether it does. In the span a sum is
+// below 10^9 and its product below 10^15 < 2^50, so that half a unit in the product's
+// last place is 2^(49 - 52) / 2 = 1/16: the number next to the product is the key
+// where it is no further than 3/8 away, as 3/8 + 1/16 < 1/2.
+//
+// There is no branch, and no conversion: adding 2^52 leaves a double below that
+// without a fraction, and with its whole number in the lowest bits. 2^52 + 5.2 is
+// 0x4330000000000005.
+bool multiply_keys(const WordLayout& layout, std::span<const double, block> values,
+                   std::size_t first, std::uint64_t* words) {
+  constexpr double two_to_52 = 4503599627370496.0;
+  std::uint64_t refused = 0;  // the highest bit: something beyond its limit
+  std::uint64_t above_lowest = 0;
+  for (std::size_t k = 0; k < block; ++k) {
+    const double product = (values[k] + offset_from_zero) * 1e6;
+    const double whole = product + two_to_52;
+    const double rest = product - (whole - two_to_52);
+    refused |= bits(values[k]) | (bits(0.375) - bits(std::abs(rest)));
+    const std::uint64_t key = bits(whole) - bits(two_to_52);
+    above_lowest |= key - layout.lowest();  // what of it a word would lose
+    words[k] = layout.word(key, first + k);
+  }
+  return refused >> 63 == 0 && above_lowest >> layout.key_bits() == 0;
+}
+
+// The words of a block or less, which has the positions from `first` on. False when
+// a value has no key that they can hold.
+bool make_words(const WordLayout& layout, std::span<const double> values, std::size_t first,
+                std::span<std::uint64_t> words) {
+  if (values.size() == block && multiply_keys(layout, values.first<block>(), first, words.data())) {
+    return true;
+  }
+  for (std::size_t k = 0; k < values.size(); ++k) {
+    if (!is_in_span(values[k])) return false;
+    const std::uint64_t key = word_key(values[k]);
+    if (!layout.holds(key)) return false;
+    words[k] = layout.word(key, first + k);
+  }
+  return true;
+}
+
+}  // namespace
+
+std::optional<Extremes> extremes_in_span(std::span<const double> values) noexcept {
+  Extremes found = {beyond_span, lowest_in_span};
+  bool in_span = !values.empty();
+  for (const double value : values) {
+    in_span &= value >= lowest_in_span;  // NaN is not
+    found.lowest = value < found.lowest ? value : found.lowest;
+    found.highest = value > found.highest ? value : found.highest;
+  }
+  if (!in_span || found.highest >= beyond_span) return std::nullopt;
+  if (key_in_span(found.highest) >= first_of_ten_digits) return std::nullopt;
+  return found;
+}
+
+std::optional<DoubleOrder> DoubleOrder::of(std::span<const double> values,
+                                           int most_mark_bits) noexcept {
+  const auto found = extremes_in_span(values);
+  if (!found) return std::nullopt;
+  WordLayout layout(word_key(found->lowest), word_key(found->highest), values.size());
+  if (!layout.fits()) return std::nullopt;
+  layout.add_marks(most_mark_bits);
+  return if_memory_allows([&] { return std::optional(DoubleOrder(layout, values)); });
+}
+
+DoubleOrder::DoubleOrder(const WordLayout& layout, std::span<const double> values)
+    : layout_(layout), words_(values.size()) {
+  const std::span<std::uint64_t> words = words_.words();
+  for (std::size_t first = 0; first < words.size(); first += block) {
+    const std::size_t count = std::min(block, words.size() - first);
+    make_words(layout_, values.subspan(first, count), first, words.subspan(first, count));
+  }
+}
+
+bool DoubleOrder::are_of(std::span<const double> values, std::size_t first) noexcept {
+  if (values.size() > words().size() - first) return false;
+  const std::span<const std::uint64_t> words = this->words().subspan(first, values.size());
+  Block again;
+  for (std::size_t k = 0; k < words.size(); k += block) {
+    const std::size_t count = std::min(block, words.size() - k);
+    const std::span now = std::span(again).first(count);
+    if (!make_words(layout_, values.subspan(k, count), first + k, now)) return false;
+    if (!std::ranges::equal(now, words.subspan(k, count))) return false;
+  }
+  return true;
+}
+
+void DoubleOrder::clear_marks() noexcept {
+  for (std::uint64_t& word : words()) word &= ~layout_.mark_mask();
+}
+
+bool DoubleOrder::sort() noexcept {
+  if (words_.sort_words(layout_, 1)) return true;
+  clear_marks();
+  return false;
+}
+
+void DoubleOrder::write_numbers(std::span<std::int32_t> numbers) noexcept {
+  // Positions are written where the numbers from 1 are to stand.
+  words_.write_positions(layout_, 1,
+                         {reinterpret_cast<std::uint32_t*>(numbers.data()), numbers.size()});
+  for (std::int32_t& number : numbers) ++number;
+}
+
+std::span<const double> first_values(const DoubleArray& array, std::int32_t upper) noexcept {
+  const double* values = array.row(1, upper);
+  if (values == nullptr) return {};
+  return {values, static_cast<std::size_t>(upper)};
+}
+
+}  // namespace orv2_geo::sorting
