@@ -28,7 +28,8 @@ struct Coordinate {
   std::int32_t min_at = 1;
 };
 
-// Up to where a scan goes; the scan's counter is no 32-bit number and never ends.
+// Up to where a scan goes. In 64 bits, so that a scan to the highest subscript of all
+// ends there: in 32 its counter would overflow behind it.
 using Limit = std::int64_t;
 
 // Element i of one coordinate. Ties leave the extremes alone.
@@ -62,8 +63,10 @@ struct Span {
   double min;
 };
 
-// The extremes of some elements, in plain arithmetic; false when one is NaN.
-bool extremes_of(std::span<const double> elements, Span& extremes) {
+// The extremes of some elements, in plain arithmetic; nothing when one is NaN. Each
+// pair adds -1 to `numbers` where both are numbers: all are where the two halves of the
+// sum make -k.
+std::optional<Span> quick_extremes(std::span<const double> elements) {
   NumberPair max = {elements[0], elements[0]};
   NumberPair min = max;
   constexpr double lowest = -std::numeric_limits<double>::infinity();
@@ -75,12 +78,11 @@ bool extremes_of(std::span<const double> elements, Span& extremes) {
     min = pair < min ? pair : min;
     numbers += pair >= lowest;  // NaN is not
   }
-  extremes = {std::max(max[0], max[1]), std::min(min[0], min[1])};
-  if (k < elements.size()) {
-    extremes = {std::max(extremes.max, elements[k]), std::min(extremes.min, elements[k])};
-    if (std::isnan(elements[k])) return false;
-  }
-  return numbers[0] + numbers[1] == -static_cast<std::int64_t>(k);
+  if (numbers[0] + numbers[1] != -static_cast<std::int64_t>(k)) return std::nullopt;
+  const Span extremes = {std::max(max[0], max[1]), std::min(min[0], min[1])};
+  if (k == elements.size()) return extremes;
+  if (std::isnan(elements[k])) return std::nullopt;
+  return Span{std::max(extremes.max, elements[k]), std::min(extremes.min, elements[k])};
 }
 
 class Scan {
@@ -109,18 +111,19 @@ class Scan {
   static constexpr std::size_t most = 3;
 
   bool take_block(std::int32_t from, std::int32_t to) {
-    std::array<Span, most> found;
+    std::array<std::optional<Span>, most> found;
     for (std::size_t k = 0; k < coordinates_.size(); ++k) {
       const Coordinate& c = coordinates_[k];
       const double* row = c.array.row(from, to);
       if (row == nullptr || std::isunordered(c.max, c.min)) return false;
       const std::span elements(row, static_cast<std::size_t>(to - from + 1));
-      if (!extremes_of(elements, found[k])) return false;
+      found[k] = quick_extremes(elements);
+      if (!found[k]) return false;
     }
     for (std::size_t k = 0; k < coordinates_.size(); ++k) {
       Coordinate& c = coordinates_[k];
-      if (found[k].max > c.max) c.max = first_of(c, from, to, found[k].max, c.max_at);
-      if (found[k].min < c.min) c.min = first_of(c, from, to, found[k].min, c.min_at);
+      if (found[k]->max > c.max) c.max = first_of(c, from, to, found[k]->max, c.max_at);
+      if (found[k]->min < c.min) c.min = first_of(c, from, to, found[k]->min, c.min_at);
     }
     return true;
   }

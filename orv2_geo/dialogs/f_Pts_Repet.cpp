@@ -169,38 +169,46 @@ void f_Pts_Repet::A_Quita_Pts_Repetidos(std::int32_t& nPtos, DoubleArray& X, Dou
                                         DoubleArray& Z, StringArray& codigo, StringArray& Nombre,
                                         ShortArray& CapaP, LongArray& NewInd, const Bool& Aviso,
                                         const double& Precision) {
-  nPuntos_ = nPtos;
-  Xf_ = X;
-  Yf_ = Y;
-  Zf_ = Z;
-  codigoF_ = codigo;
-  NombreF_ = Nombre;
-  CapaF_ = CapaP;
+  const Points points = {nPtos, X, Y, Z, codigo, Nombre, CapaP};
+  keep_copies(points);
   Conservados_ = NewInd;
   AvisoF_ = Aviso;
   PrecisionF_ = Precision;
   form_.control("labPuntos").set_text(text_services::default_text(nPuntos_));
   form_.show_modal();
   if (Cancelado) return;
+  apply(points);
+  NewInd = NuevoIndice_;
+}
 
-  // From the copies alone: source and target cannot interfere.
+void f_Pts_Repet::keep_copies(const Points& points) {
+  nPuntos_ = points.nPtos;
+  Xf_ = points.X;
+  Yf_ = points.Y;
+  Zf_ = points.Z;
+  codigoF_ = points.codigo;
+  NombreF_ = points.Nombre;
+  CapaF_ = points.CapaP;
+}
+
+// From the copies alone: source and target cannot interfere.
+void f_Pts_Repet::apply(const Points& points) const {
   for (const std::int32_t i : counted(1, nConservados_)) {
     const std::int32_t k = Conservados_(i);
-    X(i) = Xf_(k);
-    Y(i) = Yf_(k);
-    Z(i) = Zf_(k);
-    codigo(i) = codigoF_(k);
-    CapaP(i) = CapaF_(k);
-    Nombre(i) = NombreF_(k);
+    points.X(i) = Xf_(k);
+    points.Y(i) = Yf_(k);
+    points.Z(i) = Zf_(k);
+    points.codigo(i) = codigoF_(k);
+    points.CapaP(i) = CapaF_(k);
+    points.Nombre(i) = NombreF_(k);
   }
-  nPtos = nConservados_;
-  X.size_keeping_from_0(nPtos);
-  Y.size_keeping_from_0(nPtos);
-  Z.size_keeping_from_0(nPtos);
-  codigo.size_keeping_from_0(nPtos);
-  CapaP.size_keeping_from_0(nPtos);
+  points.nPtos = nConservados_;
+  points.X.size_keeping_from_0(points.nPtos);
+  points.Y.size_keeping_from_0(points.nPtos);
+  points.Z.size_keeping_from_0(points.nPtos);
+  points.codigo.size_keeping_from_0(points.nPtos);
+  points.CapaP.size_keeping_from_0(points.nPtos);
   // Nombre keeps its upper bound and the names beyond nPtos.
-  NewInd = NuevoIndice_;
 }
 
 void f_Pts_Repet::Calcular_Repetidos() {

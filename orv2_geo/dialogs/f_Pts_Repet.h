@@ -52,6 +52,16 @@ class f_Pts_Repet {
   Form& form() noexcept { return form_; }
 
  private:
+  // The caller's own, in the order in which they are handed in.
+  struct Points {
+    std::int32_t& nPtos;
+    DoubleArray &X, &Y, &Z;
+    StringArray &codigo, &Nombre;
+    ShortArray& CapaP;
+  };
+
+  void keep_copies(const Points& points);
+  void apply(const Points& points) const;
   void cmdCalcular_Click();
   void cmdCancelar_Click() noexcept;
   void cmdEliminar_Click() noexcept;
@@ -62,12 +72,12 @@ class f_Pts_Repet {
   DoubleArray Xf_, Yf_, Zf_;
   StringArray codigoF_, NombreF_;
   ShortArray CapaF_;
-  LongArray Conservados_;
-  LongArray NuevoIndice_;
-  bool AvisoF_ = false;
-  double PrecisionF_ = 0.0;
+  LongArray Conservados_;    // the points that stay, in entries 1 to nConservados_
+  LongArray NuevoIndice_;    // of every old point its new number
+  bool AvisoF_ = false;      // as handed in; read by nobody
+  double PrecisionF_ = 0.0;  // as handed in, until the text box replaces it
   std::int32_t nConservados_ = 0;
-  GeoArray<Bool> Marcas_;
+  GeoArray<Bool> Marcas_;  // the search asks for it; read by nobody
 };
 
 }  // namespace orv2_geo

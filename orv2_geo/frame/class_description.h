@@ -118,7 +118,7 @@ constexpr Parameter optional(const char (&name)[N], std::int32_t default_value) 
 
 namespace description {
 
-// What an argument of another type than the parameter's is worth to it.
+// An argument of another type, converted to the parameter's.
 // Failures: 13 for a type or a text that cannot be converted, 6 out of range.
 double to_f64(const Argument& given, NumberFromText number_from_text);
 float to_f32(const Argument& given, NumberFromText number_from_text);

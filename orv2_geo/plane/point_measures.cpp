@@ -1,6 +1,7 @@
 // Measures between a point and a straight piece. Routines that look alike
 // differ at their edges, each on purpose.
 #include <cmath>
+#include <optional>
 
 #include "orv2_geo/angles/cgeo_Algorismos.h"
 #include "orv2_geo/frame/checked_integer.h"
@@ -68,12 +69,26 @@ struct Distance {
   Checked value;
 };
 
-// In plain arithmetic first: finite all along, no operation can have failed.
+// In plain arithmetic; nothing where an operation may have failed. What makes it sound:
+//
+//   is_finite(distance + square + u)
+//
+// A sum is finite only where all of its terms are. The distance holds the differences
+// from the point, and the foot where it lies within; the square the segment's own
+// differences, and as a divisor it would hide an overflow in u; u holds the products.
+std::optional<Distance> quick_distance(double Px, double Py, double x1, double y1, double x2,
+                                       double y2) {
+  const auto quick = nearest<double>(Px, Py, x1, y1, x2, y2);
+  if (!checked::is_finite(quick.distance + quick.square + quick.u)) [[unlikely]] {
+    return std::nullopt;
+  }
+  return Distance{quick.is_point, quick.distance};
+}
+
 Distance distance_to(const double& Px, const double& Py, const double& x1, const double& y1,
                      const double& x2, const double& y2) {
-  const auto quick = nearest<double>(Px, Py, x1, y1, x2, y2);
-  if (checked::is_finite(quick.distance + quick.square + quick.u)) [[likely]] {
-    return {quick.is_point, quick.distance};
+  if (const auto quick = quick_distance(Px, Py, x1, y1, x2, y2)) [[likely]] {
+    return *quick;
   }
   const auto seen = nearest<Checked>(Px, Py, x1, y1, x2, y2);
   return {seen.is_point, seen.distance};

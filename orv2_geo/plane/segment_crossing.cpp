@@ -1,4 +1,6 @@
 // How two straight pieces meet.
+#include <optional>
+
 #include "orv2_geo/angles/cgeo_Algorismos.h"
 #include "orv2_geo/frame/checked_math.h"
 #include "orv2_geo/plane/sides_of_line.h"
@@ -26,17 +28,26 @@ Line<N> line_through(N X1, N Y1, N X2, N Y2) {
   return {run, m, Y1 - m * X1};
 }
 
-// The meeting point in plain arithmetic, when every step of it is finite and
-// there is one; false leaves the answer to the longer way.
-bool quick_meeting(const Line<double>& first, const Line<double>& second, double& xi, double& yi) {
+struct Point {
+  double x, y;
+};
+
+// The meeting point in plain arithmetic; nothing where an operation may have failed or
+// there is none. What makes it sound:
+//
+//   is_finite(run1 + run2 + (m1 - m2) + b1 + b2 + x + y)
+//
+// A sum is finite only where all of its terms are. A run that overflows would hide in a
+// slope of 0, so it stands there itself; a slope that overflows does so in m1 - m2, and
+// one by zero is an infinity; parallel lines divide by m1 - m2 = 0, which leaves x
+// infinite or NaN.
+std::optional<Point> quick_meeting(const Line<double>& first, const Line<double>& second) {
   const double slopes = first.m - second.m;
   const double x = (second.b - first.b) / slopes;
   const double y = x * first.m + first.b;
   const double runs = first.run + second.run;
-  if (!checked::is_finite(runs + slopes + first.b + second.b + x + y)) return false;
-  xi = x;
-  yi = y;
-  return true;
+  if (!checked::is_finite(runs + slopes + first.b + second.b + x + y)) return std::nullopt;
+  return Point{x, y};
 }
 
 // Writes the point in which the two endless lines meet. Parallel is exact
@@ -58,8 +69,10 @@ bool lines_meet(const double& X1, const double& Y1, const double& X2, const doub
     yi = on_line_at(xi, X1, Y1, X2, Y2);
     return true;
   }
-  if (quick_meeting(line_through<double>(X1, Y1, X2, Y2), line_through<double>(x3, y3, X4, Y4), xi,
-                    yi)) {
+  if (const auto point = quick_meeting(line_through<double>(X1, Y1, X2, Y2),
+                                       line_through<double>(x3, y3, X4, Y4))) {
+    xi = point->x;
+    yi = point->y;
     return true;
   }
   const auto [run1, m1, b1] = line_through<Checked>(X1, Y1, X2, Y2);
@@ -76,10 +89,8 @@ Bool cgeo_Algorismos::Se_cruzan_2lineas(const double& X1, const double& Y1, cons
                                         const double& Y2, const double& x3, const double& y3,
                                         const double& X4, const double& Y4) const try {
   // By lines, not by extents: collinear pieces that lie apart pass both.
-  bool sound = false;
-  const bool crossing = plane::quick_crossing(X1, Y1, X2, Y2, x3, y3, X4, Y4, sound);
-  if (sound) [[likely]] {
-    return crossing;
+  if (const auto crossing = plane::quick_crossing(X1, Y1, X2, Y2, x3, y3, X4, Y4)) [[likely]] {
+    return *crossing;
   }
   using plane::on_both_sides;
   using plane::sides_of_line;

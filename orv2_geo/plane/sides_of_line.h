@@ -1,6 +1,8 @@
 // sides_of_line.h: on which side of a line the ends of another piece lie.
 #pragma once
 
+#include <optional>
+
 #include "orv2_geo/frame/checked_math.h"
 
 namespace orv2_geo::plane {
@@ -33,17 +35,24 @@ bool on_both_sides(const Sides<N>& s) {
   return (c_below & a_above) | (c_above & a_below);
 }
 
-/// Whether two pieces, 1-2 and 3-4, part each other, in plain arithmetic.
-/// `sound` tells that every operation was: a finite sum proves that each product
-/// is finite, so nothing overflowed and nothing is NaN.
-inline bool quick_crossing(double X1, double Y1, double X2, double Y2, double x3, double y3,
-                           double X4, double Y4, bool& sound) noexcept {
+/// Whether two pieces, 1-2 and 3-4, part each other, in plain arithmetic; nothing
+/// where an operation may have failed. What makes it sound:
+///
+///   is_finite(a + b + c + d, of both, + (X2 - X1) + (X4 - x3))
+///
+/// A sum of numbers of which one is an infinity or NaN is never finite. So each
+/// product is finite, and so are its factors, unless one is 0 beside an infinity, which
+/// is NaN; and a difference that overflows stays an infinity. The widths stand for X
+/// where both pieces are level and the sides are of Y alone.
+inline std::optional<bool> quick_crossing(double X1, double Y1, double X2, double Y2, double x3,
+                                          double y3, double X4, double Y4) noexcept {
   const auto sum_of = [](const Sides<double>& s) { return (s.a + s.b) + (s.c + s.d); };
   const auto first = sides_of_line(X1, Y1, X2, Y2, x3, y3, X4, Y4);
   const auto second = sides_of_line(x3, y3, X4, Y4, X1, Y1, X2, Y2);
-  // Between two level pieces the sides say nothing of X, so the widths count too.
   const double widths = (X2 - X1) + (X4 - x3);
-  sound = checked::is_finite(sum_of(first) + sum_of(second) + widths);
+  if (!checked::is_finite(sum_of(first) + sum_of(second) + widths)) [[unlikely]] {
+    return std::nullopt;
+  }
   const bool first_parts = on_both_sides(first);
   const bool second_parts = on_both_sides(second);
   return first_parts & second_parts;

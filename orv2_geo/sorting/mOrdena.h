@@ -5,6 +5,16 @@
 // None is stable: the order of equal elements is the algorithm's, and it is a
 // rule on which callers rely. Where nothing can fail the same order is found in
 // other ways, in n log n steps also where the algorithm itself would take more.
+//
+//   |                           | usual   | worst   | memory             | where a step can fail |
+//   |---------------------------|---------|---------|--------------------|-----------------------|
+//   | Ordena_LongArray          | n log n | n log n | none               | the algorithm: usual  |
+//   | Ordena_LongIndexArray     | n       | n log n | 24 bytes a number  | n log n, worst n^2,   |
+//   | Ordena_Double_Index_Array | n       | n log n | 16 bytes a value   | 32 ranges             |
+//   | Ordena_Double_Array       | n       | n       | 16 bytes a value   |                       |
+//   | the two of texts          | n log n | n log n | 48 bytes a text    |                       |
+//
+// Linear is a radix sort, in up to six passes; ties add n log n of the ties.
 #pragma once
 
 #include <cstdint>

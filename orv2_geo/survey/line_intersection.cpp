@@ -1,4 +1,6 @@
 // Intersection of two lines by a ladder of exact cases, then by inverse slopes.
+#include <optional>
+
 #include "orv2_geo/frame/checked_math.h"
 #include "orv2_geo/survey/cgeo_Geometria.h"
 
@@ -33,20 +35,28 @@ struct Meeting {
   double M2, y;
 };
 
-// In plain arithmetic; a finite sum of all that could overflow proves each step.
-// False leaves the lines to the ladder.
-bool quick_meeting(double x1, double y1, double x2, double y2, double x3, double y3, double x4,
-                   double y4, Meeting& meeting) {
+// In plain arithmetic; nothing where the lines are none in general position or an
+// operation may have failed. What makes it sound:
+//
+//   is_finite(d1x + d1y + d2x + d2y + (M1 - M2) + y)
+//
+// A sum is finite only where all of its terms are. A difference that overflows would
+// hide in an inverse slope of 0, so each stands there itself; an inverse slope that
+// overflows does so in M1 - M2, and the products do in y, whose divisor M1 - M2 is 0 for
+// parallel lines: y is then infinite or NaN.
+std::optional<Meeting> quick_meeting(double x1, double y1, double x2, double y2, double x3,
+                                     double y3, double x4, double y4) {
   const double d1x = x2 - x1, d1y = y2 - y1, d2x = x3 - x4, d2y = y3 - y4;
   const bool along_an_axis = (d1x == 0.0) | (d1y == 0.0) | (d2x == 0.0) | (d2y == 0.0);
   const bool may_share_an_end = (x1 == x3) | (x2 == x4) | (x1 == x4) | (x2 == x3);
-  if (along_an_axis | may_share_an_end) return false;
+  if (along_an_axis | may_share_an_end) return std::nullopt;
   const double M1 = d1x / d1y;
   const double M2 = d2x / d2y;
   const double slopes = M1 - M2;
   const double y = (M1 * y1 - M2 * y4 + x4 - x1) / slopes;
-  meeting = {M2, y};
-  return checked::is_finite(d1x + d1y + d2x + d2y + slopes + y) && M1 != 0.0 && M2 != 0.0;
+  const bool sound = checked::is_finite(d1x + d1y + d2x + d2y + slopes + y);
+  if (!sound || M1 == 0.0 || M2 == 0.0) return std::nullopt;
+  return Meeting{M2, y};
 }
 
 }  // namespace
@@ -63,10 +73,9 @@ void cgeo_Geometria::GR_Intersec_2_Rectas(const double& R1x1, const double& R1y1
     Y = R1y2;
     Paralelas = false;
   };
-  Meeting meeting{};
-  if (quick_meeting(R1x1, R1y1, R1x2, R1y2, R2x1, R2y1, R2x2, R2y2, meeting)) {
-    Y = meeting.y;
-    X = (Checked(Y) - R2y1) * meeting.M2 + R2x1;  // reads what Y may have changed
+  if (const auto meeting = quick_meeting(R1x1, R1y1, R1x2, R1y2, R2x1, R2y1, R2x2, R2y2)) {
+    Y = meeting->y;
+    X = (Checked(Y) - R2y1) * meeting->M2 + R2x1;  // reads what Y may have changed
     return finish();
   }
 
