@@ -42,6 +42,10 @@ Argument HostArguments::read(std::size_t i) {
   raise(scalar ? failure::invalid_call : failure::type_mismatch);
 }
 
+KeptForCall& HostArguments::kept() { return kept_ ? *kept_ : kept_.emplace(); }
+
+void HostArguments::pin(std::size_t i, orv2_handle handle) { kept().pins[i].emplace(handle); }
+
 Argument HostArguments::text_argument(std::size_t i) {
   const orv2_value& value = values_[i];
   if (value.tag == ORV2_UTF8) {
@@ -64,7 +68,7 @@ Argument HostArguments::array_argument(std::size_t i) {
 
 Argument HostArguments::object_argument(std::size_t i) {
   const orv2_value& value = values_[i];
-  Kept& kept = this->kept();
+  KeptForCall& kept = this->kept();
   if (!is_by_reference(value.tag)) {
     kept.objects[i] = object_of(value.as.handle);
     return Argument::of_value(kept.objects[i]);

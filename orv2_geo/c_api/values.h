@@ -42,6 +42,14 @@ inline bool is_plain(const orv2_value& value) noexcept {
   return (value.tag >= ORV2_I16 && value.tag <= ORV2_BOOL) || value.tag == ORV2_OMITTED;
 }
 
+/// What arguments need to live through a call, a place each.
+struct KeptForCall {
+  std::array<std::optional<Pin>, most_arguments> pins;
+  std::array<Text, most_arguments> texts;
+  std::array<ObjectRef, most_arguments> objects;
+  std::array<const orv2_handle*, most_arguments> object_variables{};
+};
+
 /// A host's values as arguments: handles become what they stand for, kept alive as
 /// long as the reader.
 class HostArguments final : public ArgumentReader {
@@ -55,22 +63,14 @@ class HostArguments final : public ArgumentReader {
   Argument read(std::size_t i) override;
 
  private:
-  // What arguments need to live through the call, a place each.
-  struct Kept {
-    std::array<std::optional<Pin>, most_arguments> pins;
-    std::array<Text, most_arguments> texts;
-    std::array<ObjectRef, most_arguments> objects;
-    std::array<const orv2_handle*, most_arguments> object_variables{};
-  };
-
   Argument text_argument(std::size_t i);
   Argument array_argument(std::size_t i);
   Argument object_argument(std::size_t i);
-  Kept& kept() { return kept_ ? *kept_ : kept_.emplace(); }
-  void pin(std::size_t i, orv2_handle handle) { kept().pins[i].emplace(handle); }
+  KeptForCall& kept();
+  void pin(std::size_t i, orv2_handle handle);
 
   const orv2_value* values_;
-  std::optional<Kept> kept_;  // only where something must be kept
+  std::optional<KeptForCall> kept_;  // only where something must be kept
 };
 
 /// A scalar answer, by value. Failure 13 for anything else.

@@ -9,8 +9,8 @@ namespace orv2_geo {
 /// Whether the rows have an element in common. An empty row has none.
 template <class A, class B>
 bool overlap(std::span<A> a, std::span<B> b) noexcept {
-  // Pointers into different arrays have an order with std::less alone.
-  const std::less<const void*> before;
+  // Pointers into different arrays have an order with std::less<> alone.
+  const std::less<> before;
   return !a.empty() && !b.empty() && before(a.data(), b.data() + b.size()) &&
          before(b.data(), a.data() + a.size());
 }

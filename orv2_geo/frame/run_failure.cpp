@@ -78,7 +78,7 @@ RunFailure failure_in_flight() noexcept {
 void leave_signed(const char* source) {
   RunFailure failure = failure_in_flight();
   failure.sign(source);
-  throw failure;
+  throw RunFailure(failure);
 }
 
 }  // namespace orv2_geo
