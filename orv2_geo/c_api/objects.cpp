@@ -32,24 +32,40 @@ Object& library_object(ObjectItem& item) {
 }
 
 // A call goes down once: numbers and flags as they stand, all else by way of the
-// reader. A failure before the object is entered is signed here.
-void call_member(Object& object, size_t position, const orv2_value* values, size_t count,
-                 orv2_value* result) {
-  const auto refuse = [&](int32_t number) {
-    throw RunFailure::signed_by(number, object.description().registered_name);
-  };
-  if (count > most_arguments) refuse(failure::wrong_argument_count);
-  if (count != 0 && values == nullptr) refuse(failure::invalid_call);
-  HostArguments reader(values);
-  Variant variant;
+// reader.
+void call_member(Object& object, size_t position, std::span<const Argument> arguments,
+                 HostArguments& reader, orv2_value* result) {
   Argument answer;
   answer.tag = by_value(Type::none);
-  const auto* const arguments = reinterpret_cast<const Argument*>(values);
-  object.invoke(position,
-                {{arguments, count}, &variant, &answer, &text_services::number_from_text, &reader});
-  if (result == nullptr) return;
-  const bool is_variant = answer.tag == by_value(Type::none);
-  *result = is_variant ? value_of(variant) : std::bit_cast<orv2_value>(answer);
+  object.invoke(position, {arguments, nullptr, &answer, &text_services::number_from_text, &reader});
+  if (result != nullptr) *result = std::bit_cast<orv2_value>(answer);
+}
+
+// The same for a member that answers with a variant.
+[[gnu::noinline]] void call_variant(Object& object, size_t position,
+                                    std::span<const Argument> arguments, HostArguments& reader,
+                                    orv2_value* result) {
+  Variant answer;
+  object.invoke(position, {arguments, &answer, nullptr, &text_services::number_from_text, &reader});
+  if (result != nullptr) *result = value_of(answer);
+}
+
+// What fails before the object is entered is signed here.
+[[noreturn, gnu::noinline]] void refuse(const Object& object, int32_t number) {
+  throw RunFailure::signed_by(number, object.description().registered_name);
+}
+
+void call_values(Object& object, size_t position, const orv2_value* values, size_t count,
+                 orv2_value* result) {
+  if (count > most_arguments) refuse(object, failure::wrong_argument_count);
+  if (count != 0 && values == nullptr) refuse(object, failure::invalid_call);
+  const std::span arguments(reinterpret_cast<const Argument*>(values), count);
+  const auto members = object.description().members;
+  HostArguments reader(values);
+  if (position < members.size() && members[position].result == Type::variant) [[unlikely]] {
+    return call_variant(object, position, arguments, reader, result);
+  }
+  call_member(object, position, arguments, reader, result);
 }
 
 }  // namespace
@@ -129,7 +145,7 @@ int32_t orv2_find_member(orv2_handle object, const char* name, int32_t kind, siz
 int32_t orv2_call(orv2_handle object, size_t position, const orv2_value* arguments, size_t count,
                   orv2_value* result) {
   return guarded([&] {
-    call_member(library_object(object_item(object)), position, arguments, count, result);
+    call_values(library_object(object_item(object)), position, arguments, count, result);
   });
 }
 
@@ -137,9 +153,7 @@ int32_t orv2_call_name(orv2_handle object, const char* name, const orv2_value* a
                        size_t count, orv2_value* result) {
   return guarded([&] {
     Object& called = library_object(object_item(object));
-    if (name == nullptr) {
-      throw RunFailure::signed_by(failure::invalid_call, called.description().registered_name);
-    }
-    call_member(called, called.position_of(name, count), arguments, count, result);
+    if (name == nullptr) refuse(called, failure::invalid_call);
+    call_values(called, called.position_of(name, count), arguments, count, result);
   });
 }

@@ -89,14 +89,14 @@ Bool cgeo_Algorismos::Se_cruzan_2lineas(const double& X1, const double& Y1, cons
                                         const double& Y2, const double& x3, const double& y3,
                                         const double& X4, const double& Y4) const try {
   // By lines, not by extents: collinear pieces that lie apart pass both.
-  if (const auto crossing = plane::quick_crossing(X1, Y1, X2, Y2, x3, y3, X4, Y4)) [[likely]] {
-    return *crossing;
-  }
-  using plane::on_both_sides;
-  using plane::sides_of_line;
-  const bool first_parts = on_both_sides(sides_of_line<Checked>(X1, Y1, X2, Y2, x3, y3, X4, Y4));
-  const bool second_parts = on_both_sides(sides_of_line<Checked>(x3, y3, X4, Y4, X1, Y1, X2, Y2));
-  return first_parts && second_parts;
+  const auto exact = [&] {
+    using plane::on_both_sides;
+    using plane::sides_of_line;
+    const bool first_parts = on_both_sides(sides_of_line<Checked>(X1, Y1, X2, Y2, x3, y3, X4, Y4));
+    const bool second_parts = on_both_sides(sides_of_line<Checked>(x3, y3, X4, Y4, X1, Y1, X2, Y2));
+    return first_parts && second_parts;
+  };
+  return plane::quick_crossing_or(exact, X1, Y1, X2, Y2, x3, y3, X4, Y4);
 } catch (...) {
   leave_signed(registered_name);
 }
