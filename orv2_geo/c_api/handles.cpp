@@ -18,7 +18,7 @@ struct Slot {
   // The generation, and below it the references of other threads, not yet
   // counted: together, so that no reference goes to a later item by mistake.
   std::atomic<std::uint64_t> state{std::uint64_t{1} << 32U};
-  std::atomic<std::uint64_t> thread{0};      // its thread's mark, 0 when free
+  std::atomic<std::uint64_t> thread{0};      // its thread's number, 0 when free
   std::atomic<const char*> source{nullptr};  // the class of a library object
   std::uint32_t index = 0;
   std::uint32_t references = 0;
@@ -187,7 +187,7 @@ Slot& live_slot(orv2_handle handle) {
 }
 
 bool is_mine(const Slot& slot) noexcept {
-  return slot.thread.load(std::memory_order_relaxed) == this_thread_mark();
+  return slot.thread.load(std::memory_order_relaxed) == this_thread_number();
 }
 
 // Counts a reference of this thread to another's item. Failure 5 when the item
@@ -220,7 +220,7 @@ orv2_handle handle_for(std::unique_ptr<Item> item) {
   slot.source.store(item->source(), std::memory_order_relaxed);
   slot.item = item.release();
   slot.references = 1;
-  slot.thread.store(this_thread_mark(), std::memory_order_relaxed);
+  slot.thread.store(this_thread_number(), std::memory_order_relaxed);
   return orv2_handle{generation_of(slot)} << 32U | slot.index;
 }
 

@@ -147,7 +147,7 @@ T left_out(const Parameter& parameter) {
   return T{};
 }
 
-/// Room for one argument: points at the host's variable, or holds a temporary.
+/// The place of one argument: points at the host's variable, or holds a temporary.
 template <class P>
 class Slot {
   using T = std::remove_cvref_t<P>;

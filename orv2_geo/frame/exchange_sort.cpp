@@ -37,11 +37,12 @@ struct Point {
   std::uint32_t further;  // points of higher keys that stand before it
 };
 
-// Counts of marked places, by a tree of partial sums. (Binary indexed tree.)
-class Marks {
+// How many of some places there are before another, by a tree of partial sums.
+// (Binary indexed tree.)
+class PlaceCounts {
  public:
-  explicit Marks(std::size_t places) : sums_(places + 1) {}
-  void mark(std::size_t place) {
+  explicit PlaceCounts(std::size_t places) : sums_(places + 1) {}
+  void add(std::size_t place) {
     for (std::size_t i = place + 1; i < sums_.size(); i += i & -i) ++sums_[i];
   }
   std::uint32_t before(std::size_t place) const {
@@ -74,13 +75,13 @@ bool have_equal_keys(const Point& a, const Point& b) { return a.key == b.key; }
 
 void order_all_ties(std::vector<Point>& sorted) {
   if (std::adjacent_find(sorted.begin(), sorted.end(), have_equal_keys) == sorted.end()) return;
-  Marks further(sorted.size());
+  PlaceCounts further(sorted.size());
   for (std::size_t end = sorted.size(); end != 0;) {
     std::size_t start = end - 1;
     while (start != 0 && have_equal_keys(sorted[start - 1], sorted[start])) --start;
     const std::span<Point> ties(&sorted[start], end - start);
     for (Point& point : ties) point.further = further.before(point.place);
-    for (const Point& point : ties) further.mark(point.place);
+    for (const Point& point : ties) further.add(point.place);
     order_ties(ties, sorted.size() - end);
     end = start;
   }

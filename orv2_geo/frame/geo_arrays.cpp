@@ -15,8 +15,8 @@ std::int64_t upper_of(std::int32_t lower, std::uint32_t count) {
   return std::int64_t{lower} + count - 1;
 }
 
-// Zeroed room for so many elements. Failure 7 when no size can tell it.
-void* room_for(std::size_t element_size, std::uint32_t count) {
+// Zeroed memory for so many elements. Failure 7 when no size can tell it.
+void* memory_for(std::size_t element_size, std::uint32_t count) {
   if (count > std::numeric_limits<std::size_t>::max() / element_size) raise(failure::out_of_memory);
   return obtain_zeroed(element_size * count);
 }
@@ -81,7 +81,7 @@ void ArrayBase::release_at_owner() {
 // New storage; surviving elements have moved into it and left zeros behind.
 void* ArrayBase::resized_copy(const Element& element, std::int32_t lower, std::uint32_t count,
                               bool keep) {
-  auto* const fresh = static_cast<char*>(room_for(element.size, count));
+  auto* const fresh = static_cast<char*>(memory_for(element.size, count));
   if (!keep) return fresh;
   auto* const old = static_cast<char*>(elements_);
   const std::int64_t first = std::max<std::int64_t>(lower, lower_);
@@ -98,7 +98,7 @@ void ArrayBase::allocate(const Element& element, std::int32_t lower, std::uint32
                          std::uint16_t dimensions) {
   if (locked()) raise(failure::array_locked);
   if (upper_of(lower, count) > highest_index) raise(failure::subscript_out_of_range);
-  void* const elements = room_for(element.size, count);
+  void* const elements = memory_for(element.size, count);
   discard(element);
   owner_ = nullptr;
   describe(elements, lower, count, dimensions);

@@ -42,15 +42,15 @@ Argument argument_of(const Variant& value) {
 
 }  // namespace
 
-constinit thread_local std::uint64_t thread_mark = 0;
+constinit thread_local std::uint64_t thread_number = 0;
 
-std::uint64_t mark_this_thread() noexcept {
+std::uint64_t number_this_thread() noexcept {
   static std::atomic<std::uint64_t> threads{0};
-  return thread_mark = ++threads;
+  return thread_number = ++threads;
 }
 
 Object::Object(const ClassDescription& of_class)
-    : class_(of_class), instance_(of_class.begin()), thread_(this_thread_mark()) {}
+    : class_(of_class), instance_(of_class.begin()), thread_(this_thread_number()) {}
 
 Object::~Object() { class_.end(instance_); }
 
@@ -64,7 +64,7 @@ void Object::invoke(std::size_t position, const Call& call) {
 }
 
 void Object::expect_own_thread() const {
-  if (thread_ == this_thread_mark()) [[likely]] {
+  if (thread_ == this_thread_number()) [[likely]] {
     return;
   }
   throw RunFailure::signed_by(failure::invalid_call, class_.registered_name);

@@ -18,7 +18,7 @@
 //   - Tolerance: Precision, in the unit of the coordinates. Exactly 0 asks for
 //     0.0002. A negative one stays negative: no point is then a repeat.
 //   - Cost: that of the sort, linear for coordinates that it keys as numbers, and one
-//     pass. Memory: 8 to 16 bytes a point beside the indexes; the in-place removals
+//     pass. Memory: 16 to 24 bytes a point beside the indexes; the in-place removals
 //     hold copies of the coordinates too.
 //   - Progreso1 gets Visible = true, Min = 0 and max, in this order, between the
 //     sort and the sweep. None of the routines hides it again.

@@ -6,12 +6,11 @@
 
 namespace orv2_geo::repeated {
 
-ReplacedPoints::ReplacedPoints(std::int32_t points, std::span<std::uint64_t> spare)
-    : points_(points), replaced_(static_cast<std::size_t>(points) / 64 + 1), pairs_(spare.data()) {
-  if (!spare.empty()) return;
-  own_words_ = buffer_if_any<std::uint64_t>(static_cast<std::size_t>(points));
-  if (!own_words_) throw std::bad_alloc();
-  pairs_ = own_words_.get();
+ReplacedPoints::ReplacedPoints(std::int32_t points)
+    : points_(points),
+      replaced_(static_cast<std::size_t>(points) / 64 + 1),
+      pairs_(buffer_if_any<std::uint64_t>(static_cast<std::size_t>(points))) {
+  if (!pairs_) throw std::bad_alloc();
 }
 
 std::int32_t ReplacedPoints::number(std::int32_t* list, std::int32_t* numbers) const noexcept {

@@ -3,7 +3,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <span>
 #include <vector>
 
 #include "orv2_geo/frame/memory.h"
@@ -13,10 +12,8 @@ namespace orv2_geo::repeated {
 /// Which points others stand for, as a sweep finds it, and the numbers that follow.
 class ReplacedPoints {
  public:
-  /// Of the points 1 to `points`. A word of `spare` is written for each that is
-  /// replaced, from the first on. There are as many as points, or none: then they are
-  /// obtained. Throws std::bad_alloc.
-  ReplacedPoints(std::int32_t points, std::span<std::uint64_t> spare);
+  /// Of the points 1 to `points`. Throws std::bad_alloc.
+  explicit ReplacedPoints(std::int32_t points);
 
   /// From now on `survivor` stands for a point that has not been replaced. Later it
   /// may be replaced itself.
@@ -41,8 +38,7 @@ class ReplacedPoints {
 
   std::int32_t points_;
   std::vector<std::uint64_t> replaced_;  // a bit a point
-  Buffer<std::uint64_t> own_words_;
-  std::uint64_t* pairs_;  // who stands for a point above that point
+  Buffer<std::uint64_t> pairs_;          // who stands for a point above that point
   std::size_t count_ = 0;
 };
 

@@ -37,12 +37,6 @@ class Sweep {
   /// until it is done.
   bool cannot_fail() const noexcept { return words_.has_value(); }
 
-  /// A word for each point, to be written one by one as points join; none where no
-  /// memory is to spare.
-  std::span<std::uint64_t> spare_words() noexcept {
-    return cannot_fail() ? order_.words() : std::span<std::uint64_t>();
-  }
-
   /// Tells the sink of the points in X order (see cluster_sink.h). It is not disturbed
   /// by what is written to order.numbers() up to the place told of. Answers with how
   /// many clusters there are.

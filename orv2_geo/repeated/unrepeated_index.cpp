@@ -209,7 +209,7 @@ void renumbered(std::u16string_view title, const std::int32_t& nPtos, const Doub
     if (!in_place) apart.size(0, order.points());
     LongArray& Nuevos = in_place ? IndiceNuevos : order.numbers();
     LongArray& Numeros = in_place ? IndiceGeneral : apart;
-    ReplacedPoints replaced(order.points(), sweep.spare_words());
+    ReplacedPoints replaced(order.points());
     sweep.run(progress, Representatives<Rule>(replaced));
     leave_out_unmet(nPtos, order, replaced);
     const std::int32_t found = replaced.number(Nuevos.data(), Numeros.data());

@@ -81,8 +81,7 @@ class WordSweep {
         tolerance_(tolerance) {}
 
   /// Tells the sink of all points; answers with how many clusters it found. Fails with
-  /// what the progress fails with. As many of the words, from the first on, as points
-  /// have joined are not read again.
+  /// what the progress fails with.
   template <class Sink>
   requires HearsOf<Sink, Points> std::int32_t run(const Progress& progress, Sink sink)
   const {

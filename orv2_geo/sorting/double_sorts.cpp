@@ -105,7 +105,7 @@ void sort_by_texts(DoubleArray& DoubleA, std::int32_t upper) {
 }
 
 // The upper end of a sort of doubles. The lower bound is asked for, which can
-// fail, and then is 1 whatever it says. Room for keys from 0 on must be there.
+// fail, and then is 1 whatever it says. The keys are numbered from 0, so it is not below.
 std::int32_t upper_end(const DoubleArray& DoubleA, std::int32_t lower, std::int32_t upper) {
   (void)sorting::lower_bound_of(DoubleA, lower);
   const std::int32_t end = sorting::upper_bound_of(DoubleA, upper);

@@ -29,7 +29,7 @@ class WordLayout {
         position_bits_(static_cast<int>(std::bit_width(count > 1 ? count - 1 : 1))),
         key_bits_(static_cast<int>(std::bit_width(highest - lowest))) {}
 
-  /// Whether a word has room for key and position.
+  /// Whether a word can hold key and position.
   bool fits() const noexcept { return position_bits_ + key_bits_ <= word_bits; }
 
   /// Gives what bits are left to marks, at most so many.

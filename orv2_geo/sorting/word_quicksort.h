@@ -18,8 +18,8 @@ inline constexpr std::size_t insertion_limit = 7;
 
 /// Puts words into the order in which the algorithm leaves them at the subscripts
 /// from `first` on. False where that takes more steps than these, counted in words
-/// that a partition looks at: the words are then anywhere. Around them is room for
-/// words_around more (see block_partition.h), which stay as they are.
+/// that a partition looks at: the words are then anywhere. Around them
+/// are words_around more (see block_partition.h), which stay as they are.
 bool word_quicksort(const WordLayout& layout, std::span<std::uint64_t> words, std::int64_t first,
                     std::int64_t most_steps) noexcept;
 
@@ -31,8 +31,8 @@ inline constexpr std::uint32_t tied_bit = 0x8000'0000U;
 /// elements stand at the subscripts from `first` on, and takes away the bits. Where
 /// nothing is tied there is nothing to find out. The algorithm is run on the elements'
 /// ranks alone, and only for the parts in which ties are left; of the others the
-/// outcome is known. `words` has room for a word each and words_around more,
-/// `ties_up_to` for one number each. Subscripts and their sums fit 32 bits.
+/// outcome is known. `words` are one each, with words_around more before and behind,
+/// `ties_up_to` one number each. Subscripts and their sums fit 32 bits.
 void settle_ties(std::span<std::uint32_t> order, std::int64_t first, std::uint64_t* words,
                  std::uint32_t* ties_up_to) noexcept;
 

@@ -167,7 +167,7 @@ Bool cgeo_api::Pto_in_Poligono(const DoubleArray& XX, const DoubleArray& YY,
   bool inside = false;
   trapped(registered_name, title, [&] {
     const LatticePoint point = lattice_point(xp, yp);
-    if (nVer < 1) raise(failure::subscript_out_of_range);  // room for no vertex at all
+    if (nVer < 1) raise(failure::subscript_out_of_range);  // no vertex at all
     const std::int32_t vertices = nVer - 1;                // the last repeats the first: never read
     if (const auto winding = quick_winding(point, XX, YY, vertices)) {
       inside = *winding != 0;

@@ -22,8 +22,7 @@ TEST(ReplacedPoints, NumbersAsRestated) {
   for (int round = 0; round < 3000; ++round) {
     const auto n = static_cast<std::int32_t>(1 + numbers.below(round % 50 == 0 ? 2000 : 130));
     const auto size = static_cast<std::size_t>(n) + 1;
-    std::vector<std::uint64_t> room(numbers.below(2) == 0 ? size - 1 : 0);
-    ReplacedPoints replaced(n, room);
+    ReplacedPoints replaced(n);
     std::vector<std::int32_t> stands_for(size, 0);
     std::vector<bool> left_out(size, false);
     std::vector<std::int32_t> left;
@@ -68,7 +67,7 @@ TEST(ReplacedPoints, NumbersAsRestated) {
 TEST(ReplacedPoints, RefusedMemoryIsTold) {
   for (const long let_pass : {0L, 1L}) {
     const RefusedAllocation refusal(let_pass);
-    EXPECT_THROW(ReplacedPoints(100, {}), std::bad_alloc) << let_pass;
+    EXPECT_THROW(ReplacedPoints(100), std::bad_alloc) << let_pass;
   }
 }
 
