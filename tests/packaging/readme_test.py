@@ -1,10 +1,11 @@
 #!/usr/bin/env python3
 """Runs the README's examples as they are printed and compares what they print with
-the comments beside their print lines.
+the comments beside their print lines; compares its failures with the library's.
 
     readme_test.py REPOSITORY LIBRARY COMPILER [OPTION...]
 """
 
+import ctypes
 import os
 import re
 import subprocess
@@ -15,7 +16,8 @@ repository, library = sys.argv[1:3]
 compiler = sys.argv[3:]
 
 with open(os.path.join(repository, "README.md"), encoding="utf-8") as readme:
-    BLOCKS = re.findall(r"^```(\w+)\n(.*?)^```$", readme.read(), re.M | re.S)
+    README = readme.read()
+BLOCKS = re.findall(r"^```(\w+)\n(.*?)^```$", README, re.M | re.S)
 
 
 def block(language, sign):
@@ -42,8 +44,21 @@ def cpp(example):
         return run(program)
 
 
+def listed_failures():
+    """The library's own list, over its C boundary."""
+    listed_at = ctypes.CDLL(library).orv2_failure_at
+    listed_at.argtypes = (ctypes.c_size_t, ctypes.POINTER(ctypes.c_int32),
+                          ctypes.POINTER(ctypes.c_char_p))
+    number, words, found = ctypes.c_int32(), ctypes.c_char_p(), []
+    while listed_at(len(found), ctypes.byref(number), ctypes.byref(words)) == 0:
+        found.append((str(number.value), words.value.decode()))
+    return found
+
+
 def main():
-    failed = 0
+    told = re.findall(r"^\| (\d+) \| ([^|]+?) \|", README, re.M)
+    failed = told != listed_failures()
+    print("FAILED" if failed else "ok", "the failures are the library's")
     python = block("sh", "import orv2_geo")
     in_cpp = block("cpp", "#include")
     for name, wanted, printed in (
