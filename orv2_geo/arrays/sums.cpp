@@ -1,5 +1,6 @@
 // Element-wise sums and differences.
 #include <algorithm>
+#include <optional>
 #include <span>
 #include <string_view>
 
@@ -30,20 +31,25 @@ struct Subtraction {
 
 constexpr std::int32_t block = 256;  // even
 
-// A block in plain arithmetic; false, and nothing written, when an outcome is not
-// finite. Own and other elements are the same or apart.
-template <class Operation>
-bool work_block(double* own, const double* other) {
+struct Block {
+  Block() noexcept {}  // not filled with zeros first
   double outcomes[block];
+};
+
+// A block in plain arithmetic; nothing when an operation may have failed, which shows
+// in an outcome that is not finite: no infinity and no NaN times 0 is 0. Each pair adds
+// -1 for both of its outcomes that are; all are where the halves of the sum make -256.
+template <class Operation>
+std::optional<Block> quick_block(const double* own, const double* other) {
+  std::optional<Block> found(std::in_place);
   PairMask finite = {};
   for (std::int32_t k = 0; k < block; k += 2) {
     const NumberPair outcome = Operation::of(pair_at(own + k), pair_at(other + k));
-    finite += outcome * 0.0 == NumberPair{};  // no infinity and no NaN times 0 is 0
-    put_pair(outcome, outcomes + k);
+    finite += outcome * 0.0 == NumberPair{};
+    put_pair(outcome, found->outcomes + k);
   }
-  if (finite[0] + finite[1] != -block) return false;
-  std::copy(outcomes, outcomes + block, own);
-  return true;
+  if (finite[0] + finite[1] != -block) found.reset();
+  return found;
 }
 
 // Whether the two rows are one, or have no element in common.
@@ -64,10 +70,12 @@ void work_elements(DoubleArray& own, const DoubleArray& other, std::int32_t last
   const bool in_blocks =
       own_row != nullptr && other_row != nullptr && match_or_part(own_row, other_row, last);
   while (i <= last) {
-    if (in_blocks && last - i >= block - 1 &&
-        work_block<Operation>(own_row + (i - 1), other_row + (i - 1))) {
-      i += block;
-      continue;
+    if (in_blocks && last - i >= block - 1) {
+      if (const auto done = quick_block<Operation>(own_row + (i - 1), other_row + (i - 1))) {
+        std::copy_n(done->outcomes, block, own_row + (i - 1));
+        i += block;
+        continue;
+      }
     }
     for (std::int32_t k = 0; k < block && i <= last; ++k) work_one();
   }

@@ -51,7 +51,8 @@ template <class T>
 concept Operand = Piece<T> || Exact<T>;
 
 // In whole numbers: the exponent is not all ones. It leaves the floating-point
-// units to the formula.
+// units to the formula. Without its sign, one bit up, 1.0 is 0x7fe0000000000000,
+// infinity 0xffe0000000000000 and NaN above that.
 inline bool is_finite(double value) noexcept {
   constexpr std::uint64_t all_ones = 0xffe0000000000000U;
   return std::bit_cast<std::uint64_t>(value) << 1U < all_ones;

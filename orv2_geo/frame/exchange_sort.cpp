@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -114,19 +115,24 @@ std::vector<double*> separate_rows(std::int32_t points, Arrays arrays) {
   return rows;
 }
 
+// The points in the order in which the passes leave them; nothing where a step of them
+// can fail. Throws std::bad_alloc.
+std::optional<std::vector<Point>> quick_order(std::span<const double> keys) {
+  const auto is_nan = [](double key) { return std::isnan(key); };
+  if (std::any_of(keys.begin(), keys.end(), is_nan)) return std::nullopt;
+  return order_of(keys);
+}
+
 // False, and nothing changed, where the passes themselves must be made. Throws
 // std::bad_alloc, with nothing changed either.
-bool sort_at_once(std::int32_t points, Arrays arrays) {
+bool sort_without_passes(std::int32_t points, Arrays arrays) {
   const std::vector<double*> rows = separate_rows(points, arrays);
   if (rows.empty()) return false;
-  const std::span<const double> keys(rows[0], static_cast<std::size_t>(points));
-  if (std::any_of(keys.begin(), keys.end(), [](double key) { return std::isnan(key); })) {
-    return false;
-  }
-  const std::vector<Point> sorted = order_of(keys);
-  std::vector<double> copy(sorted.size());
+  const auto sorted = quick_order({rows[0], static_cast<std::size_t>(points)});
+  if (!sorted) return false;
+  std::vector<double> copy(sorted->size());
   for (double* row : rows) {
-    for (std::size_t i = 0; i < sorted.size(); ++i) copy[i] = row[sorted[i].place];
+    for (std::size_t i = 0; i < sorted->size(); ++i) copy[i] = row[(*sorted)[i].place];
     std::copy(copy.begin(), copy.end(), row);
   }
   return true;
@@ -136,7 +142,7 @@ bool sort_at_once(std::int32_t points, Arrays arrays) {
 
 void exchange_sort(std::int32_t points, Arrays arrays) {
   if (points < 2) return;
-  if (if_memory_allows([&] { return sort_at_once(points, arrays); })) return;
+  if (if_memory_allows([&] { return sort_without_passes(points, arrays); })) return;
   exchange_neighbours(points, arrays);
 }
 

@@ -13,7 +13,8 @@ namespace orv2_geo {
 inline constexpr int words_at_once = 16;
 
 /// The words are below 2^63, the limit at most that. Of 16 words from this one on,
-/// bit k: whether words[k] is below the limit.
+/// bit k: whether words[k] is below the limit. For 3, 9, 4, 8 and twelve more that are
+/// above, and the limit 5, it is 0b0101.
 inline std::uint64_t words_below_one_by_one(const std::uint64_t* words,
                                             std::uint64_t limit) noexcept {
   std::uint64_t below = 0;
@@ -23,7 +24,8 @@ inline std::uint64_t words_below_one_by_one(const std::uint64_t* words,
   return below;
 }
 
-/// The same from the last of them on: bit k is for words[15 - k].
+/// The same from the last of them on: bit k is for words[15 - k]. Above it is
+/// 0b1010'0000'0000'0000.
 inline std::uint64_t words_below_one_by_one_backwards(const std::uint64_t* words,
                                                       std::uint64_t limit) noexcept {
   std::uint64_t below = 0;

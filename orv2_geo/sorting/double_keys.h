@@ -37,7 +37,10 @@ inline std::int64_t key_in_span(double value) noexcept {
   const std::int64_t rest = product & 0xfffff;
   const std::int64_t down = product >> 20;
   const std::int64_t half = 0x80000;
-  const bool up = rest + (down & 1) > half;  // an odd one at the half too; no branch
+  // Up above the half, and at the half where `down` is odd, without a branch. Both of
+  // these have a rest of 0x80000: 0.0078125 is 7812.5 millionths and stays 7812,
+  // 0.0234375 is 23437.5 and becomes 23438.
+  const bool up = rest + (down & 1) > half;
   return whole * 1000000 + down + static_cast<std::int64_t>(up);
 }
 
