@@ -1,24 +1,14 @@
-#include <gtest/gtest.h>
-
-#include <limits>
 #include <string>
 #include <vector>
 
 #include "orv2_geo/arrays/cgeo_Matrices.h"
 #include "orv2_geo/frame/progress_sink.h"
-#include "tests/arrays/arrays_support.h"
 #include "tests/platform/recording_interface.h"
-#include "tests/support/expect_failure.h"
+#include "tests/support/arrays.h"
+#include "tests/support/preamble.h"
 
 namespace orv2_geo {
 namespace {
-
-using testing_support::array_of;
-using testing_support::doubles;
-using testing_support::elements;
-using testing_support::failure_of;
-using testing_support::Numbers;
-using testing_support::RecordingInterface;
 
 const cgeo_Matrices matrices;
 using Values = std::vector<double>;
@@ -108,7 +98,7 @@ TEST(ElevationFilter, FailuresLeaveTheCompactionDone) {
                                                                      5, 0);
             }),
             9);
-  z(1) = std::numeric_limits<double>::quiet_NaN();
+  z(1) = nan;
   EXPECT_EQ(failure_of([&] {
               matrices.Quita_Puntos_fuera_interv_de_Cotas_con_indice(points, x, y, z, index, 5, 0);
             }),

@@ -1,24 +1,13 @@
-#include <gtest/gtest.h>
-
-#include <limits>
 #include <utility>
 #include <vector>
 
 #include "orv2_geo/arrays/cgeo_Matrices.h"
-#include "tests/arrays/arrays_support.h"
 #include "tests/platform/recording_interface.h"
-#include "tests/support/expect_failure.h"
+#include "tests/support/arrays.h"
+#include "tests/support/preamble.h"
 
 namespace orv2_geo {
 namespace {
-
-using testing_support::array_of;
-using testing_support::bits;
-using testing_support::doubles;
-using testing_support::elements;
-using testing_support::failure_of;
-using testing_support::Numbers;
-using testing_support::RecordingInterface;
 
 const cgeo_Matrices matrices;
 using Values = std::vector<double>;
@@ -26,7 +15,7 @@ using Index = std::vector<std::int32_t>;
 
 TEST(SortsInX, FewerThanTwoPointsNeedNoArrays) {
   DoubleArray none;
-  for (const std::int32_t points : {1, 0, -1, std::numeric_limits<std::int32_t>::min()}) {
+  for (const std::int32_t points : {1, 0, -1, lowest_long}) {
     EXPECT_EQ(failure_of([&] { matrices.Ordena_en_X_3_Matrices(points, none, none, none); }), 0);
   }
 }

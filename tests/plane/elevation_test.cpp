@@ -1,19 +1,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <limits>
 
 #include "tests/plane/restated_elevation.h"
 #include "tests/plane/restatement.h"
 
 namespace orv2_geo::plane_tests {
 namespace {
-
-using testing_support::failure_of;
-using testing_support::runtime;
-
-constexpr double nan = std::numeric_limits<double>::quiet_NaN();
-constexpr double inf = std::numeric_limits<double>::infinity();
 
 TEST(DirectionAndDistance, EachQuadrantAndEachAxis) {
   struct Row {

@@ -1,20 +1,10 @@
 #include <gtest/gtest.h>
 
-#include <limits>
-
 #include "tests/plane/restated_measures.h"
 #include "tests/plane/restatement.h"
 
 namespace orv2_geo::plane_tests {
 namespace {
-
-using testing_support::failure_of;
-using testing_support::runtime;
-
-constexpr double nan = std::numeric_limits<double>::quiet_NaN();
-constexpr double inf = std::numeric_limits<double>::infinity();
-constexpr float nan_single = std::numeric_limits<float>::quiet_NaN();
-constexpr float inf_single = std::numeric_limits<float>::infinity();
 
 struct WholeRow {
   const char* rule;
@@ -24,8 +14,6 @@ struct WholeRow {
 };
 
 TEST(WholePoints, EachRule) {
-  constexpr std::int32_t lowest = std::numeric_limits<std::int32_t>::min();
-  constexpr std::int32_t highest = std::numeric_limits<std::int32_t>::max();
   const WholeRow rows[] = {
       {"a square root where both axes differ", 0, 0, 3, 4, 0, 5.0F},
       {"one X: no square root", 0, 0, 0, 7, 0, 7.0F},
@@ -38,10 +26,10 @@ TEST(WholePoints, EachRule) {
       {"46341 is the first without", 0, 0, 46341, 1, 6, 0},
       {"46341 in Y", 0, 0, 1, -46341, 6, 0},
       {"two squares that fit and a sum that does not", 0, 0, 40000, 40000, 6, 0},
-      {"a difference beyond 32 bits on an axis", 0, lowest, 0, 1, 6, 0},
-      {"its absolute value alone beyond them", 0, lowest, 0, 0, 6, 0},
-      {"the same in X", 0, 0, lowest, 0, 6, 0},
-      {"the largest difference, rounded to f32", 0, 0, 0, highest, 0, 2147483648.0F},
+      {"a difference beyond 32 bits on an axis", 0, lowest_long, 0, 1, 6, 0},
+      {"its absolute value alone beyond them", 0, lowest_long, 0, 0, 6, 0},
+      {"the same in X", 0, 0, lowest_long, 0, 6, 0},
+      {"the largest difference, rounded to f32", 0, 0, 0, highest_long, 0, 2147483648.0F},
       {"16777217 has no f32: to the even neighbour", 0, 0, 16777217, 0, 0, 16777216.0F},
   };
   for (const WholeRow& row : rows) {
@@ -127,11 +115,10 @@ TEST(PointAndSegment, EachRule) {
 
 // A point at infinity raises nothing on its way to an end, and is far from both.
 TEST(PointAndSegment, AnInfinityThatRaisesNothingTravelsOn) {
-  constexpr double infinity = std::numeric_limits<double>::infinity();
   const cgeo_Algorismos algorithms;
-  for (const double far : {infinity, -infinity}) {
-    EXPECT_EQ(algorithms.Distancia_Punto_Linea(far, 5, 0, 0, 10, 1), infinity);
-    EXPECT_EQ(algorithms.Distancia_Punto_Linea(far, 5, 2, 2, 2, 2), infinity);
+  for (const double far : {inf, -inf}) {
+    EXPECT_EQ(algorithms.Distancia_Punto_Linea(far, 5, 0, 0, 10, 1), inf);
+    EXPECT_EQ(algorithms.Distancia_Punto_Linea(far, 5, 2, 2, 2, 2), inf);
     EXPECT_EQ(algorithms.Toca_Punto_Recta(far, 5, 0, 0, 10, 1, 3), 0.0);
     EXPECT_FALSE(algorithms.Toca_Punto_Recta_SN(far, 5, 0, 0, 10, 1, 3));
     EXPECT_EQ(failure_of([&] { (void)algorithms.Distancia_Punto_Linea(5, far, 0, 0, 10, 0); }), 6);

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <initializer_list>
-#include <limits>
 #include <utility>
 #include <vector>
 
@@ -14,14 +13,6 @@
 
 namespace orv2_geo::plane_tests {
 namespace {
-
-using testing_support::allocations_in_use;
-using testing_support::failure_of;
-using testing_support::RecordingInterface;
-using testing_support::RefusedAllocation;
-using testing_support::runtime;
-
-constexpr double nan = std::numeric_limits<double>::quiet_NaN();
 
 TEST(RetiredPolygonTests, SayThatTheyAreObsolete) {
   RecordingInterface user;
@@ -311,7 +302,7 @@ TEST(PolygonCuts, FailuresLeaveTheCountSoFarAndNoAnswers) {
   }
   {
     Call call(square);
-    expect("infinite", call, {-std::numeric_limits<double>::infinity(), 1}, to, 6, 0);
+    expect("infinite", call, {-inf, 1}, to, 6, 0);
   }
   {
     Call call(square);

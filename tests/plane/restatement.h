@@ -2,8 +2,6 @@
 // doubles, and the comparison of the members with them.
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <array>
 #include <cfenv>
 #include <cmath>
@@ -13,12 +11,9 @@
 #include <type_traits>
 
 #include "orv2_geo/angles/cgeo_Algorismos.h"
-#include "tests/support/expect_failure.h"
+#include "tests/support/preamble.h"
 
 namespace orv2_geo::plane_tests {
-
-using testing_support::bits;
-using testing_support::Numbers;
 
 inline const cgeo_Algorismos algorithms;
 

@@ -1,18 +1,10 @@
 #include <gtest/gtest.h>
 
-#include <limits>
-
 #include "tests/plane/restated_crossing.h"
 #include "tests/plane/restatement.h"
 
 namespace orv2_geo::plane_tests {
 namespace {
-
-using testing_support::failure_of;
-
-constexpr double nan = std::numeric_limits<double>::quiet_NaN();
-constexpr double inf = std::numeric_limits<double>::infinity();
-constexpr float nan_single = std::numeric_limits<float>::quiet_NaN();
 
 constexpr double left_alone = 77.5;
 
@@ -183,7 +175,7 @@ TEST(SegmentCrossing, FailuresLeaveWhatWasWritten) {
 TEST(SegmentCrossing, NaNInAnyCoordinateIs6EvenBetweenLevelPieces) {
   for (std::size_t at = 0; at < 8; at += 2) {
     double v[8] = {0, 0, 2, 0, 5, 1, 6, 1};
-    v[at] = std::numeric_limits<double>::quiet_NaN();
+    v[at] = nan;
     EXPECT_EQ(failure_of([&] {
                 (void)cgeo_Algorismos().Se_cruzan_2lineas(v[0], v[1], v[2], v[3], v[4], v[5], v[6],
                                                           v[7]);

@@ -2,8 +2,6 @@
 // that bring back everything a caller can see.
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <string>
 #include <vector>
 
@@ -11,7 +9,7 @@
 #include "tests/platform/recording_interface.h"
 #include "tests/repeated/progress_object.h"
 #include "tests/repeated/restated_engine.h"
-#include "tests/support/expect_failure.h"
+#include "tests/support/preamble.h"
 
 namespace orv2_geo::testing_support {
 
@@ -53,11 +51,6 @@ inline std::string box_of(const RecordingInterface& screen) {
   EXPECT_EQ(screen.boxes.size(), 1U);
   EXPECT_EQ(screen.boxes[0].flags, 16);
   return screen.boxes[0].text;
-}
-
-template <class Array>
-auto entries(const Array& array) {
-  return restated::row_of(array).elements;
 }
 
 inline IndexOutcome in_X(const PointList& list, double Precision, const ObjectRef& progress) {

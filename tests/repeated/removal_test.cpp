@@ -7,7 +7,6 @@
 namespace orv2_geo {
 namespace {
 
-using namespace testing_support;
 using Numbers32 = std::vector<std::int32_t>;
 using Values = std::vector<double>;
 
@@ -111,9 +110,9 @@ TEST(Flagging, Rules) {
         run(flagging, PointList(row.points), row.Precision, progress.reference);
     EXPECT_EQ(out.box, "") << row.rule;
     EXPECT_EQ(out.nNuevos, row.nNuevos) << row.rule;
-    EXPECT_EQ(entries(out.first), row.Secuencia) << row.rule;
-    EXPECT_EQ(entries(out.second), row.Indice) << row.rule;
-    EXPECT_EQ(entries(out.Repetido), row.Repetido) << row.rule;
+    EXPECT_EQ(elements(out.first), row.Secuencia) << row.rule;
+    EXPECT_EQ(elements(out.second), row.Indice) << row.rule;
+    EXPECT_EQ(elements(out.Repetido), row.Repetido) << row.rule;
   }
 }
 
@@ -134,8 +133,8 @@ TEST(Flagging, ABoundThatOverflowsLeavesTheSweepWhereItWas) {
                                large, progress.reference);
   EXPECT_EQ(out.box, boxed(title_2, 6));
   EXPECT_EQ(out.nNuevos, -77);
-  EXPECT_EQ(entries(out.first), (Numbers32{0, 2, 3, 0}));
-  EXPECT_EQ(entries(out.second), (Numbers32{0, 0, 1, 2}));
+  EXPECT_EQ(elements(out.first), (Numbers32{0, 2, 3, 0}));
+  EXPECT_EQ(elements(out.second), (Numbers32{0, 0, 1, 2}));
   EXPECT_EQ(progress.object->written, set_up(3.0 / 10667.0));
 }
 
@@ -191,10 +190,10 @@ TEST(Removal, Rules) {
         all.insert(all.end(), values.begin(), values.end());
         return all;
       };
-      EXPECT_EQ(entries(out.list.X), from_zero(row.X)) << row.rule;
-      EXPECT_EQ(entries(out.list.Y), from_zero(row.Y)) << row.rule;
-      EXPECT_EQ(entries(out.list.Z), from_zero(row.Z)) << row.rule;
-      EXPECT_EQ(entries(out.Indice), row.Indice) << row.rule;
+      EXPECT_EQ(elements(out.list.X), from_zero(row.X)) << row.rule;
+      EXPECT_EQ(elements(out.list.Y), from_zero(row.Y)) << row.rule;
+      EXPECT_EQ(elements(out.list.Z), from_zero(row.Z)) << row.rule;
+      EXPECT_EQ(elements(out.Indice), row.Indice) << row.rule;
     }
   }
 }
@@ -231,10 +230,8 @@ TEST(Removal, AnyPointsAsRestated) {
 
 TEST(Removal, WhatAFailureLeavesAsRestated) {
   Numbers numbers(82);
-  const double infinity = std::numeric_limits<double>::infinity();
   const double highest_number = std::numeric_limits<double>::max();
-  const double odd[] = {std::numeric_limits<double>::quiet_NaN(), infinity, -infinity,
-                        highest_number, -highest_number};
+  const double odd[] = {nan, inf, -inf, highest_number, -highest_number};
   int trapped = 0;
   int thrown = 0;
   for (int round = 0; round < 4000; ++round) {
@@ -272,9 +269,9 @@ TEST(Removal, ATrappedFailureIsPassedOver) {
   EXPECT_EQ(out.list.nPtos, 0);
   for (const DoubleArray* array : {&out.list.X, &out.list.Y, &out.list.Z}) {
     EXPECT_EQ(array->lower(), 0);
-    EXPECT_EQ(entries(*array), Values{-999.0});
+    EXPECT_EQ(elements(*array), Values{-999.0});
   }
-  EXPECT_EQ(entries(out.Indice), (Numbers32{0, 0, 0}));
+  EXPECT_EQ(elements(out.Indice), (Numbers32{0, 0, 0}));
 }
 
 TEST(Removal, NoPointsEndWithElementZeroAlone) {
@@ -287,9 +284,9 @@ TEST(Removal, NoPointsEndWithElementZeroAlone) {
     EXPECT_EQ(out.box, boxed(title_2, 11));
     EXPECT_EQ(out.thrown, 0);
     EXPECT_EQ(out.list.nPtos, 0);
-    EXPECT_EQ(entries(out.list.X), Values{with_arrays ? -999.0 : 0.0});
-    EXPECT_EQ(entries(out.list.Z), Values{with_arrays ? -999.0 : 0.0});
-    EXPECT_EQ(entries(out.Indice), Numbers32{0});
+    EXPECT_EQ(elements(out.list.X), Values{with_arrays ? -999.0 : 0.0});
+    EXPECT_EQ(elements(out.list.Z), Values{with_arrays ? -999.0 : 0.0});
+    EXPECT_EQ(elements(out.Indice), Numbers32{0});
     EXPECT_TRUE(progress.object->written.empty());
   }
 }
@@ -336,7 +333,7 @@ TEST(Removal, OneArrayForAllCoordinates) {
   sorts.Quita_Puntos_Repetidos_XY_con_indice1(nPtos, values, values, values, Indice,
                                               progress.reference, 0.0, false);
   EXPECT_EQ(nPtos, 3);
-  EXPECT_EQ(entries(values), (Values{0, 3, 4, 5}));
+  EXPECT_EQ(elements(values), (Values{0, 3, 4, 5}));
 }
 
 TEST(Removal, ALockedIndexIsPassedOverUntilItIsWritten) {
@@ -415,7 +412,7 @@ TEST(Neighbours, Rules) {
       remove_neighbours(list, Aviso);
       EXPECT_EQ(box_of(screen), "") << row.rule;
       EXPECT_EQ(list.nPtos, row.nPtos) << row.rule;
-      EXPECT_EQ(entries(list.X), row.X) << row.rule;
+      EXPECT_EQ(elements(list.X), row.X) << row.rule;
     }
   }
 }
@@ -424,9 +421,9 @@ TEST(Neighbours, CoordinatesTravelTogetherAndTheRestStays) {
   PointList list({{2, 20, 200}, {1, 10, 100}, {2, 20, 300}, {2, 20, 400}});
   remove_neighbours(list);
   EXPECT_EQ(list.nPtos, 3);
-  EXPECT_EQ(entries(list.X), (Values{-999, 1, 2, 2, 2}));
-  EXPECT_EQ(entries(list.Y), (Values{-999, 10, 20, 20, 20}));
-  EXPECT_EQ(entries(list.Z), (Values{-999, 100, 200, 300, 400}));
+  EXPECT_EQ(elements(list.X), (Values{-999, 1, 2, 2, 2}));
+  EXPECT_EQ(elements(list.Y), (Values{-999, 10, 20, 20, 20}));
+  EXPECT_EQ(elements(list.Z), (Values{-999, 100, 200, 300, 400}));
 }
 
 void expect_neighbours_as_restated(PointList list) {
@@ -452,7 +449,7 @@ TEST(Neighbours, AnyPointsAsRestated) {
       case 0: list.X.size_keeping(0, shorter); break;
       case 1: list.Y.size_keeping(0, shorter); break;
       case 2: list.Z.size_keeping(0, shorter); break;
-      case 3: list.Y(shorter) = std::numeric_limits<double>::quiet_NaN(); break;
+      case 3: list.Y(shorter) = nan; break;
       case 4: list.Y(shorter) = std::numeric_limits<double>::max(); break;
       default: break;
     }
@@ -476,7 +473,7 @@ TEST(Neighbours, FailuresThatAreTrapped) {
     remove_neighbours(list);
     EXPECT_EQ(box_of(screen), boxed(title_2D_0, row.number)) << row.rule;
     EXPECT_EQ(list.nPtos, row.nPtos) << row.rule;
-    EXPECT_EQ(entries(list.X), (Values{-999, 1, 1})) << row.rule;
+    EXPECT_EQ(elements(list.X), (Values{-999, 1, 1})) << row.rule;
   }
 }
 
@@ -492,7 +489,7 @@ TEST(Neighbours, AShortZFailsWhenTheNumberIsReplacedAlready) {
   remove_neighbours(other);
   EXPECT_EQ(box_of(screen), boxed(title_2D_0, 9));
   EXPECT_EQ(other.nPtos, 2);
-  EXPECT_EQ(entries(other.X), (Values{-999, 1, 1, 3}));
+  EXPECT_EQ(elements(other.X), (Values{-999, 1, 1, 3}));
 }
 
 TEST(Neighbours, OneArrayForAllCoordinates) {
@@ -501,7 +498,7 @@ TEST(Neighbours, OneArrayForAllCoordinates) {
   std::int32_t nPtos = 3;
   mOrdena::Quita_Puntos_Repetidos_2D_0(nPtos, values, values, values, false);
   EXPECT_EQ(nPtos, 2);
-  EXPECT_EQ(entries(values), (Values{0, 3, 5, 3}));
+  EXPECT_EQ(elements(values), (Values{0, 3, 5, 3}));
 }
 
 // ---- Memory ----------------------------------------------------------------

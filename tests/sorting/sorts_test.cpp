@@ -1,9 +1,6 @@
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <cmath>
 #include <functional>
-#include <limits>
 #include <numeric>
 #include <string>
 #include <vector>
@@ -12,46 +9,16 @@
 #include "orv2_geo/sorting/cgeo_Ordena.h"
 #include "orv2_geo/sorting/mOrdena.h"
 #include "tests/sorting/restated_kernel.h"
-#include "tests/support/expect_failure.h"
+#include "tests/support/arrays.h"
+#include "tests/support/preamble.h"
 #include "tests/support/refused_memory.h"
 
 namespace orv2_geo {
 namespace {
 
 using mOrdena::bound_from_array;
-using testing_support::allocations_in_use;
-using testing_support::bits;
-using testing_support::Elements;
-using testing_support::failure_of;
-using testing_support::Missing;
-using testing_support::Numbers;
-using testing_support::Order;
-using testing_support::RefusedAllocation;
-using testing_support::restated_key;
-using testing_support::sort_by_restated_steps;
 
 const cgeo_Ordena sorts;
-
-constexpr std::int32_t highest = std::numeric_limits<std::int32_t>::max();
-
-template <class T, class Value>
-GeoArray<T> array_of(std::int32_t lower, const std::vector<Value>& values) {
-  GeoArray<T> array;
-  array.make(lower, static_cast<std::uint32_t>(values.size()));
-  for (std::size_t i = 0; i < values.size(); ++i) array.data()[i] = static_cast<T>(values[i]);
-  return array;
-}
-
-template <class T>
-std::vector<T> elements(const GeoArray<T>& array) {
-  return {array.data(), array.data() + array.count()};
-}
-
-std::vector<std::string> texts(const StringArray& array) {
-  std::vector<std::string> all;
-  for (const Text& text : elements(array)) all.push_back(text.to_utf8());
-  return all;
-}
 
 // What a survey or an adversary brings, as numbers of which many are equal.
 std::vector<std::int64_t> pattern(Numbers& numbers, std::size_t n) {
@@ -194,7 +161,7 @@ TEST(Sorts, RandomTextsInPlace) {
     std::vector<Text> keys;
     for (const std::int64_t value : pattern(numbers, n)) keys.push_back(code_of(numbers, value));
     const Place place = any_place(numbers, n);
-    StringArray array = array_of<Text>(place.lower, keys);
+    StringArray array = strings(place.lower, keys);
     Elements restated{place.lower, std::vector<std::int64_t>(n)};
     std::iota(restated.values.begin(), restated.values.end(), 0);
     const Order order = [&](std::int64_t a, std::int64_t b) {
@@ -215,7 +182,7 @@ TEST(Sorts, RandomTextsThroughAnIndex) {
     const std::size_t n = any_length(numbers, run);
     std::vector<Text> keys;
     for (const std::int64_t value : pattern(numbers, n)) keys.push_back(code_of(numbers, value));
-    const StringArray array = array_of<Text>(3, keys);
+    const StringArray array = strings(3, keys);
     const Place place = any_place(numbers, n);
     std::vector<std::int64_t> entries(n);
     for (std::int64_t& entry : entries) entry = static_cast<std::int64_t>(numbers.below(n)) + 3;
@@ -254,7 +221,7 @@ TEST(Sorts, ABoundBeyondTheArrayLeavesWhatTheStepsLeave) {
 
     std::vector<Text> keys;
     for (const std::int64_t value : values) keys.push_back(code_of(numbers, value + 1000));
-    StringArray names = array_of<Text>(1, keys);
+    StringArray names = strings(1, keys);
     ASSERT_EQ(failure_of([&] { mOrdena::Ordena_StringArray(names, from, to); }), sorted ? 0 : 9);
     std::vector<std::string> left = texts(names), all;
     for (const Text& key : keys) all.push_back(key.to_utf8());
@@ -278,8 +245,9 @@ TEST(Sorts, SevenElementsKeepTheOrderOfTiesAndEightDoNot) {
 }
 
 TEST(Sorts, ARangeOfOneOrNoneReadsNothing) {
-  LongArray array = array_of<std::int32_t>(1, std::vector<int>{3, 2, 1});
-  for (const auto& range : {std::pair{2, 2}, {3, 1}, {50, 50}, {90, 40}, {highest, highest}}) {
+  LongArray array = longs(1, {3, 2, 1});
+  for (const auto& range :
+       {std::pair{2, 2}, {3, 1}, {50, 50}, {90, 40}, {highest_long, highest_long}}) {
     const std::int32_t from = range.first, to = range.second;
     EXPECT_EQ(failure_of([&] { mOrdena::Ordena_LongArray(array, from, to); }), 0) << from;
     EXPECT_EQ(elements(array), (std::vector<std::int32_t>{3, 2, 1}));
@@ -290,11 +258,12 @@ TEST(Sorts, ARangeOfOneOrNoneReadsNothing) {
 
 TEST(Sorts, BoundsTooFarApartAre6) {
   LongArray array(1, 3);
-  EXPECT_EQ(failure_of([&] { mOrdena::Ordena_LongArray(array, -5, highest); }), 6);
-  EXPECT_EQ(failure_of([&] { mOrdena::Ordena_LongArray(array, highest, -5); }), 6);
+  EXPECT_EQ(failure_of([&] { mOrdena::Ordena_LongArray(array, -5, highest_long); }), 6);
+  EXPECT_EQ(failure_of([&] { mOrdena::Ordena_LongArray(array, highest_long, -5); }), 6);
   // Near enough, but their sum is not.
-  EXPECT_EQ(failure_of([&] { mOrdena::Ordena_LongArray(array, highest - 9, highest); }), 6);
-  EXPECT_EQ(failure_of([&] { mOrdena::Ordena_LongArray(array, 1, highest); }), 6);
+  EXPECT_EQ(failure_of([&] { mOrdena::Ordena_LongArray(array, highest_long - 9, highest_long); }),
+            6);
+  EXPECT_EQ(failure_of([&] { mOrdena::Ordena_LongArray(array, 1, highest_long); }), 6);
 }
 
 TEST(Sorts, ABoundOfAnUnallocatedArrayIs9) {
@@ -314,20 +283,20 @@ TEST(Sorts, ABoundOfAnUnallocatedArrayIs9) {
 }
 
 TEST(Sorts, ALongIndexStartsAt1WhateverItsLowerBoundSays) {
-  const LongArray keys = array_of<std::int32_t>(1, std::vector<int>{9, 8, 7, 6});
+  const LongArray keys = longs(1, {9, 8, 7, 6});
   for (const std::int32_t from : {bound_from_array, 5, 3, -9}) {
-    LongArray index = array_of<std::int32_t>(0, std::vector<int>{77, 1, 2, 3, 4});
+    LongArray index = longs(0, {77, 1, 2, 3, 4});
     sorts.Ordena_LongIndexArray(keys, index, from, bound_from_array);
     EXPECT_EQ(elements(index), (std::vector<std::int32_t>{77, 4, 3, 2, 1})) << from;
   }
-  LongArray above = array_of<std::int32_t>(2, std::vector<int>{4, 3, 2});
+  LongArray above = longs(2, {4, 3, 2});
   EXPECT_EQ(failure_of([&] { sorts.Ordena_LongIndexArray(keys, above, 5, bound_from_array); }), 9);
 }
 
 TEST(Sorts, AnIndexShorterThanTheUpperBoundIs9) {
-  const LongArray keys = array_of<std::int32_t>(1, std::vector<int>{9, 8, 7, 6});
-  const StringArray names = array_of<Text>(1, std::vector<Text>{u"b", u"a", u"c", u"d"});
-  LongArray index = array_of<std::int32_t>(1, std::vector<int>{1, 2});
+  const LongArray keys = longs(1, {9, 8, 7, 6});
+  const StringArray names = strings(1, {u"b", u"a", u"c", u"d"});
+  LongArray index = longs(1, {1, 2});
   EXPECT_EQ(failure_of([&] { sorts.Ordena_LongIndexArray(keys, index, 1, 4); }), 9);
   EXPECT_EQ(elements(index), (std::vector<std::int32_t>{2, 1}));
   EXPECT_EQ(failure_of([&] { sorts.Ordena_StringIndexArray(names, index, 1, 4); }), 9);
@@ -335,19 +304,18 @@ TEST(Sorts, AnIndexShorterThanTheUpperBoundIs9) {
 
 // The element that is held keeps the key that it had when it was taken.
 TEST(Sorts, OneArrayForKeysAndIndex) {
-  const LongArray before = array_of<std::int32_t>(1, std::vector<int>{3, 1, 2});
+  const LongArray before = longs(1, {3, 1, 2});
   LongArray both = before;
   sorts.Ordena_LongIndexArray(both, both, bound_from_array, bound_from_array);
   EXPECT_EQ(elements(both), (std::vector<std::int32_t>{3, 2, 1}));
 }
 
 TEST(Sorts, AtTheLowestSubscriptAStepDownIs6WithTheElementMoved) {
-  constexpr std::int32_t lowest = std::numeric_limits<std::int32_t>::min();
-  LongArray array = array_of<std::int32_t>(lowest, std::vector<int>{5, 3});
+  LongArray array = longs(lowest_long, {5, 3});
   EXPECT_EQ(failure_of([&] { sorts.Ordena_LongArray(array, bound_from_array, bound_from_array); }),
             6);
   EXPECT_EQ(elements(array), (std::vector<std::int32_t>{5, 5}));
-  StringArray names = array_of<Text>(lowest, std::vector<Text>{u"b", u"a"});
+  StringArray names = strings(lowest_long, {u"b", u"a"});
   EXPECT_EQ(
       failure_of([&] { sorts.Ordena_StringArray(names, bound_from_array, bound_from_array); }), 6);
   EXPECT_EQ(texts(names), (std::vector<std::string>{"a", "b"}));  // each still there once
@@ -360,7 +328,7 @@ TEST(Sorts, TextsThatPunctuationAloneTellsApart) {
       {u"€A", u"€_ª"}, {u"́B", u"̃-b"},     {u"c'Hc", u"c hH"},
   };
   for (const std::vector<Text>& pair : all) {
-    StringArray at_once = array_of<Text>(1, pair), by_steps = array_of<Text>(1, pair);
+    StringArray at_once = strings(1, pair), by_steps = strings(1, pair);
     sorts.Ordena_StringArray(at_once, 1, 2);
     EXPECT_EQ(failure_of([&] { sorts.Ordena_StringArray(by_steps, 1, 3); }), 9);
     EXPECT_EQ(texts(at_once), texts(by_steps));
@@ -369,7 +337,7 @@ TEST(Sorts, TextsThatPunctuationAloneTellsApart) {
 }
 
 TEST(Sorts, TextsThatDifferInCaseAreTies) {
-  StringArray array = array_of<Text>(1, std::vector<Text>{u"Abd", u"abc", u"ABC"});
+  StringArray array = strings(1, {u"Abd", u"abc", u"ABC"});
   sorts.Ordena_StringArray(array, bound_from_array, bound_from_array);
   EXPECT_EQ(texts(array), (std::vector<std::string>{"abc", "ABC", "Abd"}));
 }
@@ -425,7 +393,7 @@ TEST(Sorts, DoublesInPlace) {
     std::vector<double> values = row.values, expected = row.expected;
     values.insert(values.begin(), 77.0);  // element 0 takes no part
     expected.insert(expected.begin(), 77.0);
-    DoubleArray array = array_of<double>(0, values);
+    DoubleArray array = doubles(0, values);
     sorts.Ordena_Double_Array(array, bound_from_array, bound_from_array);
     ASSERT_EQ(array.count(), expected.size()) << row.rule;
     for (std::size_t i = 0; i < expected.size(); ++i) {
@@ -436,7 +404,7 @@ TEST(Sorts, DoublesInPlace) {
 
 TEST(Sorts, DoublesThroughAnIndex) {
   const auto index_of = [](const std::vector<double>& values, std::int32_t from, std::int32_t to) {
-    const DoubleArray array = array_of<double>(0, values);
+    const DoubleArray array = doubles(0, values);
     LongArray index(5, 9);
     sorts.Ordena_Double_Index_Array(array, index, from, to);
     EXPECT_EQ(index.lower(), 0);
@@ -457,27 +425,26 @@ TEST(Sorts, DoublesThroughAnIndex) {
 
 TEST(Sorts, DoublesFailWhereAnElementIsMissing) {
   LongArray index(5, 9);
-  const DoubleArray short_one = array_of<double>(1, std::vector<double>{3, 2, 1});
+  const DoubleArray short_one = doubles(1, {3, 2, 1});
   EXPECT_EQ(failure_of([&] { sorts.Ordena_Double_Index_Array(short_one, index, 1, 5); }), 9);
   EXPECT_EQ(elements(index), (std::vector<std::int32_t>{0, 1, 2, 3, 0, 0}));
-  const DoubleArray above = array_of<double>(2, std::vector<double>{3, 2, 1});
+  const DoubleArray above = doubles(2, {3, 2, 1});
   EXPECT_EQ(failure_of([&] {
               sorts.Ordena_Double_Index_Array(above, index, bound_from_array, bound_from_array);
             }),
             9);
   EXPECT_EQ(elements(index), (std::vector<std::int32_t>{0, 0, 0, 0, 0}));
-  index = array_of<std::int32_t>(3, std::vector<int>{1, 2});
+  index = longs(3, {1, 2});
   EXPECT_EQ(failure_of([&] { sorts.Ordena_Double_Index_Array(short_one, index, 1, -1); }), 9);
   EXPECT_EQ(elements(index), (std::vector<std::int32_t>{1, 2}));
-  const double nan = std::numeric_limits<double>::quiet_NaN();
-  DoubleArray with_nan = array_of<double>(1, std::vector<double>{3, nan, 1});
+  DoubleArray with_nan = doubles(1, {3, nan, 1});
   EXPECT_EQ(failure_of([&] { sorts.Ordena_Double_Index_Array(with_nan, index, 1, 3); }), 6);
   EXPECT_EQ(elements(index), (std::vector<std::int32_t>{0, 1, 0, 0}));
   EXPECT_EQ(failure_of([&] { sorts.Ordena_Double_Array(with_nan, 1, 3); }), 6);
   EXPECT_EQ(with_nan(1), 3.0);
   EXPECT_EQ(failure_of([&] { sorts.Ordena_Double_Array(with_nan, 1, 9); }), 6);
   EXPECT_EQ(failure_of([&] { sorts.Ordena_Double_Array(with_nan, 1, 1); }), 0);
-  DoubleArray three = array_of<double>(1, std::vector<double>{3, 2, 1});
+  DoubleArray three = doubles(1, {3, 2, 1});
   EXPECT_EQ(failure_of([&] { sorts.Ordena_Double_Array(three, 1, 4); }), 9);
   EXPECT_EQ(elements(three), (std::vector<double>{3, 2, 1}));
 }
@@ -511,7 +478,7 @@ TEST(Sorts, RandomDoublesAgainstTheirTexts) {
         },
         1, static_cast<std::int64_t>(n));
 
-    DoubleArray array = array_of<double>(0, values);
+    DoubleArray array = doubles(0, values);
     LongArray index;
     sorts.Ordena_Double_Index_Array(array, index, bound_from_array, bound_from_array);
     ASSERT_EQ(elements(index),
@@ -544,23 +511,23 @@ TEST(Sorts, ARefusedAllocationLosesNothing) {
     std::sort(all.begin(), all.end());
     return all;
   };
-  const std::vector<std::string> all_texts = sorted_texts(array_of<Text>(1, keys));
+  const std::vector<std::string> all_texts = sorted_texts(strings(1, keys));
   int refusals = 0;
   for (long n = 0; n < 400; n = n < 60 ? n + 1 : n + 13) {
     const long before = allocations_in_use();
     {
-      StringArray names = array_of<Text>(1, keys);
+      StringArray names = strings(1, keys);
       const StringArray same_names = names;
       LongArray numbers_array = array_of<std::int32_t>(1, values);
-      DoubleArray doubles = array_of<double>(1, reals);
+      DoubleArray values_array = doubles(1, reals);
       LongArray index(1, 40), double_index;
       for (std::int32_t i = 1; i <= 40; ++i) index(i) = i;
       const std::function<void()> work[] = {
           [&] { sorts.Ordena_StringArray(names, 1, 40); },
           [&] { sorts.Ordena_StringIndexArray(same_names, index, 1, 40); },
           [&] { sorts.Ordena_LongIndexArray(numbers_array, index, 1, 40); },
-          [&] { sorts.Ordena_Double_Index_Array(doubles, double_index, 1, 40); },
-          [&] { sorts.Ordena_Double_Array(doubles, 1, 40); },
+          [&] { sorts.Ordena_Double_Index_Array(values_array, double_index, 1, 40); },
+          [&] { sorts.Ordena_Double_Array(values_array, 1, 40); },
       };
       for (const auto& sort : work) {
         const RefusedAllocation refused(n);

@@ -1,10 +1,7 @@
 // Words: the algorithm on them, the other ways to the same order, and
 // doubles as words.
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <cmath>
-#include <limits>
 #include <numeric>
 #include <vector>
 
@@ -14,7 +11,7 @@
 #include "orv2_geo/sorting/word_order.h"
 #include "orv2_geo/sorting/word_quicksort.h"
 #include "tests/sorting/restated_kernel.h"
-#include "tests/support/expect_failure.h"
+#include "tests/support/preamble.h"
 #include "tests/support/refused_memory.h"
 
 namespace orv2_geo {
@@ -23,10 +20,6 @@ namespace {
 using sorting::DoubleOrder;
 using sorting::WordLayout;
 using sorting::words_around;
-using testing_support::Elements;
-using testing_support::Numbers;
-using testing_support::RefusedAllocation;
-using testing_support::sort_by_restated_steps;
 
 using Words = std::vector<std::uint64_t>;
 
@@ -214,13 +207,12 @@ TEST(DoubleOrder, EachWordHoldsTheKeyOfItsValue) {
 }
 
 TEST(DoubleOrder, ValuesBesideTheSpanHaveNoWords) {
-  constexpr double infinity = std::numeric_limits<double>::infinity();
   const double beside[] = {700000000.0,
                            std::nextafter(700000000.0, 0.0),  // its key has ten digits
-                           std::nextafter(-100000000.0, -infinity),
-                           std::numeric_limits<double>::quiet_NaN(),
-                           infinity,
-                           -infinity,
+                           std::nextafter(-100000000.0, -inf),
+                           nan,
+                           inf,
+                           -inf,
                            1e12};
   for (const double value : beside) {
     for (const std::size_t at : {0U, 70U, 99U}) {
