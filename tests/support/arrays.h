@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "orv2_geo/frame/bool.h"
 #include "orv2_geo/frame/geo_arrays.h"
 
 namespace orv2_geo::testing_support {
