@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "tests/plane/agree.h"
 #include "tests/plane/restated_measures.h"
 #include "tests/plane/restatement.h"
 
@@ -292,19 +293,28 @@ TEST(PointOnLine, Failures) {
 }
 
 TEST(PointMeasures, RandomPoints) {
-  agree(&cgeo_Algorismos::Distancia_Punto_Linea, restated_distance, "xyxyxy", 51);
-  agree(&cgeo_Algorismos::Toca_Punto_Recta, restated_touch, "xyxyxyt", 52);
-  agree(&cgeo_Algorismos::Toca_Punto_Recta_SN, restated_near, "xyxyxyt", 53);
-  agree(&cgeo_Algorismos::Longitud_Linea, restated_endless, "xyxyxy", 54);
-  agree(&cgeo_Algorismos::PntOnLine, restated_position<double>, "xyxyxy", 55);
+  agree(&cgeo_Algorismos::Distancia_Punto_Linea, restated_distance,
+        parameters(a_point, a_point, a_point));
+  agree(&cgeo_Algorismos::Toca_Punto_Recta, restated_touch,
+        parameters(a_point, a_point, a_point, a_tolerance));
+  agree(&cgeo_Algorismos::Toca_Punto_Recta_SN, restated_near,
+        parameters(a_point, a_point, a_point, a_tolerance));
+  agree(&cgeo_Algorismos::Longitud_Linea, restated_endless, parameters(a_point, a_point, a_point));
+  agree(&cgeo_Algorismos::PntOnLine, restated_position<double>,
+        parameters(a_point, a_point, a_point));
 }
 
 TEST(PointMeasures, RandomSinglePoints) {
-  agree_single(&cgeo_Algorismos::Distancia_Punto_Linea_s, restated_distance, "xyxyxy", 56);
-  agree_single(&cgeo_Algorismos::Toca_Punto_Recta_s, restated_touch, "xyxyxyt", 57);
-  agree_single(&cgeo_Algorismos::Toca_Punto_Recta_sSN, restated_touch, "xyxyxyt", 58);
-  agree_single(&cgeo_Algorismos::Longitud_Linea_s, restated_endless, "xyxyxy", 59);
-  agree(&cgeo_Algorismos::PntOnLine_s, restated_position_of_singles, "xyxyxy", 60);
+  agree_single(&cgeo_Algorismos::Distancia_Punto_Linea_s, restated_distance,
+               parameters(a_point, a_point, a_point));
+  agree_single(&cgeo_Algorismos::Toca_Punto_Recta_s, restated_touch,
+               parameters(a_point, a_point, a_point, a_tolerance));
+  agree_single(&cgeo_Algorismos::Toca_Punto_Recta_sSN, restated_touch,
+               parameters(a_point, a_point, a_point, a_tolerance));
+  agree_single(&cgeo_Algorismos::Longitud_Linea_s, restated_endless,
+               parameters(a_point, a_point, a_point));
+  agree(&cgeo_Algorismos::PntOnLine_s, restated_position_of_singles,
+        parameters(a_point, a_point, a_point));
 }
 
 }  // namespace

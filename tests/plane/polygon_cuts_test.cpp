@@ -446,8 +446,7 @@ TEST(PolygonCuts, RandomChainsAndSharedVariables) {
       {{0, 1, 2, 3}, false}, {{0, 1, 2, 2}, false}, {{0, 1, 0, 3}, false}, {{0, 1, 2, 1}, false},
       {{0, 1, 1, 0}, false}, {{0, 0, 2, 3}, false}, {{0, 0, 0, 0}, false}, {{0, 1, 2, 3}, true},
   };
-  Values values(81);
-  Numbers& numbers = values.numbers();
+  Numbers numbers(81);
   int with_cuts = 0, dropped = 0, failed = 0;
   for (int trial = 0; trial < 20000; ++trial) {
     // Small lattices bring ties and vertices; fine ones the box; coordinates of

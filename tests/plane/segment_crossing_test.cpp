@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "tests/plane/agree.h"
 #include "tests/plane/restated_crossing.h"
 #include "tests/plane/restatement.h"
 
@@ -233,15 +234,21 @@ TEST(SegmentCrossing, ASingleAnswerBeyondItsRangeIs6) {
 }
 
 TEST(SegmentCrossing, RandomPieces) {
-  agree(&cgeo_Algorismos::Se_cruzan_2lineas, restated_crossing, "xyxyxyxy", 41);
-  agree(&cgeo_Algorismos::Intersec_XY_2lineas, restated_meeting, "xyxyxyxyoo", 42);
-  agree(&cgeo_Algorismos::Cruce_XY_2lineas, restated_cut, "xyxyxyxyoo", 43);
+  agree(&cgeo_Algorismos::Se_cruzan_2lineas, restated_crossing,
+        parameters(a_point, a_point, a_point, a_point));
+  agree(&cgeo_Algorismos::Intersec_XY_2lineas, restated_meeting,
+        parameters(a_point, a_point, a_point, a_point, an_output, an_output));
+  agree(&cgeo_Algorismos::Cruce_XY_2lineas, restated_cut,
+        parameters(a_point, a_point, a_point, a_point, an_output, an_output));
 }
 
 TEST(SegmentCrossing, RandomSinglePieces) {
-  agree_single(&cgeo_Algorismos::se_cruzan_2lineass_s, restated_crossing, "xyxyxyxy", 44);
-  agree_single(&cgeo_Algorismos::Intersec_XY_2lineas_s, restated_meeting, "xyxyxyxyoo", 45);
-  agree_single(&cgeo_Algorismos::Cruce_XY_2lineas_s, restated_cut, "xyxyxyxyoo", 46);
+  agree_single(&cgeo_Algorismos::se_cruzan_2lineass_s, restated_crossing,
+               parameters(a_point, a_point, a_point, a_point));
+  agree_single(&cgeo_Algorismos::Intersec_XY_2lineas_s, restated_meeting,
+               parameters(a_point, a_point, a_point, a_point, an_output, an_output));
+  agree_single(&cgeo_Algorismos::Cruce_XY_2lineas_s, restated_cut,
+               parameters(a_point, a_point, a_point, a_point, an_output, an_output));
 }
 
 }  // namespace
