@@ -103,7 +103,7 @@ TEST(IndexInX, TheFirstFailsAndTheThirdShowsIt) {
 
 TEST(IndexInX, TheSecondOnlyNumbers) {
   RecordingInterface screen;
-  LongArray index = array_of<std::int32_t>(0, Index{77, 7, 7, 7});
+  LongArray index = longs(0, {77, 7, 7, 7});
   matrices.Ordena_en_X_el_Indice_1Matriz1(3, DoubleArray(), index, ObjectRef());
   EXPECT_EQ(elements(index), (Index{77, 1, 2, 3}));
   matrices.Ordena_en_X_el_Indice_1Matriz1(0, DoubleArray(), index, ObjectRef());
@@ -114,7 +114,7 @@ TEST(IndexInX, TheSecondOnlyNumbers) {
   ASSERT_EQ(screen.boxes.size(), 1U);
   EXPECT_EQ(screen.boxes[0], subscript_box);
   // The count may be an entry of the index itself: it is read once.
-  LongArray own = array_of<std::int32_t>(1, Index{3, 9, 9});
+  LongArray own = longs(1, {3, 9, 9});
   matrices.Ordena_en_X_el_Indice_1Matriz1(own(1), DoubleArray(), own, ObjectRef());
   EXPECT_EQ(elements(own), (Index{1, 2, 3}));
 }

@@ -292,29 +292,23 @@ TEST(PointOnLine, Failures) {
   EXPECT_EQ(failure_of([] { (void)algorithms.PntOnLine_s(0, 0, 1e30F, 0, 0, 1e30F); }), 6);
 }
 
+constexpr auto point_and_line = parameters(a_point, a_point, a_point);
+constexpr auto point_line_and_tolerance = parameters(a_point, a_point, a_point, a_tolerance);
+
 TEST(PointMeasures, RandomPoints) {
-  agree(&cgeo_Algorismos::Distancia_Punto_Linea, restated_distance,
-        parameters(a_point, a_point, a_point));
-  agree(&cgeo_Algorismos::Toca_Punto_Recta, restated_touch,
-        parameters(a_point, a_point, a_point, a_tolerance));
-  agree(&cgeo_Algorismos::Toca_Punto_Recta_SN, restated_near,
-        parameters(a_point, a_point, a_point, a_tolerance));
-  agree(&cgeo_Algorismos::Longitud_Linea, restated_endless, parameters(a_point, a_point, a_point));
-  agree(&cgeo_Algorismos::PntOnLine, restated_position<double>,
-        parameters(a_point, a_point, a_point));
+  agree(&cgeo_Algorismos::Distancia_Punto_Linea, restated_distance, point_and_line);
+  agree(&cgeo_Algorismos::Toca_Punto_Recta, restated_touch, point_line_and_tolerance);
+  agree(&cgeo_Algorismos::Toca_Punto_Recta_SN, restated_near, point_line_and_tolerance);
+  agree(&cgeo_Algorismos::Longitud_Linea, restated_endless, point_and_line);
+  agree(&cgeo_Algorismos::PntOnLine, restated_position<double>, point_and_line);
 }
 
 TEST(PointMeasures, RandomSinglePoints) {
-  agree_single(&cgeo_Algorismos::Distancia_Punto_Linea_s, restated_distance,
-               parameters(a_point, a_point, a_point));
-  agree_single(&cgeo_Algorismos::Toca_Punto_Recta_s, restated_touch,
-               parameters(a_point, a_point, a_point, a_tolerance));
-  agree_single(&cgeo_Algorismos::Toca_Punto_Recta_sSN, restated_touch,
-               parameters(a_point, a_point, a_point, a_tolerance));
-  agree_single(&cgeo_Algorismos::Longitud_Linea_s, restated_endless,
-               parameters(a_point, a_point, a_point));
-  agree(&cgeo_Algorismos::PntOnLine_s, restated_position_of_singles,
-        parameters(a_point, a_point, a_point));
+  agree_single(&cgeo_Algorismos::Distancia_Punto_Linea_s, restated_distance, point_and_line);
+  agree_single(&cgeo_Algorismos::Toca_Punto_Recta_s, restated_touch, point_line_and_tolerance);
+  agree_single(&cgeo_Algorismos::Toca_Punto_Recta_sSN, restated_touch, point_line_and_tolerance);
+  agree_single(&cgeo_Algorismos::Longitud_Linea_s, restated_endless, point_and_line);
+  agree(&cgeo_Algorismos::PntOnLine_s, restated_position_of_singles, point_and_line);
 }
 
 }  // namespace

@@ -233,22 +233,20 @@ TEST(SegmentCrossing, ASingleAnswerBeyondItsRangeIs6) {
   EXPECT_EQ(yi, 77.5F);
 }
 
+constexpr auto two_lines = parameters(a_point, a_point, a_point, a_point);
+constexpr auto two_lines_and_answer =
+    parameters(a_point, a_point, a_point, a_point, an_output, an_output);
+
 TEST(SegmentCrossing, RandomPieces) {
-  agree(&cgeo_Algorismos::Se_cruzan_2lineas, restated_crossing,
-        parameters(a_point, a_point, a_point, a_point));
-  agree(&cgeo_Algorismos::Intersec_XY_2lineas, restated_meeting,
-        parameters(a_point, a_point, a_point, a_point, an_output, an_output));
-  agree(&cgeo_Algorismos::Cruce_XY_2lineas, restated_cut,
-        parameters(a_point, a_point, a_point, a_point, an_output, an_output));
+  agree(&cgeo_Algorismos::Se_cruzan_2lineas, restated_crossing, two_lines);
+  agree(&cgeo_Algorismos::Intersec_XY_2lineas, restated_meeting, two_lines_and_answer);
+  agree(&cgeo_Algorismos::Cruce_XY_2lineas, restated_cut, two_lines_and_answer);
 }
 
 TEST(SegmentCrossing, RandomSinglePieces) {
-  agree_single(&cgeo_Algorismos::se_cruzan_2lineass_s, restated_crossing,
-               parameters(a_point, a_point, a_point, a_point));
-  agree_single(&cgeo_Algorismos::Intersec_XY_2lineas_s, restated_meeting,
-               parameters(a_point, a_point, a_point, a_point, an_output, an_output));
-  agree_single(&cgeo_Algorismos::Cruce_XY_2lineas_s, restated_cut,
-               parameters(a_point, a_point, a_point, a_point, an_output, an_output));
+  agree_single(&cgeo_Algorismos::se_cruzan_2lineass_s, restated_crossing, two_lines);
+  agree_single(&cgeo_Algorismos::Intersec_XY_2lineas_s, restated_meeting, two_lines_and_answer);
+  agree_single(&cgeo_Algorismos::Cruce_XY_2lineas_s, restated_cut, two_lines_and_answer);
 }
 
 }  // namespace

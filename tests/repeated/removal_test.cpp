@@ -198,6 +198,13 @@ TEST(Removal, Rules) {
   }
 }
 
+void expect_points(const PointList& list, const restated::Removed& expected) {
+  EXPECT_EQ(list.nPtos, expected.nPtos);
+  EXPECT_TRUE(restated::row_of(list.X) == expected.X);
+  EXPECT_TRUE(restated::row_of(list.Y) == expected.Y);
+  EXPECT_TRUE(restated::row_of(list.Z) == expected.Z);
+}
+
 void expect_as_restated(const PointList& list, double Precision, restated::Bar bar) {
   using restated::row_of;
   Indicator progress;
@@ -209,40 +216,25 @@ void expect_as_restated(const PointList& list, double Precision, restated::Bar b
   const Removal out(list, Precision, progress.reference);
   EXPECT_EQ(out.box, boxed(title_2, expected.number));
   EXPECT_EQ(out.thrown, expected.thrown);
-  EXPECT_EQ(out.list.nPtos, expected.nPtos);
-  EXPECT_TRUE(row_of(out.list.X) == expected.X);
-  EXPECT_TRUE(row_of(out.list.Y) == expected.Y);
-  EXPECT_TRUE(row_of(out.list.Z) == expected.Z);
+  expect_points(out.list, expected);
   EXPECT_TRUE(row_of(out.Indice) == expected.Indice);
 }
 
 TEST(Removal, AnyPointsAsRestated) {
   Numbers numbers(81);
-  const double units[] = {0.0002, 0.5, 1.0};
-  const double precisions[] = {0.0, 0.0002, 0.5, 1.0, 0.003, -0.5};
-  for (int round = 0; round < 3000; ++round) {
-    const std::size_t count = 1 + numbers.below(round % 50 == 0 ? 2500 : 40);
-    const PointList list(any_points(numbers, count, units[numbers.below(3)]));
-    expect_as_restated(list, precisions[numbers.below(6)], {});
-    if (HasFailure()) FAIL() << "round " << round;
-  }
+  for_any_lists(
+      numbers, {0.0, 0.0002, 0.5, 1.0, 0.003, -0.5},
+      [](const PointList& list, double Precision) { expect_as_restated(list, Precision, {}); });
 }
 
 TEST(Removal, WhatAFailureLeavesAsRestated) {
   Numbers numbers(82);
-  const double highest_number = std::numeric_limits<double>::max();
-  const double odd[] = {nan, inf, -inf, highest_number, -highest_number};
   int trapped = 0;
   int thrown = 0;
   for (int round = 0; round < 4000; ++round) {
-    const std::size_t count = numbers.below(20);
-    PointList list(any_points(numbers, count, 0.5));
-    const auto point = static_cast<std::int32_t>(numbers.below(count + 1));
-    const auto shorter = static_cast<std::int32_t>(numbers.below(count + 1));
-    restated::Bar bar;
-    const double Precision = numbers.below(3) == 0 ? highest_number / 2 : 1.0;
+    auto [list, point, shorter, Precision, bar] = AnyCall(numbers);
     switch (numbers.below(6)) {
-      case 0: list.Y(point) = odd[numbers.below(5)]; break;
+      case 0: list.Y(point) = AnyCall::odd[numbers.below(5)]; break;  // all but zero
       case 1: list.X.size_keeping(0, shorter); break;
       case 2: list.Y.size_keeping(0, shorter); break;
       case 3: list.Z.size_keeping(0, shorter); break;
@@ -433,10 +425,7 @@ void expect_neighbours_as_restated(PointList list) {
   const RecordingInterface screen;
   remove_neighbours(list);
   EXPECT_EQ(box_of(screen), boxed(title_2D_0, expected.number));
-  EXPECT_EQ(list.nPtos, expected.nPtos);
-  EXPECT_TRUE(row_of(list.X) == expected.X);
-  EXPECT_TRUE(row_of(list.Y) == expected.Y);
-  EXPECT_TRUE(row_of(list.Z) == expected.Z);
+  expect_points(list, expected);
 }
 
 TEST(Neighbours, AnyPointsAsRestated) {

@@ -302,14 +302,9 @@ void expect_as_restated(const PointList& list, double Precision, restated::Bar b
 
 TEST(UnrepeatedIndex, AnyPointsAsRestated) {
   Numbers numbers(71);
-  const double units[] = {0.0002, 0.5, 1.0};
-  const double precisions[] = {0.0, 0.0002, 0.5, 1.0, 0.003, -0.5, 1e-12};
-  for (int round = 0; round < 3000; ++round) {
-    const std::size_t count = 1 + numbers.below(round % 50 == 0 ? 2500 : 40);
-    const PointList list(any_points(numbers, count, units[numbers.below(3)]));
-    expect_as_restated(list, precisions[numbers.below(7)], {});
-    if (HasFailure()) FAIL() << "round " << round;
-  }
+  for_any_lists(
+      numbers, {0.0, 0.0002, 0.5, 1.0, 0.003, -0.5, 1e-12},
+      [](const PointList& list, double Precision) { expect_as_restated(list, Precision, {}); });
 }
 
 // So many points without ties that they are sorted by their numbers.
@@ -536,24 +531,18 @@ TEST(UnrepeatedIndex, AnIndexThatTheHostLocksMeanwhileIsWrittenButNotReplaced) {
 
 TEST(UnrepeatedIndex, WhatAFailureLeavesAsRestated) {
   Numbers numbers(72);
-  const double highest_number = std::numeric_limits<double>::max();
-  const double odd[] = {nan, inf, -inf, highest_number, -highest_number, 0.0};
   int failed = 0;
   for (int round = 0; round < 4000; ++round) {
-    const std::size_t count = numbers.below(20);
-    PointList list(any_points(numbers, count, 0.5));
-    const auto point = static_cast<std::int32_t>(numbers.below(count + 1));
-    const auto shorter = static_cast<std::int32_t>(numbers.below(count + 1));
-    restated::Bar bar;
-    double Precision = numbers.below(3) == 0 ? highest_number / 2 : 1.0;
+    auto [list, point, shorter, Precision, bar] = AnyCall(numbers);
+    const auto odd = [&] { return AnyCall::odd[numbers.below(6)]; };
     switch (numbers.below(7)) {
-      case 0: list.Y(point) = odd[numbers.below(6)]; break;
-      case 1: list.Z(point) = odd[numbers.below(6)]; break;
+      case 0: list.Y(point) = odd(); break;
+      case 1: list.Z(point) = odd(); break;
       case 2: list.X.size_keeping(0, shorter); break;
       case 3: list.Y.size_keeping(0, shorter); break;
       case 4: list.Z.size_keeping(0, shorter); break;
       case 5: bar.fails_at = 1 + static_cast<int>(numbers.below(4)); break;
-      default: Precision = odd[numbers.below(6)];
+      default: Precision = odd();
     }
     if (std::isnan(Precision)) continue;  // a row of its own below
     failed += restated::ordered_in_X(list.nPtos, restated::row_of(list.X), restated::row_of(list.Y),
