@@ -33,6 +33,10 @@ struct Account {
   std::int32_t clusters = 0;
   std::int32_t failure = 0;
   friend bool operator==(const Account&, const Account&) = default;
+  friend std::ostream& operator<<(std::ostream& out, const Account& account) {
+    for (const Told& one : account.told) out << one << ", ";
+    return out << account.clusters << " clusters, failure " << account.failure;
+  }
 };
 
 // Writes down all that it is told.
