@@ -1,19 +1,10 @@
-#include <gtest/gtest.h>
-
-#include <limits>
 
 #include "orv2_geo/angles/cgeo_Algorismos.h"
-#include "tests/support/expect_failure.h"
+#include "tests/support/preamble.h"
 
 namespace orv2_geo {
 namespace {
 
-using testing_support::bits;
-using testing_support::failure_of;
-using testing_support::Numbers;
-using testing_support::runtime;
-
-constexpr double nan = std::numeric_limits<double>::quiet_NaN();
 const cgeo_Algorismos algorithms;
 
 double azimuth(double dx, double dy) {
@@ -105,9 +96,7 @@ TEST(Azimut, TheSingleVariantWritesNothing) {
       EXPECT_EQ(aZ, 12.5F);
     }
   }
-  EXPECT_EQ(
-      failure_of([] { algorithms.Azimut_s(std::numeric_limits<float>::quiet_NaN(), 0.0F, 0.0F); }),
-      6);
+  EXPECT_EQ(failure_of([] { algorithms.Azimut_s(nan_single, 0.0F, 0.0F); }), 6);
 }
 
 struct Atan2Row {
@@ -219,8 +208,7 @@ TEST(Arccos, TheTwoEndsDiffer) {
   EXPECT_NEAR(algorithms.Arccos(-0.9999999F), 3.14115F, 1e-4);
   EXPECT_NEAR(algorithms.Arccos(0.0F), 1.5707964F, 1e-7);
   EXPECT_EQ(failure_of([] { return algorithms.Arccos(1e30F); }), 6);  // its square leaves f32
-  EXPECT_EQ(failure_of([] { return algorithms.Arccos(std::numeric_limits<float>::quiet_NaN()); }),
-            6);
+  EXPECT_EQ(failure_of([] { return algorithms.Arccos(nan_single); }), 6);
 }
 
 TEST(Arccos, RandomValues) {
@@ -246,8 +234,7 @@ TEST(AngleUnits, ZeroIsExactAndTheFactorIsShort) {
   EXPECT_EQ(algorithms.An400(90.0F), 100.0F);
   EXPECT_EQ(failure_of([] { return algorithms.An400(3.3e38F); }), 6);
   EXPECT_EQ(failure_of([] { return algorithms.An360(3.3e38F); }), 0);
-  EXPECT_EQ(failure_of([] { return algorithms.An360(std::numeric_limits<float>::quiet_NaN()); }),
-            6);
+  EXPECT_EQ(failure_of([] { return algorithms.An360(nan_single); }), 6);
 }
 
 TEST(AngleUnits, RandomValues) {
@@ -293,7 +280,7 @@ TEST(GetAngle3P, TheAngleIsPlacedByItsQuadrant) {
 }
 
 TEST(GetAngle3P, NaNFailsBeforeAnythingIsSkipped) {
-  const float n = std::numeric_limits<float>::quiet_NaN();
+  const float n = nan_single;
   EXPECT_EQ(failure_of([&] { return algorithms.GetAngle3P(n, 0, 1, 1, 1, 0); }), 6);
   EXPECT_EQ(failure_of([&] { return algorithms.GetAngle3P(0, 0, 0, 0, n, 0); }), 6);
 }

@@ -1,21 +1,11 @@
 #include "orv2_geo/angles/cgeo_FuncDeriv.h"
 
-#include <gtest/gtest.h>
-
-#include <limits>
-
-#include "tests/support/expect_failure.h"
+#include "tests/support/preamble.h"
 
 namespace orv2_geo {
 namespace {
 
-using testing_support::bits;
-using testing_support::failure_of;
-using testing_support::Numbers;
-using testing_support::runtime;
-
 constexpr double radians_per_centesimal = 0.01570796327;
-constexpr double infinity = std::numeric_limits<double>::infinity();
 constexpr double right_angle = 1.5707963267948966;
 
 using Member = double (cgeo_FuncDeriv::*)(double) const;
@@ -58,14 +48,14 @@ const Row rows[] = {
      0.0, 5},
     {"arc sine just below that is 5", 1.0, &cgeo_FuncDeriv::F_ArcSen, 1.34e154, 0.0, 5},
     {"arc cosine far below -1 is 5", 1.0, &cgeo_FuncDeriv::F_ArcCos, -1e300, 0.0, 5},
-    {"arc cosine of infinity is 5", 1.0, &cgeo_FuncDeriv::F_ArcCos, infinity, 0.0, 5},
+    {"arc cosine of infinity is 5", 1.0, &cgeo_FuncDeriv::F_ArcCos, inf, 0.0, 5},
     {"arc sine of a scaled argument that overflows is 6", 1e300, &cgeo_FuncDeriv::F_ArcSen, 1e300,
      0.0, 6},
     {"tangent of a right angle is large", 1.0, &cgeo_FuncDeriv::F_Tan, right_angle,
      16331239353195370.0},
     {"a scaled argument that overflows is 6", 1e300, &cgeo_FuncDeriv::F_Sen, 1e300, 0.0, 6},
-    {"infinite factor times zero is 6", infinity, &cgeo_FuncDeriv::F_Cos, 0.0, 0.0, 6},
-    {"sine of infinity is 6", infinity, &cgeo_FuncDeriv::F_Sen, 1.0, 0.0, 6},
+    {"infinite factor times zero is 6", inf, &cgeo_FuncDeriv::F_Cos, 0.0, 0.0, 6},
+    {"sine of infinity is 6", inf, &cgeo_FuncDeriv::F_Sen, 1.0, 0.0, 6},
 };
 
 TEST(FuncDeriv, EveryEdge) {

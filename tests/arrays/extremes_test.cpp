@@ -1,29 +1,17 @@
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <cmath>
-#include <limits>
 #include <string>
 #include <vector>
 
 #include "orv2_geo/arrays/cgeo_Matrices.h"
-#include "tests/arrays/arrays_support.h"
 #include "tests/platform/recording_interface.h"
-#include "tests/support/expect_failure.h"
+#include "tests/support/arrays.h"
+#include "tests/support/preamble.h"
 
 namespace orv2_geo {
 namespace {
 
-using testing_support::bits;
-using testing_support::doubles;
-using testing_support::elements;
-using testing_support::failure_of;
-using testing_support::Numbers;
-using testing_support::RecordingInterface;
-
 const cgeo_Matrices matrices;
-const double nan = std::numeric_limits<double>::quiet_NaN();
-const double inf = std::numeric_limits<double>::infinity();
 
 // Six results that show whether they have been written.
 struct Box {

@@ -1,24 +1,14 @@
-#include <gtest/gtest.h>
-
-#include <limits>
 #include <string>
 #include <vector>
 
 #include "orv2_geo/arrays/cgeo_Matrices.h"
 #include "orv2_geo/frame/progress_sink.h"
-#include "tests/arrays/arrays_support.h"
 #include "tests/platform/recording_interface.h"
-#include "tests/support/expect_failure.h"
+#include "tests/support/arrays.h"
+#include "tests/support/preamble.h"
 
 namespace orv2_geo {
 namespace {
-
-using testing_support::array_of;
-using testing_support::doubles;
-using testing_support::elements;
-using testing_support::failure_of;
-using testing_support::Numbers;
-using testing_support::RecordingInterface;
 
 const cgeo_Matrices matrices;
 using Values = std::vector<double>;
@@ -52,7 +42,7 @@ TEST(ElevationFilter, KeepsTheIntervalAndItsEnds) {
   for (const FilterRow& row : table) {
     DoubleArray x = doubles(0, {7, 1, 2, 3, 4, 5}), y = doubles(0, {7, 10, 20, 30, 40, 50}),
                 z = doubles(0, {7, 10, 20, 30, 40, 20});
-    LongArray index = array_of<std::int32_t>(0, Index{7, 1, 2, 3, 4, 5});
+    LongArray index = longs(0, {7, 1, 2, 3, 4, 5});
     std::int32_t points = row.points;
     matrices.Quita_Puntos_fuera_interv_de_Cotas_con_indice(points, x, y, z, index, row.max,
                                                            row.min);
@@ -89,40 +79,35 @@ TEST(ElevationFilter, ThePointsAreCountedIn16Bits) {
   EXPECT_EQ(failure_of(filter), 0);
 }
 
+// Of a filter that keeps what lies from 0 to 5.
+std::int32_t failure_of_filter(std::int32_t& points, DoubleArray& x, DoubleArray& y, DoubleArray& z,
+                               LongArray& index) {
+  return failure_of([&] {
+    matrices.Quita_Puntos_fuera_interv_de_Cotas_con_indice(points, x, y, z, index, 5, 0);
+  });
+}
+
 TEST(ElevationFilter, FailuresLeaveTheCompactionDone) {
   DoubleArray x = doubles(1, {1, 2, 3}), y = doubles(1, {1, 2, 3}), z = doubles(1, {9, 1, 1});
-  LongArray index = array_of<std::int32_t>(1, Index{1, 2, 3});
+  LongArray index = longs(1, {1, 2, 3});
   std::int32_t points = 4;
-  EXPECT_EQ(failure_of([&] {
-              matrices.Quita_Puntos_fuera_interv_de_Cotas_con_indice(points, x, y, z, index, 5, 0);
-            }),
-            9);
+  EXPECT_EQ(failure_of_filter(points, x, y, z, index), 9);
   EXPECT_EQ(points, 4);
   EXPECT_EQ(elements(x), (Values{2, 3, 3}));
-  LongArray short_index = array_of<std::int32_t>(1, Index{1});
+  LongArray short_index = longs(1, {1});
   points = 3;
   x = doubles(1, {1, 2, 3});
   z = doubles(1, {1, 1, 1});
-  EXPECT_EQ(failure_of([&] {
-              matrices.Quita_Puntos_fuera_interv_de_Cotas_con_indice(points, x, y, z, short_index,
-                                                                     5, 0);
-            }),
-            9);
-  z(1) = std::numeric_limits<double>::quiet_NaN();
-  EXPECT_EQ(failure_of([&] {
-              matrices.Quita_Puntos_fuera_interv_de_Cotas_con_indice(points, x, y, z, index, 5, 0);
-            }),
-            6);
+  EXPECT_EQ(failure_of_filter(points, x, y, z, short_index), 9);
+  z(1) = nan;
+  EXPECT_EQ(failure_of_filter(points, x, y, z, index), 6);
 }
 
 TEST(ElevationFilter, ArraysThatDoNotStartAt0FailWhenTheyAreResized) {
   DoubleArray x = doubles(1, {1, 2, 3}), y = doubles(0, {0, 1, 2, 3}), z = doubles(0, {0, 9, 1, 1});
-  LongArray index = array_of<std::int32_t>(0, Index{0, 1, 2, 3});
+  LongArray index = longs(0, {0, 1, 2, 3});
   std::int32_t points = 3;
-  EXPECT_EQ(failure_of([&] {
-              matrices.Quita_Puntos_fuera_interv_de_Cotas_con_indice(points, x, y, z, index, 5, 0);
-            }),
-            9);
+  EXPECT_EQ(failure_of_filter(points, x, y, z, index), 9);
   EXPECT_EQ(points, 2);
   EXPECT_EQ(elements(x), (Values{2, 3, 3}));
   EXPECT_EQ(y.upper(), 3);  // X comes first
@@ -152,7 +137,7 @@ TEST(RemovalFacades, TheIndexIsComposedWithTheCallersNumbering) {
   auto* progress = new AnyProgress;
   const ObjectRef sink(progress);
   const DoubleArray x = doubles(1, {9, 1, 1, 5}), y(1, 4), z = doubles(1, {0, 1, 2, 0});
-  LongArray index = array_of<std::int32_t>(1, Index{100, 200, 300, 400});
+  LongArray index = longs(1, {100, 200, 300, 400});
   std::int32_t points = 4;
   matrices.Quita_Puntos_Repetidos_XYZ_con_indice1(points, x, y, z, index, sink, 0.1, true);
   EXPECT_EQ(points, 3);
@@ -165,7 +150,7 @@ TEST(RemovalFacades, TheIndexIsComposedWithTheCallersNumbering) {
 // with the neighbour alone keeps one point.
 TEST(RemovalFacades, AChainEndsItsClusterAtTheAnchorsTolerance) {
   const Values chain = {0, 0.00015, 0.0003};
-  LongArray index = array_of<std::int32_t>(1, Index{1, 2, 3});
+  LongArray index = longs(1, {1, 2, 3});
   std::int32_t points = 3;
   matrices.Quita_Puntos_Repetidos_XYZ_con_indice1(points, doubles(1, chain), DoubleArray(1, 3),
                                                   DoubleArray(1, 3), index,
@@ -199,7 +184,7 @@ TEST(RemovalFacades, ALockedIndexAndANegativeCountAre9) {
 TEST(RemovalFacades, APointBeyondTheCallersNumberingIs9) {
   const ObjectRef sink(new AnyProgress);
   const DoubleArray x = doubles(1, {3, 2, 1}), y(1, 3), z(1, 3);
-  LongArray index = array_of<std::int32_t>(1, Index{100, 200});
+  LongArray index = longs(1, {100, 200});
   std::int32_t points = 3;
   EXPECT_EQ(failure_of([&] {
               matrices.Quita_Puntos_Repetidos_XYZ_con_indice1(points, x, y, z, index, sink, 0.1,
@@ -212,7 +197,7 @@ TEST(RemovalFacades, APointBeyondTheCallersNumberingIs9) {
 TEST(RemovalFacades, AFailureOfTheEngineIsShownAndLeavesNoPoints) {
   RecordingInterface screen;
   const DoubleArray x = doubles(1, {3, 2, 1}), none;
-  LongArray index = array_of<std::int32_t>(1, Index{100, 200, 300});
+  LongArray index = longs(1, {100, 200, 300});
   std::int32_t points = 3;
   matrices.Quita_Puntos_Repetidos_XYZ_con_indice1(points, x, none, none, index,
                                                   ObjectRef(new AnyProgress), 0.1, true);

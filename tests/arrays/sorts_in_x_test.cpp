@@ -1,24 +1,13 @@
-#include <gtest/gtest.h>
-
-#include <limits>
 #include <utility>
 #include <vector>
 
 #include "orv2_geo/arrays/cgeo_Matrices.h"
-#include "tests/arrays/arrays_support.h"
 #include "tests/platform/recording_interface.h"
-#include "tests/support/expect_failure.h"
+#include "tests/support/arrays.h"
+#include "tests/support/preamble.h"
 
 namespace orv2_geo {
 namespace {
-
-using testing_support::array_of;
-using testing_support::bits;
-using testing_support::doubles;
-using testing_support::elements;
-using testing_support::failure_of;
-using testing_support::Numbers;
-using testing_support::RecordingInterface;
 
 const cgeo_Matrices matrices;
 using Values = std::vector<double>;
@@ -26,7 +15,7 @@ using Index = std::vector<std::int32_t>;
 
 TEST(SortsInX, FewerThanTwoPointsNeedNoArrays) {
   DoubleArray none;
-  for (const std::int32_t points : {1, 0, -1, std::numeric_limits<std::int32_t>::min()}) {
+  for (const std::int32_t points : {1, 0, -1, lowest_long}) {
     EXPECT_EQ(failure_of([&] { matrices.Ordena_en_X_3_Matrices(points, none, none, none); }), 0);
   }
 }
@@ -114,7 +103,7 @@ TEST(IndexInX, TheFirstFailsAndTheThirdShowsIt) {
 
 TEST(IndexInX, TheSecondOnlyNumbers) {
   RecordingInterface screen;
-  LongArray index = array_of<std::int32_t>(0, Index{77, 7, 7, 7});
+  LongArray index = longs(0, {77, 7, 7, 7});
   matrices.Ordena_en_X_el_Indice_1Matriz1(3, DoubleArray(), index, ObjectRef());
   EXPECT_EQ(elements(index), (Index{77, 1, 2, 3}));
   matrices.Ordena_en_X_el_Indice_1Matriz1(0, DoubleArray(), index, ObjectRef());
@@ -125,7 +114,7 @@ TEST(IndexInX, TheSecondOnlyNumbers) {
   ASSERT_EQ(screen.boxes.size(), 1U);
   EXPECT_EQ(screen.boxes[0], subscript_box);
   // The count may be an entry of the index itself: it is read once.
-  LongArray own = array_of<std::int32_t>(1, Index{3, 9, 9});
+  LongArray own = longs(1, {3, 9, 9});
   matrices.Ordena_en_X_el_Indice_1Matriz1(own(1), DoubleArray(), own, ObjectRef());
   EXPECT_EQ(elements(own), (Index{1, 2, 3}));
 }

@@ -1,22 +1,12 @@
-#include <gtest/gtest.h>
-
-#include <limits>
 #include <vector>
 
 #include "orv2_geo/arrays/cgeo_Matrices.h"
-#include "tests/arrays/arrays_support.h"
 #include "tests/platform/recording_interface.h"
-#include "tests/support/expect_failure.h"
+#include "tests/support/arrays.h"
+#include "tests/support/preamble.h"
 
 namespace orv2_geo {
 namespace {
-
-using testing_support::bits;
-using testing_support::doubles;
-using testing_support::elements;
-using testing_support::failure_of;
-using testing_support::Numbers;
-using testing_support::RecordingInterface;
 
 const cgeo_Matrices matrices;
 using Values = std::vector<double>;
@@ -30,7 +20,6 @@ struct SumRow {
 };
 
 TEST(Sums, Rules) {
-  constexpr double inf = std::numeric_limits<double>::infinity();
   const SumRow table[] = {
       {"equal bounds", doubles(1, {1, 2}), doubles(1, {10, 20}), 0, 0, {11, 22}, {-9, -18}},
       {"5 and 3",
@@ -118,7 +107,7 @@ TEST(Sums, RandomArraysElementByElement) {
     if (run % 3 == 0) {
       for (std::size_t i = 0; i < n; ++i) a[i] = numbers.any(), b[i] = numbers.any();
       if (numbers.below(2) == 0) a[numbers.below(n)] = 1e308, b[numbers.below(n)] = 1e308;
-      if (numbers.below(2) == 0) a[numbers.below(n)] = -std::numeric_limits<double>::infinity();
+      if (numbers.below(2) == 0) a[numbers.below(n)] = -inf;
     }
     for (const bool add : {true, false}) {
       Values expected = a;

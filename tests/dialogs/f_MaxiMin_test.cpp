@@ -1,18 +1,13 @@
 #include "orv2_geo/dialogs/f_MaxiMin.h"
 
-#include <gtest/gtest.h>
-
 #include <string>
 #include <vector>
 
 #include "tests/platform/recording_interface.h"
-#include "tests/support/expect_failure.h"
+#include "tests/support/preamble.h"
 
 namespace orv2_geo {
 namespace {
-
-using testing_support::failure_of;
-using testing_support::RecordingInterface;
 
 using Cells = std::vector<std::vector<std::string>>;
 

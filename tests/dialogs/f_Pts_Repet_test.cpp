@@ -1,23 +1,14 @@
 #include "orv2_geo/dialogs/f_Pts_Repet.h"
 
-#include <gtest/gtest.h>
-
 #include <string>
 #include <vector>
 
 #include "tests/platform/recording_interface.h"
-#include "tests/support/expect_failure.h"
+#include "tests/support/arrays.h"
+#include "tests/support/preamble.h"
 
 namespace orv2_geo {
 namespace {
-
-using testing_support::failure_of;
-using testing_support::RecordingInterface;
-
-template <class T>
-std::vector<T> elements(const GeoArray<T>& array) {
-  return {array.data(), array.data() + array.count()};
-}
 
 // Eight points, 2 repeated in plan at 3 and in space at 5; 6 is 0.0005 away from 4.
 class RepeatedPoints : public ::testing::Test {

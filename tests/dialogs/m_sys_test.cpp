@@ -1,17 +1,13 @@
 #include "orv2_geo/dialogs/m_sys.h"
 
-#include <gtest/gtest.h>
-
-#include <limits>
 #include <string>
 
 #include "orv2_geo/platform/text_services.h"
+#include "tests/support/preamble.h"
 #include "tests/support/refused_memory.h"
 
 namespace orv2_geo {
 namespace {
-
-using testing_support::RefusedAllocation;
 
 // Runs under several locales; these say which sign the locale brings.
 const bool comma_locale = text_services::decimal_sign() == u',';
@@ -101,7 +97,6 @@ TEST(TextOfANumber, IsPaddedToAWidth) {
 
 TEST(TextOfANumber, IsEmptyWhereItCannotBeMade) {
   const Text endless(std::u16string(40000, u'9'));
-  const double infinity = std::numeric_limits<double>::infinity();
   expect_all({
       {"null", Variant::Null{}, 2, 0, ""},
       {"null without decimals", Variant::Null{}, 0, 4, ""},
@@ -111,9 +106,9 @@ TEST(TextOfANumber, IsEmptyWhereItCannotBeMade) {
       {"width less a long way back", 1.0, 100, 32767, ""},
       {"a text too long to measure", endless, 0, 1, ""},
       {"a text too large for a number", endless, 2, 0, ""},
-      {"an infinity", infinity, 3, 0, ""},
-      {"no number", std::numeric_limits<double>::quiet_NaN(), 0, 0, ""},
-      {"an infinite f32", std::numeric_limits<float>::infinity(), 3, 0, ""},
+      {"an infinity", inf, 3, 0, ""},
+      {"no number", nan, 0, 0, ""},
+      {"an infinite f32", inf_single, 3, 0, ""},
   });
   EXPECT_EQ(Texto_de_Numero(endless, 0, 0), endless) << "unmeasured, a long text passes";
 }

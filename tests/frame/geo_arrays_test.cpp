@@ -1,22 +1,12 @@
 #include "orv2_geo/frame/geo_arrays.h"
 
-#include <gtest/gtest.h>
-
-#include <limits>
 #include <vector>
 
-#include "tests/support/expect_failure.h"
+#include "tests/support/preamble.h"
 #include "tests/support/refused_memory.h"
 
 namespace orv2_geo {
 namespace {
-
-using testing_support::allocations_in_use;
-using testing_support::failure_of;
-using testing_support::RefusedAllocation;
-
-constexpr std::int32_t lowest = std::numeric_limits<std::int32_t>::min();
-constexpr std::int32_t highest = std::numeric_limits<std::int32_t>::max();
 
 template <class A>
 class GeoArrays : public ::testing::Test {};
@@ -28,7 +18,7 @@ TYPED_TEST(GeoArrays, AnIndexMustLieWithinTheBounds) {
   for (const std::int32_t index : {5, 6, 7}) {
     EXPECT_EQ(failure_of([&] { (void)array(index); }), 0) << index;
   }
-  for (const std::int32_t index : {4, 8, 0, -1, lowest, highest}) {
+  for (const std::int32_t index : {4, 8, 0, -1, lowest_long, highest_long}) {
     EXPECT_EQ(failure_of([&] { (void)array(index); }), 9) << index;
   }
 }
@@ -40,17 +30,17 @@ TYPED_TEST(GeoArrays, ARowIsThereWhenEveryElementOfItIs) {
   EXPECT_EQ(array.row(5, 8), nullptr);
   EXPECT_EQ(array.row(4, 7), nullptr);
   EXPECT_EQ(array.row(7, 6), nullptr);
-  EXPECT_EQ(array.row(lowest, highest), nullptr);
-  EXPECT_EQ(array.row(highest, lowest), nullptr);
+  EXPECT_EQ(array.row(lowest_long, highest_long), nullptr);
+  EXPECT_EQ(array.row(highest_long, lowest_long), nullptr);
   array.make(0, 4, 2);
   EXPECT_EQ(array.row(0, 0), nullptr);
   array.make(0, 0);
   EXPECT_EQ(array.row(0, -1), nullptr);
   array.release();
   EXPECT_EQ(array.row(0, 0), nullptr);
-  array.make(highest, 1);
-  EXPECT_EQ(array.row(highest, highest), array.data());
-  EXPECT_EQ(array.row(lowest, highest), nullptr);
+  array.make(highest_long, 1);
+  EXPECT_EQ(array.row(highest_long, highest_long), array.data());
+  EXPECT_EQ(array.row(lowest_long, highest_long), nullptr);
 }
 
 TYPED_TEST(GeoArrays, SizingFrom0LeavesTheLowerBoundAlone) {
@@ -69,7 +59,7 @@ TYPED_TEST(GeoArrays, UnallocatedHasNoIndexAndNoBounds) {
   TypeParam array;
   EXPECT_FALSE(array.allocated());
   EXPECT_EQ(array.dimensions(), 0);
-  for (const std::int32_t index : {0, 1, lowest, highest}) {
+  for (const std::int32_t index : {0, 1, lowest_long, highest_long}) {
     EXPECT_EQ(failure_of([&] { (void)array(index); }), 9);
   }
   EXPECT_EQ(failure_of([&] { (void)array.lower(); }), 9);
@@ -90,14 +80,14 @@ TYPED_TEST(GeoArrays, ADimensionCountOtherThanOneHidesTheElements) {
 }
 
 TYPED_TEST(GeoArrays, BoundsReachBothEndsOfTheirRange) {
-  TypeParam low(lowest, lowest + 2);
-  EXPECT_EQ(low.upper(), lowest + 2);
-  EXPECT_EQ(failure_of([&] { (void)low(lowest); }), 0);
-  EXPECT_EQ(failure_of([&] { (void)low(lowest + 3); }), 9);
-  EXPECT_EQ(failure_of([&] { (void)low(highest); }), 9);
-  TypeParam high(highest - 1, highest);
-  EXPECT_EQ(failure_of([&] { (void)high(highest); }), 0);
-  EXPECT_EQ(failure_of([&] { (void)high(lowest); }), 9);
+  TypeParam low(lowest_long, lowest_long + 2);
+  EXPECT_EQ(low.upper(), lowest_long + 2);
+  EXPECT_EQ(failure_of([&] { (void)low(lowest_long); }), 0);
+  EXPECT_EQ(failure_of([&] { (void)low(lowest_long + 3); }), 9);
+  EXPECT_EQ(failure_of([&] { (void)low(highest_long); }), 9);
+  TypeParam high(highest_long - 1, highest_long);
+  EXPECT_EQ(failure_of([&] { (void)high(highest_long); }), 0);
+  EXPECT_EQ(failure_of([&] { (void)high(lowest_long); }), 9);
 }
 
 TYPED_TEST(GeoArrays, NewElementsAreZeroOrEmpty) {
@@ -111,7 +101,7 @@ TYPED_TEST(GeoArrays, ImpossibleSizesLeaveTheArrayAsItWas) {
   EXPECT_EQ(failure_of([&] { array.size(0, -1); }), 9);
   EXPECT_EQ(failure_of([&] { array.size(0, -2); }), 9);
   EXPECT_EQ(failure_of([&] { array.size_keeping(5, 4); }), 9);
-  EXPECT_EQ(failure_of([&] { array.size(lowest, highest); }), 7);
+  EXPECT_EQ(failure_of([&] { array.size(lowest_long, highest_long); }), 7);
   EXPECT_EQ(array.lower(), 1);
   EXPECT_EQ(array.upper(), 3);
 }
@@ -299,9 +289,10 @@ TEST(ForeignArrays, TakeThePlaceOfStorageOfItsOwn) {
 TEST(ForeignArrays, BoundsMustFitTheirRange) {
   HostStorage storage({1.0, 2.0}, 5);
   DoubleArray array;
-  EXPECT_EQ(failure_of([&] { array.adopt(storage, storage.elements().data(), highest, 2); }), 9);
-  array.adopt(storage, storage.elements().data(), highest - 1, 2);
-  EXPECT_EQ(array(highest), 2.0);
+  EXPECT_EQ(failure_of([&] { array.adopt(storage, storage.elements().data(), highest_long, 2); }),
+            9);
+  array.adopt(storage, storage.elements().data(), highest_long - 1, 2);
+  EXPECT_EQ(array(highest_long), 2.0);
 }
 
 TEST(ForeignArrays, AnEmptyOneHasAnUpperBoundBelowItsLower) {
@@ -310,7 +301,7 @@ TEST(ForeignArrays, AnEmptyOneHasAnUpperBoundBelowItsLower) {
   array.adopt(storage, storage.elements().data(), 0, 0);
   EXPECT_EQ(array.upper(), -1);
   EXPECT_EQ(failure_of([&] { (void)array(0); }), 9);
-  array.adopt(storage, storage.elements().data(), lowest, 0);
+  array.adopt(storage, storage.elements().data(), lowest_long, 0);
   EXPECT_EQ(failure_of([&] { (void)array.upper(); }), 6);
 }
 

@@ -1,18 +1,14 @@
 #include "orv2_geo/frame/late_bound.h"
 
-#include <gtest/gtest.h>
-
 #include <string>
 #include <vector>
 
 #include "orv2_geo/frame/progress_sink.h"
 #include "orv2_geo/frame/variant.h"
-#include "tests/support/expect_failure.h"
+#include "tests/support/preamble.h"
 
 namespace orv2_geo {
 namespace {
-
-using testing_support::failure_of;
 
 // Writes down the properties set on it; fails at the n-th.
 class Indicator final : public LateBound {

@@ -1,16 +1,12 @@
 #include "orv2_geo/frame/memory.h"
 
-#include <gtest/gtest.h>
-
 #include <cstring>
 
-#include "tests/support/expect_failure.h"
+#include "tests/support/preamble.h"
 #include "tests/support/refused_memory.h"
 
 namespace orv2_geo {
 namespace {
-
-using namespace testing_support;
 
 // About the sizes from which on larger pages are asked for.
 constexpr std::size_t sizes[] = {1,       8,       4096,    2097151, 2097152,

@@ -1,20 +1,15 @@
 #include "orv2_geo/frame/run_failure.h"
 
-#include <gtest/gtest.h>
-
 #include <new>
 #include <stdexcept>
 #include <string>
 
 #include "orv2_geo/frame/treatments.h"
-#include "tests/support/expect_failure.h"
+#include "tests/support/preamble.h"
 #include "tests/support/refused_memory.h"
 
 namespace orv2_geo {
 namespace {
-
-using testing_support::failure_of;
-using testing_support::RefusedAllocation;
 
 TEST(RunFailure, EveryNumberThatCanLeaveHasWords) {
   for (const std::int32_t number : {3, 5, 6, 7, 9, 10, 11, 13, 91, 429, 438, 440, 449, 450}) {

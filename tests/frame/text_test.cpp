@@ -1,18 +1,12 @@
 #include "orv2_geo/frame/text.h"
 
-#include <gtest/gtest.h>
-
 #include <cstring>
 
-#include "tests/support/expect_failure.h"
+#include "tests/support/preamble.h"
 #include "tests/support/refused_memory.h"
 
 namespace orv2_geo {
 namespace {
-
-using testing_support::allocations_in_use;
-using testing_support::failure_of;
-using testing_support::RefusedAllocation;
 
 struct Row {
   const char* rule;

@@ -1,7 +1,5 @@
 #include "orv2_geo/library/catalogue.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <cctype>
 #include <iterator>
@@ -13,7 +11,7 @@
 #include "orv2_geo/library/object.h"
 #include "orv2_geo/platform/user_interface.h"
 #include "tests/library/interface_rows.h"
-#include "tests/support/expect_failure.h"
+#include "tests/support/preamble.h"
 
 namespace orv2_geo {
 namespace {
@@ -127,7 +125,7 @@ TEST(Catalogue, APropertyHasTwoSides) {
 TEST(Catalogue, UnknownClassesAreNotFound) {
   for (const char* name : {"", "cgeo_api", "Orv2_Geo", "Orv2_Geo.", "Orv2_Geo.cgeo_apis"}) {
     EXPECT_EQ(find_class(name), nullptr) << name;
-    EXPECT_EQ(testing_support::failure_of([&] { (void)create(name); }), 429) << name;
+    EXPECT_EQ(failure_of([&] { (void)create(name); }), 429) << name;
   }
 }
 
@@ -184,8 +182,8 @@ TEST(Catalogue, EveryMemberAnswersItsKindsOfArguments) {
       for (const ParameterDescription& parameter : one->members[i].parameters) {
         arguments.push_back(variables.fitting(parameter));
       }
-      const std::int32_t number = testing_support::failure_of(
-          [&] { static_cast<Object&>(*object.get()).call(i, arguments); });
+      const std::int32_t number =
+          failure_of([&] { static_cast<Object&>(*object.get()).call(i, arguments); });
       // Its own failures at most: a missing element or object, a division by zero.
       EXPECT_TRUE(std::set<std::int32_t>({0, 5, 6, 9, 11, 91}).contains(number))
           << one->members[i].name << ": " << number;

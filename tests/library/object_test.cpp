@@ -1,8 +1,5 @@
 #include "orv2_geo/library/object.h"
 
-#include <gtest/gtest.h>
-
-#include <limits>
 #include <optional>
 #include <string>
 #include <thread>
@@ -10,15 +7,11 @@
 #include "orv2_geo/angles/cgeo_Algorismos.h"
 #include "orv2_geo/angles/cgeo_FuncDeriv.h"
 #include "tests/platform/recording_interface.h"
-#include "tests/support/expect_failure.h"
+#include "tests/support/preamble.h"
 #include "tests/support/refused_memory.h"
 
 namespace orv2_geo {
 namespace {
-
-using testing_support::allocations_in_use;
-using testing_support::failure_of;
-using testing_support::RefusedAllocation;
 
 Object& as_object(const ObjectRef& object) { return static_cast<Object&>(*object.get()); }
 
@@ -41,7 +34,7 @@ TEST(Objects, ByNameAndByPositionAreOneCall) {
 }
 
 TEST(Objects, APrecisionLeftOutOpensTheDialogWithItsOwn) {
-  testing_support::RecordingInterface screen;
+  RecordingInterface screen;
   std::string typed;
   screen.user = [&](Form& form) {
     typed = form.control("TxtPresc").text().to_utf8();
@@ -65,8 +58,7 @@ TEST(Objects, TwoParametersThatAreOneVariableBehaveAsOne) {
   const Argument arguments[] = {ref(both), ref(both)};
   const Variant answer = object->call("Atn2", arguments);
   EXPECT_EQ(both, 1e-09);  // X is read after Y was replaced: the two are equal
-  EXPECT_EQ(*answer.get<float>(),
-            static_cast<float>((testing_support::runtime.atan(1.0) - 3.141592 / 2.0)));
+  EXPECT_EQ(*answer.get<float>(), static_cast<float>((runtime.atan(1.0) - 3.141592 / 2.0)));
 }
 
 TEST(Objects, PropertiesAreStorageOfTheirObject) {

@@ -1,19 +1,13 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <limits>
 
+#include "tests/plane/agree.h"
 #include "tests/plane/restated_elevation.h"
 #include "tests/plane/restatement.h"
 
 namespace orv2_geo::plane_tests {
 namespace {
-
-using testing_support::failure_of;
-using testing_support::runtime;
-
-constexpr double nan = std::numeric_limits<double>::quiet_NaN();
-constexpr double inf = std::numeric_limits<double>::infinity();
 
 TEST(DirectionAndDistance, EachQuadrantAndEachAxis) {
   struct Row {
@@ -317,12 +311,18 @@ TEST(SlopeOfATriangle, WhateverFailsInsideLeavesAs3) {
 }
 
 TEST(Elevations, RandomValuesAndSharedVariables) {
-  agree(&cgeo_Algorismos::recta_Angulo_y_Dist, restated_direction, "xyxyoo", 71);
-  agree(&cgeo_Algorismos::XY_dando_ANG_DIST, restated_point, "xyadoo", 72);
-  agree(&cgeo_Algorismos::XY_de_Z_en_Recta, restated_point_of_elevation, "xyzxyzooz", 73);
-  agree(&cgeo_Algorismos::Cota_en_alineacion, restated_elevation, "xyzxyzxy", 74);
-  agree(&cgeo_Algorismos::Triangulo_Cota_1p_interior, restated_inside, "xyzxyzxyzxy", 75);
-  agree(&cgeo_Algorismos::Triangulo_pendiente, restated_slope, "xyzxyzxyz", 76);
+  agree(&cgeo_Algorismos::recta_Angulo_y_Dist, restated_direction,
+        parameters(a_point, a_point, an_output, an_output));
+  agree(&cgeo_Algorismos::XY_dando_ANG_DIST, restated_point,
+        parameters(a_point, an_angle, a_distance, an_output, an_output));
+  agree(&cgeo_Algorismos::XY_de_Z_en_Recta, restated_point_of_elevation,
+        parameters(a_vertex, a_vertex, an_output, an_output, an_elevation));
+  agree(&cgeo_Algorismos::Cota_en_alineacion, restated_elevation,
+        parameters(a_vertex, a_vertex, a_point));
+  agree(&cgeo_Algorismos::Triangulo_Cota_1p_interior, restated_inside,
+        parameters(a_vertex, a_vertex, a_vertex, a_point));
+  agree(&cgeo_Algorismos::Triangulo_pendiente, restated_slope,
+        parameters(a_vertex, a_vertex, a_vertex));
 }
 
 }  // namespace

@@ -1,20 +1,11 @@
 #include <gtest/gtest.h>
 
-#include <limits>
-
+#include "tests/plane/agree.h"
 #include "tests/plane/restated_measures.h"
 #include "tests/plane/restatement.h"
 
 namespace orv2_geo::plane_tests {
 namespace {
-
-using testing_support::failure_of;
-using testing_support::runtime;
-
-constexpr double nan = std::numeric_limits<double>::quiet_NaN();
-constexpr double inf = std::numeric_limits<double>::infinity();
-constexpr float nan_single = std::numeric_limits<float>::quiet_NaN();
-constexpr float inf_single = std::numeric_limits<float>::infinity();
 
 struct WholeRow {
   const char* rule;
@@ -24,8 +15,6 @@ struct WholeRow {
 };
 
 TEST(WholePoints, EachRule) {
-  constexpr std::int32_t lowest = std::numeric_limits<std::int32_t>::min();
-  constexpr std::int32_t highest = std::numeric_limits<std::int32_t>::max();
   const WholeRow rows[] = {
       {"a square root where both axes differ", 0, 0, 3, 4, 0, 5.0F},
       {"one X: no square root", 0, 0, 0, 7, 0, 7.0F},
@@ -38,10 +27,10 @@ TEST(WholePoints, EachRule) {
       {"46341 is the first without", 0, 0, 46341, 1, 6, 0},
       {"46341 in Y", 0, 0, 1, -46341, 6, 0},
       {"two squares that fit and a sum that does not", 0, 0, 40000, 40000, 6, 0},
-      {"a difference beyond 32 bits on an axis", 0, lowest, 0, 1, 6, 0},
-      {"its absolute value alone beyond them", 0, lowest, 0, 0, 6, 0},
-      {"the same in X", 0, 0, lowest, 0, 6, 0},
-      {"the largest difference, rounded to f32", 0, 0, 0, highest, 0, 2147483648.0F},
+      {"a difference beyond 32 bits on an axis", 0, lowest_long, 0, 1, 6, 0},
+      {"its absolute value alone beyond them", 0, lowest_long, 0, 0, 6, 0},
+      {"the same in X", 0, 0, lowest_long, 0, 6, 0},
+      {"the largest difference, rounded to f32", 0, 0, 0, highest_long, 0, 2147483648.0F},
       {"16777217 has no f32: to the even neighbour", 0, 0, 16777217, 0, 0, 16777216.0F},
   };
   for (const WholeRow& row : rows) {
@@ -127,11 +116,10 @@ TEST(PointAndSegment, EachRule) {
 
 // A point at infinity raises nothing on its way to an end, and is far from both.
 TEST(PointAndSegment, AnInfinityThatRaisesNothingTravelsOn) {
-  constexpr double infinity = std::numeric_limits<double>::infinity();
   const cgeo_Algorismos algorithms;
-  for (const double far : {infinity, -infinity}) {
-    EXPECT_EQ(algorithms.Distancia_Punto_Linea(far, 5, 0, 0, 10, 1), infinity);
-    EXPECT_EQ(algorithms.Distancia_Punto_Linea(far, 5, 2, 2, 2, 2), infinity);
+  for (const double far : {inf, -inf}) {
+    EXPECT_EQ(algorithms.Distancia_Punto_Linea(far, 5, 0, 0, 10, 1), inf);
+    EXPECT_EQ(algorithms.Distancia_Punto_Linea(far, 5, 2, 2, 2, 2), inf);
     EXPECT_EQ(algorithms.Toca_Punto_Recta(far, 5, 0, 0, 10, 1, 3), 0.0);
     EXPECT_FALSE(algorithms.Toca_Punto_Recta_SN(far, 5, 0, 0, 10, 1, 3));
     EXPECT_EQ(failure_of([&] { (void)algorithms.Distancia_Punto_Linea(5, far, 0, 0, 10, 0); }), 6);
@@ -304,20 +292,23 @@ TEST(PointOnLine, Failures) {
   EXPECT_EQ(failure_of([] { (void)algorithms.PntOnLine_s(0, 0, 1e30F, 0, 0, 1e30F); }), 6);
 }
 
+constexpr auto point_and_line = parameters(a_point, a_point, a_point);
+constexpr auto point_line_and_tolerance = parameters(a_point, a_point, a_point, a_tolerance);
+
 TEST(PointMeasures, RandomPoints) {
-  agree(&cgeo_Algorismos::Distancia_Punto_Linea, restated_distance, "xyxyxy", 51);
-  agree(&cgeo_Algorismos::Toca_Punto_Recta, restated_touch, "xyxyxyt", 52);
-  agree(&cgeo_Algorismos::Toca_Punto_Recta_SN, restated_near, "xyxyxyt", 53);
-  agree(&cgeo_Algorismos::Longitud_Linea, restated_endless, "xyxyxy", 54);
-  agree(&cgeo_Algorismos::PntOnLine, restated_position<double>, "xyxyxy", 55);
+  agree(&cgeo_Algorismos::Distancia_Punto_Linea, restated_distance, point_and_line);
+  agree(&cgeo_Algorismos::Toca_Punto_Recta, restated_touch, point_line_and_tolerance);
+  agree(&cgeo_Algorismos::Toca_Punto_Recta_SN, restated_near, point_line_and_tolerance);
+  agree(&cgeo_Algorismos::Longitud_Linea, restated_endless, point_and_line);
+  agree(&cgeo_Algorismos::PntOnLine, restated_position<double>, point_and_line);
 }
 
 TEST(PointMeasures, RandomSinglePoints) {
-  agree_single(&cgeo_Algorismos::Distancia_Punto_Linea_s, restated_distance, "xyxyxy", 56);
-  agree_single(&cgeo_Algorismos::Toca_Punto_Recta_s, restated_touch, "xyxyxyt", 57);
-  agree_single(&cgeo_Algorismos::Toca_Punto_Recta_sSN, restated_touch, "xyxyxyt", 58);
-  agree_single(&cgeo_Algorismos::Longitud_Linea_s, restated_endless, "xyxyxy", 59);
-  agree(&cgeo_Algorismos::PntOnLine_s, restated_position_of_singles, "xyxyxy", 60);
+  agree_single(&cgeo_Algorismos::Distancia_Punto_Linea_s, restated_distance, point_and_line);
+  agree_single(&cgeo_Algorismos::Toca_Punto_Recta_s, restated_touch, point_line_and_tolerance);
+  agree_single(&cgeo_Algorismos::Toca_Punto_Recta_sSN, restated_touch, point_line_and_tolerance);
+  agree_single(&cgeo_Algorismos::Longitud_Linea_s, restated_endless, point_and_line);
+  agree(&cgeo_Algorismos::PntOnLine_s, restated_position_of_singles, point_and_line);
 }
 
 }  // namespace

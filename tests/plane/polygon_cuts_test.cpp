@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <initializer_list>
-#include <limits>
 #include <utility>
 #include <vector>
 
@@ -14,14 +13,6 @@
 
 namespace orv2_geo::plane_tests {
 namespace {
-
-using testing_support::allocations_in_use;
-using testing_support::failure_of;
-using testing_support::RecordingInterface;
-using testing_support::RefusedAllocation;
-using testing_support::runtime;
-
-constexpr double nan = std::numeric_limits<double>::quiet_NaN();
 
 TEST(RetiredPolygonTests, SayThatTheyAreObsolete) {
   RecordingInterface user;
@@ -311,7 +302,7 @@ TEST(PolygonCuts, FailuresLeaveTheCountSoFarAndNoAnswers) {
   }
   {
     Call call(square);
-    expect("infinite", call, {-std::numeric_limits<double>::infinity(), 1}, to, 6, 0);
+    expect("infinite", call, {-inf, 1}, to, 6, 0);
   }
   {
     Call call(square);
@@ -455,8 +446,7 @@ TEST(PolygonCuts, RandomChainsAndSharedVariables) {
       {{0, 1, 2, 3}, false}, {{0, 1, 2, 2}, false}, {{0, 1, 0, 3}, false}, {{0, 1, 2, 1}, false},
       {{0, 1, 1, 0}, false}, {{0, 0, 2, 3}, false}, {{0, 0, 0, 0}, false}, {{0, 1, 2, 3}, true},
   };
-  Values values(81);
-  Numbers& numbers = values.numbers();
+  Numbers numbers(81);
   int with_cuts = 0, dropped = 0, failed = 0;
   for (int trial = 0; trial < 20000; ++trial) {
     // Small lattices bring ties and vertices; fine ones the box; coordinates of

@@ -12,12 +12,6 @@
 namespace orv2_geo::plane_tests {
 namespace {
 
-using testing_support::allocations_in_use;
-using testing_support::failure_of;
-
-constexpr double nan = std::numeric_limits<double>::quiet_NaN();
-constexpr double inf = std::numeric_limits<double>::infinity();
-
 struct Dot {
   double x, y;
   friend bool operator==(const Dot&, const Dot&) = default;

@@ -7,7 +7,6 @@
 namespace orv2_geo::plane_tests {
 
 inline void restated_direction(In R1x1, In R1y1, In R1x2, In R1y2, Out Angulo, Out Distancia) {
-  using testing_support::runtime;
   Number dy = stated([&] { return R1y2 - R1y1; });
   Number dx = stated([&] { return R1x2 - R1x1; });
   Distancia = stated([&] { return runtime.sqrt(runtime.pow(dy, 2.0) + runtime.pow(dx, 2.0)); });
@@ -45,7 +44,6 @@ inline void restated_direction(In R1x1, In R1y1, In R1x2, In R1y2, Out Angulo, O
 }
 
 inline void restated_point(In Xbase, In YBase, In Angulo, In Distancia, Out XR, Out YR) {
-  using testing_support::runtime;
   Number w = stated([&] { return Angulo * 0.01570796327; });
   XR = stated([&] { return runtime.sin(w) * Distancia + Xbase; });
   YR = stated([&] { return runtime.cos(w) * Distancia + YBase; });
@@ -53,7 +51,6 @@ inline void restated_point(In Xbase, In YBase, In Angulo, In Distancia, Out XR, 
 
 inline void restated_point_of_elevation(In RX1, In RY1, In rZ1, In RX2, In RY2, In rZ2, Out Px,
                                         Out Py, In PZ) {
-  using testing_support::runtime;
   volatile double a = 0.0;
   volatile double d = 0.0;
   restated_direction(RX1, RY1, RX2, RY2, a, d);
@@ -64,7 +61,6 @@ inline void restated_point_of_elevation(In RX1, In RY1, In rZ1, In RX2, In RY2, 
 }
 
 inline double restated_elevation(In X1, In Y1, In Z1, In X2, In Y2, In z2, In Px, In Py) {
-  using testing_support::runtime;
   Number L = stated([&] { return runtime.sqrt((Y2 - Y1) * (Y2 - Y1) + (X2 - X1) * (X2 - X1)); });
   Number l = stated([&] { return runtime.sqrt((Y2 - Py) * (Y2 - Py) + (X2 - Px) * (X2 - Px)); });
   volatile double drop = 0.0;

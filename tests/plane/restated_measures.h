@@ -10,7 +10,7 @@ namespace orv2_geo::plane_tests {
 inline double restated_length(In x1, In y1, In x2, In y2) {
   Number ex = stated([&] { return x1 - x2; });
   Number ey = stated([&] { return y1 - y2; });
-  return stated([&] { return testing_support::runtime.sqrt(ey * ey + ex * ex); });
+  return stated([&] { return runtime.sqrt(ey * ey + ex * ex); });
 }
 
 // The distance to the nearest point of the segment, or whether it is a point.
@@ -53,8 +53,7 @@ inline double restated_endless(In x0, In y0, In X1, In Y1, In X2, In Y2) {
   Number dx = stated([&] { return X2 - X1; });
   Number dy = stated([&] { return Y2 - Y1; });
   return stated([&] {
-    return std::fabs(dy * x0 - dx * y0 + Y1 * X2 - X1 * Y2) /
-           testing_support::runtime.sqrt(dy * dy + dx * dx);
+    return std::fabs(dy * x0 - dx * y0 + Y1 * X2 - X1 * Y2) / runtime.sqrt(dy * dy + dx * dx);
   });
 }
 

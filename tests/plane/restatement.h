@@ -1,24 +1,14 @@
-// restatement.h: routines stated once more, statement by statement in plain
-// doubles, and the comparison of the members with them.
+// restatement.h: routines stated once more, statement by statement in plain doubles.
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <array>
 #include <cfenv>
 #include <cmath>
-#include <cstddef>
-#include <cstdint>
-#include <string_view>
 #include <type_traits>
 
 #include "orv2_geo/angles/cgeo_Algorismos.h"
-#include "tests/support/expect_failure.h"
+#include "tests/support/preamble.h"
 
 namespace orv2_geo::plane_tests {
-
-using testing_support::bits;
-using testing_support::Numbers;
 
 inline const cgeo_Algorismos algorithms;
 
@@ -39,171 +29,9 @@ double stated(Statement&& statement) {
   return value;
 }
 
-/// What a call came to: a failure, or an answer to the last bit.
-struct Outcome {
-  std::int32_t failure = 0;
-  std::uint64_t answer = 0;
-  friend bool operator==(const Outcome&, const Outcome&) = default;
-  friend std::ostream& operator<<(std::ostream& out, const Outcome& o) {
-    return out << "failure " << o.failure << ", answer " << std::bit_cast<double>(o.answer);
-  }
-};
-
 inline double plain(Bool answer) { return answer.bits; }
 template <class T>
 requires std::is_arithmetic_v<T>
 double plain(T answer) { return static_cast<double>(answer); }
-
-template <class Work>
-Outcome outcome_of(Work&& work) {
-  try {
-    if constexpr (std::is_void_v<decltype(work())>) {
-      work();
-      return {};
-    } else {
-      return {0, bits(plain(work()))};
-    }
-  } catch (const RunFailure& failure) {
-    return {failure.number(), 0};
-  }
-}
-
-/// Values for the parameters of one call.
-class Values {
- public:
-  explicit Values(std::uint64_t seed) : numbers_(seed) {}
-
-  enum Kind { survey, lattice, degenerate, any_size };
-
-  /// One letter a parameter: x, y coordinates, z elevation, t tolerance,
-  /// a angle, d distance, o output.
-  template <class T, std::size_t N>
-  std::array<T, N> of(Kind kind, std::string_view layout) {
-    std::array<T, N> values;
-    for (std::size_t i = 0; i < N; ++i) values[i] = static_cast<T>(one<T>(kind, layout[i]));
-    if (kind == degenerate) {
-      // Zero length, vertical, horizontal, level: values that recur.
-      for (std::uint64_t copies = numbers_.below(4) + 1; copies > 0; --copies) {
-        const std::size_t from = numbers_.below(N);
-        const std::size_t to = numbers_.below(N);
-        if (layout[from] == layout[to]) values[to] = values[from];
-      }
-    }
-    return values;
-  }
-
-  /// Which variable each parameter is: mostly its own, at times another's.
-  template <std::size_t N>
-  std::array<std::size_t, N> places() {
-    std::array<std::size_t, N> place;
-    for (std::size_t i = 0; i < N; ++i) place[i] = i;
-    if (numbers_.below(3) == 0) {
-      for (std::uint64_t shared = numbers_.below(3) + 1; shared > 0; --shared) {
-        place[numbers_.below(N)] = numbers_.below(N);
-      }
-    }
-    return place;
-  }
-
-  Numbers& numbers() { return numbers_; }
-
- private:
-  template <class T>
-  double one(Kind kind, char letter) {
-    if (kind == lattice) return numbers_.small_whole();
-    if (kind == degenerate && numbers_.below(2) == 0) return numbers_.small_whole() * 0.5;
-    if (kind == any_size) {
-      const int reach = std::is_same_v<T, float> ? 127 : 1023;
-      const int exponent = static_cast<int>(numbers_.below(2 * reach)) - reach;
-      return numbers_.below(8) == 0 ? numbers_.small_whole()
-                                    : std::ldexp(numbers_.between(-2.0, 2.0), exponent);
-    }
-    switch (letter) {
-      case 'x': return millimetres(435000.123);
-      case 'y': return millimetres(4473000.456);
-      case 'z': return std::round(numbers_.between(-20.0, 900.0) * 1000.0) / 1000.0;
-      case 't': return numbers_.between(0.0, 200.0);
-      case 'a': return numbers_.between(-400.0, 800.0);
-      case 'd': return numbers_.between(0.0, 2000.0);
-      default: return numbers_.any();
-    }
-  }
-  double millimetres(double base) {
-    return std::round((base + numbers_.between(-500.0, 500.0)) * 1000.0) / 1000.0;
-  }
-
-  Numbers numbers_;
-};
-
-template <class... P>
-using FirstOf = std::remove_cvref_t<std::tuple_element_t<0, std::tuple<P...>>>;
-
-/// 10,000 calls of each kind: the answer or failure, and every variable
-/// afterwards, are those of the restatement, bit for bit. Parameters share
-/// variables now and then.
-template <class R, class... P, class Restated>
-void agree(R (cgeo_Algorismos::*member)(P...) const, Restated restated, std::string_view layout,
-           std::uint64_t seed) {
-  constexpr std::size_t N = sizeof...(P);
-  using T = FirstOf<P...>;
-  ASSERT_EQ(layout.size(), N);
-  Values values(seed);
-  for (const auto kind : {Values::survey, Values::lattice, Values::degenerate, Values::any_size}) {
-    int fine = 0;
-    for (int trial = 0; trial < 10000; ++trial) {
-      const std::array<T, N> before = values.template of<T, N>(kind, layout);
-      const std::array<std::size_t, N> place = values.template places<N>();
-      std::array<T, N> got = before;
-      std::array<T, N> expected = before;
-      const auto [answer, wanted] = [&]<std::size_t... i>(std::index_sequence<i...>) {
-        const Outcome member_outcome =
-            outcome_of([&] { return (algorithms.*member)(got[place[i]]...); });
-        const Outcome stated_outcome = outcome_of([&] { return restated(expected[place[i]]...); });
-        return std::pair(member_outcome, stated_outcome);
-      }
-      (std::make_index_sequence<N>{});
-      fine += wanted.failure == 0;
-      ::testing::Message told;
-      told << "kind " << kind << ", values and places";
-      for (std::size_t i = 0; i < N; ++i) told << ' ' << before[i] << '@' << place[i];
-      ASSERT_EQ(answer, wanted) << told;
-      for (std::size_t i = 0; i < N; ++i) ASSERT_EQ(bits(got[i]), bits(expected[i])) << told;
-    }
-    EXPECT_GT(fine, 1000) << kind;
-  }
-}
-
-/// The single variant of a restated routine: inputs widened into locals of
-/// their own, outputs from zero; then outputs narrowed with a test, and the
-/// answer without one.
-template <class R, class... P, class Restated>
-void agree_single(R (cgeo_Algorismos::*member)(P...) const, Restated restated,
-                  std::string_view layout, std::uint64_t seed) {
-  const auto variant = [restated](auto&... given) {
-    std::array<float*, sizeof...(P)> variables{&given...};
-    constexpr std::array<bool, sizeof...(P)> output{
-        !std::is_const_v<std::remove_reference_t<P>>...};
-    std::array<double, sizeof...(P)> local{};
-    for (std::size_t i = sizeof...(P); i-- > 0;) {
-      if (!output[i]) local[i] = *variables[i];
-    }
-    const double answer = [&]<std::size_t... i>(std::index_sequence<i...>) {
-      return plain(restated(local[i]...));
-    }
-    (std::index_sequence_for<P...>{});
-    for (std::size_t i = 0; i < sizeof...(P); ++i) {
-      if (!output[i]) continue;
-      const auto narrowed = static_cast<float>(local[i]);
-      if (std::isinf(narrowed)) raise(failure::overflow);
-      *variables[i] = narrowed;
-    }
-    if constexpr (std::is_same_v<R, float>) {
-      return static_cast<float>(answer);
-    } else {
-      return answer;
-    }
-  };
-  agree(member, variant, layout, seed);
-}
 
 }  // namespace orv2_geo::plane_tests

@@ -1,18 +1,11 @@
 #include <gtest/gtest.h>
 
-#include <limits>
-
+#include "tests/plane/agree.h"
 #include "tests/plane/restated_crossing.h"
 #include "tests/plane/restatement.h"
 
 namespace orv2_geo::plane_tests {
 namespace {
-
-using testing_support::failure_of;
-
-constexpr double nan = std::numeric_limits<double>::quiet_NaN();
-constexpr double inf = std::numeric_limits<double>::infinity();
-constexpr float nan_single = std::numeric_limits<float>::quiet_NaN();
 
 constexpr double left_alone = 77.5;
 
@@ -183,7 +176,7 @@ TEST(SegmentCrossing, FailuresLeaveWhatWasWritten) {
 TEST(SegmentCrossing, NaNInAnyCoordinateIs6EvenBetweenLevelPieces) {
   for (std::size_t at = 0; at < 8; at += 2) {
     double v[8] = {0, 0, 2, 0, 5, 1, 6, 1};
-    v[at] = std::numeric_limits<double>::quiet_NaN();
+    v[at] = nan;
     EXPECT_EQ(failure_of([&] {
                 (void)cgeo_Algorismos().Se_cruzan_2lineas(v[0], v[1], v[2], v[3], v[4], v[5], v[6],
                                                           v[7]);
@@ -240,16 +233,20 @@ TEST(SegmentCrossing, ASingleAnswerBeyondItsRangeIs6) {
   EXPECT_EQ(yi, 77.5F);
 }
 
+constexpr auto two_lines = parameters(a_point, a_point, a_point, a_point);
+constexpr auto two_lines_and_answer =
+    parameters(a_point, a_point, a_point, a_point, an_output, an_output);
+
 TEST(SegmentCrossing, RandomPieces) {
-  agree(&cgeo_Algorismos::Se_cruzan_2lineas, restated_crossing, "xyxyxyxy", 41);
-  agree(&cgeo_Algorismos::Intersec_XY_2lineas, restated_meeting, "xyxyxyxyoo", 42);
-  agree(&cgeo_Algorismos::Cruce_XY_2lineas, restated_cut, "xyxyxyxyoo", 43);
+  agree(&cgeo_Algorismos::Se_cruzan_2lineas, restated_crossing, two_lines);
+  agree(&cgeo_Algorismos::Intersec_XY_2lineas, restated_meeting, two_lines_and_answer);
+  agree(&cgeo_Algorismos::Cruce_XY_2lineas, restated_cut, two_lines_and_answer);
 }
 
 TEST(SegmentCrossing, RandomSinglePieces) {
-  agree_single(&cgeo_Algorismos::se_cruzan_2lineass_s, restated_crossing, "xyxyxyxy", 44);
-  agree_single(&cgeo_Algorismos::Intersec_XY_2lineas_s, restated_meeting, "xyxyxyxyoo", 45);
-  agree_single(&cgeo_Algorismos::Cruce_XY_2lineas_s, restated_cut, "xyxyxyxyoo", 46);
+  agree_single(&cgeo_Algorismos::se_cruzan_2lineass_s, restated_crossing, two_lines);
+  agree_single(&cgeo_Algorismos::Intersec_XY_2lineas_s, restated_meeting, two_lines_and_answer);
+  agree_single(&cgeo_Algorismos::Cruce_XY_2lineas_s, restated_cut, two_lines_and_answer);
 }
 
 }  // namespace

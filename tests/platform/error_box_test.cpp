@@ -1,17 +1,13 @@
 #include "orv2_geo/platform/error_box.h"
 
-#include <gtest/gtest.h>
-
 #include "orv2_geo/frame/checked_math.h"
 #include "orv2_geo/platform/event_pump.h"
 #include "tests/platform/recording_interface.h"
-#include "tests/support/expect_failure.h"
+#include "tests/support/preamble.h"
 
 namespace orv2_geo {
 namespace {
 
-using testing_support::failure_of;
-using testing_support::RecordingInterface;
 using Box = RecordingInterface::Box;
 
 TEST(ErrorBox, HasThreeForms) {

@@ -1,16 +1,11 @@
 #include "orv2_geo/platform/form.h"
 
-#include <gtest/gtest.h>
-
 #include "orv2_geo/frame/progress_sink.h"
 #include "tests/platform/recording_interface.h"
-#include "tests/support/expect_failure.h"
+#include "tests/support/preamble.h"
 
 namespace orv2_geo {
 namespace {
-
-using testing_support::failure_of;
-using testing_support::RecordingInterface;
 
 const ControlDesign controls[] = {
     {.name = "Fra", .kind = ControlKind::frame, .left = 10, .top = 20, .width = 300, .height = 200},

@@ -1,18 +1,14 @@
 #include "orv2_geo/platform/prepared_texts.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <string>
 #include <vector>
 
 #include "orv2_geo/platform/text_services.h"
-#include "tests/support/expect_failure.h"
+#include "tests/support/preamble.h"
 
 namespace orv2_geo {
 namespace {
-
-using testing_support::Numbers;
 
 int sign_of(int order) { return order < 0 ? -1 : order > 0 ? 1 : 0; }
 

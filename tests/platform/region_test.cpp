@@ -1,17 +1,13 @@
 #include "orv2_geo/platform/region.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
-#include <limits>
 #include <random>
 #include <vector>
 
+#include "tests/support/preamble.h"
+
 namespace orv2_geo {
 namespace {
-
-constexpr std::int32_t lowest = std::numeric_limits<std::int32_t>::min();
-constexpr std::int32_t highest = std::numeric_limits<std::int32_t>::max();
 
 using Ring = std::vector<LatticePoint>;
 
@@ -60,8 +56,8 @@ TEST(Region, RandomRingsOverTheWholeRange) {
   std::mt19937_64 engine(42);
   const auto any = [&] {
     switch (engine() % 4) {
-      case 0: return lowest + static_cast<std::int32_t>(engine() % 3);
-      case 1: return highest - static_cast<std::int32_t>(engine() % 3);
+      case 0: return lowest_long + static_cast<std::int32_t>(engine() % 3);
+      case 1: return highest_long - static_cast<std::int32_t>(engine() % 3);
       case 2: return static_cast<std::int32_t>(engine() % 5) - 2;
       default: return static_cast<std::int32_t>(engine());
     }
@@ -74,7 +70,8 @@ TEST(Region, RandomRingsOverTheWholeRange) {
     const LatticePoint b = ring[1];
     const auto middle = [&](std::int32_t from, std::int32_t to) {
       const std::int64_t at = (std::int64_t{from} + to) / 2 + static_cast<int>(engine() % 3) - 1;
-      return static_cast<std::int32_t>(std::clamp(at, std::int64_t{lowest}, std::int64_t{highest}));
+      return static_cast<std::int32_t>(
+          std::clamp(at, std::int64_t{lowest_long}, std::int64_t{highest_long}));
     };
     for (const LatticePoint point :
          {LatticePoint{any(), any()}, LatticePoint{middle(a.x, b.x), middle(a.y, b.y)}}) {
@@ -96,12 +93,16 @@ TEST(Region, LowEdgesAreInAndHighEdgesOut) {
 }
 
 TEST(Region, TheWholeLatticeIsASquareToo) {
-  const Ring all = {{lowest, lowest}, {highest, lowest}, {highest, highest}, {lowest, highest}};
-  EXPECT_TRUE(holds(all, {lowest, lowest}));
-  EXPECT_TRUE(holds(all, {highest - 1, highest - 1}));
-  EXPECT_FALSE(holds(all, {highest, 0}));
-  EXPECT_FALSE(holds(all, {0, highest}));
-  const Ring half = {{lowest, lowest}, {highest, highest}, {lowest, highest}};
+  const Ring all = {{lowest_long, lowest_long},
+                    {highest_long, lowest_long},
+                    {highest_long, highest_long},
+                    {lowest_long, highest_long}};
+  EXPECT_TRUE(holds(all, {lowest_long, lowest_long}));
+  EXPECT_TRUE(holds(all, {highest_long - 1, highest_long - 1}));
+  EXPECT_FALSE(holds(all, {highest_long, 0}));
+  EXPECT_FALSE(holds(all, {0, highest_long}));
+  const Ring half = {
+      {lowest_long, lowest_long}, {highest_long, highest_long}, {lowest_long, highest_long}};
   EXPECT_TRUE(holds(half, {-1, 0}));
   EXPECT_FALSE(holds(half, {0, 0}));  // on its edge of high X
   EXPECT_FALSE(holds(half, {1, 0}));
@@ -168,7 +169,7 @@ TEST(Region, ShiftingRingAndPointChangesNothing) {
     const LatticePoint point = {any(), any()};
     const bool before = holds(ring, point);
     // As far as the range goes, on either side.
-    const auto far = [&] { return engine() % 2 == 0 ? highest - 10 : lowest + 10; };
+    const auto far = [&] { return engine() % 2 == 0 ? highest_long - 10 : lowest_long + 10; };
     const LatticePoint by = {far(), far()};
     for (LatticePoint& vertex : ring) vertex = {vertex.x + by.x, vertex.y + by.y};
     ASSERT_EQ(holds(ring, {point.x + by.x, point.y + by.y}), before) << "round " << round;

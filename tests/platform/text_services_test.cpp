@@ -1,17 +1,13 @@
 #include "orv2_geo/platform/text_services.h"
 
-#include <gtest/gtest.h>
-
 #include <cstdlib>
 #include <string>
 
-#include "tests/support/expect_failure.h"
+#include "tests/support/preamble.h"
 
 namespace orv2_geo {
 namespace {
 
-using testing_support::bits;
-using testing_support::failure_of;
 using namespace text_services;
 
 // This test runs under several locales; its texts are written with a point.
@@ -127,7 +123,7 @@ TEST(TextServices, ManyDigitsAndAnExponentTogether) {
 }
 
 TEST(TextServices, NumbersComeBackFromTheirText) {
-  testing_support::Numbers numbers(41);
+  Numbers numbers(41);
   for (int i = 0; i < 10000; ++i) {
     const double rounded = number_from_text(default_text(numbers.any()).view());
     ASSERT_EQ(bits(number_from_text(default_text(rounded).view())), bits(rounded + 0.0));

@@ -1,15 +1,12 @@
 #include "orv2_geo/platform/words_below.h"
 
-#include <gtest/gtest.h>
-
 #include <vector>
 
-#include "tests/support/expect_failure.h"
+#include "tests/support/preamble.h"
 
 namespace orv2_geo {
 namespace {
 
-using testing_support::Numbers;
 using Words = std::vector<std::uint64_t>;
 
 void expect_words_below(const Words& words, std::uint64_t limit) {

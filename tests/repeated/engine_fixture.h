@@ -2,8 +2,6 @@
 // that bring back everything a caller can see.
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <string>
 #include <vector>
 
@@ -11,7 +9,7 @@
 #include "tests/platform/recording_interface.h"
 #include "tests/repeated/progress_object.h"
 #include "tests/repeated/restated_engine.h"
-#include "tests/support/expect_failure.h"
+#include "tests/support/preamble.h"
 
 namespace orv2_geo::testing_support {
 
@@ -53,11 +51,6 @@ inline std::string box_of(const RecordingInterface& screen) {
   EXPECT_EQ(screen.boxes.size(), 1U);
   EXPECT_EQ(screen.boxes[0].flags, 16);
   return screen.boxes[0].text;
-}
-
-template <class Array>
-auto entries(const Array& array) {
-  return restated::row_of(array).elements;
 }
 
 inline IndexOutcome in_X(const PointList& list, double Precision, const ObjectRef& progress) {
@@ -124,5 +117,38 @@ inline std::vector<Point> any_points(Numbers& numbers, std::size_t count, double
   if (kind == 2) std::reverse(points.begin(), points.begin() + static_cast<long>(count / 2));
   return points;
 }
+
+/// Shows 3000 lists of any points, each with one of the precisions.
+template <class Check>
+void for_any_lists(Numbers& numbers, const std::vector<double>& precisions, Check check) {
+  const double units[] = {0.0002, 0.5, 1.0};
+  for (int round = 0; round < 3000; ++round) {
+    const std::size_t count = 1 + numbers.below(round % 50 == 0 ? 2500 : 40);
+    const PointList list(any_points(numbers, count, units[numbers.below(3)]));
+    check(list, precisions[numbers.below(precisions.size())]);
+    if (::testing::Test::HasFailure()) FAIL() << "round " << round;
+  }
+}
+
+/// A call that one thing is to be wrong with.
+struct AnyCall {
+  static constexpr double largest = std::numeric_limits<double>::max();
+  static constexpr double odd[] = {nan, inf, -inf, largest, -largest, 0.0};
+
+  explicit AnyCall(Numbers& numbers) : AnyCall(numbers, numbers.below(20)) {}
+
+  PointList list;
+  std::int32_t point;    // one of them, or 0
+  std::int32_t shorter;  // an upper bound that leaves some out, or none
+  double Precision;
+  restated::Bar bar;
+
+ private:
+  AnyCall(Numbers& numbers, std::size_t count)
+      : list(any_points(numbers, count, 0.5)),
+        point(static_cast<std::int32_t>(numbers.below(count + 1))),
+        shorter(static_cast<std::int32_t>(numbers.below(count + 1))),
+        Precision(numbers.below(3) == 0 ? largest / 2 : 1.0) {}
+};
 
 }  // namespace orv2_geo::testing_support

@@ -1,21 +1,17 @@
 #include "orv2_geo/repeated/marks.h"
 
-#include <gtest/gtest.h>
-
 #include <array>
 #include <cmath>
-#include <limits>
 #include <vector>
 
 #include "orv2_geo/repeated/box.h"
-#include "tests/support/expect_failure.h"
+#include "tests/support/preamble.h"
 
 namespace orv2_geo {
 namespace {
 
 using repeated::Marks;
 using sorting::WordLayout;
-using testing_support::Numbers;
 
 WordLayout layout_with(int mark_bits, std::size_t count) {
   WordLayout layout(0, 1000000, count);
@@ -105,25 +101,16 @@ TEST(Marks, TheRestOfAWordStays) {
 }
 
 TEST(Marks, OneYThatIsNoNumberOrFarOffMakesAllUncertain) {
-  const double infinity = std::numeric_limits<double>::infinity();
   struct Row {
     double y;
     double tolerance;
     bool certain;
   };
   const Row table[] = {
-      {std::numeric_limits<double>::quiet_NaN(), 0.5, false},
-      {-std::numeric_limits<double>::quiet_NaN(), 0.5, false},
-      {infinity, 0.5, false},
-      {-infinity, 1e300, false},
-      {1e300, 1e300, true},
-      {-1.1e300, 1e300, false},
-      {0x1p49, 0.5, true},
-      {-0x1p49, 0.5, true},
-      {std::nextafter(0x1p49, 1e18), 0.5, false},
-      {0.0, 0.0, true},
-      {-0.0, -3.0, true},
-      {1e-200, 1e-310, false},
+      {nan, 0.5, false},    {-nan, 0.5, false},   {inf, 0.5, false},
+      {-inf, 1e300, false}, {1e300, 1e300, true}, {-1.1e300, 1e300, false},
+      {0x1p49, 0.5, true},  {-0x1p49, 0.5, true}, {std::nextafter(0x1p49, 1e18), 0.5, false},
+      {0.0, 0.0, true},     {-0.0, -3.0, true},   {1e-200, 1e-310, false},
   };
   for (const Row& row : table) {
     for (const std::size_t at : {0U, 31U, 32U, 70U}) {

@@ -7,8 +7,6 @@
 namespace orv2_geo {
 namespace {
 
-using namespace testing_support;
-
 std::vector<Point> apart(std::int32_t count) {
   std::vector<Point> points;
   for (std::int32_t p = 1; p <= count; ++p) points.push_back({static_cast<double>(p), 0, 0});
@@ -81,7 +79,7 @@ TEST(Progress, AnIndicatorThatFails) {
     EXPECT_EQ(first.nNuevos, n <= 3 ? -77 : 2);
     EXPECT_EQ(in_x.object->written.size(), std::min<std::size_t>(n, 3));
     if (n <= 3) {
-      EXPECT_EQ(entries(first.first), zeros);
+      EXPECT_EQ(elements(first.first), zeros);
     }
     for (const Renumbering routine : {highest, all_axes, flagging}) {
       const Indicator progress = failing();
@@ -90,8 +88,8 @@ TEST(Progress, AnIndicatorThatFails) {
       EXPECT_EQ(progress.object->written.size(), n);
       EXPECT_EQ(out.nNuevos, n <= 3 ? -77 : 2) << "the last write comes after the answer";
       if (n <= 3) {
-        EXPECT_EQ(entries(out.first), zeros);
-        EXPECT_EQ(entries(out.second), zeros);
+        EXPECT_EQ(elements(out.first), zeros);
+        EXPECT_EQ(elements(out.second), zeros);
       }
     }
     PointList list(points);
@@ -153,7 +151,7 @@ TEST(Progress, AHostThatChangesItsArraysMeanwhile) {
   PointList list(apart(3));
   const Indicator progress;
   progress.object->on_write = [&](std::size_t n) {
-    if (n == 3) list.Y(2) = std::numeric_limits<double>::quiet_NaN();
+    if (n == 3) list.Y(2) = nan;
   };
   EXPECT_EQ(in_X(list, 0.0, progress.reference).box, boxed(title_in_X, 6));
   const Indicator releasing;
@@ -170,12 +168,12 @@ TEST(Progress, AHostThatChangesItsArraysMeanwhile) {
   EXPECT_EQ(out.box, "");
   EXPECT_EQ(out.nNuevos, 2);
   EXPECT_EQ(counting.object->written[2], (Written{"max", typed(2.0 / 10667.0)}));
-  EXPECT_EQ(entries(out.first), (std::vector<std::int32_t>{0, 1, 2, 0}));
-  EXPECT_EQ(entries(out.second), (std::vector<std::int32_t>{0, 1, 2, 0}));
+  EXPECT_EQ(elements(out.first), (std::vector<std::int32_t>{0, 1, 2, 0}));
+  EXPECT_EQ(elements(out.second), (std::vector<std::int32_t>{0, 1, 2, 0}));
 }
 
 TEST(Progress, AHostThatLeavesNoPointsMeanwhile) {
-  for (const std::int32_t left : {0, -1, -5, std::numeric_limits<std::int32_t>::min()}) {
+  for (const std::int32_t left : {0, -1, -5, lowest_long}) {
     for (const Renumbering routine : {highest, all_axes}) {
       PointList list(apart(3));
       const Indicator progress;
@@ -185,8 +183,8 @@ TEST(Progress, AHostThatLeavesNoPointsMeanwhile) {
       const IndexOutcome out = run(routine, list, 0.0, progress.reference);
       EXPECT_EQ(out.box, "") << left;
       EXPECT_EQ(out.nNuevos, 0) << left;
-      EXPECT_EQ(entries(out.first), (std::vector<std::int32_t>(4))) << left;
-      EXPECT_EQ(entries(out.second), (std::vector<std::int32_t>(4))) << left;
+      EXPECT_EQ(elements(out.first), (std::vector<std::int32_t>(4))) << left;
+      EXPECT_EQ(elements(out.second), (std::vector<std::int32_t>(4))) << left;
       EXPECT_EQ(progress.object->written.size(), 4U) << left;
     }
   }
@@ -207,7 +205,7 @@ TEST(Progress, AHostThatChangesTheIndexesMeanwhile) {
                                                          progress.reference);
   EXPECT_EQ(nNuevos, 2);
   EXPECT_EQ(a.lower(), 0) << "a whole copy, bounds included";
-  EXPECT_EQ(entries(a), (Numbers32{0, 2, 1, 0}));
+  EXPECT_EQ(elements(a), (Numbers32{0, 2, 1, 0}));
   EXPECT_TRUE(screen.boxes.empty());
 
   // The general index ends in the middle of its own writing, before the other.
@@ -219,8 +217,8 @@ TEST(Progress, AHostThatChangesTheIndexesMeanwhile) {
   highest(3, list.X, list.Y, list.Z, nNuevos, a, b, flags, 0.0, shortening.reference);
   EXPECT_EQ(box_of(screen), boxed(title_2, 9));
   EXPECT_EQ(nNuevos, -77);
-  EXPECT_EQ(entries(a), (Numbers32{0, 0, 0, 0}));
-  EXPECT_EQ(entries(b), (Numbers32{0, 1, 2}));
+  EXPECT_EQ(elements(a), (Numbers32{0, 0, 0, 0}));
+  EXPECT_EQ(elements(b), (Numbers32{0, 1, 2}));
 }
 
 TEST(Progress, AHostThatLocksAnIndexMeanwhileIs10InTheEnd) {
@@ -236,7 +234,7 @@ TEST(Progress, AHostThatLocksAnIndexMeanwhileIs10InTheEnd) {
                                                          progress.reference);
   EXPECT_EQ(box_of(screen), boxed(title_in_X, 10));
   EXPECT_EQ(nNuevos, 2) << "written before the index that is replaced";
-  EXPECT_EQ(entries(a), (std::vector<std::int32_t>{0, 0, 0}));
+  EXPECT_EQ(elements(a), (std::vector<std::int32_t>{0, 0, 0}));
 }
 
 }  // namespace

@@ -7,7 +7,6 @@
 namespace orv2_geo {
 namespace {
 
-using namespace testing_support;
 using Numbers32 = std::vector<std::int32_t>;
 using Values = std::vector<double>;
 
@@ -111,9 +110,9 @@ TEST(Flagging, Rules) {
         run(flagging, PointList(row.points), row.Precision, progress.reference);
     EXPECT_EQ(out.box, "") << row.rule;
     EXPECT_EQ(out.nNuevos, row.nNuevos) << row.rule;
-    EXPECT_EQ(entries(out.first), row.Secuencia) << row.rule;
-    EXPECT_EQ(entries(out.second), row.Indice) << row.rule;
-    EXPECT_EQ(entries(out.Repetido), row.Repetido) << row.rule;
+    EXPECT_EQ(elements(out.first), row.Secuencia) << row.rule;
+    EXPECT_EQ(elements(out.second), row.Indice) << row.rule;
+    EXPECT_EQ(elements(out.Repetido), row.Repetido) << row.rule;
   }
 }
 
@@ -134,8 +133,8 @@ TEST(Flagging, ABoundThatOverflowsLeavesTheSweepWhereItWas) {
                                large, progress.reference);
   EXPECT_EQ(out.box, boxed(title_2, 6));
   EXPECT_EQ(out.nNuevos, -77);
-  EXPECT_EQ(entries(out.first), (Numbers32{0, 2, 3, 0}));
-  EXPECT_EQ(entries(out.second), (Numbers32{0, 0, 1, 2}));
+  EXPECT_EQ(elements(out.first), (Numbers32{0, 2, 3, 0}));
+  EXPECT_EQ(elements(out.second), (Numbers32{0, 0, 1, 2}));
   EXPECT_EQ(progress.object->written, set_up(3.0 / 10667.0));
 }
 
@@ -191,12 +190,19 @@ TEST(Removal, Rules) {
         all.insert(all.end(), values.begin(), values.end());
         return all;
       };
-      EXPECT_EQ(entries(out.list.X), from_zero(row.X)) << row.rule;
-      EXPECT_EQ(entries(out.list.Y), from_zero(row.Y)) << row.rule;
-      EXPECT_EQ(entries(out.list.Z), from_zero(row.Z)) << row.rule;
-      EXPECT_EQ(entries(out.Indice), row.Indice) << row.rule;
+      EXPECT_EQ(elements(out.list.X), from_zero(row.X)) << row.rule;
+      EXPECT_EQ(elements(out.list.Y), from_zero(row.Y)) << row.rule;
+      EXPECT_EQ(elements(out.list.Z), from_zero(row.Z)) << row.rule;
+      EXPECT_EQ(elements(out.Indice), row.Indice) << row.rule;
     }
   }
+}
+
+void expect_points(const PointList& list, const restated::Removed& expected) {
+  EXPECT_EQ(list.nPtos, expected.nPtos);
+  EXPECT_TRUE(restated::row_of(list.X) == expected.X);
+  EXPECT_TRUE(restated::row_of(list.Y) == expected.Y);
+  EXPECT_TRUE(restated::row_of(list.Z) == expected.Z);
 }
 
 void expect_as_restated(const PointList& list, double Precision, restated::Bar bar) {
@@ -210,42 +216,25 @@ void expect_as_restated(const PointList& list, double Precision, restated::Bar b
   const Removal out(list, Precision, progress.reference);
   EXPECT_EQ(out.box, boxed(title_2, expected.number));
   EXPECT_EQ(out.thrown, expected.thrown);
-  EXPECT_EQ(out.list.nPtos, expected.nPtos);
-  EXPECT_TRUE(row_of(out.list.X) == expected.X);
-  EXPECT_TRUE(row_of(out.list.Y) == expected.Y);
-  EXPECT_TRUE(row_of(out.list.Z) == expected.Z);
+  expect_points(out.list, expected);
   EXPECT_TRUE(row_of(out.Indice) == expected.Indice);
 }
 
 TEST(Removal, AnyPointsAsRestated) {
   Numbers numbers(81);
-  const double units[] = {0.0002, 0.5, 1.0};
-  const double precisions[] = {0.0, 0.0002, 0.5, 1.0, 0.003, -0.5};
-  for (int round = 0; round < 3000; ++round) {
-    const std::size_t count = 1 + numbers.below(round % 50 == 0 ? 2500 : 40);
-    const PointList list(any_points(numbers, count, units[numbers.below(3)]));
-    expect_as_restated(list, precisions[numbers.below(6)], {});
-    if (HasFailure()) FAIL() << "round " << round;
-  }
+  for_any_lists(
+      numbers, {0.0, 0.0002, 0.5, 1.0, 0.003, -0.5},
+      [](const PointList& list, double Precision) { expect_as_restated(list, Precision, {}); });
 }
 
 TEST(Removal, WhatAFailureLeavesAsRestated) {
   Numbers numbers(82);
-  const double infinity = std::numeric_limits<double>::infinity();
-  const double highest_number = std::numeric_limits<double>::max();
-  const double odd[] = {std::numeric_limits<double>::quiet_NaN(), infinity, -infinity,
-                        highest_number, -highest_number};
   int trapped = 0;
   int thrown = 0;
   for (int round = 0; round < 4000; ++round) {
-    const std::size_t count = numbers.below(20);
-    PointList list(any_points(numbers, count, 0.5));
-    const auto point = static_cast<std::int32_t>(numbers.below(count + 1));
-    const auto shorter = static_cast<std::int32_t>(numbers.below(count + 1));
-    restated::Bar bar;
-    const double Precision = numbers.below(3) == 0 ? highest_number / 2 : 1.0;
+    auto [list, point, shorter, Precision, bar] = AnyCall(numbers);
     switch (numbers.below(6)) {
-      case 0: list.Y(point) = odd[numbers.below(5)]; break;
+      case 0: list.Y(point) = AnyCall::odd[numbers.below(5)]; break;  // all but zero
       case 1: list.X.size_keeping(0, shorter); break;
       case 2: list.Y.size_keeping(0, shorter); break;
       case 3: list.Z.size_keeping(0, shorter); break;
@@ -272,9 +261,9 @@ TEST(Removal, ATrappedFailureIsPassedOver) {
   EXPECT_EQ(out.list.nPtos, 0);
   for (const DoubleArray* array : {&out.list.X, &out.list.Y, &out.list.Z}) {
     EXPECT_EQ(array->lower(), 0);
-    EXPECT_EQ(entries(*array), Values{-999.0});
+    EXPECT_EQ(elements(*array), Values{-999.0});
   }
-  EXPECT_EQ(entries(out.Indice), (Numbers32{0, 0, 0}));
+  EXPECT_EQ(elements(out.Indice), (Numbers32{0, 0, 0}));
 }
 
 TEST(Removal, NoPointsEndWithElementZeroAlone) {
@@ -287,9 +276,9 @@ TEST(Removal, NoPointsEndWithElementZeroAlone) {
     EXPECT_EQ(out.box, boxed(title_2, 11));
     EXPECT_EQ(out.thrown, 0);
     EXPECT_EQ(out.list.nPtos, 0);
-    EXPECT_EQ(entries(out.list.X), Values{with_arrays ? -999.0 : 0.0});
-    EXPECT_EQ(entries(out.list.Z), Values{with_arrays ? -999.0 : 0.0});
-    EXPECT_EQ(entries(out.Indice), Numbers32{0});
+    EXPECT_EQ(elements(out.list.X), Values{with_arrays ? -999.0 : 0.0});
+    EXPECT_EQ(elements(out.list.Z), Values{with_arrays ? -999.0 : 0.0});
+    EXPECT_EQ(elements(out.Indice), Numbers32{0});
     EXPECT_TRUE(progress.object->written.empty());
   }
 }
@@ -336,7 +325,7 @@ TEST(Removal, OneArrayForAllCoordinates) {
   sorts.Quita_Puntos_Repetidos_XY_con_indice1(nPtos, values, values, values, Indice,
                                               progress.reference, 0.0, false);
   EXPECT_EQ(nPtos, 3);
-  EXPECT_EQ(entries(values), (Values{0, 3, 4, 5}));
+  EXPECT_EQ(elements(values), (Values{0, 3, 4, 5}));
 }
 
 TEST(Removal, ALockedIndexIsPassedOverUntilItIsWritten) {
@@ -415,7 +404,7 @@ TEST(Neighbours, Rules) {
       remove_neighbours(list, Aviso);
       EXPECT_EQ(box_of(screen), "") << row.rule;
       EXPECT_EQ(list.nPtos, row.nPtos) << row.rule;
-      EXPECT_EQ(entries(list.X), row.X) << row.rule;
+      EXPECT_EQ(elements(list.X), row.X) << row.rule;
     }
   }
 }
@@ -424,9 +413,9 @@ TEST(Neighbours, CoordinatesTravelTogetherAndTheRestStays) {
   PointList list({{2, 20, 200}, {1, 10, 100}, {2, 20, 300}, {2, 20, 400}});
   remove_neighbours(list);
   EXPECT_EQ(list.nPtos, 3);
-  EXPECT_EQ(entries(list.X), (Values{-999, 1, 2, 2, 2}));
-  EXPECT_EQ(entries(list.Y), (Values{-999, 10, 20, 20, 20}));
-  EXPECT_EQ(entries(list.Z), (Values{-999, 100, 200, 300, 400}));
+  EXPECT_EQ(elements(list.X), (Values{-999, 1, 2, 2, 2}));
+  EXPECT_EQ(elements(list.Y), (Values{-999, 10, 20, 20, 20}));
+  EXPECT_EQ(elements(list.Z), (Values{-999, 100, 200, 300, 400}));
 }
 
 void expect_neighbours_as_restated(PointList list) {
@@ -436,10 +425,7 @@ void expect_neighbours_as_restated(PointList list) {
   const RecordingInterface screen;
   remove_neighbours(list);
   EXPECT_EQ(box_of(screen), boxed(title_2D_0, expected.number));
-  EXPECT_EQ(list.nPtos, expected.nPtos);
-  EXPECT_TRUE(row_of(list.X) == expected.X);
-  EXPECT_TRUE(row_of(list.Y) == expected.Y);
-  EXPECT_TRUE(row_of(list.Z) == expected.Z);
+  expect_points(list, expected);
 }
 
 TEST(Neighbours, AnyPointsAsRestated) {
@@ -452,7 +438,7 @@ TEST(Neighbours, AnyPointsAsRestated) {
       case 0: list.X.size_keeping(0, shorter); break;
       case 1: list.Y.size_keeping(0, shorter); break;
       case 2: list.Z.size_keeping(0, shorter); break;
-      case 3: list.Y(shorter) = std::numeric_limits<double>::quiet_NaN(); break;
+      case 3: list.Y(shorter) = nan; break;
       case 4: list.Y(shorter) = std::numeric_limits<double>::max(); break;
       default: break;
     }
@@ -476,7 +462,7 @@ TEST(Neighbours, FailuresThatAreTrapped) {
     remove_neighbours(list);
     EXPECT_EQ(box_of(screen), boxed(title_2D_0, row.number)) << row.rule;
     EXPECT_EQ(list.nPtos, row.nPtos) << row.rule;
-    EXPECT_EQ(entries(list.X), (Values{-999, 1, 1})) << row.rule;
+    EXPECT_EQ(elements(list.X), (Values{-999, 1, 1})) << row.rule;
   }
 }
 
@@ -492,7 +478,7 @@ TEST(Neighbours, AShortZFailsWhenTheNumberIsReplacedAlready) {
   remove_neighbours(other);
   EXPECT_EQ(box_of(screen), boxed(title_2D_0, 9));
   EXPECT_EQ(other.nPtos, 2);
-  EXPECT_EQ(entries(other.X), (Values{-999, 1, 1, 3}));
+  EXPECT_EQ(elements(other.X), (Values{-999, 1, 1, 3}));
 }
 
 TEST(Neighbours, OneArrayForAllCoordinates) {
@@ -501,7 +487,7 @@ TEST(Neighbours, OneArrayForAllCoordinates) {
   std::int32_t nPtos = 3;
   mOrdena::Quita_Puntos_Repetidos_2D_0(nPtos, values, values, values, false);
   EXPECT_EQ(nPtos, 2);
-  EXPECT_EQ(entries(values), (Values{0, 3, 5, 3}));
+  EXPECT_EQ(elements(values), (Values{0, 3, 5, 3}));
 }
 
 // ---- Memory ----------------------------------------------------------------

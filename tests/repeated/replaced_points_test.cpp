@@ -1,18 +1,15 @@
 #include "orv2_geo/repeated/replaced_points.h"
 
-#include <gtest/gtest.h>
-
 #include <new>
 #include <vector>
 
-#include "tests/support/expect_failure.h"
+#include "tests/support/preamble.h"
 #include "tests/support/refused_memory.h"
 
 namespace orv2_geo {
 namespace {
 
 using repeated::ReplacedPoints;
-using namespace testing_support;
 
 constexpr std::int32_t unwritten = -5;
 

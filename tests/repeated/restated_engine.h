@@ -7,11 +7,11 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
-#include <limits>
 #include <vector>
 
 #include "orv2_geo/frame/geo_arrays.h"
 #include "orv2_geo/sorting/mOrdena.h"
+#include "tests/support/arrays.h"
 
 namespace orv2_geo::restated {
 
@@ -56,19 +56,14 @@ using Flags = Row<bool>;
 template <class T>
 Row<T> row_of(const GeoArray<T>& array) {
   if (!array.allocated()) return {};
-  return {true, array.lower(), {array.data(), array.data() + array.count()}};
+  return {true, array.lower(), testing_support::elements(array)};
 }
 inline Flags row_of(const GeoArray<Bool>& array) {
-  Flags flags{array.allocated(), array.allocated() ? array.lower() : 0, {}};
-  for (std::uint32_t i = 0; i < array.count(); ++i) flags.elements.push_back(array.data()[i]);
-  return flags;
+  if (!array.allocated()) return {};
+  return {true, array.lower(), testing_support::elements(array)};
 }
 inline DoubleArray array_of(const Doubles& row) {
-  DoubleArray array;
-  if (!row.allocated) return array;
-  array.make(row.lower, static_cast<std::uint32_t>(row.elements.size()));
-  std::copy(row.elements.begin(), row.elements.end(), array.data());
-  return array;
+  return row.allocated ? testing_support::doubles(row.lower, row.elements) : DoubleArray();
 }
 
 /// The order is the sort's own; only what follows from it is restated.

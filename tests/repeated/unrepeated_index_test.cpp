@@ -8,7 +8,6 @@
 namespace orv2_geo {
 namespace {
 
-using namespace testing_support;
 using Numbers32 = std::vector<std::int32_t>;
 
 // ---- Survivors in X order --------------------------------------------------
@@ -83,7 +82,7 @@ TEST(SurvivorsInX, Rules) {
     EXPECT_EQ(out.box, "") << row.rule;
     EXPECT_EQ(out.nNuevos, row.nNuevos) << row.rule;
     EXPECT_EQ(out.first.lower(), 0) << row.rule;
-    EXPECT_EQ(entries(out.first), row.Indice) << row.rule;
+    EXPECT_EQ(elements(out.first), row.Indice) << row.rule;
   }
 }
 
@@ -95,7 +94,7 @@ TEST(SurvivorsInX, WhatTheIndexHeldIsGone) {
   mOrdena::m_Indice_de_Puntos_sin_Repetir_ORDENADOS_EN_X(list.nPtos, list.X, list.Y, list.Z,
                                                          nNuevos, Indice, 0.0, progress.reference);
   EXPECT_EQ(Indice.lower(), 0);
-  EXPECT_EQ(entries(Indice), (Numbers32{0, 2, 1}));
+  EXPECT_EQ(elements(Indice), (Numbers32{0, 2, 1}));
 }
 
 // ---- Renumbered survivors --------------------------------------------------
@@ -177,9 +176,9 @@ TEST(Renumbered, Rules) {
         run(row.routine, PointList(row.points), row.Precision, progress.reference);
     EXPECT_EQ(out.box, "") << row.rule;
     EXPECT_EQ(out.nNuevos, row.nNuevos) << row.rule;
-    EXPECT_EQ(entries(out.first), row.IndiceNuevos) << row.rule;
-    EXPECT_EQ(entries(out.second), row.IndiceGeneral) << row.rule;
-    EXPECT_EQ(entries(out.Repetido), std::vector<bool>(row.points.size() + 1)) << row.rule;
+    EXPECT_EQ(elements(out.first), row.IndiceNuevos) << row.rule;
+    EXPECT_EQ(elements(out.second), row.IndiceGeneral) << row.rule;
+    EXPECT_EQ(elements(out.Repetido), std::vector<bool>(row.points.size() + 1)) << row.rule;
     EXPECT_EQ(out.first.lower(), 0) << row.rule;
     EXPECT_EQ(out.second.lower(), 0) << row.rule;
   }
@@ -223,9 +222,9 @@ TEST(Renumbered, WhatTheFlagsHeldIsGone) {
     std::int32_t nNuevos = 0;
     routine(list.nPtos, list.X, list.Y, list.Z, nNuevos, IndiceNuevos, IndiceGeneral, Repetido, 0.0,
             progress.reference);
-    EXPECT_EQ(entries(Repetido), std::vector<bool>(3));
-    EXPECT_EQ(entries(IndiceNuevos), (Numbers32{0, 1, 0}));
-    EXPECT_EQ(entries(IndiceGeneral), (Numbers32{0, 1, 1}));
+    EXPECT_EQ(elements(Repetido), std::vector<bool>(3));
+    EXPECT_EQ(elements(IndiceNuevos), (Numbers32{0, 1, 0}));
+    EXPECT_EQ(elements(IndiceGeneral), (Numbers32{0, 1, 1}));
   }
 }
 
@@ -241,16 +240,16 @@ TEST(UnrepeatedIndex, OneVariableGivenTwice) {
   mOrdena::m_Indice_de_Puntos_sin_Repetir_ORDENADOS_EN_X(count, list.X, list.X, list.X, count, a,
                                                          0.0, progress.reference);
   EXPECT_EQ(count, 3);
-  EXPECT_EQ(entries(a), (Numbers32{0, 1, 2, 4, 0}));
+  EXPECT_EQ(elements(a), (Numbers32{0, 1, 2, 4, 0}));
   for (const Renumbering routine : {highest, all_axes}) {
     count = 4;
     routine(count, list.X, list.X, list.X, count, a, b, Repetido, 0.0, progress.reference);
     EXPECT_EQ(count, 3);
-    EXPECT_EQ(entries(a), (Numbers32{0, 1, 2, 4, 0}));
-    EXPECT_EQ(entries(b), (Numbers32{0, 1, 2, 1, 3}));
+    EXPECT_EQ(elements(a), (Numbers32{0, 1, 2, 4, 0}));
+    EXPECT_EQ(elements(b), (Numbers32{0, 1, 2, 1, 3}));
     count = 4;
     routine(count, list.X, list.X, list.X, count, b, b, Repetido, 0.0, progress.reference);
-    EXPECT_EQ(entries(b), (Numbers32{0, 1, 2, 4, 0})) << "the last to be written";
+    EXPECT_EQ(elements(b), (Numbers32{0, 1, 2, 4, 0})) << "the last to be written";
   }
   EXPECT_TRUE(screen.boxes.empty());
 }
@@ -303,14 +302,9 @@ void expect_as_restated(const PointList& list, double Precision, restated::Bar b
 
 TEST(UnrepeatedIndex, AnyPointsAsRestated) {
   Numbers numbers(71);
-  const double units[] = {0.0002, 0.5, 1.0};
-  const double precisions[] = {0.0, 0.0002, 0.5, 1.0, 0.003, -0.5, 1e-12};
-  for (int round = 0; round < 3000; ++round) {
-    const std::size_t count = 1 + numbers.below(round % 50 == 0 ? 2500 : 40);
-    const PointList list(any_points(numbers, count, units[numbers.below(3)]));
-    expect_as_restated(list, precisions[numbers.below(7)], {});
-    if (HasFailure()) FAIL() << "round " << round;
-  }
+  for_any_lists(
+      numbers, {0.0, 0.0002, 0.5, 1.0, 0.003, -0.5, 1e-12},
+      [](const PointList& list, double Precision) { expect_as_restated(list, Precision, {}); });
 }
 
 // So many points without ties that they are sorted by their numbers.
@@ -364,7 +358,6 @@ TEST(UnrepeatedIndex, AnyToleranceAsRestated) {
 // the boxes and no longer for the order.
 TEST(UnrepeatedIndex, WhatTheHostChangesMeanwhileAsRestated) {
   Numbers numbers(76);
-  const double nan = std::numeric_limits<double>::quiet_NaN();
   const double far[] = {nan, 1e299, 1e301, -1e301, 1e12, -7e8, 699999999.9999999};
   for (int round = 0; round < 6000; ++round) {
     const std::size_t count = 1 + numbers.below(round % 100 == 0 ? 1000 : 40);
@@ -448,7 +441,7 @@ TEST(UnrepeatedIndex, WhatTheHostWritesIntoTheIndexesMeanwhileIsWrittenOver) {
       EXPECT_EQ(out.nNuevos, 3) << row.rule;
       EXPECT_EQ(out.first.lower(), 0) << row.rule;
       EXPECT_EQ(out.first.dimensions(), 1) << row.rule;
-      EXPECT_EQ(entries(out.first), (Numbers32{0, 1, 2, 4, 0})) << row.rule;
+      EXPECT_EQ(elements(out.first), (Numbers32{0, 1, 2, 4, 0})) << row.rule;
       for (const Renumbering routine : {highest, all_axes}) {
         progress.object->written.clear();
         routine(4, points->X, points->Y, points->Z, out.nNuevos, out.first, out.second,
@@ -456,8 +449,8 @@ TEST(UnrepeatedIndex, WhatTheHostWritesIntoTheIndexesMeanwhileIsWrittenOver) {
         EXPECT_EQ(out.nNuevos, 3) << row.rule;
         EXPECT_EQ(out.first.lower(), 0) << row.rule;
         EXPECT_EQ(out.first.dimensions(), 1) << row.rule;
-        EXPECT_EQ(entries(out.first), (Numbers32{0, 1, 2, 4, 0})) << row.rule;
-        EXPECT_EQ(entries(out.second), (Numbers32{row.second_at_0, 1, 2, 1, 3})) << row.rule;
+        EXPECT_EQ(elements(out.first), (Numbers32{0, 1, 2, 4, 0})) << row.rule;
+        EXPECT_EQ(elements(out.second), (Numbers32{row.second_at_0, 1, 2, 1, 3})) << row.rule;
       }
       EXPECT_EQ(box_of(screen), "") << row.rule;
     }
@@ -487,8 +480,8 @@ TEST(UnrepeatedIndex, AGeneralIndexThatTheHostMakesAnotherMeanwhileIs9AfterWhatF
               progress.reference);
       EXPECT_EQ(box_of(screen), boxed(routine == all_axes ? title_2D : title_2, 9)) << row.rule;
       EXPECT_EQ(out.nNuevos, -77) << row.rule;
-      EXPECT_EQ(entries(out.first), Numbers32(5)) << row.rule;
-      EXPECT_EQ(entries(out.second), row.left) << row.rule;
+      EXPECT_EQ(elements(out.first), Numbers32(5)) << row.rule;
+      EXPECT_EQ(elements(out.second), row.left) << row.rule;
     }
   }
 }
@@ -509,8 +502,8 @@ TEST(UnrepeatedIndex, AHostThatLowersTheNumberOfPointsKeepsWhatItWroteAbove) {
             0.0, progress.reference);
     EXPECT_EQ(box_of(screen), "");
     EXPECT_EQ(out.nNuevos, 2);
-    EXPECT_EQ(entries(out.first), (Numbers32{0, 1, 2, 0})) << "a whole copy";
-    EXPECT_EQ(entries(out.second), (Numbers32{99, 1, 2, 99}));
+    EXPECT_EQ(elements(out.first), (Numbers32{0, 1, 2, 0})) << "a whole copy";
+    EXPECT_EQ(elements(out.second), (Numbers32{99, 1, 2, 99}));
   }
 }
 
@@ -530,34 +523,26 @@ TEST(UnrepeatedIndex, AnIndexThatTheHostLocksMeanwhileIsWrittenButNotReplaced) {
       const char* const title = routine == all_axes ? title_2D.c_str() : title_2.c_str();
       EXPECT_EQ(box_of(screen), boxed(title, first ? 10 : 0));
       EXPECT_EQ(out.nNuevos, 3) << "written before the index that is replaced";
-      EXPECT_EQ(entries(out.first), first ? Numbers32(5) : (Numbers32{0, 1, 2, 4, 0}));
-      EXPECT_EQ(entries(out.second), (Numbers32{0, 1, 2, 1, 3}));
+      EXPECT_EQ(elements(out.first), first ? Numbers32(5) : (Numbers32{0, 1, 2, 4, 0}));
+      EXPECT_EQ(elements(out.second), (Numbers32{0, 1, 2, 1, 3}));
     }
   }
 }
 
 TEST(UnrepeatedIndex, WhatAFailureLeavesAsRestated) {
   Numbers numbers(72);
-  const double nan = std::numeric_limits<double>::quiet_NaN();
-  const double infinity = std::numeric_limits<double>::infinity();
-  const double highest_number = std::numeric_limits<double>::max();
-  const double odd[] = {nan, infinity, -infinity, highest_number, -highest_number, 0.0};
   int failed = 0;
   for (int round = 0; round < 4000; ++round) {
-    const std::size_t count = numbers.below(20);
-    PointList list(any_points(numbers, count, 0.5));
-    const auto point = static_cast<std::int32_t>(numbers.below(count + 1));
-    const auto shorter = static_cast<std::int32_t>(numbers.below(count + 1));
-    restated::Bar bar;
-    double Precision = numbers.below(3) == 0 ? highest_number / 2 : 1.0;
+    auto [list, point, shorter, Precision, bar] = AnyCall(numbers);
+    const auto odd = [&] { return AnyCall::odd[numbers.below(6)]; };
     switch (numbers.below(7)) {
-      case 0: list.Y(point) = odd[numbers.below(6)]; break;
-      case 1: list.Z(point) = odd[numbers.below(6)]; break;
+      case 0: list.Y(point) = odd(); break;
+      case 1: list.Z(point) = odd(); break;
       case 2: list.X.size_keeping(0, shorter); break;
       case 3: list.Y.size_keeping(0, shorter); break;
       case 4: list.Z.size_keeping(0, shorter); break;
       case 5: bar.fails_at = 1 + static_cast<int>(numbers.below(4)); break;
-      default: Precision = odd[numbers.below(6)];
+      default: Precision = odd();
     }
     if (std::isnan(Precision)) continue;  // a row of its own below
     failed += restated::ordered_in_X(list.nPtos, restated::row_of(list.X), restated::row_of(list.Y),
@@ -572,7 +557,6 @@ TEST(UnrepeatedIndex, WhatAFailureLeavesAsRestated) {
 // ---- Failures --------------------------------------------------------------
 
 TEST(UnrepeatedIndex, FailuresThatAreTrapped) {
-  const double nan = std::numeric_limits<double>::quiet_NaN();
   const std::vector<Point> two = {{1, 1, 1}, {2, 2, 2}};
   struct Row {
     const char* rule;
@@ -588,7 +572,7 @@ TEST(UnrepeatedIndex, FailuresThatAreTrapped) {
   const Row table[] = {
       {"no points: 32000 / 0, before the indicator", 0, 0, two, 11, 0, true},
       {"a negative number of points", -1, 0, two, 9, 0, false},
-      {"the lowest number of all", std::numeric_limits<std::int32_t>::min(), 0, two, 9, 0, false},
+      {"the lowest number of all", lowest_long, 0, two, 9, 0, false},
       {"too few elements", 3, 0, two, 9, 0, true},
       {"a precision that is no number", 2, nan, two, 6, 0, true},
       {"a high bound that overflows", 2, large, {{0, large, 0}, {1, 2, 0}}, 6, 3, true},
@@ -611,16 +595,16 @@ TEST(UnrepeatedIndex, FailuresThatAreTrapped) {
     IndexOutcome out = in_X(list, row.Precision, progress.reference);
     EXPECT_EQ(out.box, boxed(title_in_X, row.number)) << row.rule;
     EXPECT_EQ(out.nNuevos, -77) << row.rule;
-    EXPECT_EQ(entries(out.first), Numbers32(size)) << row.rule;
+    EXPECT_EQ(elements(out.first), Numbers32(size)) << row.rule;
     EXPECT_EQ(progress.object->written.size(), row.writes) << row.rule;
     for (const Renumbering routine : {highest, all_axes}) {
       Indicator again;
       out = run(routine, list, row.Precision, again.reference);
       EXPECT_EQ(out.box, boxed(routine == highest ? title_2 : title_2D, row.number)) << row.rule;
       EXPECT_EQ(out.nNuevos, -77) << row.rule;
-      EXPECT_EQ(entries(out.first), Numbers32(size)) << row.rule;
-      EXPECT_EQ(entries(out.second), Numbers32(size)) << row.rule;
-      EXPECT_EQ(entries(out.Repetido), std::vector<bool>(size)) << row.rule;
+      EXPECT_EQ(elements(out.first), Numbers32(size)) << row.rule;
+      EXPECT_EQ(elements(out.second), Numbers32(size)) << row.rule;
+      EXPECT_EQ(elements(out.Repetido), std::vector<bool>(size)) << row.rule;
       EXPECT_EQ(again.object->written.size(), row.writes) << row.rule;
     }
   }
@@ -638,7 +622,6 @@ TEST(UnrepeatedIndex, ABoundThatOverflowsComesBeforeTheCoordinateComparedWithIt)
 }
 
 TEST(UnrepeatedIndex, AnAxisIsComparedBeforeTheNextIsRead) {
-  const double nan = std::numeric_limits<double>::quiet_NaN();
   PointList list({{0, 0, 0}, {0, nan, 0}});
   list.Z.size_keeping(0, 1);
   const Indicator progress;
@@ -672,19 +655,18 @@ TEST(UnrepeatedIndex, AnAnchorMayOverflowWhenNothingIsComparedWithIt) {
   const IndexOutcome out =
       in_X(PointList({{0, 0, 0}, {1, large * 1.5, 0}}), large, progress.reference);
   EXPECT_EQ(out.box, "");
-  EXPECT_EQ(entries(out.first), (Numbers32{0, 1, 2}));
+  EXPECT_EQ(elements(out.first), (Numbers32{0, 1, 2}));
   const IndexOutcome one = in_X(PointList({{0, large, 0}}), large, progress.reference);
   EXPECT_EQ(one.box, "");
   EXPECT_EQ(one.nNuevos, 1);
 }
 
 TEST(UnrepeatedIndex, AnInfinityOfTheCallersIsOneLikeAnyOther) {
-  const double infinity = std::numeric_limits<double>::infinity();
   const Indicator progress;
   const IndexOutcome out =
-      in_X(PointList({{0, infinity, 0}, {0, infinity, 0}, {0, 3, 0}}), 1, progress.reference);
+      in_X(PointList({{0, inf, 0}, {0, inf, 0}, {0, 3, 0}}), 1, progress.reference);
   EXPECT_EQ(out.box, "");
-  EXPECT_EQ(entries(out.first), (Numbers32{0, 1, 2, 3}));  // not strictly between its own bounds
+  EXPECT_EQ(elements(out.first), (Numbers32{0, 1, 2, 3}));  // not strictly between its own bounds
 }
 
 TEST(UnrepeatedIndex, TheBoxIsCaptionedWithTheEngine) {
@@ -730,7 +712,7 @@ int refuse_each_allocation(const std::string& title, Call call) {
       refused = RefusedAllocation::happened();
       refusal.reset();
       if (out.box.empty()) {
-        EXPECT_EQ(entries(out.first), entries(expected.first)) << let_pass;
+        EXPECT_EQ(elements(out.first), elements(expected.first)) << let_pass;
         EXPECT_EQ(out.nNuevos, expected.nNuevos) << let_pass;
       } else {
         EXPECT_EQ(out.box, boxed(title, 7)) << let_pass;

@@ -1,10 +1,9 @@
 #include "orv2_geo/repeated/x_order.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
-#include <limits>
 #include <vector>
+
+#include "tests/support/preamble.h"
 
 namespace orv2_geo {
 namespace {
@@ -34,7 +33,7 @@ TEST(XOrder, MarksThatTellNothingAreTakenOut) {
   EXPECT_TRUE(has_marks(sound));
 
   XOrder beside(X, points);
-  Y.back() = std::numeric_limits<double>::quiet_NaN();
+  Y.back() = nan;
   Marks uncertain(0.5, beside.layout());
   EXPECT_TRUE(beside.mark(X, Y, uncertain)) << "X has its keys";
   EXPECT_FALSE(uncertain.certain());

@@ -1,20 +1,15 @@
 #include "orv2_geo/sorting/double_keys.h"
 
-#include <gtest/gtest.h>
-
 #include <cmath>
-#include <limits>
 #include <string>
 
 #include "orv2_geo/platform/text_services.h"
-#include "tests/support/expect_failure.h"
+#include "tests/support/preamble.h"
 
 namespace orv2_geo {
 namespace {
 
 using sorting::key_in_span;
-using testing_support::bits;
-using testing_support::Numbers;
 
 // The digits of the key's text as a whole number of millionths.
 std::int64_t millionths(double value) {
@@ -53,12 +48,11 @@ TEST(DoubleKeys, RandomValuesGiveTheDigitsOfTheirTexts) {
 // neighbours: ties go to even.
 TEST(DoubleKeys, HalvesAtTheFifteenthDigit) {
   Numbers numbers(82);
-  const double up = std::numeric_limits<double>::infinity();
   for (int i = 0; i < 300000; ++i) {
     const double whole = std::floor(numbers.between(0, 7e8));
     const double tie = whole + (2.0 * std::floor(numbers.between(0, 64)) + 1.0) / 128.0;
     for (const double value : {tie, tie - 5e8, tie - 7.5e8}) {
-      for (const double near : {value, std::nextafter(value, up), std::nextafter(value, -up)}) {
+      for (const double near : {value, std::nextafter(value, inf), std::nextafter(value, -inf)}) {
         expect_the_text(near);
       }
     }
@@ -76,11 +70,10 @@ TEST(DoubleKeys, TheKeysOfAFewValues) {
 }
 
 TEST(DoubleKeys, PowersOfTwoAndTheEndsOfTheSpan) {
-  const double up = std::numeric_limits<double>::infinity();
   for (int e = -1074; e < 30; ++e) {
     for (const double sign : {1.0, -1.0}) {
       const double value = std::ldexp(sign, e);
-      for (const double near : {value, std::nextafter(value, up), std::nextafter(value, -up)}) {
+      for (const double near : {value, std::nextafter(value, inf), std::nextafter(value, -inf)}) {
         expect_the_text(near);
       }
     }
@@ -91,10 +84,10 @@ TEST(DoubleKeys, PowersOfTwoAndTheEndsOfTheSpan) {
     expect_the_text(high);
     expect_the_text(below_zero);
     expect_the_text(zero);
-    low = std::nextafter(low, up);
-    high = std::nextafter(high, -up);
-    below_zero = i % 2 == 0 ? std::nextafter(below_zero, -up) : below_zero * 1.5;
-    zero = i % 2 == 0 ? std::nextafter(zero, up) : zero * 1.5;
+    low = std::nextafter(low, inf);
+    high = std::nextafter(high, -inf);
+    below_zero = i % 2 == 0 ? std::nextafter(below_zero, -inf) : below_zero * 1.5;
+    zero = i % 2 == 0 ? std::nextafter(zero, inf) : zero * 1.5;
   }
   EXPECT_EQ(key_in_span(-1e8), 100000000000000);
   EXPECT_EQ(key_in_span(-1e-30), 200000000000000);

@@ -1,285 +1,27 @@
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <cmath>
 #include <functional>
-#include <limits>
-#include <numeric>
 #include <string>
 #include <vector>
 
 #include "orv2_geo/platform/text_services.h"
 #include "orv2_geo/sorting/cgeo_Ordena.h"
 #include "orv2_geo/sorting/mOrdena.h"
-#include "tests/sorting/restated_kernel.h"
-#include "tests/support/expect_failure.h"
+#include "tests/sorting/restated_quicksort.h"
+#include "tests/sorting/sort_data.h"
+#include "tests/support/arrays.h"
+#include "tests/support/preamble.h"
 #include "tests/support/refused_memory.h"
 
 namespace orv2_geo {
 namespace {
 
-using mOrdena::bound_from_array;
-using testing_support::allocations_in_use;
-using testing_support::bits;
-using testing_support::Elements;
-using testing_support::failure_of;
-using testing_support::Missing;
-using testing_support::Numbers;
-using testing_support::Order;
-using testing_support::RefusedAllocation;
-using testing_support::restated_key;
-using testing_support::sort_by_restated_steps;
-
 const cgeo_Ordena sorts;
 
-constexpr std::int32_t highest = std::numeric_limits<std::int32_t>::max();
-
-template <class T, class Value>
-GeoArray<T> array_of(std::int32_t lower, const std::vector<Value>& values) {
-  GeoArray<T> array;
-  array.make(lower, static_cast<std::uint32_t>(values.size()));
-  for (std::size_t i = 0; i < values.size(); ++i) array.data()[i] = static_cast<T>(values[i]);
-  return array;
-}
-
-template <class T>
-std::vector<T> elements(const GeoArray<T>& array) {
-  return {array.data(), array.data() + array.count()};
-}
-
-std::vector<std::string> texts(const StringArray& array) {
-  std::vector<std::string> all;
-  for (const Text& text : elements(array)) all.push_back(text.to_utf8());
-  return all;
-}
-
-// What a survey or an adversary brings, as numbers of which many are equal.
-std::vector<std::int64_t> pattern(Numbers& numbers, std::size_t n) {
-  std::vector<std::int64_t> all(n);
-  const std::uint64_t kind = numbers.below(7);
-  const std::uint64_t different = 1 + numbers.below(1 + n);
-  for (std::size_t i = 0; i < n; ++i) {
-    const auto at = static_cast<std::int64_t>(i);
-    switch (kind) {
-      case 0: all[i] = 5; break;
-      case 1: all[i] = at / 3; break;
-      case 2: all[i] = static_cast<std::int64_t>(n) - at / 2; break;
-      case 3: all[i] = std::min(at, static_cast<std::int64_t>(n) - at); break;
-      case 4: all[i] = at + (i % 17 == 0 ? static_cast<std::int64_t>(numbers.below(5)) : 0); break;
-      default: all[i] = static_cast<std::int64_t>(numbers.below(different)) - 20; break;
-    }
-  }
-  return all;
-}
-
-std::size_t any_length(Numbers& numbers, int run) {
-  return run % 20 == 0  ? numbers.below(2001)
-         : run % 3 == 0 ? numbers.below(300)
-                        : numbers.below(20);
-}
-
-// An array's bounds and the bounds of a sort in it.
-struct Place {
-  std::int32_t lower, from, to;
-};
-Place any_place(Numbers& numbers, std::size_t n) {
-  const std::int32_t lower = static_cast<std::int32_t>(numbers.below(2)) == 0
-                                 ? 1
-                                 : static_cast<std::int32_t>(numbers.below(4000)) - 3000;
-  Place place = {lower, bound_from_array, bound_from_array};
-  if (numbers.below(2) == 0) place.from = lower + static_cast<std::int32_t>(numbers.below(3));
-  if (numbers.below(2) == 0) {
-    place.to =
-        lower + static_cast<std::int32_t>(n) - 1 - static_cast<std::int32_t>(numbers.below(3));
-  }
-  return place;
-}
-std::int64_t from_of(const Place& place) {
-  return place.from == bound_from_array ? place.lower : place.from;
-}
-std::int64_t to_of(const Place& place, std::size_t n) {
-  return place.to == bound_from_array ? place.lower + static_cast<std::int64_t>(n) - 1 : place.to;
-}
-
-int compare_numbers(std::int64_t a, std::int64_t b) { return a < b ? -1 : a > b ? 1 : 0; }
-
-// Letters and digits of the number, upper or lower case by chance, so that ties
-// can be told apart.
-Text code_of(Numbers& numbers, std::int64_t number) {
-  std::u16string text;
-  for (const char c : "P" + std::to_string(number + 20) + "xy") {
-    const bool upper = numbers.below(2) == 0;
-    text.push_back(static_cast<char16_t>(c >= 'a' && c <= 'z' && upper ? c - 32 : c));
-  }
-  text.pop_back();
-  return Text(text);
-}
-
-TEST(Sorts, RandomNumbersInPlace) {
-  Numbers numbers(71);
-  for (int run = 0; run < 1500; ++run) {
-    const std::size_t n = any_length(numbers, run);
-    const std::vector<std::int64_t> values = pattern(numbers, n);
-    const Place place = any_place(numbers, n);
-    LongArray array = array_of<std::int32_t>(place.lower, values);
-    Elements restated{place.lower, values};
-    sort_by_restated_steps(restated, compare_numbers, from_of(place), to_of(place, n));
-    mOrdena::Ordena_LongArray(array, place.from, place.to);
-    ASSERT_EQ(elements(array),
-              std::vector<std::int32_t>(restated.values.begin(), restated.values.end()));
-  }
-}
-
-TEST(Sorts, RandomNumbersThroughAnIndex) {
-  Numbers numbers(72);
-  for (int run = 0; run < 1500; ++run) {
-    const std::size_t n = any_length(numbers, run);
-    const std::vector<std::int64_t> values = pattern(numbers, n);
-    const LongArray array = array_of<std::int32_t>(-7, values);
-    const std::vector<std::int32_t> before = elements(array);
-    std::vector<std::int64_t> entries(n + 1);
-    for (std::int64_t& entry : entries) {
-      entry = n == 0 ? 0 : static_cast<std::int64_t>(numbers.below(n)) - 7;
-    }
-    // Sometimes an entry numbers nothing.
-    if (n > 0 && numbers.below(4) == 0) {
-      entries[1 + numbers.below(n)] =
-          static_cast<std::int64_t>(n) - 7 + static_cast<std::int64_t>(numbers.below(2)) * 1000;
-    }
-    const std::int32_t to = numbers.below(2) == 0 ? bound_from_array : static_cast<std::int32_t>(n);
-    LongArray index = array_of<std::int32_t>(0, entries);
-    Elements restated{0, entries};
-    const auto key = [&](std::int64_t entry) {
-      if (entry < -7 || entry >= static_cast<std::int64_t>(n) - 7) throw Missing();
-      return values[static_cast<std::size_t>(entry + 7)];
-    };
-    const bool sorted = sort_by_restated_steps(
-        restated, [&](std::int64_t a, std::int64_t b) { return compare_numbers(key(a), key(b)); },
-        1, static_cast<std::int64_t>(n));
-    ASSERT_EQ(failure_of([&] { mOrdena::Ordena_LongIndexArray(array, index, 5, to); }),
-              sorted ? 0 : 9);
-    ASSERT_EQ(elements(index),
-              std::vector<std::int32_t>(restated.values.begin(), restated.values.end()))
-        << run;
-    ASSERT_EQ(elements(array), before);
-  }
-}
-
-TEST(Sorts, LongArraysOfManyTies) {
-  Numbers numbers(78);
-  constexpr std::int32_t n = 150000;
-  for (const std::uint64_t different : {3U, 1000U, 100000U, 100000000U}) {
-    LongArray keys(1, n), index(1, n);
-    Elements restated{1, std::vector<std::int64_t>(n)};
-    for (std::int32_t i = 1; i <= n; ++i) {
-      keys(i) = static_cast<std::int32_t>(numbers.below(different)) - 50000;
-      index(i) = i;
-      restated.at(i) = i;
-    }
-    const auto key = [&](std::int64_t entry) { return keys(static_cast<std::int32_t>(entry)); };
-    sort_by_restated_steps(
-        restated, [&](std::int64_t a, std::int64_t b) { return compare_numbers(key(a), key(b)); },
-        1, n);
-    mOrdena::Ordena_LongIndexArray(keys, index, 1, n);
-    ASSERT_EQ(elements(index),
-              std::vector<std::int32_t>(restated.values.begin(), restated.values.end()))
-        << different;
-  }
-}
-
-TEST(Sorts, RandomTextsInPlace) {
-  Numbers numbers(73);
-  for (int run = 0; run < 400; ++run) {
-    const std::size_t n = any_length(numbers, run);
-    std::vector<Text> keys;
-    for (const std::int64_t value : pattern(numbers, n)) keys.push_back(code_of(numbers, value));
-    const Place place = any_place(numbers, n);
-    StringArray array = array_of<Text>(place.lower, keys);
-    Elements restated{place.lower, std::vector<std::int64_t>(n)};
-    std::iota(restated.values.begin(), restated.values.end(), 0);
-    const Order order = [&](std::int64_t a, std::int64_t b) {
-      return text_services::compare(keys[static_cast<std::size_t>(a)].view(),
-                                    keys[static_cast<std::size_t>(b)].view());
-    };
-    sort_by_restated_steps(restated, order, from_of(place), to_of(place, n));
-    mOrdena::Ordena_StringArray(array, place.from, place.to);
-    for (std::size_t i = 0; i < n; ++i) {
-      ASSERT_EQ(array.data()[i], keys[static_cast<std::size_t>(restated.values[i])]) << run;
-    }
-  }
-}
-
-TEST(Sorts, RandomTextsThroughAnIndex) {
-  Numbers numbers(74);
-  for (int run = 0; run < 400; ++run) {
-    const std::size_t n = any_length(numbers, run);
-    std::vector<Text> keys;
-    for (const std::int64_t value : pattern(numbers, n)) keys.push_back(code_of(numbers, value));
-    const StringArray array = array_of<Text>(3, keys);
-    const Place place = any_place(numbers, n);
-    std::vector<std::int64_t> entries(n);
-    for (std::int64_t& entry : entries) entry = static_cast<std::int64_t>(numbers.below(n)) + 3;
-    if (n > 0 && numbers.below(4) == 0) entries[numbers.below(n)] = 2;
-    LongArray index = array_of<std::int32_t>(place.lower, entries);
-    Elements restated{place.lower, entries};
-    const Order order = [&](std::int64_t a, std::int64_t b) {
-      if (a < 3 || b < 3) throw Missing();
-      return text_services::compare(keys[static_cast<std::size_t>(a - 3)].view(),
-                                    keys[static_cast<std::size_t>(b - 3)].view());
-    };
-    const bool sorted = sort_by_restated_steps(restated, order, from_of(place), to_of(place, n));
-    ASSERT_EQ(
-        failure_of([&] { mOrdena::Ordena_StringIndexArray(array, index, place.from, place.to); }),
-        sorted ? 0 : 9);
-    ASSERT_EQ(elements(index),
-              std::vector<std::int32_t>(restated.values.begin(), restated.values.end()))
-        << run;
-  }
-}
-
-TEST(Sorts, ABoundBeyondTheArrayLeavesWhatTheStepsLeave) {
-  Numbers numbers(75);
-  for (int run = 0; run < 600; ++run) {
-    const std::size_t n = 1 + numbers.below(40);
-    const std::vector<std::int64_t> values = pattern(numbers, n);
-    const std::int32_t from = run % 3 == 0 ? -3 : 1;
-    const std::int32_t to =
-        static_cast<std::int32_t>(n) + static_cast<std::int32_t>(numbers.below(4));
-    Elements restated{1, values};
-    const bool sorted = sort_by_restated_steps(restated, compare_numbers, from, to);
-    const std::vector<std::int32_t> expected(restated.values.begin(), restated.values.end());
-    LongArray array = array_of<std::int32_t>(1, values);
-    ASSERT_EQ(failure_of([&] { mOrdena::Ordena_LongArray(array, from, to); }), sorted ? 0 : 9);
-    ASSERT_EQ(elements(array), expected) << run;
-
-    std::vector<Text> keys;
-    for (const std::int64_t value : values) keys.push_back(code_of(numbers, value + 1000));
-    StringArray names = array_of<Text>(1, keys);
-    ASSERT_EQ(failure_of([&] { mOrdena::Ordena_StringArray(names, from, to); }), sorted ? 0 : 9);
-    std::vector<std::string> left = texts(names), all;
-    for (const Text& key : keys) all.push_back(key.to_utf8());
-    std::sort(left.begin(), left.end());
-    std::sort(all.begin(), all.end());
-    ASSERT_EQ(left, all);  // each text still there once
-  }
-}
-
-TEST(Sorts, SevenElementsKeepTheOrderOfTiesAndEightDoNot) {
-  for (const std::int32_t n : {7, 8}) {
-    LongArray keys(1, n), index(1, n);
-    for (std::int32_t i = 1; i <= n; ++i) index(i) = i;
-    mOrdena::Ordena_LongIndexArray(keys, index, bound_from_array, bound_from_array);
-    const std::vector<std::int32_t> order = elements(index);
-    EXPECT_EQ(std::is_sorted(order.begin(), order.end()), n == 7);
-    std::vector<std::int32_t> all = order;
-    std::sort(all.begin(), all.end());
-    for (std::int32_t i = 1; i <= n; ++i) EXPECT_EQ(all[static_cast<std::size_t>(i - 1)], i);
-  }
-}
-
 TEST(Sorts, ARangeOfOneOrNoneReadsNothing) {
-  LongArray array = array_of<std::int32_t>(1, std::vector<int>{3, 2, 1});
-  for (const auto& range : {std::pair{2, 2}, {3, 1}, {50, 50}, {90, 40}, {highest, highest}}) {
+  LongArray array = longs(1, {3, 2, 1});
+  for (const auto& range :
+       {std::pair{2, 2}, {3, 1}, {50, 50}, {90, 40}, {highest_long, highest_long}}) {
     const std::int32_t from = range.first, to = range.second;
     EXPECT_EQ(failure_of([&] { mOrdena::Ordena_LongArray(array, from, to); }), 0) << from;
     EXPECT_EQ(elements(array), (std::vector<std::int32_t>{3, 2, 1}));
@@ -290,11 +32,12 @@ TEST(Sorts, ARangeOfOneOrNoneReadsNothing) {
 
 TEST(Sorts, BoundsTooFarApartAre6) {
   LongArray array(1, 3);
-  EXPECT_EQ(failure_of([&] { mOrdena::Ordena_LongArray(array, -5, highest); }), 6);
-  EXPECT_EQ(failure_of([&] { mOrdena::Ordena_LongArray(array, highest, -5); }), 6);
+  EXPECT_EQ(failure_of([&] { mOrdena::Ordena_LongArray(array, -5, highest_long); }), 6);
+  EXPECT_EQ(failure_of([&] { mOrdena::Ordena_LongArray(array, highest_long, -5); }), 6);
   // Near enough, but their sum is not.
-  EXPECT_EQ(failure_of([&] { mOrdena::Ordena_LongArray(array, highest - 9, highest); }), 6);
-  EXPECT_EQ(failure_of([&] { mOrdena::Ordena_LongArray(array, 1, highest); }), 6);
+  EXPECT_EQ(failure_of([&] { mOrdena::Ordena_LongArray(array, highest_long - 9, highest_long); }),
+            6);
+  EXPECT_EQ(failure_of([&] { mOrdena::Ordena_LongArray(array, 1, highest_long); }), 6);
 }
 
 TEST(Sorts, ABoundOfAnUnallocatedArrayIs9) {
@@ -314,20 +57,20 @@ TEST(Sorts, ABoundOfAnUnallocatedArrayIs9) {
 }
 
 TEST(Sorts, ALongIndexStartsAt1WhateverItsLowerBoundSays) {
-  const LongArray keys = array_of<std::int32_t>(1, std::vector<int>{9, 8, 7, 6});
+  const LongArray keys = longs(1, {9, 8, 7, 6});
   for (const std::int32_t from : {bound_from_array, 5, 3, -9}) {
-    LongArray index = array_of<std::int32_t>(0, std::vector<int>{77, 1, 2, 3, 4});
+    LongArray index = longs(0, {77, 1, 2, 3, 4});
     sorts.Ordena_LongIndexArray(keys, index, from, bound_from_array);
     EXPECT_EQ(elements(index), (std::vector<std::int32_t>{77, 4, 3, 2, 1})) << from;
   }
-  LongArray above = array_of<std::int32_t>(2, std::vector<int>{4, 3, 2});
+  LongArray above = longs(2, {4, 3, 2});
   EXPECT_EQ(failure_of([&] { sorts.Ordena_LongIndexArray(keys, above, 5, bound_from_array); }), 9);
 }
 
 TEST(Sorts, AnIndexShorterThanTheUpperBoundIs9) {
-  const LongArray keys = array_of<std::int32_t>(1, std::vector<int>{9, 8, 7, 6});
-  const StringArray names = array_of<Text>(1, std::vector<Text>{u"b", u"a", u"c", u"d"});
-  LongArray index = array_of<std::int32_t>(1, std::vector<int>{1, 2});
+  const LongArray keys = longs(1, {9, 8, 7, 6});
+  const StringArray names = strings(1, {u"b", u"a", u"c", u"d"});
+  LongArray index = longs(1, {1, 2});
   EXPECT_EQ(failure_of([&] { sorts.Ordena_LongIndexArray(keys, index, 1, 4); }), 9);
   EXPECT_EQ(elements(index), (std::vector<std::int32_t>{2, 1}));
   EXPECT_EQ(failure_of([&] { sorts.Ordena_StringIndexArray(names, index, 1, 4); }), 9);
@@ -335,19 +78,18 @@ TEST(Sorts, AnIndexShorterThanTheUpperBoundIs9) {
 
 // The element that is held keeps the key that it had when it was taken.
 TEST(Sorts, OneArrayForKeysAndIndex) {
-  const LongArray before = array_of<std::int32_t>(1, std::vector<int>{3, 1, 2});
+  const LongArray before = longs(1, {3, 1, 2});
   LongArray both = before;
   sorts.Ordena_LongIndexArray(both, both, bound_from_array, bound_from_array);
   EXPECT_EQ(elements(both), (std::vector<std::int32_t>{3, 2, 1}));
 }
 
 TEST(Sorts, AtTheLowestSubscriptAStepDownIs6WithTheElementMoved) {
-  constexpr std::int32_t lowest = std::numeric_limits<std::int32_t>::min();
-  LongArray array = array_of<std::int32_t>(lowest, std::vector<int>{5, 3});
+  LongArray array = longs(lowest_long, {5, 3});
   EXPECT_EQ(failure_of([&] { sorts.Ordena_LongArray(array, bound_from_array, bound_from_array); }),
             6);
   EXPECT_EQ(elements(array), (std::vector<std::int32_t>{5, 5}));
-  StringArray names = array_of<Text>(lowest, std::vector<Text>{u"b", u"a"});
+  StringArray names = strings(lowest_long, {u"b", u"a"});
   EXPECT_EQ(
       failure_of([&] { sorts.Ordena_StringArray(names, bound_from_array, bound_from_array); }), 6);
   EXPECT_EQ(texts(names), (std::vector<std::string>{"a", "b"}));  // each still there once
@@ -360,46 +102,11 @@ TEST(Sorts, TextsThatPunctuationAloneTellsApart) {
       {u"€A", u"€_ª"}, {u"́B", u"̃-b"},     {u"c'Hc", u"c hH"},
   };
   for (const std::vector<Text>& pair : all) {
-    StringArray at_once = array_of<Text>(1, pair), by_steps = array_of<Text>(1, pair);
+    StringArray at_once = strings(1, pair), by_steps = strings(1, pair);
     sorts.Ordena_StringArray(at_once, 1, 2);
     EXPECT_EQ(failure_of([&] { sorts.Ordena_StringArray(by_steps, 1, 3); }), 9);
     EXPECT_EQ(texts(at_once), texts(by_steps));
     EXPECT_LE(text_services::compare(at_once(1).view(), at_once(2).view()), 0);
-  }
-}
-
-TEST(Sorts, TextsThatDifferInCaseAreTies) {
-  StringArray array = array_of<Text>(1, std::vector<Text>{u"Abd", u"abc", u"ABC"});
-  sorts.Ordena_StringArray(array, bound_from_array, bound_from_array);
-  EXPECT_EQ(texts(array), (std::vector<std::string>{"abc", "ABC", "Abd"}));
-}
-
-// Every other element a tie, wherever the bounds lie: the middle of two negative
-// subscripts is rounded towards zero.
-TEST(Sorts, TheMiddleOfNegativeSubscripts) {
-  for (const std::int32_t lower : {-9, -8, -4, -3, 0, 1}) {
-    const std::vector<std::int64_t> values = {3, 1, 3, 1, 2, 3, 1, 2, 3};
-    StringArray names;
-    names.make(lower, 9);
-    LongArray index;
-    index.make(lower, 9);
-    Elements restated{lower, {}};
-    for (std::size_t i = 0; i < 9; ++i) {
-      names.data()[i] = Text(std::u16string(1, static_cast<char16_t>(u'a' + values[i])));
-      index.data()[i] = lower + static_cast<std::int32_t>(i);
-      restated.values.push_back(lower + static_cast<std::int64_t>(i));
-    }
-    sort_by_restated_steps(
-        restated,
-        [&](std::int64_t a, std::int64_t b) {
-          return compare_numbers(values[static_cast<std::size_t>(a - lower)],
-                                 values[static_cast<std::size_t>(b - lower)]);
-        },
-        lower, lower + 8);
-    sorts.Ordena_StringIndexArray(names, index, bound_from_array, bound_from_array);
-    EXPECT_EQ(elements(index),
-              std::vector<std::int32_t>(restated.values.begin(), restated.values.end()))
-        << lower;
   }
 }
 
@@ -425,7 +132,7 @@ TEST(Sorts, DoublesInPlace) {
     std::vector<double> values = row.values, expected = row.expected;
     values.insert(values.begin(), 77.0);  // element 0 takes no part
     expected.insert(expected.begin(), 77.0);
-    DoubleArray array = array_of<double>(0, values);
+    DoubleArray array = doubles(0, values);
     sorts.Ordena_Double_Array(array, bound_from_array, bound_from_array);
     ASSERT_EQ(array.count(), expected.size()) << row.rule;
     for (std::size_t i = 0; i < expected.size(); ++i) {
@@ -436,7 +143,7 @@ TEST(Sorts, DoublesInPlace) {
 
 TEST(Sorts, DoublesThroughAnIndex) {
   const auto index_of = [](const std::vector<double>& values, std::int32_t from, std::int32_t to) {
-    const DoubleArray array = array_of<double>(0, values);
+    const DoubleArray array = doubles(0, values);
     LongArray index(5, 9);
     sorts.Ordena_Double_Index_Array(array, index, from, to);
     EXPECT_EQ(index.lower(), 0);
@@ -457,27 +164,26 @@ TEST(Sorts, DoublesThroughAnIndex) {
 
 TEST(Sorts, DoublesFailWhereAnElementIsMissing) {
   LongArray index(5, 9);
-  const DoubleArray short_one = array_of<double>(1, std::vector<double>{3, 2, 1});
+  const DoubleArray short_one = doubles(1, {3, 2, 1});
   EXPECT_EQ(failure_of([&] { sorts.Ordena_Double_Index_Array(short_one, index, 1, 5); }), 9);
   EXPECT_EQ(elements(index), (std::vector<std::int32_t>{0, 1, 2, 3, 0, 0}));
-  const DoubleArray above = array_of<double>(2, std::vector<double>{3, 2, 1});
+  const DoubleArray above = doubles(2, {3, 2, 1});
   EXPECT_EQ(failure_of([&] {
               sorts.Ordena_Double_Index_Array(above, index, bound_from_array, bound_from_array);
             }),
             9);
   EXPECT_EQ(elements(index), (std::vector<std::int32_t>{0, 0, 0, 0, 0}));
-  index = array_of<std::int32_t>(3, std::vector<int>{1, 2});
+  index = longs(3, {1, 2});
   EXPECT_EQ(failure_of([&] { sorts.Ordena_Double_Index_Array(short_one, index, 1, -1); }), 9);
   EXPECT_EQ(elements(index), (std::vector<std::int32_t>{1, 2}));
-  const double nan = std::numeric_limits<double>::quiet_NaN();
-  DoubleArray with_nan = array_of<double>(1, std::vector<double>{3, nan, 1});
+  DoubleArray with_nan = doubles(1, {3, nan, 1});
   EXPECT_EQ(failure_of([&] { sorts.Ordena_Double_Index_Array(with_nan, index, 1, 3); }), 6);
   EXPECT_EQ(elements(index), (std::vector<std::int32_t>{0, 1, 0, 0}));
   EXPECT_EQ(failure_of([&] { sorts.Ordena_Double_Array(with_nan, 1, 3); }), 6);
   EXPECT_EQ(with_nan(1), 3.0);
   EXPECT_EQ(failure_of([&] { sorts.Ordena_Double_Array(with_nan, 1, 9); }), 6);
   EXPECT_EQ(failure_of([&] { sorts.Ordena_Double_Array(with_nan, 1, 1); }), 0);
-  DoubleArray three = array_of<double>(1, std::vector<double>{3, 2, 1});
+  DoubleArray three = doubles(1, {3, 2, 1});
   EXPECT_EQ(failure_of([&] { sorts.Ordena_Double_Array(three, 1, 4); }), 9);
   EXPECT_EQ(elements(three), (std::vector<double>{3, 2, 1}));
 }
@@ -501,22 +207,13 @@ TEST(Sorts, RandomDoublesAgainstTheirTexts) {
     for (double& value : values) value = any_value(numbers, run);
     std::vector<Text> keys;
     for (const double value : values) keys.push_back(restated_key(value));
-    Elements restated{0, std::vector<std::int64_t>(n + 1)};
-    std::iota(restated.values.begin(), restated.values.end(), 0);
-    sort_by_restated_steps(
-        restated,
-        [&](std::int64_t a, std::int64_t b) {
-          return text_services::compare(keys[static_cast<std::size_t>(a)].view(),
-                                        keys[static_cast<std::size_t>(b)].view());
-        },
-        1, static_cast<std::int64_t>(n));
+    Elements restated = numbering(0, n + 1, 0);
+    sort_by_restated_steps(restated, by_texts(keys, 0), 1, static_cast<std::int64_t>(n));
 
-    DoubleArray array = array_of<double>(0, values);
+    DoubleArray array = doubles(0, values);
     LongArray index;
     sorts.Ordena_Double_Index_Array(array, index, bound_from_array, bound_from_array);
-    ASSERT_EQ(elements(index),
-              std::vector<std::int32_t>(restated.values.begin(), restated.values.end()))
-        << run;
+    ASSERT_EQ(elements(index), restated.as_longs()) << run;
 
     sorts.Ordena_Double_Array(array, bound_from_array, bound_from_array);
     for (std::size_t i = 1; i <= n; ++i) {
@@ -533,34 +230,33 @@ TEST(Sorts, RandomDoublesAgainstTheirTexts) {
 TEST(Sorts, ARefusedAllocationLosesNothing) {
   Numbers numbers(77);
   const std::vector<std::int64_t> values = pattern(numbers, 40);
-  std::vector<Text> keys;
+  const std::vector<Text> keys = codes_of(numbers, values);
   std::vector<double> reals;
-  for (const std::int64_t value : values) {
-    keys.push_back(code_of(numbers, value));
-    reals.push_back(static_cast<double>(value) * 5e7);
-  }
+  for (const std::int64_t value : values) reals.push_back(static_cast<double>(value) * 5e7);
   const auto sorted_texts = [](const StringArray& array) {
     std::vector<std::string> all = texts(array);
     std::sort(all.begin(), all.end());
     return all;
   };
-  const std::vector<std::string> all_texts = sorted_texts(array_of<Text>(1, keys));
+  const std::vector<std::string> all_texts = sorted_texts(strings(1, keys));
+  // What the first comparison of texts sets up stays for the next.
+  StringArray compared_before = strings(1, keys);
+  sorts.Ordena_StringArray(compared_before, 1, 40);
   int refusals = 0;
   for (long n = 0; n < 400; n = n < 60 ? n + 1 : n + 13) {
     const long before = allocations_in_use();
     {
-      StringArray names = array_of<Text>(1, keys);
+      StringArray names = strings(1, keys);
       const StringArray same_names = names;
       LongArray numbers_array = array_of<std::int32_t>(1, values);
-      DoubleArray doubles = array_of<double>(1, reals);
-      LongArray index(1, 40), double_index;
-      for (std::int32_t i = 1; i <= 40; ++i) index(i) = i;
+      DoubleArray values_array = doubles(1, reals);
+      LongArray index = counting(1, 40), double_index;
       const std::function<void()> work[] = {
           [&] { sorts.Ordena_StringArray(names, 1, 40); },
           [&] { sorts.Ordena_StringIndexArray(same_names, index, 1, 40); },
           [&] { sorts.Ordena_LongIndexArray(numbers_array, index, 1, 40); },
-          [&] { sorts.Ordena_Double_Index_Array(doubles, double_index, 1, 40); },
-          [&] { sorts.Ordena_Double_Array(doubles, 1, 40); },
+          [&] { sorts.Ordena_Double_Index_Array(values_array, double_index, 1, 40); },
+          [&] { sorts.Ordena_Double_Array(values_array, 1, 40); },
       };
       for (const auto& sort : work) {
         const RefusedAllocation refused(n);
@@ -578,38 +274,16 @@ TEST(Sorts, ARefusedAllocationLosesNothing) {
   EXPECT_GT(refusals, 10);
 }
 
-// The median of three is then always one of the smallest: the algorithm alone
-// would take steps by the square. (Two elements leave at each partition.)
-std::vector<std::int32_t> killer(std::int32_t n) {
-  std::vector<std::int32_t> ranks(static_cast<std::size_t>(n)), place(ranks.size());
-  std::iota(place.begin(), place.end(), 0);
-  // Run the choice of pivots, deciding the values as they are looked at.
-  std::int32_t lo = 0;
-  std::int32_t next = 0;
-  while (n - lo >= 9) {
-    const std::size_t first = static_cast<std::size_t>(lo);
-    const std::size_t middle = static_cast<std::size_t>((lo + n - 1 + 2) / 2 - 1);
-    std::swap(place[middle], place[first + 1]);
-    ranks[static_cast<std::size_t>(place[first])] = next++;
-    ranks[static_cast<std::size_t>(place[first + 1])] = next++;
-    lo += 2;
-  }
-  for (; lo < n; ++lo)
-    ranks[static_cast<std::size_t>(place[static_cast<std::size_t>(lo)])] = next++;
-  return ranks;
-}
-
 TEST(Sorts, AKillerOfTheMedianIsSortedAllTheSame) {
   constexpr std::int32_t n = 200000;
-  const std::vector<std::int32_t> ranks = killer(n);
-  DoubleArray values(1, n);
-  StringArray names(1, n);
-  LongArray names_index(1, n), index;
-  for (std::int32_t i = 1; i <= n; ++i) {
-    values(i) = ranks[static_cast<std::size_t>(i - 1)];
-    names(i) = text_services::default_text(1000000 + ranks[static_cast<std::size_t>(i - 1)]);
-    names_index(i) = i;
+  const std::vector<std::uint64_t> ranks = killer_of(n);
+  std::vector<Text> codes;
+  for (const std::uint64_t rank : ranks) {
+    codes.push_back(text_services::default_text(1000000 + static_cast<std::int32_t>(rank)));
   }
+  const DoubleArray values = array_of<double>(1, ranks);
+  const StringArray names = strings(1, codes);
+  LongArray names_index = counting(1, n), index;
   sorts.Ordena_Double_Index_Array(values, index, bound_from_array, bound_from_array);
   for (std::int32_t i = 1; i <= n; ++i) ASSERT_EQ(values(index(i)), i - 1);
   sorts.Ordena_StringIndexArray(names, names_index, bound_from_array, bound_from_array);

@@ -1,18 +1,10 @@
-#include <gtest/gtest.h>
-
-#include <limits>
 
 #include "orv2_geo/angles/cgeo_Algorismos.h"
 #include "orv2_geo/survey/cgeo_Geometria.h"
-#include "tests/support/expect_failure.h"
+#include "tests/support/preamble.h"
 
 namespace orv2_geo {
 namespace {
-
-using testing_support::bits;
-using testing_support::failure_of;
-using testing_support::Numbers;
-using testing_support::runtime;
 
 const cgeo_Geometria geometry;
 

@@ -1,22 +1,14 @@
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <array>
-#include <limits>
 #include <optional>
 #include <variant>
 #include <vector>
 
 #include "orv2_geo/survey/cgeo_Geometria.h"
-#include "tests/support/expect_failure.h"
+#include "tests/support/preamble.h"
 
 namespace orv2_geo {
 namespace {
-
-using testing_support::bits;
-using testing_support::failure_of;
-using testing_support::Numbers;
-using testing_support::runtime;
 
 const cgeo_Geometria geometry;
 
@@ -50,7 +42,6 @@ struct Row {
 };
 
 constexpr double unset_x = -1.0, unset_y = -2.0;
-constexpr double nan = std::numeric_limits<double>::quiet_NaN();
 
 const Row rows[] = {
     {"general case", {0, 0, 10, 10, 0, 10, 10, 0}, 5, 5, false},

@@ -1,20 +1,13 @@
-#include <gtest/gtest.h>
-
 #include <cmath>
-#include <limits>
 #include <string>
 #include <vector>
 
 #include "orv2_geo/survey/cgeo_api.h"
 #include "tests/platform/recording_interface.h"
-#include "tests/support/expect_failure.h"
+#include "tests/support/preamble.h"
 
 namespace orv2_geo {
 namespace {
-
-using testing_support::failure_of;
-using testing_support::Numbers;
-using testing_support::RecordingInterface;
 
 const cgeo_api api;
 
@@ -119,7 +112,6 @@ TEST(PointInPolygon, Rules) {
 TEST(PointInPolygon, ElementZeroAndTheLastVertexAreNotRead) {
   RecordingInterface screen;
   Polygon polygon(square, 0);
-  const double nan = std::numeric_limits<double>::quiet_NaN();
   polygon.x(0) = nan, polygon.y(0) = nan;
   polygon.x(5) = nan, polygon.y(5) = nan;
   std::int16_t loc = 0;
@@ -139,19 +131,15 @@ struct FailureRow {
 
 TEST(PointInPolygon, FailuresAreShownAndAnswerFalse) {
   constexpr double beyond = 21474836.48;
-  constexpr double inf = std::numeric_limits<double>::infinity();
-  const double nan = std::numeric_limits<double>::quiet_NaN();
-  constexpr std::int32_t lowest = std::numeric_limits<std::int32_t>::min();
-  constexpr std::int32_t highest = std::numeric_limits<std::int32_t>::max();
   const auto ring_with = [](Vertex odd) {
     return std::vector<Vertex>{{0, 0}, odd, {10, 10}, {0, 10}, {0, 0}};
   };
   const FailureRow table[] = {
       {"no vertices", square, 0, 5, 5, subscript},
       {"a negative count", square, -3, 5, 5, subscript},
-      {"the lowest count", square, lowest, 5, 5, subscript},
+      {"the lowest count", square, lowest_long, 5, 5, subscript},
       {"more than the array has", square, 7, 5, 5, subscript},
-      {"far more than the array has", square, highest, 5, 5, subscript},
+      {"far more than the array has", square, highest_long, 5, 5, subscript},
       {"no array", {}, 5, 5, 5, subscript},
       {"point X beyond", square, 5, beyond, 5, overflow},
       {"point Y beyond", square, 5, 5, -beyond - 0.01, overflow},
@@ -177,8 +165,6 @@ TEST(PointInPolygon, FailuresAreShownAndAnswerFalse) {
 }
 
 TEST(PointInPolygon, OneVertexThatDoesNotFitIsSeenWhereverItStands) {
-  const double inf = std::numeric_limits<double>::infinity();
-  const double nan = std::numeric_limits<double>::quiet_NaN();
   const double far_off[] = {21474836.48, -21474836.49, 1e300, -inf, nan, -nan};
   for (const std::int32_t vertices : {2, 3, 9, 64, 65, 131}) {
     Polygon polygon(std::vector<Vertex>(static_cast<std::size_t>(vertices) + 1, {3, 4}));

@@ -1,38 +1,19 @@
-#include <gtest/gtest.h>
-
 #include <bit>
 #include <cmath>
-#include <limits>
 #include <utility>
 #include <vector>
 
 #include "orv2_geo/frame/mConstantes.h"
 #include "orv2_geo/terrain/cgeo_Terreno.h"
 #include "tests/platform/recording_interface.h"
-#include "tests/support/expect_failure.h"
+#include "tests/support/arrays.h"
+#include "tests/support/preamble.h"
 #include "tests/support/refused_memory.h"
 
 namespace orv2_geo {
 namespace {
 
-using testing_support::bits;
-using testing_support::failure_of;
-using testing_support::Numbers;
-using testing_support::RecordingInterface;
-using testing_support::RefusedAllocation;
-
 const cgeo_Terreno terrain;
-
-DoubleArray array_of(std::int32_t lower, const std::vector<double>& values) {
-  DoubleArray array;
-  array.make(lower, static_cast<std::uint32_t>(values.size()));
-  for (std::size_t i = 0; i < values.size(); ++i) array.data()[i] = values[i];
-  return array;
-}
-
-std::vector<double> elements(const DoubleArray& array) {
-  return {array.data(), array.data() + array.count()};
-}
 
 struct QueryRow {
   const char* rule;
@@ -63,56 +44,53 @@ TEST(Profile, ElevationAtADistance) {
   };
   for (const QueryRow& row : table) {
     EXPECT_EQ(
-        bits(terrain.TF_Y_del_Terreno_dando_su_X(array_of(1, row.x), array_of(1, row.y), row.at)),
+        bits(terrain.TF_Y_del_Terreno_dando_su_X(doubles(1, row.x), doubles(1, row.y), row.at)),
         bits(row.expected))
         << row.rule;
   }
-  EXPECT_EQ(terrain.TF_Y_del_Terreno_dando_su_X(array_of(0, {4}), DoubleArray(), 4), 0.0);
+  EXPECT_EQ(terrain.TF_Y_del_Terreno_dando_su_X(doubles(0, {4}), DoubleArray(), 4), 0.0);
 }
 
 TEST(Profile, ArraysThatAreTooShortAre9) {
-  const DoubleArray x = array_of(1, {0, 10, 20});
+  const DoubleArray x = doubles(1, {0, 10, 20});
   EXPECT_EQ(failure_of([&] { terrain.TF_Y_del_Terreno_dando_su_X(DoubleArray(), x, 1); }), 9);
-  EXPECT_EQ(failure_of([&] {
-              terrain.TF_Y_del_Terreno_dando_su_X(array_of(2, {0, 10}), x, 1);
-            }),
-            9);
-  EXPECT_EQ(failure_of([&] { terrain.TF_Y_del_Terreno_dando_su_X(x, array_of(1, {5}), 5); }), 9);
-  EXPECT_EQ(failure_of([&] { terrain.TF_Y_del_Terreno_dando_su_X(x, array_of(1, {5}), 0); }), 0);
+  EXPECT_EQ(failure_of([&] { terrain.TF_Y_del_Terreno_dando_su_X(doubles(2, {0, 10}), x, 1); }), 9);
+  EXPECT_EQ(failure_of([&] { terrain.TF_Y_del_Terreno_dando_su_X(x, doubles(1, {5}), 5); }), 9);
+  EXPECT_EQ(failure_of([&] { terrain.TF_Y_del_Terreno_dando_su_X(x, doubles(1, {5}), 0); }), 0);
   EXPECT_EQ(failure_of([&] { terrain.TF_ProyeccVertical_de_X_en_1R(0, 0, 1e-300, 1e300, 5); }), 6);
   EXPECT_EQ(terrain.TF_ProyeccVertical_de_X_en_1R(3, 7, 3, 9, 100), 7.0);
 }
 
 TEST(Profile, ElevationsAtManyDistances) {
-  const DoubleArray x = array_of(1, {0, 10, 20}), y = array_of(1, {100, 110, 90});
+  const DoubleArray x = doubles(1, {0, 10, 20}), y = doubles(1, {100, 110, 90});
   DoubleArray levels(5, 9);
-  terrain.TR_Cotas_en_unTerreno_dando_DistOr(x, y, array_of(0, {999, 5, 15}), levels);
+  terrain.TR_Cotas_en_unTerreno_dando_DistOr(x, y, doubles(0, {999, 5, 15}), levels);
   EXPECT_EQ(levels.lower(), 0);
   EXPECT_EQ(elements(levels), (std::vector<double>{0, 105, 100}));
-  terrain.TR_Cotas_en_unTerreno_dando_DistOr(x, y, array_of(0, {999}), levels);
+  terrain.TR_Cotas_en_unTerreno_dando_DistOr(x, y, doubles(0, {999}), levels);
   EXPECT_EQ(elements(levels), std::vector<double>{0});
   EXPECT_EQ(
       failure_of([&] { terrain.TR_Cotas_en_unTerreno_dando_DistOr(x, y, DoubleArray(), levels); }),
       9);
   // A failure half-way leaves the new array with what was worked out.
   EXPECT_EQ(failure_of([&] {
-              terrain.TR_Cotas_en_unTerreno_dando_DistOr(x, array_of(1, {100, 110}),
-                                                         array_of(0, {0, 5, 15, 5}), levels);
+              terrain.TR_Cotas_en_unTerreno_dando_DistOr(x, doubles(1, {100, 110}),
+                                                         doubles(0, {0, 5, 15, 5}), levels);
             }),
             9);
   EXPECT_EQ(elements(levels), (std::vector<double>{0, 105, 0, 0}));
-  DoubleArray shared = array_of(0, {0, 5, 15});
+  DoubleArray shared = doubles(0, {0, 5, 15});
   terrain.TR_Cotas_en_unTerreno_dando_DistOr(x, y, shared, shared);
   EXPECT_EQ(elements(shared), (std::vector<double>{0, 100, 100}));  // dropped before it is read
 }
 
 TEST(Profile, ExtremesOfAProfile) {
-  const DoubleArray y = array_of(0, {-999, 5, 3, 8, 3});
+  const DoubleArray y = doubles(0, {-999, 5, 3, 8, 3});
   EXPECT_EQ(terrain.TF_Yminima_del_Terreno(y), 3.0);
   EXPECT_EQ(terrain.TF_Ymaxima_del_Terreno(y), 8.0);
-  EXPECT_EQ(terrain.TF_Yminima_del_Terreno(array_of(1, {500})), 0.0);
-  EXPECT_EQ(terrain.TF_Ymaxima_del_Terreno(array_of(1, {500})), 0.0);
-  for (const DoubleArray& bad : {DoubleArray(), array_of(0, {7}), array_of(2, {7, 8})}) {
+  EXPECT_EQ(terrain.TF_Yminima_del_Terreno(doubles(1, {500})), 0.0);
+  EXPECT_EQ(terrain.TF_Ymaxima_del_Terreno(doubles(1, {500})), 0.0);
+  for (const DoubleArray& bad : {DoubleArray(), doubles(0, {7}), doubles(2, {7, 8})}) {
     EXPECT_EQ(failure_of([&] { terrain.TF_Yminima_del_Terreno(bad); }), 9);
     EXPECT_EQ(failure_of([&] { terrain.TF_Ymaxima_del_Terreno(bad); }), 9);
   }
@@ -149,7 +127,7 @@ TEST(Profile, RandomProfiles) {
           run % 2 == 0 ? x[i - 1] + static_cast<double>(numbers.below(3)) : numbers.small_whole();
       y[i] = numbers.between(600, 640);
     }
-    const DoubleArray X = array_of(0, x), Y = array_of(0, y);
+    const DoubleArray X = doubles(0, x), Y = doubles(0, y);
     for (int k = 0; k < 10; ++k) {
       const double at =
           k % 2 == 0 ? numbers.small_whole() + x[1 + numbers.below(n)] : numbers.between(-5, 60);
@@ -161,11 +139,11 @@ TEST(Profile, RandomProfiles) {
 
 TEST(CleanUp, OrderIsCheckedWithOneMessage) {
   RecordingInterface screen;
-  EXPECT_TRUE(terrain.TF_DistaOrigen_estan_ordenadas(array_of(1, {0, 5, 5, 9})));
-  EXPECT_TRUE(terrain.TF_DistaOrigen_estan_ordenadas(array_of(0, {7})));
-  EXPECT_TRUE(terrain.TF_DistaOrigen_estan_ordenadas(array_of(1, {7})));
+  EXPECT_TRUE(terrain.TF_DistaOrigen_estan_ordenadas(doubles(1, {0, 5, 5, 9})));
+  EXPECT_TRUE(terrain.TF_DistaOrigen_estan_ordenadas(doubles(0, {7})));
+  EXPECT_TRUE(terrain.TF_DistaOrigen_estan_ordenadas(doubles(1, {7})));
   EXPECT_TRUE(screen.boxes.empty());
-  EXPECT_FALSE(terrain.TF_DistaOrigen_estan_ordenadas(array_of(1, {0, 5, 4, 9, 1})));
+  EXPECT_FALSE(terrain.TF_DistaOrigen_estan_ordenadas(doubles(1, {0, 5, 4, 9, 1})));
   ASSERT_EQ(screen.boxes.size(), 1U);
   EXPECT_EQ(screen.boxes[0],
             (RecordingInterface::Box{"ERROR: Las Distancia a origen no estan ordenadas.\r\n"
@@ -190,7 +168,7 @@ TEST(CleanUp, SortsAndDropsNeighbouringRepeats) {
       {"a repeat that is no neighbour stays", {5, 5, 5}, {1, 2, 1}, 3, {0, 5, 5, 5}, {0, 1, 2, 1}},
   };
   for (const CleanUpRow& row : table) {
-    DoubleArray D = array_of(1, row.distances), Z = array_of(1, row.levels);
+    DoubleArray D = doubles(1, row.distances), Z = doubles(1, row.levels);
     auto points = static_cast<std::int32_t>(row.distances.size());
     terrain.Ordena_terreno_y_quita_repetidos(points, D, Z);
     EXPECT_EQ(points, row.points) << row.rule;
@@ -200,7 +178,7 @@ TEST(CleanUp, SortsAndDropsNeighbouringRepeats) {
   }
   for (std::int32_t points : {1, 0}) {
     const std::int32_t before = points;
-    DoubleArray D = array_of(3, {9, 8}), Z = array_of(4, {1, 2});
+    DoubleArray D = doubles(3, {9, 8}), Z = doubles(4, {1, 2});
     terrain.Ordena_terreno_y_quita_repetidos(points, D, Z);
     EXPECT_EQ(points, before);
     EXPECT_EQ(D.lower(), 3);
@@ -209,7 +187,7 @@ TEST(CleanUp, SortsAndDropsNeighbouringRepeats) {
 }
 
 TEST(CleanUp, AFailureHalfWayLeavesTheExchangesMade) {
-  DoubleArray D = array_of(1, {3, 2, 1}), Z = array_of(1, {30, 20});
+  DoubleArray D = doubles(1, {3, 2, 1}), Z = doubles(1, {30, 20});
   std::int32_t points = 3;
   EXPECT_EQ(failure_of([&] { terrain.Ordena_terreno_y_quita_repetidos(points, D, Z); }), 9);
   EXPECT_EQ(points, 3);
@@ -222,8 +200,7 @@ TEST(CleanUp, AFailureHalfWayLeavesTheExchangesMade) {
 }
 
 TEST(CleanUp, ADistanceThatIsNaNStopsThePassThatMeetsIt) {
-  const double nan = std::numeric_limits<double>::quiet_NaN();
-  DoubleArray D = array_of(1, {3, 2, nan, 1}), Z = array_of(1, {30, 20, 0, 10});
+  DoubleArray D = doubles(1, {3, 2, nan, 1}), Z = doubles(1, {30, 20, 0, 10});
   std::int32_t points = 4;
   EXPECT_EQ(failure_of([&] { terrain.Ordena_terreno_y_quita_repetidos(points, D, Z); }), 6);
   EXPECT_EQ(D(1), 2.0);
@@ -233,7 +210,7 @@ TEST(CleanUp, ADistanceThatIsNaNStopsThePassThatMeetsIt) {
 
 // One variable for both: each exchange is made twice.
 TEST(CleanUp, OneArrayForDistancesAndElevations) {
-  DoubleArray D = array_of(1, {3, 3, 2, 1});
+  DoubleArray D = doubles(1, {3, 3, 2, 1});
   std::int32_t points = 4;
   terrain.Ordena_terreno_y_quita_repetidos(points, D, D);
   EXPECT_EQ(points, 3);
@@ -251,10 +228,10 @@ TEST(CleanUp, TheOrderOfTiesIsThatOfThePasses) {
     for (std::size_t i = 0; i < n; ++i) {
       d[i] = static_cast<double>(numbers.below(different));
       if (d[i] == 0.0 && numbers.below(2) == 0) d[i] = -0.0;
-      if (d[i] == 1.0 && different > 2) d[i] = std::numeric_limits<double>::infinity();
+      if (d[i] == 1.0 && different > 2) d[i] = inf;
       z[i] = static_cast<double>(i);
     }
-    DoubleArray D = array_of(1, d), Z = array_of(1, z);
+    DoubleArray D = doubles(1, d), Z = doubles(1, z);
     auto points = static_cast<std::int32_t>(n);
     {
       // Without memory the passes themselves are made: the same outcome.
@@ -285,7 +262,7 @@ TEST(CleanUp, RandomTiesAgainstTheLiteralProcedure) {
       d[i] = static_cast<double>(numbers.below(4));
       z[i] = static_cast<double>(numbers.below(3));
     }
-    DoubleArray D = array_of(0, d), Z = array_of(0, z);
+    DoubleArray D = doubles(0, d), Z = doubles(0, z);
     auto points = static_cast<std::int32_t>(n);
     terrain.Ordena_terreno_y_quita_repetidos(points, D, Z);
     for (std::size_t i = 1; i + 1 <= n; ++i) {

@@ -1,10 +1,10 @@
-// restated_kernel.h: the sorting algorithm once more, in plain steps with raw
+// restated_quicksort.h: the sorting algorithm once more, in plain steps with raw
 // moves, on elements and keys that fail where they are missing.
 #pragma once
 
 #include <cstdint>
 #include <functional>
-#include <limits>
+#include <numeric>
 #include <optional>
 #include <vector>
 
@@ -24,11 +24,40 @@ struct Elements {
     if (k < lower || k >= lower + static_cast<std::int64_t>(values.size())) throw Missing();
     return values[static_cast<std::size_t>(k - lower)];
   }
+  std::vector<std::int32_t> as_longs() const { return {values.begin(), values.end()}; }
 };
+
+/// `count` elements, which number keys from `first` on.
+inline Elements numbering(std::int64_t lower, std::size_t count, std::int64_t first) {
+  Elements elements{lower, std::vector<std::int64_t>(count)};
+  std::iota(elements.values.begin(), elements.values.end(), first);
+  return elements;
+}
 
 /// Compares the keys of two elements; throws Missing where an element numbers no
 /// key.
 using Order = std::function<int(std::int64_t, std::int64_t)>;
+
+inline int compare_numbers(std::int64_t a, std::int64_t b) { return a < b ? -1 : a > b ? 1 : 0; }
+
+/// By keys[element - first].
+template <class Number>
+Order by_numbers(const std::vector<Number>& keys, std::int64_t first) {
+  const auto key = [&keys, first](std::int64_t element) {
+    const auto at = static_cast<std::size_t>(element - first);
+    if (at >= keys.size()) throw Missing();
+    return static_cast<std::int64_t>(keys[at]);
+  };
+  return [key](std::int64_t a, std::int64_t b) { return compare_numbers(key(a), key(b)); };
+}
+inline Order by_texts(const std::vector<Text>& keys, std::int64_t first) {
+  const auto key = [&keys, first](std::int64_t element) {
+    const auto at = static_cast<std::size_t>(element - first);
+    if (at >= keys.size()) throw Missing();
+    return keys[at].view();
+  };
+  return [key](std::int64_t a, std::int64_t b) { return text_services::compare(key(a), key(b)); };
+}
 
 /// False when an element was missing; the elements are then as they had got.
 inline bool sort_by_restated_steps(Elements& array, const Order& order, std::int64_t lo,
@@ -87,6 +116,16 @@ inline bool sort_by_restated_steps(Elements& array, const Order& order, std::int
   }
 } catch (const Missing&) {
   return false;
+}
+
+/// The positions of keys at the subscripts from `first` on, in the order in which the
+/// steps leave them. Keys are below 2^63.
+inline std::vector<std::uint32_t> restated_order(const std::vector<std::uint64_t>& keys,
+                                                 std::int64_t first) {
+  Elements positions = numbering(first, keys.size(), 0);
+  sort_by_restated_steps(positions, by_numbers(keys, 0), first,
+                         first + static_cast<std::int64_t>(keys.size()) - 1);
+  return {positions.values.begin(), positions.values.end()};
 }
 
 /// The key of a double as the text that it is.
