@@ -50,10 +50,11 @@ bool quick_crossing_or(Exact&& exact, double X1, double Y1, double X2, double Y2
   const auto first = sides_of_line(X1, Y1, X2, Y2, x3, y3, X4, Y4);
   const auto second = sides_of_line(x3, y3, X4, Y4, X1, Y1, X2, Y2);
   const double widths = (X2 - X1) + (X4 - x3);
-  const bool crossing = on_both_sides(first) & on_both_sides(second);
+  const bool first_parts = on_both_sides(first);
+  const bool second_parts = on_both_sides(second);
   const bool sound = checked::is_finite(sum_of(first) + sum_of(second) + widths);
   if (sound) [[likely]] {
-    return crossing;
+    return first_parts & second_parts;
   }
   return exact();
 }
