@@ -76,9 +76,16 @@ RunFailure failure_in_flight() noexcept {
 }
 
 void leave_signed(const char* source) {
-  RunFailure failure = failure_in_flight();
-  failure.sign(source);
-  throw RunFailure(failure);
+  try {
+    throw;
+  } catch (RunFailure& failure) {
+    failure.sign(source);
+    throw;  // the very one: a host may have derived its own from it
+  } catch (...) {
+    RunFailure failure = failure_in_flight();
+    failure.sign(source);
+    throw RunFailure(failure);
+  }
 }
 
 }  // namespace orv2_geo

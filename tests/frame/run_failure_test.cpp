@@ -76,6 +76,26 @@ TEST(Treatments, ASkippedStatementChangesNothingAndTheNextRuns) {
   EXPECT_EQ(b, 2.0);
 }
 
+// A C++ host may throw one of its own from an object of its own.
+TEST(RunFailure, OneDerivedFromItLeavesAsItIs) {
+  struct Broken final : RunFailure {
+    Broken() : RunFailure(1234) {}
+  };
+  const auto leaving = [] {
+    try {
+      throw Broken();
+    } catch (...) {
+      leave_signed("Orv2_Geo.Testing");
+    }
+  };
+  try {
+    leaving();
+    FAIL();
+  } catch (const Broken& failure) {
+    EXPECT_EQ(failure.source(), "Orv2_Geo.Testing");
+  }
+}
+
 TEST(Treatments, AHandlerSeesTheFailureAndMayRaiseItsOwn) {
   std::int32_t seen = 0;
   const std::int32_t out = failure_of([&] {
