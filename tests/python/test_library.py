@@ -54,6 +54,11 @@ class Header(Case):
                      "ANY"):
             self.assertEqual(getattr(_library, name), int(tags[name], 0))
 
+    def test_the_version_is_the_headers(self):
+        with open(os.path.join(REPOSITORY, "orv2_geo", "version.h"), encoding="utf-8") as file:
+            parts = re.findall(r"define ORV2_VERSION_(?:MAJOR|MINOR|PATCH) (\d+)", file.read())
+        self.assertEqual(orv2_geo.__version__, ".".join(parts))
+
     def test_a_value_is_a_tag_and_eight_bytes(self):
         self.assertEqual(ctypes.sizeof(_library.Value), 16)
 
