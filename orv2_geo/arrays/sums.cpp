@@ -32,7 +32,8 @@ struct Subtraction {
 constexpr std::int32_t block = 256;  // even
 
 struct Block {
-  Block() noexcept {}  // not filled with zeros first
+  // A defaulted one would have the outcomes filled with zeros first.
+  Block() noexcept {}  // NOLINT(modernize-use-equals-default)
   double outcomes[block];
 };
 
