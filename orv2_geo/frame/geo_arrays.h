@@ -174,9 +174,9 @@ class GeoArray : public ArrayBase {
     allocate(element, lower, count, dimensions);
   }
 
-  /// Works from now on the owner's elements, in place; what it had is freed. `owner`
-  /// and `elements` must outlive the array or its next release. With a dimension
-  /// count other than 1 no element can be reached.
+  /// Works from now on the owner's elements, in place; what it had is freed, so the
+  /// elements must not be its own. `owner` and `elements` must outlive the array or
+  /// its next release. With a dimension count other than 1 no element can be reached.
   /// Failures: 10 when locked; 9 when the bounds do not fit 32 bits.
   void adopt(ArrayOwner& owner, T* elements, std::int32_t lower, std::uint32_t count,
              std::uint16_t dimensions = 1) {

@@ -163,7 +163,7 @@ RegionAtPoint region_at(LatticePoint point, const DoubleArray& XX, const DoubleA
 
 Bool cgeo_api::Pto_in_Poligono(const DoubleArray& XX, const DoubleArray& YY,
                                const std::int32_t& nVer, const double& xp, const double& yp,
-                               std::int16_t& Loc) const {
+                               std::int16_t& Loc) const try {
   bool inside = false;
   trapped(registered_name, title, [&] {
     const LatticePoint point = lattice_point(xp, yp);
@@ -178,6 +178,8 @@ Bool cgeo_api::Pto_in_Poligono(const DoubleArray& XX, const DoubleArray& YY,
     inside = region.holds_point();
   });
   return inside;
+} catch (...) {  // of the box itself
+  leave_signed(registered_name);
 }
 
 }  // namespace orv2_geo

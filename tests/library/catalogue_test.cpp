@@ -4,7 +4,9 @@
 #include <cctype>
 #include <iterator>
 #include <map>
+#include <new>
 #include <set>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -170,6 +172,18 @@ class Silent final : public UserInterface {
   void show_modal(Form&) override {}
 };
 
+// Fails the way a host of C++ does.
+class Failing final : public UserInterface {
+ public:
+  void error_box(const Text&, std::int32_t, const Text*) override {
+    ++boxes;
+    throw std::runtime_error("no screen");
+  }
+  void show_modal(Form&) override { throw std::bad_alloc(); }
+
+  int boxes = 0;
+};
+
 // Every member takes its arguments, whatever then becomes of them.
 TEST(Catalogue, EveryMemberAnswersItsKindsOfArguments) {
   Silent silent;
@@ -189,6 +203,31 @@ TEST(Catalogue, EveryMemberAnswersItsKindsOfArguments) {
           << one->members[i].name << ": " << number;
     }
   }
+  install_user_interface(before);
+}
+
+// Whatever fails, the screen included, leaves a member as a failure of its class.
+TEST(Catalogue, WhatLeavesAMemberIsSignedByItsClass) {
+  Failing failing;
+  UserInterface* const before = install_user_interface(&failing);
+  for (const ClassDescription* one : catalogue()) {
+    const ObjectRef object = create(one->registered_name);
+    for (std::size_t i = 0; i < one->members.size(); ++i) {
+      Variables variables;
+      std::vector<Argument> arguments;
+      for (const ParameterDescription& parameter : one->members[i].parameters) {
+        arguments.push_back(variables.fitting(parameter));
+      }
+      try {
+        static_cast<Object&>(*object.get()).call(i, arguments);
+      } catch (const RunFailure& failure) {
+        EXPECT_EQ(failure.source(), one->registered_name) << one->members[i].name;
+      } catch (...) {
+        ADD_FAILURE() << one->members[i].name << " lets the host's own failure through";
+      }
+    }
+  }
+  EXPECT_GT(failing.boxes, 0);
   install_user_interface(before);
 }
 
