@@ -32,7 +32,9 @@ TEST(Environment, EachCategoryStandsByItself) {
       {"an empty environment still ignores case", "", BY_CODE_POINT ".\n"},
       {"so does C", "LC_ALL=C", BY_CODE_POINT ".\n"},
       {"a locale that is not installed", "LANG=xx_XX.UTF-8", BY_CODE_POINT ".\n"},
-      {"no locale installed at all", "LOCPATH=/nowhere LANG=es_ES.UTF-8", BY_CODE_POINT ".\n"},
+      // With a LOCPATH every newlocale of glibc leaks a copy of it, for LeakSanitizer to find.
+      {"no locale installed at all",
+       "LOCPATH=/nowhere LANG=es_ES.UTF-8 ASAN_OPTIONS=detect_leaks=0", BY_CODE_POINT ".\n"},
       {"a whole locale", "LANG=es_ES.UTF-8", SPANISH ",\n"},
       {"written otherwise", "LANG=es_ES.utf8", SPANISH ",\n"},
       {"beside one for all categories", "LANG=C LC_ALL=es_ES.UTF-8", SPANISH ",\n"},
