@@ -163,6 +163,14 @@ struct Variables {
       default: return ref(strings);
     }
   }
+
+  std::vector<Argument> fitting(const MemberDescription& member) {
+    std::vector<Argument> arguments;
+    for (const ParameterDescription& parameter : member.parameters) {
+      arguments.push_back(fitting(parameter));
+    }
+    return arguments;
+  }
 };
 
 // Shows nothing: some members would put a box on the screen.
@@ -192,10 +200,7 @@ TEST(Catalogue, EveryMemberAnswersItsKindsOfArguments) {
     const ObjectRef object = create(one->registered_name);
     for (std::size_t i = 0; i < one->members.size(); ++i) {
       Variables variables;
-      std::vector<Argument> arguments;
-      for (const ParameterDescription& parameter : one->members[i].parameters) {
-        arguments.push_back(variables.fitting(parameter));
-      }
+      const std::vector<Argument> arguments = variables.fitting(one->members[i]);
       const std::int32_t number =
           failure_of([&] { static_cast<Object&>(*object.get()).call(i, arguments); });
       // Its own failures at most: a missing element or object, a division by zero.
@@ -214,10 +219,7 @@ TEST(Catalogue, WhatLeavesAMemberIsSignedByItsClass) {
     const ObjectRef object = create(one->registered_name);
     for (std::size_t i = 0; i < one->members.size(); ++i) {
       Variables variables;
-      std::vector<Argument> arguments;
-      for (const ParameterDescription& parameter : one->members[i].parameters) {
-        arguments.push_back(variables.fitting(parameter));
-      }
+      const std::vector<Argument> arguments = variables.fitting(one->members[i]);
       try {
         static_cast<Object&>(*object.get()).call(i, arguments);
       } catch (const RunFailure& failure) {
