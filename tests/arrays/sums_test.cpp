@@ -106,7 +106,8 @@ TEST(Sums, RandomArraysElementByElement) {
     for (std::size_t i = 0; i < n; ++i) a[i] = numbers.any_bits(), b[i] = numbers.any_bits();
     if (run % 3 == 0) {
       for (std::size_t i = 0; i < n; ++i) a[i] = numbers.any(), b[i] = numbers.any();
-      if (numbers.below(2) == 0) a[numbers.below(n)] = 1e308, b[numbers.below(n)] = 1e308;
+      const std::size_t beyond = numbers.below(n);  // when added or when subtracted
+      if (numbers.below(2) == 0) a[beyond] = 1e308, b[beyond] = numbers.below(2) ? 1e308 : -1e308;
       if (numbers.below(2) == 0) a[numbers.below(n)] = -inf;
     }
     for (const bool add : {true, false}) {
