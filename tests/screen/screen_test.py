@@ -338,11 +338,16 @@ class TitleBarTest(ScreenTest):
         left, top, _, _ = window.place()
         self.display.run("xdotool", "mousemove", str(left + 20), str(top - 8), "mousedown", "1")
 
-        def dragged():
-            for step in (0, 1):  # once the window manager has taken the pointer, it follows
-                self.display.run("xdotool", "mousemove", str(left + 119 + step), str(top + 92))
-            return window.place()[:2] == (left + 100, top + 100)
-        screen.until("moved", dragged)
+        def follows():
+            """Whether the window goes as far as the pointer, once the manager has taken it."""
+            places = []
+            for way in (0, 100):
+                self.display.run("xdotool", "mousemove", str(left + 20 + way), str(top - 8 + way))
+                time.sleep(0.1)
+                places.append(window.place()[:2])
+            (x, y), (to_x, to_y) = places
+            return (to_x - x, to_y - y) == (100, 100)
+        screen.until("the window follows the pointer", follows)
         self.display.run("xdotool", "mouseup", "1")
         window.press("Escape")
         self.expect_end(host, POINTS, *UNTOUCHED)
