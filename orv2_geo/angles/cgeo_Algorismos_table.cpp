@@ -1,75 +1,9 @@
-#include "orv2_geo/angles/cgeo_Algorismos.h"
+#include "orv2_geo/angles/cgeo_Algorismos_table.h"
 
 namespace orv2_geo {
 
-namespace {
-
-using C = cgeo_Algorismos;
-
-constexpr MemberDescription members[] = {
-    method<&C::se_cruzan_2lineass_s, "X1", "Y1", "X2", "Y2", "x3", "y3", "X4", "Y4">(
-        "se_cruzan_2lineass_s"),
-    method<&C::Se_cruzan_2lineas, "X1", "Y1", "X2", "Y2", "x3", "y3", "X4", "Y4">(
-        "Se_cruzan_2lineas"),
-    method<&C::Intersec_XY_2lineas_s, "X1", "Y1", "X2", "Y2", "x3", "y3", "X4", "Y4", "xi", "yi">(
-        "Intersec_XY_2lineas_s"),
-    method<&C::Intersec_XY_2lineas, "X1", "Y1", "X2", "Y2", "x3", "y3", "X4", "Y4", "xi", "yi">(
-        "Intersec_XY_2lineas"),
-    method<&C::Cruce_XY_2lineas_s, "X1", "Y1", "X2", "Y2", "x3", "y3", "X4", "Y4", "xi", "yi">(
-        "Cruce_XY_2lineas_s"),
-    method<&C::Cruce_XY_2lineas, "X1", "Y1", "X2", "Y2", "x3", "y3", "X4", "Y4", "xi", "yi">(
-        "Cruce_XY_2lineas"),
-    method<&C::Linea_a_puntos_s, "f", "X1", "Y1", "X2", "Y2">("Linea_a_puntos_s"),
-    method<&C::Linea_a_puntos, "f", "X1", "Y1", "X2", "Y2">("Linea_a_puntos"),
-    method<&C::Azimut_s, "dx", "dy", "aZ">("Azimut_s"),
-    method<&C::Azimut, "dx", "dy", "aZ">("Azimut"),
-    method<&C::Distancia_Punto_Punto_l, "X1", "Y1", "X2", "Y2">("Distancia_Punto_Punto_l"),
-    method<&C::Distancia_Punto_Linea_s, "Px", "Py", "X1", "Y1", "X2", "Y2">(
-        "Distancia_Punto_Linea_s"),
-    method<&C::Distancia_Punto_Linea, "Px", "Py", "RX1", "RY1", "RX2", "RY2">(
-        "Distancia_Punto_Linea"),
-    method<&C::Toca_Punto_Recta_s, "Px", "Py", "X1", "Y1", "X2", "Y2", "tolerancia">(
-        "Toca_Punto_Recta_s"),
-    method<&C::Toca_Punto_Recta, "Px", "Py", "X1", "Y1", "X2", "Y2", "tolerancia">(
-        "Toca_Punto_Recta"),
-    method<&C::Toca_Punto_Recta_sSN, "Px", "Py", "X1", "Y1", "X2", "Y2", "tolerancia">(
-        "Toca_Punto_Recta_sSN"),
-    method<&C::Toca_Punto_Recta_SN, "Px", "Py", "X1", "Y1", "X2", "Y2", "tolerancia">(
-        "Toca_Punto_Recta_SN"),
-    method<&C::Longitud_Linea_s, "x0", "y0", "X1", "Y1", "X2", "Y2">("Longitud_Linea_s"),
-    method<&C::Longitud_Linea, "x0", "y0", "X1", "Y1", "X2", "Y2">("Longitud_Linea"),
-    method<&C::PntOnLine, "Px", "Py", "qx", "qy", "Tx", "Ty">("PntOnLine"),
-    method<&C::PntOnLine_s, "Px", "Py", "qx", "qy", "Tx", "Ty">("PntOnLine_s"),
-    method<&C::Pto_en_Poligono_d, "XAPEX", "yAPEX", "napex", "xpt", "ypt", optional("Loc")>(
-        "Pto_en_Poligono_d"),
-    method<&C::Pto_en_Poligono, "XAPEX", "yAPEX", "napex", "xpt", "ypt", "Loc">("Pto_en_Poligono"),
-    method<&C::Atan2, "Y", "X">("Atan2"),
-    method<&C::Atn2, "X", "Y">("Atn2"),
-    method<&C::Arccos, "sRadians">("Arccos"),
-    method<&C::An360, "An">("An360"),
-    method<&C::An400, "An">("An400"),
-    method<&C::GetAngle3P, "X1", "Y1", "X2", "Y2", "x3", "y3">("GetAngle3P"),
-    method<&C::Triangulo_Cota_1p_interior, "Vx1", "Vy1", "Vz1", "Vx2", "Vy2", "Vz2", "Vx3", "Vy3",
-           "Vz3", "Px", "Py">("Triangulo_Cota_1p_interior"),
-    method<&C::Cota_en_alineacion, "X1", "Y1", "Z1", "X2", "Y2", "z2", "Px", "Py">(
-        "Cota_en_alineacion"),
-    method<&C::Triangulo_pendiente, "Vx1", "Vy1", "Vz1", "Vx2", "Vy2", "Vz2", "Vx3", "Vy3", "Vz3">(
-        "Triangulo_pendiente"),
-    method<&C::recta_Angulo_y_Dist, "R1x1", "R1y1", "R1x2", "R1y2", "Angulo", "Distancia">(
-        "recta_Angulo_y_Dist"),
-    method<&C::XY_de_Z_en_Recta, "RX1", "RY1", "rZ1", "RX2", "RY2", "rZ2", "Px", "Py", "PZ">(
-        "XY_de_Z_en_Recta"),
-    method<&C::XY_dando_ANG_DIST, "Xbase", "YBase", "Angulo", "Distancia", "XR", "YR">(
-        "XY_dando_ANG_DIST"),
-    method<&C::Cortes_R1_con_Pol, "XR1", "YR1", "XR2", "YR2", "Nv", "Vx", "Vy", "Pc", "Xc", "Yc">(
-        "Cortes_R1_con_Pol"),
-};
-
-constexpr ClassDescription the_class =
-    describe_class<C>("cgeo_Algorismos", C::registered_name, members);
-
-}  // namespace
-
-const ClassDescription& cgeo_Algorismos::description() { return the_class; }
+const ClassDescription& cgeo_Algorismos::description() {
+  return description_of<cgeo_Algorismos_table>;
+}
 
 }  // namespace orv2_geo

@@ -1,49 +1,7 @@
-#include "orv2_geo/arrays/cgeo_Matrices.h"
+#include "orv2_geo/arrays/cgeo_Matrices_table.h"
 
 namespace orv2_geo {
 
-namespace {
-
-using C = cgeo_Matrices;
-
-constexpr MemberDescription members[] = {
-    method<&C::MaxMin_1Matriz, "X", "max", "Min">("MaxMin_1Matriz"),
-    method<&C::MaxMin_2Matriz, "X", "Y", "MaxX", "MinX", "MaxY", "MinY">("MaxMin_2Matriz"),
-    method<&C::MaxMin_4_matrices_XY_XY, "X", "Y", "X1", "Y1", "MaxX", "MinX", "MaxY", "MinY">(
-        "MaxMin_4_matrices_XY_XY"),
-    method<&C::MaxMin_3Matriz1, "X", "Y", "Z", "MaxX", "MinX", "MaxY", "MinY", "MaxZ", "MinZ",
-           optional("Ver")>("MaxMin_3Matriz1"),
-    method<&C::MaxMin_3Matriz, "X", "Y", "Z", "MaxX", "MinX", "MaxY", "MinY", "MaxZ", "MinZ",
-           optional("Ver")>("MaxMin_3Matriz"),
-    method<&C::Sumar_a_1Matriz_otra, "MatrizOrigen", "Matriz_a_Sumar">("Sumar_a_1Matriz_otra"),
-    method<&C::Restar_a_1Matriz_otra, "MatrizOrigen", "Matriz_a_Sumar">("Restar_a_1Matriz_otra"),
-    method<&C::Ordena_en_X_3_Matrices, "nPtos", "X", "Y", "Z">("Ordena_en_X_3_Matrices"),
-    method<&C::Ordena_en_X_el_Indice_1Matriz, "nPtos", "X", "ordenIndices">(
-        "Ordena_en_X_el_Indice_1Matriz"),
-    method<&C::Ordena_en_X_el_Indice_1Matriz1, "nPtos", "X", "ordenIndices", "Progreso1">(
-        "Ordena_en_X_el_Indice_1Matriz1"),
-    method<&C::Ordena_en_X_el_Indice_1Matriz2, "nPtos", "X", "ordenIndices", "Progreso1">(
-        "Ordena_en_X_el_Indice_1Matriz2"),
-    method<&C::Quita_Puntos_Repetidos, "nPtos", "X", "Y", "Z", optional("Precision"),
-           optional("Aviso")>("Quita_Puntos_Repetidos"),
-    method<&C::Quita_Puntos_Repetidos_XYZ_con_indice1, "nPtos1", "X1", "Y1", "Z1", "Indice",
-           "Progreso1", optional("Precision"), optional("Aviso")>(
-        "Quita_Puntos_Repetidos_XYZ_con_indice1"),
-    method<&C::Quita_Puntos_Repetidos_XYZ_con_indice, "nPtos", "X", "Y", "Z", "Indice",
-           optional("Precision"), optional("Aviso")>("Quita_Puntos_Repetidos_XYZ_con_indice"),
-    method<&C::Quita_Pts_Repetidos_3D, "nPtos", "X", "Y", "Z", "codigo", "Nombre", "CapaP",
-           "Indice", "ProgressBar1", "Aviso", optional("Precision")>("Quita_Pts_Repetidos_3D"),
-    method<&C::Quita_Pts_Repetidos, "nPtos", "X", "Y", "Z", "codigo", "Nombre", "CapaP", "NewInd",
-           "Aviso", optional("Precision")>("Quita_Pts_Repetidos"),
-    method<&C::Quita_Puntos_fuera_interv_de_Cotas_con_indice, "nPtos", "X", "Y", "Z", "Indice",
-           "MaxZ", "MinZ">("Quita_Puntos_fuera_interv_de_Cotas_con_indice"),
-};
-
-constexpr ClassDescription the_class =
-    describe_class<C>("cgeo_Matrices", C::registered_name, members);
-
-}  // namespace
-
-const ClassDescription& cgeo_Matrices::description() { return the_class; }
+const ClassDescription& cgeo_Matrices::description() { return description_of<cgeo_Matrices_table>; }
 
 }  // namespace orv2_geo

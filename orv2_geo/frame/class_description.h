@@ -4,10 +4,20 @@
 // the member's pointer and its parameters' names. Types, by-reference and
 // by-value follow from the C++ signature, and every boundary from the table:
 //
-//   constexpr MemberDescription members[] = {
-//       method<&C::Azimut, "dx", "dy", "aZ">("Azimut"),
-//       method<&C::Pto_in_Poligono, ..., optional("Loc")>("Pto_in_Poligono"),
+//   struct cgeo_Algorismos_table {
+//     using Class = cgeo_Algorismos;
+//     template <class Line>
+//     static constexpr auto lines() {
+//       return std::array{
+//           Line::template method<&Class::Azimut, "dx", "dy", "aZ">("Azimut"),
+//           Line::template method<&Class::Pto_in_Poligono, ...,
+//           optional("Loc")>("Pto_in_Poligono"),
+//       };
+//     }
 //   };
+//
+// Who reads the table says what a line is: a description (DescribedMember), or what a
+// boundary makes of the member's pointer.
 #pragma once
 
 #include <algorithm>
@@ -380,7 +390,12 @@ constexpr MemberDescription property_write(std::string_view name) {
   return {name, MemberKind::property_write, Type::none, P::written, &P::write};
 }
 
-/// The description of class C from its table.
+/// A registered name without the library's in front: "cgeo_Algorismos".
+constexpr std::string_view unqualified(std::string_view registered_name) {
+  return registered_name.substr(registered_name.rfind('.') + 1);
+}
+
+/// The description of class C from its members.
 template <class C>
 constexpr ClassDescription describe_class(std::string_view name, const char* registered_name,
                                           std::span<const MemberDescription> members) {
@@ -392,5 +407,31 @@ constexpr ClassDescription describe_class(std::string_view name, const char* reg
           },
           [](void* object) noexcept { delete static_cast<C*>(object); }};
 }
+
+/// The reader of a table that makes descriptions.
+struct DescribedMember {
+  template <auto member, Parameter... names>
+  static constexpr MemberDescription method(std::string_view name) {
+    return orv2_geo::method<member, names...>(name);
+  }
+  template <auto variable>
+  static constexpr MemberDescription property_read(std::string_view name) {
+    return orv2_geo::property_read<variable>(name);
+  }
+  template <auto variable>
+  static constexpr MemberDescription property_write(std::string_view name) {
+    return orv2_geo::property_write<variable>(name);
+  }
+};
+
+/// What a reader makes of a class's table, line by line.
+template <class Line, class Table>
+inline constexpr auto lines_of = Table::template lines<Line>();
+
+/// The description of a class from its table.
+template <class Table>
+inline constexpr ClassDescription description_of = describe_class<typename Table::Class>(
+    unqualified(Table::Class::registered_name), Table::Class::registered_name,
+    lines_of<DescribedMember, Table>);
 
 }  // namespace orv2_geo

@@ -2,7 +2,8 @@
 #pragma once
 
 #if defined(_WIN32)
-#define ORV2_PUBLIC __declspec(dllexport)
+// What a component server exports is listed by its linker's script alone.
+#define ORV2_PUBLIC
 #else
 #define ORV2_PUBLIC __attribute__((visibility("default")))
 #endif

@@ -2,31 +2,14 @@
 
 #include <cstring>
 
-#include "orv2_geo/frame/memory.h"
+#include "orv2_geo/frame/text_memory.h"
 #include "orv2_geo/frame/run_failure.h"
 
 namespace orv2_geo {
 
 namespace {
 
-// The length lies in the four bytes before the units; eight are taken, so that
-// the units stand on an eight-byte boundary.
-constexpr std::size_t header_bytes = 8;
-constexpr std::size_t longest_text = 0x7fffffff / sizeof(char16_t) - header_bytes;
-
 constexpr char16_t replacement = 0xfffd;
-
-char16_t* make_units(std::size_t size) {
-  if (size == 0) return nullptr;
-  if (size > longest_text) raise(failure::out_of_memory);
-  const std::size_t bytes = size * sizeof(char16_t);
-  char* block = static_cast<char*>(obtain(header_bytes + bytes + sizeof(char16_t)));
-  const auto length = static_cast<std::uint32_t>(bytes);
-  std::memcpy(block + header_bytes - sizeof(length), &length, sizeof(length));
-  auto* units = reinterpret_cast<char16_t*>(block + header_bytes);
-  units[size] = u'\0';
-  return units;
-}
 
 constexpr bool is_continuation(unsigned char byte) { return (byte & 0xc0U) == 0x80U; }
 
@@ -78,8 +61,10 @@ char32_t next_code_point(std::u16string_view units, std::size_t& at) noexcept {
   return 0x10000 + ((unit - char32_t{0xd800}) << 10U) + (units[at++] - char32_t{0xdc00});
 }
 
-Text::Text(std::u16string_view units) : units_(make_units(units.size())) {
-  if (units_ != nullptr) std::memcpy(units_, units.data(), units.size() * sizeof(char16_t));
+Text::Text(std::u16string_view units) {
+  if (units.empty()) return;
+  units_ = obtain_units(units.size());
+  std::memcpy(units_, units.data(), units.size() * sizeof(char16_t));
 }
 
 namespace {
@@ -124,7 +109,7 @@ std::size_t Text::size() const noexcept {
 
 void Text::clear() noexcept {
   if (units_ == nullptr) return;
-  give_back(reinterpret_cast<char*>(units_) - header_bytes);
+  give_back_units(units_);
   units_ = nullptr;
 }
 

@@ -5,28 +5,23 @@
 #include <cstdint>
 #include <cstring>
 
-#include "orv2_geo/angles/cgeo_Algorismos.h"
-#include "orv2_geo/angles/cgeo_FuncDeriv.h"
-#include "orv2_geo/arrays/cgeo_Matrices.h"
 #include "orv2_geo/frame/names.h"
-#include "orv2_geo/sorting/cgeo_Ordena.h"
-#include "orv2_geo/survey/cgeo_Geometria.h"
-#include "orv2_geo/survey/cgeo_api.h"
-#include "orv2_geo/terrain/cgeo_Terreno.h"
+#include "orv2_geo/library/class_tables.h"
 
 namespace orv2_geo {
 
 namespace {
 
-constexpr std::size_t class_count = 7;
+constexpr std::size_t class_count = std::tuple_size_v<ClassTables>;
+
+template <class... Tables>
+std::array<const ClassDescription*, sizeof...(Tables)> descriptions(
+    std::type_identity<std::tuple<Tables...>>) noexcept {
+  return {&Tables::Class::description()...};
+}
 
 const std::array<const ClassDescription*, class_count>& classes() noexcept {
-  static const std::array<const ClassDescription*, class_count> all{
-      &cgeo_Algorismos::description(), &cgeo_FuncDeriv::description(),
-      &cgeo_Terreno::description(),    &cgeo_api::description(),
-      &cgeo_Ordena::description(),     &cgeo_Geometria::description(),
-      &cgeo_Matrices::description(),
-  };
+  static const auto all = descriptions(std::type_identity<ClassTables>());
   return all;
 }
 

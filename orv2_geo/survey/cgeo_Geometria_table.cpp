@@ -1,37 +1,9 @@
-#include "orv2_geo/survey/cgeo_Geometria.h"
+#include "orv2_geo/survey/cgeo_Geometria_table.h"
 
 namespace orv2_geo {
 
-namespace {
-
-using C = cgeo_Geometria;
-
-constexpr MemberDescription members[] = {
-    method<&C::GF_Angulo_de_1Recta, "R1x1", "R1y1", "R1x2", "R1y2">("GF_Angulo_de_1Recta"),
-    method<&C::GR_AngDist_de_1Recta, "R1x1", "R1y1", "R1x2", "R1y2", "Angulo", "Distancia">(
-        "GR_AngDist_de_1Recta"),
-    method<&C::GF_Distancia, "X1", "Y1", "X2", "Y2">("GF_Distancia"),
-    method<&C::GF_Distancia_S, "X1", "Y1", "X2", "Y2">("GF_Distancia_S"),
-    method<&C::GR_XY_de_AngDist, "Xinic", "Yinic", "Angulo", "Distancia", "X", "Y">(
-        "GR_XY_de_AngDist"),
-    method<&C::GR_Intersec_2_Rectas_S, "R1x1", "R1y1", "R1x2", "R1y2", "R2x1", "R2y1", "R2x2",
-           "R2y2", "X", "Y", "Paralelas">("GR_Intersec_2_Rectas_S"),
-    method<&C::GR_Intersec_2_Rectas, "R1x1", "R1y1", "R1x2", "R1y2", "R2x1", "R2y1", "R2x2", "R2y2",
-           "X", "Y", "Paralelas">("GR_Intersec_2_Rectas"),
-    method<&C::GR_Se_cortan_2_rectas, "R1x1", "R1y1", "R1x2", "R1y2", "R2x1", "R2y1", "R2x2",
-           "R2y2", "X", "Y", "SECORTAN">("GR_Se_cortan_2_rectas"),
-    method<&C::GF_Se_cortan_2_rectas, "R1x1", "R1y1", "R1x2", "R1y2", "R2x1", "R2y1", "R2x2",
-           "R2y2", "X", "Y">("GF_Se_cortan_2_rectas"),
-    method<&C::GF_angulo_3_puntos, "P1x", "P1y", "P2x", "P2y", "P3x", "P3y">("GF_angulo_3_puntos"),
-    method<&C::GR_Paralela, "X1", "Y1", "X2", "Y2", "RX1", "RY1", "RX2", "RY2", "distanc">(
-        "GR_Paralela"),
-};
-
-constexpr ClassDescription the_class =
-    describe_class<C>("cgeo_Geometria", C::registered_name, members);
-
-}  // namespace
-
-const ClassDescription& cgeo_Geometria::description() { return the_class; }
+const ClassDescription& cgeo_Geometria::description() {
+  return description_of<cgeo_Geometria_table>;
+}
 
 }  // namespace orv2_geo

@@ -1,19 +1,7 @@
-#include "orv2_geo/survey/cgeo_api.h"
+#include "orv2_geo/survey/cgeo_api_table.h"
 
 namespace orv2_geo {
 
-namespace {
-
-using C = cgeo_api;
-
-constexpr MemberDescription members[] = {
-    method<&C::Pto_in_Poligono, "XX", "YY", "nVer", "xp", "yp", optional("Loc")>("Pto_in_Poligono"),
-};
-
-constexpr ClassDescription the_class = describe_class<C>("cgeo_api", C::registered_name, members);
-
-}  // namespace
-
-const ClassDescription& cgeo_api::description() { return the_class; }
+const ClassDescription& cgeo_api::description() { return description_of<cgeo_api_table>; }
 
 }  // namespace orv2_geo
