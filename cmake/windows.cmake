@@ -30,7 +30,7 @@ orv2_told(members early_bound_members.inc)
 set(compile_interfaces ${ORV2_INTERFACE_COMPILER} -I${ORV2_INTERFACES} -L${ORV2_TYPE_LIBRARIES})
 add_custom_command(OUTPUT ${made}/Orv2_Geo.tlb ${made}/Orv2_Geo_h.h
   COMMAND ${compile_interfaces} -t -o ${made}/Orv2_Geo.tlb ${made}/Orv2_Geo.idl
-  COMMAND ${compile_interfaces} -h -o ${made}/Orv2_Geo_h.h ${made}/Orv2_Geo.idl
+  COMMAND ${compile_interfaces} -DFOR_A_HEADER -h -o ${made}/Orv2_Geo_h.h ${made}/Orv2_Geo.idl
   DEPENDS ${made}/Orv2_Geo.idl)
 add_custom_target(orv2_geo_told ALL
   DEPENDS ${made}/Orv2_Geo.tlb ${made}/Orv2_Geo.manifest ${made}/early_bound_members.inc)
@@ -40,8 +40,8 @@ add_library(orv2_geo SHARED ${com}/Orv2_Geo.rc ${com}/Orv2_Geo.def)
 add_dependencies(orv2_geo orv2_geo_told)
 set_source_files_properties(${com}/Orv2_Geo.rc PROPERTIES
   COMPILE_OPTIONS "-I${made}" OBJECT_DEPENDS ${made}/Orv2_Geo.tlb)
-target_link_libraries(orv2_geo PRIVATE orv2_geo_objects
-  ole32 oleaut32 uuid user32 gdi32 comctl32 advapi32)
+set(ORV2_SYSTEM_LIBRARIES ole32 oleaut32 uuid user32 gdi32 comctl32 advapi32)
+target_link_libraries(orv2_geo PRIVATE orv2_geo_objects ${ORV2_SYSTEM_LIBRARIES})
 # It needs nothing but the system's own libraries.
 target_link_options(orv2_geo PRIVATE -static -Wl,--no-undefined -Wl,--enable-stdcall-fixup)
 set_target_properties(orv2_geo PROPERTIES PREFIX "" OUTPUT_NAME Orv2_Geo)

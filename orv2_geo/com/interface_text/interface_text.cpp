@@ -97,7 +97,7 @@ std::string_view type_name(Type type) {
 std::string parameter_text(const ParameterDescription& parameter) {
   std::string text = parameter.by_reference ? "[in, out" : "[in";
   if (parameter.optional) {
-    text += ", optional, defaultvalue(" + std::to_string(parameter.default_value) + ")";
+    text += ", optional DEFAULT(" + std::to_string(parameter.default_value) + ")";
   }
   return text.append("] ")
       .append(type_name(parameter.type))
@@ -146,6 +146,9 @@ std::string class_text(const Class& one) {
 void write_interfaces(const std::vector<Class>& classes) {
   std::printf(
       "// Made by interface_text from the tables of the classes.\n"
+      "// A pointer of C++ has no number as its default.\n"
+      "#ifdef FOR_A_HEADER\n#define DEFAULT(value)\n#else\n"
+      "#define DEFAULT(value) , defaultvalue(value)\n#endif\n\n"
       "import \"oaidl.idl\";\nimport \"ocidl.idl\";\n\n"
       "[uuid(%s), version(%d.%d), lcid(%d), helpstring(\"%s\")]\nlibrary Orv2_Geo {\n"
       "    importlib(\"stdole2.tlb\");\n\n",
