@@ -8,6 +8,7 @@
 #include "orv2_geo/com/identifiers.h"
 #include "orv2_geo/com/system.h"
 #include "orv2_geo/library/object.h"
+#include "orv2_geo/platform/thread_number.h"
 
 namespace orv2_geo::com {
 
@@ -67,12 +68,17 @@ class Component {
     }
   }
 
+  /// A reference of the object's own thread, which costs less than a host's: an object
+  /// that is released in the middle of a call lives until the call ends.
   class DuringCall {
    public:
     explicit DuringCall(Component& component) noexcept : component_(component) {
-      component.add_reference();
+      ++component.calls_;
     }
-    ~DuringCall() { component_.release(); }
+    ~DuringCall() {
+      --component_.calls_;
+      component_.end_if_unused();
+    }
     DuringCall(const DuringCall&) = delete;
     DuringCall& operator=(const DuringCall&) = delete;
 
@@ -84,10 +90,15 @@ class Component {
   explicit Component(const ComponentClass& of_class);
   ~Component();
 
+  void end_if_unused() noexcept {
+    if (calls_ == 0 && references_ == 0) delete this;
+  }
+
   const VtableEntry* vtable_;
   Face error_support_;
   Face class_info_;
   std::atomic<ULONG> references_{1};
+  std::uint32_t calls_ = 0;
   const ComponentClass& class_;
   std::uint64_t thread_;
   Object* object_;

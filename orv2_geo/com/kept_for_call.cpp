@@ -4,9 +4,13 @@
 
 namespace orv2_geo::com {
 
+KeptForCall::~KeptForCall() {
+  while (count_ != 0) places_[--count_]->~Place();
+}
+
 Place* KeptForCall::find(const void* variable, Type type) const noexcept {
   for (std::size_t i = 0; i < count_; ++i) {
-    if (places_[i]->is_of(variable, type)) return places_[i].get();
+    if (places_[i]->is_of(variable, type)) return places_[i];
   }
   return nullptr;
 }

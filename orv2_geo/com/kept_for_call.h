@@ -2,7 +2,10 @@
 #pragma once
 
 #include <array>
-#include <memory>
+#include <cstddef>
+#include <memory_resource>
+#include <new>
+#include <utility>
 
 #include "orv2_geo/com/host_array.h"
 #include "orv2_geo/com/host_object.h"
@@ -39,19 +42,22 @@ class KeptForCall {
  public:
   static constexpr std::size_t most = 16;  // no member takes more
 
+  KeptForCall() = default;
+  KeptForCall(const KeptForCall&) = delete;
+  KeptForCall& operator=(const KeptForCall&) = delete;
+  ~KeptForCall();
+
   /// A place of kind P, bound to `variable`, as an argument.
   template <class P, class Variable>
   Argument place(Variable& variable) {
     if (Place* const known = find(&variable, P::type)) return known->argument();
-    places_[count_] = std::make_unique<P>(variable);
-    return places_[count_++]->argument();
+    return add<P>(variable);
   }
 
   /// A new place, of an argument that is no variable.
   template <class P, class... Given>
   Argument temporary(Given&&... given) {
-    places_[count_] = std::make_unique<P>(std::forward<Given>(given)...);
-    return places_[count_++]->argument();
+    return add<P>(std::forward<Given>(given)...);
   }
 
   /// All of them, in the order of the parameters, also after one has failed; the first
@@ -61,7 +67,17 @@ class KeptForCall {
  private:
   Place* find(const void* variable, Type type) const noexcept;
 
-  std::array<std::unique_ptr<Place>, most> places_;
+  template <class P, class... Given>
+  Argument add(Given&&... given) {
+    void* const room = memory_.allocate(sizeof(P), alignof(P));
+    places_[count_] = new (room) P(std::forward<Given>(given)...);
+    return places_[count_++]->argument();
+  }
+
+  // Most calls need no more than this, and none of the heap.
+  std::array<std::byte, 1024> room_;
+  std::pmr::monotonic_buffer_resource memory_{room_.data(), room_.size()};
+  std::array<Place*, most> places_;  // those behind the count hold anything
   std::size_t count_ = 0;
 };
 

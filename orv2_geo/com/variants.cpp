@@ -165,8 +165,28 @@ template std::int16_t value_in<std::int16_t>(const VARIANT&);
 template Bool value_in<Bool>(const VARIANT&);
 template Text value_in<Text>(const VARIANT&);
 
+namespace {
+
+// Whether a variant holds a number or a flag, so that nothing is lost with it.
+bool holds_number(const VARIANT& place) noexcept {
+  switch (place.vt) {
+    case VT_EMPTY:
+    case VT_I2:
+    case VT_I4:
+    case VT_R4:
+    case VT_R8:
+    case VT_BOOL: return true;
+    default: return false;
+  }
+}
+
+}  // namespace
+
 template <class T>
 void put(VARIANT& place, const T& value) {
+  if constexpr (!std::is_same_v<T, Text>) {
+    if (holds_number(place)) return fill(place, value);
+  }
   OwnVariant fresh;
   fill(fresh.value(), value);
   if ((place.vt & VT_BYREF) != 0) return put_converted(place, fresh.value());
