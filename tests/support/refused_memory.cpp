@@ -8,6 +8,14 @@
 
 namespace {
 
+std::size_t size_of(void* memory) noexcept {
+#if defined(_WIN32)
+  return _msize(memory);
+#else
+  return malloc_usable_size(memory);
+#endif
+}
+
 thread_local long left_to_pass = -1;
 thread_local bool refused = false;
 std::atomic<long> in_use{0};
@@ -16,7 +24,7 @@ std::atomic<std::size_t> most_bytes{0};
 std::size_t bytes_at_start = 0;
 
 void count_bytes(void* memory) noexcept {
-  const std::size_t now = bytes_in_use += malloc_usable_size(memory);
+  const std::size_t now = bytes_in_use += size_of(memory);
   if (now > most_bytes) most_bytes = now;
 }
 
@@ -38,7 +46,7 @@ void* obtained(std::size_t bytes) noexcept {
 void given_back(void* memory) noexcept {
   if (memory != nullptr) {
     --in_use;
-    bytes_in_use -= malloc_usable_size(memory);
+    bytes_in_use -= size_of(memory);
   }
   std::free(memory);
 }
