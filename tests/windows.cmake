@@ -18,6 +18,9 @@ endif()
 add_library(gtest_main STATIC ${googletest}/src/gtest-all.cc ${googletest}/src/gtest_main.cc)
 target_include_directories(gtest_main SYSTEM PUBLIC ${googletest}/include PRIVATE ${googletest})
 add_library(GTest::gtest_main ALIAS gtest_main)
+# What the tests expect of elementary functions is what the system's run-time answers.
+set(system_support ${CMAKE_CURRENT_SOURCE_DIR}/support/windows_run_time.cpp)
+add_compile_options(-fno-builtin-sin -fno-builtin-cos -fno-builtin-tan -fno-builtin-pow)
 # A test needs no library beside it.
 link_libraries(-static)
 set(system_libraries ole32 oleaut32 uuid user32 gdi32 comctl32 advapi32)

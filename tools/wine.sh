@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Runs a program for Windows: tools/wine.sh PROGRAM [WORD...]. The system that it sees
 # stands in WINEPREFIX, or in wine/ of the build tree around the program, and is made
-# with the first run. ORV2_DPI are its screen's dots per inch. Without DISPLAY it has none.
+# with the first run; ORV2_DPI are then its screen's dots per inch. Without DISPLAY it has
+# no screen.
 set -euo pipefail
 if [ $# -eq 0 ]; then
   echo "usage: tools/wine.sh PROGRAM [WORD...]" >&2
@@ -26,6 +27,10 @@ if [ ! -e "$made" ]; then
   flock 9
   if [ ! -e "$made" ]; then
     env -u DISPLAY "$wine" wineboot --init >&2 9>&-
+    if [ -n "${ORV2_DPI:-}" ]; then
+      env -u DISPLAY "$wine" reg add 'HKCU\Control Panel\Desktop' /v LogPixels /t REG_DWORD \
+        /d "$ORV2_DPI" /f >&2 9>&-
+    fi
     env -u DISPLAY "$(command -v wineserver)" --wait 9>&-
     touch "$made"
   fi
