@@ -6,6 +6,7 @@
 
 #include "orv2_geo/c_api/guard.h"
 #include "orv2_geo/frame/memory.h"
+#include "orv2_geo/platform/thread_number.h"
 
 namespace orv2_geo::c_api {
 

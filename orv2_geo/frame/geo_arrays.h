@@ -183,6 +183,13 @@ class GeoArray : public ArrayBase {
     ArrayBase::adopt(element, owner, elements, lower, count, dimensions);
   }
 
+  /// The same of an owner whose array has no storage as yet.
+  /// Failure 10 when locked.
+  void adopt(ArrayOwner& owner) {
+    release();
+    owner_ = &owner;
+  }
+
   /// Back to unallocated; foreign storage stays with its owner.
   /// Failure 10 when locked.
   void release() {

@@ -1,11 +1,11 @@
 #include "orv2_geo/library/object.h"
 
-#include <atomic>
 #include <type_traits>
 #include <variant>
 
 #include "orv2_geo/library/catalogue.h"
 #include "orv2_geo/platform/text_services.h"
+#include "orv2_geo/platform/thread_number.h"
 
 namespace orv2_geo {
 
@@ -41,13 +41,6 @@ Argument argument_of(const Variant& value) {
 }
 
 }  // namespace
-
-constinit thread_local std::uint64_t thread_number = 0;
-
-std::uint64_t number_this_thread() noexcept {
-  static std::atomic<std::uint64_t> threads{0};
-  return thread_number = ++threads;
-}
 
 Object::Object(const ClassDescription& of_class)
     : class_(of_class), instance_(of_class.begin()), thread_(this_thread_number()) {}

@@ -68,14 +68,4 @@ class ORV2_PUBLIC Object final : public LateBound {
 /// name; 7.
 ORV2_PUBLIC ObjectRef create(std::string_view registered_name);
 
-extern constinit thread_local std::uint64_t thread_number;
-std::uint64_t number_this_thread() noexcept;
-
-/// A number that differs from thread to thread; one that has ended leaves its
-/// number to nobody. Never 0.
-inline std::uint64_t this_thread_number() noexcept {
-  const std::uint64_t number = thread_number;
-  return number != 0 ? number : number_this_thread();
-}
-
 }  // namespace orv2_geo
