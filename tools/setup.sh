@@ -14,8 +14,8 @@ bench=(libbenchmark-dev libcgal-dev libboost-dev libgeos-dev libgeos++-dev libic
 screen=(qt6-base-dev qt6-translations-l10n libxcb1-dev xvfb openbox twm xdotool xclip x11-utils
   libxfixes3 fonts-liberation)
 # For what belongs to Windows.
-windows=(g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix googletest wine wine64 xvfb openbox xdotool
-  xclip x11-utils fonts-liberation fonts-wine)
+windows=(g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix mingw-w64-tools googletest
+  wine wine64 libwine-dev debootstrap xvfb openbox xdotool xclip x11-utils fonts-liberation fonts-wine)
 
 case "${1:-build}" in
   build) ;;

@@ -1,0 +1,45 @@
+// portable_call.h: a call of a vector, made through the C boundary.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "orv2_geo/orv2_geo.h"
+#include "tests/vectors/values.h"
+
+namespace orv2_geo::vectors {
+
+/// The type of a parameter or a result; none where it is told by its content.
+Kind kind_of_tag(std::uint16_t tag);
+
+/// An object that takes calls. While it lives it stands in for the person before the screen: boxes
+/// are written down, forms cancelled.
+class PortableObject {
+ public:
+  explicit PortableObject(const char* registered_name);
+  ~PortableObject();
+  PortableObject(const PortableObject&) = delete;
+  PortableObject& operator=(const PortableObject&) = delete;
+
+  /// What the call does; `by_value` tells of each parameter how it is handed over.
+  Outcome call(std::size_t position, const std::vector<Given>& given,
+               const std::vector<bool>& by_value);
+
+  /// Whether the last call showed a form.
+  bool showed_form() const { return showed_form_; }
+
+ private:
+  static std::int32_t take_property(void* self, const char* name, const orv2_value* value);
+  static std::int32_t take_call(void* self, const char* name, const orv2_value* arguments,
+                                std::size_t count, orv2_value* result);
+  static std::int32_t take_box(void* self, const char* text, std::int32_t flags,
+                               const char* caption);
+  static std::int32_t take_form(void* self, orv2_form* form);
+
+  orv2_handle object_ = 0;
+  orv2_handle host_ = 0;
+  Outcome outcome_;
+  bool showed_form_ = false;
+};
+
+}  // namespace orv2_geo::vectors
