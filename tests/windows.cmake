@@ -15,7 +15,7 @@ set(googletest /usr/src/googletest/googletest CACHE PATH "Sources of the test fr
 if(NOT EXISTS ${googletest}/src/gtest-all.cc)
   message(FATAL_ERROR "The tests take the sources of googletest (tools/setup.sh windows)")
 endif()
-add_library(gtest_main STATIC ${googletest}/src/gtest-all.cc ${googletest}/src/gtest_main.cc)
+add_library(gtest_main STATIC EXCLUDE_FROM_ALL ${googletest}/src/gtest-all.cc ${googletest}/src/gtest_main.cc)
 target_include_directories(gtest_main SYSTEM PUBLIC ${googletest}/include PRIVATE ${googletest})
 add_library(GTest::gtest_main ALIAS gtest_main)
 # What the tests expect of elementary functions is what the system's run-time answers.
