@@ -8,6 +8,9 @@ if(CMAKE_CROSSCOMPILING)
     ${wine} none)
   set_tests_properties(wine PROPERTIES FIXTURES_SETUP wine TIMEOUT 300)
   set(system_fixture wine)
+  add_test(NAME wine_es COMMAND ${CMAKE_COMMAND} -E env ORV2_WINE_ONLY_MADE=1 LC_ALL=es_ES.UTF-8
+    WINEPREFIX=${wine_prefix}_es ${wine} none)
+  set_tests_properties(wine_es PROPERTIES FIXTURES_SETUP wine_es TIMEOUT 300)
 endif()
 
 # The test framework from its sources: no package of it is built for Windows.
@@ -15,7 +18,7 @@ set(googletest /usr/src/googletest/googletest CACHE PATH "Sources of the test fr
 if(NOT EXISTS ${googletest}/src/gtest-all.cc)
   message(FATAL_ERROR "The tests take the sources of googletest (tools/setup.sh windows)")
 endif()
-add_library(gtest_main STATIC ${googletest}/src/gtest-all.cc ${googletest}/src/gtest_main.cc)
+add_library(gtest_main STATIC EXCLUDE_FROM_ALL ${googletest}/src/gtest-all.cc ${googletest}/src/gtest_main.cc)
 target_include_directories(gtest_main SYSTEM PUBLIC ${googletest}/include PRIVATE ${googletest})
 add_library(GTest::gtest_main ALIAS gtest_main)
 # What the tests expect of elementary functions is what the system's run-time answers.
@@ -24,3 +27,14 @@ add_compile_options(-fno-builtin-sin -fno-builtin-cos -fno-builtin-tan -fno-buil
 # A test needs no library beside it.
 link_libraries(-static)
 set(system_libraries ole32 oleaut32 uuid user32 gdi32 comctl32 advapi32)
+
+# A room's tests again where the user's language is Spanish: a comma as decimal sign, and
+# its order of letters.
+function(orv2_test_in_spanish room)
+  if(NOT CMAKE_CROSSCOMPILING)
+    return()
+  endif()
+  add_test(NAME ${room}_es_ES.UTF-8 COMMAND ${room}_tests)
+  set_tests_properties(${room}_es_ES.UTF-8 PROPERTIES TIMEOUT 300 FIXTURES_REQUIRED wine_es
+    ENVIRONMENT "LC_ALL=es_ES.UTF-8;ORV2_TEST_DECIMAL_SIGN=,;WINEPREFIX=${wine_prefix}_es")
+endfunction()

@@ -23,14 +23,17 @@ FLOORS = [
     ["dialogs"],
     ["arrays"],
     ["library"],
-    ["c_api"],
+    ["c_api", "com"],
 ]
 
 # Renderers of the form model know no dialog, and no class of the library.
 RENDERERS = {"ui": {"ui", "frame", "platform"}}
 
 # What a renderer takes of the screen beside its toolkit.
-SCREEN_HEADERS = {"xcb/xcb.h"}
+SCREEN_HEADERS = {"xcb/xcb.h", "windows.h", "commctrl.h"}
+
+# What the component server takes of the system that calls it.
+COMPONENT_HEADERS = {"windows.h", "objbase.h", "oaidl.h", "oleauto.h", "ocidl.h", "olectl.h"}
 
 # One class may be spread over rooms of a floor: one header, and each room
 # defines the members that are its own.
@@ -41,7 +44,8 @@ SHARED_HEADERS = {
 
 # What the system and the machine lend.
 SYSTEM_HEADERS = {
-    "dlfcn.h", "emmintrin.h", "langinfo.h", "locale.h", "sys/mman.h", "unistd.h", "windows.h",
+    "dlfcn.h", "emmintrin.h", "langinfo.h", "locale.h", "oleauto.h", "sys/mman.h", "unistd.h",
+    "windows.h",
 }
 INCLUDE = re.compile(r'^\s*#\s*include\s+(?:"([^"]+)"|<([^>]+)>)')
 
@@ -74,7 +78,8 @@ def faults(path, room):
                 yield f"{where}: {room}/ may not include {own}"
         elif "." in system and not (system in SYSTEM_HEADERS and room == "platform"):
             screen = room in RENDERERS and system in SCREEN_HEADERS
-            if system not in {"stddef.h", "stdint.h"} and not screen:
+            component = room == "com" and system in COMPONENT_HEADERS
+            if system not in {"stddef.h", "stdint.h"} and not screen and not component:
                 yield f"{where}: {room}/ may not include <{system}>"
 
 

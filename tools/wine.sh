@@ -26,10 +26,10 @@ if [ ! -e "$made" ]; then
   exec 9> "$WINEPREFIX/lock"
   flock 9
   if [ ! -e "$made" ]; then
-    env -u DISPLAY "$wine" wineboot --init >&2 9>&-
+    env -u DISPLAY "$wine" wineboot --init >> "$WINEPREFIX/made.log" 2>&1 9>&-
     if [ -n "${ORV2_DPI:-}" ]; then
       env -u DISPLAY "$wine" reg add 'HKCU\Control Panel\Desktop' /v LogPixels /t REG_DWORD \
-        /d "$ORV2_DPI" /f >&2 9>&-
+        /d "$ORV2_DPI" /f >> "$WINEPREFIX/made.log" 2>&1 9>&-
     fi
     env -u DISPLAY "$(command -v wineserver)" --wait 9>&-
     touch "$made"

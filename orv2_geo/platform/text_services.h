@@ -1,6 +1,8 @@
 // text_services.h: numbers and texts the way of the user's locale.
 //
-// The environment names the locale, by category: LC_COLLATE the order of texts,
+// On Windows it is the locale that the user has chosen in the system's settings; case is
+// ignored as the system does it, and beyond 16 bits over all of Unicode. Elsewhere the
+// environment names it, by category: LC_COLLATE the order of texts,
 // LC_CTYPE letters of a language's own, LC_NUMERIC the decimal sign; LC_ALL before
 // them and LANG after them stand for all. A category whose locale is not installed
 // counts as C.UTF-8 and leaves the others as they are named: order by code points,

@@ -37,11 +37,12 @@ ORV2_PUBLIC UserInterface& user_interface();
 /// installed before.
 ORV2_PUBLIC UserInterface* install_user_interface(UserInterface* driver) noexcept;
 
-/// The system's own interface. It draws on the screen through the module
-/// described in screen_module.h, sought beside this library and then where the
-/// loader looks. Without a screen (neither DISPLAY nor WAYLAND_DISPLAY is set,
-/// or the display cannot be opened) or without the module it writes boxes to
-/// standard error and leaves forms as their cancel button would.
+/// The system's own interface. On Windows it draws with the system's own controls; where
+/// nobody sees windows, as in a service, boxes go to standard error and to the debugger.
+/// Elsewhere it draws on the screen through the module described in screen_module.h,
+/// sought beside this library and then where the loader looks. Without a screen (neither
+/// DISPLAY nor WAYLAND_DISPLAY is set, or the display cannot be opened) or without the
+/// module it writes boxes to standard error and leaves forms as their cancel button would.
 UserInterface& system_user_interface();
 
 }  // namespace orv2_geo

@@ -185,9 +185,19 @@ void FormWindow::take(MSG& message) {
   if (CallMsgFilterW(&message, MSGF_DIALOGBOX)) return;
   const bool ours = message.hwnd == window_ || IsChild(window_, message.hwnd);
   if (ours && (early_clicks_.are_in(message) || take_key(message))) return;
-  if (IsDialogMessageW(window_, &message)) return;
+  if (ours) count_each_click(message);
+  if (IsDialogMessageW(window_, &message)) return mark_enter_button();  // it has its own idea
   TranslateMessage(&message);
   DispatchMessageW(&message);
+}
+
+// The second click of a double click is a click too, but in a text or a grid.
+void FormWindow::count_each_click(MSG& message) const {
+  if (message.message != WM_LBUTTONDBLCLK) return;
+  const ControlView* const view = view_of(message.hwnd);
+  const bool selects = view != nullptr &&
+                       (is_kind(*view, ControlKind::text_box) || is_kind(*view, ControlKind::grid));
+  if (!selects) message.message = WM_LBUTTONDOWN;
 }
 
 // A key held down since before the form came up presses nothing.
@@ -362,6 +372,7 @@ void FormWindow::give_focus() {
 }
 
 void FormWindow::mark_enter_button() {
+  if (window_ == nullptr) return;
   const Control* const marked = form_.enter_button();
   for (const auto& view : views_) {
     if (!is_kind(*view, ControlKind::button)) continue;

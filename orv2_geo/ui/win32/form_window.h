@@ -48,6 +48,7 @@ class FormWindow final : private WindowBehind {
   void handle_messages();
   void take(MSG& message);
   bool take_key(const MSG& message);
+  void count_each_click(MSG& message) const;
   bool is_up() const noexcept { return window_ != nullptr && form_.open() && !failure_; }
 
   void hear_of(HWND control, WORD what);

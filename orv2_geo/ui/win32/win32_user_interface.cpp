@@ -31,7 +31,7 @@ class Win32UserInterface final : public UserInterface {
     if (flags == critical_icon) look |= MB_ICONERROR;
     const std::wstring title = caption != nullptr ? shown(*caption) : L"Orv2_Geo";
     const int answer = MessageBoxW(owner, shown(text).c_str(), title.c_str(), look);
-    if (answer == 0) console_user_interface().error_box(text, flags, caption);
+    if (answer <= 0) console_user_interface().error_box(text, flags, caption);
   }
 
   void show_modal(Form& form) override {
