@@ -15,7 +15,7 @@ screen=(qt6-base-dev qt6-translations-l10n libxcb1-dev xvfb openbox twm xdotool 
   libxfixes3 fonts-liberation)
 # For what belongs to Windows.
 windows=(g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix mingw-w64-tools googletest
-  wine wine64 libwine-dev debootstrap)
+  wine wine64 libwine-dev debootstrap xvfb openbox xdotool xclip x11-utils fonts-liberation fonts-wine)
 
 case "${1:-build}" in
   build) ;;

@@ -38,6 +38,9 @@ TEST(LowerCase, EveryAlphabet) {
 
 // The C run-time may know letters of a later Unicode, but none in another way.
 TEST(LowerCase, AgreesWithTheRunTime) {
+#if defined(_WIN32)
+  GTEST_SKIP() << "The run-time has no letters of Unicode apart from a language's";
+#else
   const locale_t unicode = newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
   if (unicode == nullptr) GTEST_SKIP() << "C.UTF-8 is not installed";
   int letters = 0;
@@ -49,6 +52,7 @@ TEST(LowerCase, AgreesWithTheRunTime) {
   }
   freelocale(unicode);
   EXPECT_EQ(letters, 1433);
+#endif
 }
 
 }  // namespace

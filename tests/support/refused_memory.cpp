@@ -3,10 +3,23 @@
 #include <malloc.h>
 
 #include <atomic>
+#include <cstdint>
 #include <cstdlib>
 #include <new>
 
 namespace {
+
+using namespace orv2_geo::testing_support;
+
+constexpr auto most_at_once = static_cast<std::size_t>(0x7fffffffff & SIZE_MAX);
+
+std::size_t size_of(void* memory) noexcept {
+#if defined(_WIN32)
+  return _msize(memory);
+#else
+  return malloc_usable_size(memory);
+#endif
+}
 
 thread_local long left_to_pass = -1;
 thread_local bool refused = false;
@@ -15,31 +28,15 @@ std::atomic<std::size_t> bytes_in_use{0};
 std::atomic<std::size_t> most_bytes{0};
 std::size_t bytes_at_start = 0;
 
-void count_bytes(void* memory) noexcept {
-  const std::size_t now = bytes_in_use += malloc_usable_size(memory);
-  if (now > most_bytes) most_bytes = now;
-}
-
 void* obtained(std::size_t bytes) noexcept {
-  if (left_to_pass == 0) {
-    left_to_pass = -1;
-    refused = true;
-    return nullptr;
-  }
-  if (left_to_pass > 0) --left_to_pass;
-  void* memory = bytes > 0x7fffffffff ? nullptr : std::malloc(bytes != 0 ? bytes : 1);
-  if (memory != nullptr) {
-    ++in_use;
-    count_bytes(memory);
-  }
+  if (allocation_is_refused()) return nullptr;
+  void* memory = bytes > most_at_once ? nullptr : std::malloc(bytes != 0 ? bytes : 1);
+  if (memory != nullptr) allocation_made(size_of(memory));
   return memory;
 }
 
 void given_back(void* memory) noexcept {
-  if (memory != nullptr) {
-    --in_use;
-    bytes_in_use -= malloc_usable_size(memory);
-  }
+  if (memory != nullptr) allocation_given_back(size_of(memory));
   std::free(memory);
 }
 
@@ -61,6 +58,27 @@ void operator delete(void* memory, const std::nothrow_t&) noexcept { given_back(
 void operator delete[](void* memory, const std::nothrow_t&) noexcept { given_back(memory); }
 
 namespace orv2_geo::testing_support {
+
+bool allocation_is_refused() noexcept {
+  if (left_to_pass == 0) {
+    left_to_pass = -1;
+    refused = true;
+    return true;
+  }
+  if (left_to_pass > 0) --left_to_pass;
+  return false;
+}
+
+void allocation_made(std::size_t bytes) noexcept {
+  ++in_use;
+  const std::size_t now = bytes_in_use += bytes;
+  if (now > most_bytes) most_bytes = now;
+}
+
+void allocation_given_back(std::size_t bytes) noexcept {
+  --in_use;
+  bytes_in_use -= bytes;
+}
 
 RefusedAllocation::RefusedAllocation(long let_pass) noexcept {
   left_to_pass = let_pass;

@@ -18,6 +18,13 @@ class RefusedAllocation {
   static bool happened() noexcept;
 };
 
+// For what hands out memory in the tests.
+
+/// Whether the allocation that is asked for now is the one to be refused.
+bool allocation_is_refused() noexcept;
+void allocation_made(std::size_t bytes) noexcept;
+void allocation_given_back(std::size_t bytes) noexcept;
+
 /// Allocations not yet given back.
 long allocations_in_use() noexcept;
 

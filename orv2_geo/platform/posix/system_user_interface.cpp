@@ -3,7 +3,7 @@
 #include <cstdlib>
 #include <string>
 
-#include "orv2_geo/platform/posix/console_user_interface.h"
+#include "orv2_geo/platform/console_user_interface.h"
 #include "orv2_geo/platform/screen_module.h"
 
 namespace orv2_geo {

@@ -1,23 +1,33 @@
-// The system's own boxes and forms.
+// The system's own boxes and forms: on the screen where a person sees one.
 #include <windows.h>
 
-#include "orv2_geo/platform/error_box.h"
-#include "orv2_geo/platform/form.h"
-#include "orv2_geo/platform/user_interface.h"
+#include "orv2_geo/platform/console_user_interface.h"
+#include "orv2_geo/platform/windows/screen_interface.h"
 
 namespace orv2_geo {
 
 namespace {
 
+// A service has windows as well, but nobody in front of them who could answer.
+bool a_person_sees_windows() {
+  USEROBJECTFLAGS station{};
+  const BOOL told = GetUserObjectInformationW(GetProcessWindowStation(), UOI_FLAGS, &station,
+                                              sizeof(station), nullptr);
+  return told == FALSE || (station.dwFlags & WSF_VISIBLE) != 0;
+}
+
+UserInterface& in_force() {
+  static const bool seen = a_person_sees_windows();
+  return seen ? screen_interface() : console_user_interface();
+}
+
 class SystemUserInterface final : public UserInterface {
  public:
   void error_box(const Text& text, std::int32_t flags, const Text* caption) override {
-    const auto wide = [](const char16_t* units) { return reinterpret_cast<const wchar_t*>(units); };
-    const UINT icon = flags == critical_icon ? MB_ICONERROR : 0;
-    MessageBoxW(GetActiveWindow(), wide(text.data()),
-                caption != nullptr ? wide(caption->data()) : L"Orv2_Geo", MB_OK | icon);
+    in_force().error_box(text, flags, caption);
   }
-  void show_modal(Form& form) override { form.cancel(); }
+  void show_modal(Form& form) override { in_force().show_modal(form); }
+  void handle_events() override { in_force().handle_events(); }
 };
 
 }  // namespace

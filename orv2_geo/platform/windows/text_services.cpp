@@ -55,8 +55,7 @@ std::u32string collation_key(std::u16string_view text) {
   for (std::size_t start = 0; start <= text.size();) {
     if (start != 0) key.push_back(U'\0');
     const std::size_t end = std::min(text.find(u'\0', start), text.size());
-    append_key(key,
-               sort_key(reinterpret_cast<const wchar_t*>(text.data()) + start, end - start));
+    append_key(key, sort_key(reinterpret_cast<const wchar_t*>(text.data()) + start, end - start));
     start = end + 1;
   }
   return key;

@@ -20,11 +20,11 @@
 #include <algorithm>
 #include <cmath>
 #include <map>
-#include <numeric>
 #include <set>
 #include <string>
 #include <vector>
 
+#include "orv2_geo/platform/grid_columns.h"
 #include "orv2_geo/ui/qt/pointer.h"
 
 namespace orv2_geo::qt {
@@ -191,34 +191,19 @@ int whole_width(const QTableWidget& table) {
   return room.width() - (scrolls ? table.style()->pixelMetric(QStyle::PM_ScrollBarExtent) : 0);
 }
 
-// A column is as wide as its header, whose blanks count. The room that is left goes
-// first to the columns whose numbers need it, by their need; then to all, by their
-// width.
 void set_widths(QTableWidget& table) {
-  std::vector<double> widths;
-  std::vector<double> needs;
+  std::vector<ColumnWish> wishes;
   for (int col = 0; col < table.columnCount(); ++col) {
-    int need = 0;
+    int longest = 0;
     for (int row = 0; row < table.rowCount(); ++row) {
-      need = std::max(need, room_for(table, table.item(row, col)->text()));
+      longest = std::max(longest, room_for(table, table.item(row, col)->text()));
     }
-    widths.push_back(table.rowCount() > 0 ? room_for(table, table.item(0, col)->text()) : 0);
-    needs.push_back(need - widths.back());
+    const int header = table.rowCount() > 0 ? room_for(table, table.item(0, col)->text()) : 0;
+    wishes.push_back({header, longest});
   }
-  const auto sum = [](const std::vector<double>& all) {
-    return std::accumulate(all.begin(), all.end(), 0.0);
-  };
-  const double left = std::max(whole_width(table) - sum(widths), 0.0);
-  const double share = std::min(left, sum(needs)) / std::max(sum(needs), 1.0);
-  for (std::size_t col = 0; col < widths.size(); ++col) widths[col] += share * needs[col];
-  const double growth = std::max(whole_width(table) / std::max(sum(widths), 1.0), 1.0);
-  double edge = 0.0;
+  const std::vector<int> widths = column_widths(wishes, whole_width(table));
   for (std::size_t col = 0; col < widths.size(); ++col) {
-    // Between rounded edges, so that the last one is the table's.
-    const double next = edge + widths[col] * growth;
-    table.setColumnWidth(static_cast<int>(col),
-                         static_cast<int>(std::lround(next) - std::lround(edge)));
-    edge = next;
+    table.setColumnWidth(static_cast<int>(col), widths[col]);
   }
 }
 

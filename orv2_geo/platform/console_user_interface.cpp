@@ -1,7 +1,4 @@
-#include "orv2_geo/platform/posix/console_user_interface.h"
-
-#include <cstdio>
-#include <string>
+#include "orv2_geo/platform/console_user_interface.h"
 
 #include "orv2_geo/platform/form.h"
 
@@ -13,12 +10,12 @@ class ConsoleUserInterface final : public UserInterface {
  public:
   void error_box(const Text& text, std::int32_t, const Text* caption) override {
     const std::string title = caption != nullptr ? caption->to_utf8() : "Orv2_Geo";
-    std::fprintf(stderr, "%s: %s\n", title.c_str(), text.to_utf8().c_str());
+    write_console_line(title + ": " + text.to_utf8());
   }
 
   void show_modal(Form& form) override {
-    std::fprintf(stderr, "Orv2_Geo: no screen is available for \"%s\"; cancelled\n",
-                 form.caption().to_utf8().c_str());
+    write_console_line("Orv2_Geo: no screen is available for \"" + form.caption().to_utf8() +
+                       "\"; cancelled");
     form.cancel();
   }
 };

@@ -1,0 +1,31 @@
+# Tests of a build for Windows run on the system that tools/wine.sh makes, or tools/wine32.sh
+# for 32-bit programs; the first test makes it, and all others wait for that.
+set(wine ${PROJECT_SOURCE_DIR}/tools/wine.sh)
+set(wine_prefix ${CMAKE_BINARY_DIR}/wine)
+if(CMAKE_CROSSCOMPILING)
+  if(CMAKE_SIZEOF_VOID_P EQUAL 4)
+    set(wine ${PROJECT_SOURCE_DIR}/tools/wine32.sh)
+    add_test(NAME wine COMMAND ${wine} --setup)
+  else()
+    add_test(NAME wine COMMAND ${CMAKE_COMMAND} -E env ORV2_WINE_ONLY_MADE=1 WINEPREFIX=${wine_prefix}
+      ${wine} none)
+  endif()
+  set(CMAKE_CROSSCOMPILING_EMULATOR ${wine})
+  set_tests_properties(wine PROPERTIES FIXTURES_SETUP wine TIMEOUT 900)
+  set(system_fixture wine)
+endif()
+
+# The test framework from its sources: no package of it is built for Windows.
+set(googletest /usr/src/googletest/googletest CACHE PATH "Sources of the test framework")
+if(NOT EXISTS ${googletest}/src/gtest-all.cc)
+  message(FATAL_ERROR "The tests take the sources of googletest (tools/setup.sh windows)")
+endif()
+add_library(gtest_main STATIC ${googletest}/src/gtest-all.cc ${googletest}/src/gtest_main.cc)
+target_include_directories(gtest_main SYSTEM PUBLIC ${googletest}/include PRIVATE ${googletest})
+add_library(GTest::gtest_main ALIAS gtest_main)
+# What the tests expect of elementary functions is what the system's run-time answers.
+set(system_support ${CMAKE_CURRENT_SOURCE_DIR}/support/windows_run_time.cpp)
+add_compile_options(-fno-builtin-sin -fno-builtin-cos -fno-builtin-tan -fno-builtin-pow)
+# A test needs no library beside it.
+link_libraries(-static)
+set(system_libraries ole32 oleaut32 uuid user32 gdi32 comctl32 advapi32)
