@@ -246,8 +246,8 @@ std::string word_of(const Value& value) {
 void write(std::ostream& file, const VectorClass& all) {
   file << "class " << all.name << '\n';
   for (const auto& [position, member] : all.members) {
-    file << "member " << position << (member.elementary ? " elementary " : " exact ") << member.name
-         << '\n';
+    file << "member " << position << ' ' << closeness_words[static_cast<int>(member.closeness)]
+         << ' ' << member.name << '\n';
   }
   for (const VectorCall& call : all.calls) write_call(file, call);
 }
