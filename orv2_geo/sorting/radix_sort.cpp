@@ -31,19 +31,21 @@ std::span<std::uint64_t> radix_sort(const WordLayout& layout, std::span<std::uin
   if (digits == 0) return words;
   const int width = (layout.key_bits() + digits - 1) / digits;
   const std::uint64_t mask = (std::uint64_t{1} << width) - 1;
-  const auto shift = [&](int digit) { return layout.bits_below_key() + digit * width; };
+  const auto digit_of = [&](std::uint64_t word, int digit) {
+    return static_cast<std::size_t>(word >> (layout.bits_below_key() + digit * width) & mask);
+  };
 
   std::array<Counts, most_digits> counts{};
   for (const std::uint64_t word : words) {
     for (int d = 0; d < digits; ++d) {
-      ++counts[static_cast<std::size_t>(d)][word >> shift(d) & mask];
+      ++counts[static_cast<std::size_t>(d)][digit_of(word, d)];
     }
   }
   for (int d = 0; d < digits; ++d) {
     Counts& places = counts[static_cast<std::size_t>(d)];
     std::uint32_t sum = 0;
     for (std::uint32_t& place : places) sum += std::exchange(place, sum);
-    for (const std::uint64_t word : words) spare[places[word >> shift(d) & mask]++] = word;
+    for (const std::uint64_t word : words) spare[places[digit_of(word, d)]++] = word;
     std::swap(words, spare);
   }
   return words;
