@@ -1,12 +1,17 @@
-# Tests of a build for Windows run on the system that tools/wine.sh makes; the first
-# test makes it, and all others wait for that.
+# Tests of a build for Windows run on the system that tools/wine.sh makes, or tools/wine32.sh
+# for 32-bit programs; the first test makes it, and all others wait for that.
 set(wine ${PROJECT_SOURCE_DIR}/tools/wine.sh)
 set(wine_prefix ${CMAKE_BINARY_DIR}/wine)
 if(CMAKE_CROSSCOMPILING)
+  if(CMAKE_SIZEOF_VOID_P EQUAL 4)
+    set(wine ${PROJECT_SOURCE_DIR}/tools/wine32.sh)
+    add_test(NAME wine COMMAND ${wine} --setup)
+  else()
+    add_test(NAME wine COMMAND ${CMAKE_COMMAND} -E env ORV2_WINE_ONLY_MADE=1 WINEPREFIX=${wine_prefix}
+      ${wine} none)
+  endif()
   set(CMAKE_CROSSCOMPILING_EMULATOR ${wine})
-  add_test(NAME wine COMMAND ${CMAKE_COMMAND} -E env ORV2_WINE_ONLY_MADE=1 WINEPREFIX=${wine_prefix}
-    ${wine} none)
-  set_tests_properties(wine PROPERTIES FIXTURES_SETUP wine TIMEOUT 300)
+  set_tests_properties(wine PROPERTIES FIXTURES_SETUP wine TIMEOUT 900)
   set(system_fixture wine)
   add_test(NAME wine_es COMMAND ${CMAKE_COMMAND} -E env ORV2_WINE_ONLY_MADE=1 LC_ALL=es_ES.UTF-8
     WINEPREFIX=${wine_prefix}_es ${wine} none)

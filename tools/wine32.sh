@@ -1,14 +1,15 @@
 #!/usr/bin/env bash
-# Runs 32-bit programs of Windows on a machine that has 64-bit packages only: under the wine of a small
+# Runs 32-bit programs for Windows on a machine that has 64-bit packages only: under the wine of a small
 # 32-bit root, which is made once (a minute or two, 1.5 GB).
 #
 #   tools/wine32.sh --setup [DIR]        makes the root, if it is not there yet
 #   tools/wine32.sh PROGRAM [ARGS...]    runs a program by its path, or one of wine's own: regsvr32, cscript
 #
-# DIR, else ORV2_WINE32_ROOT, else build/wine32 is the root's folder; its name's part before that must exist.
-# The program sees the repository, the folder that it lies in and those of ORV2_WINE32_FOLDERS (parted by
-# colons) at the paths that they have outside, which wine also takes as Z:\\path. What it registers stays in the root: ORV2_WINE32_PREFIX names
-# another set of registrations. Runs of one root wait for one another. For root only.
+# DIR, else ORV2_WINE32_ROOT, else build/wine32 of the repository is the root's folder. The program sees the
+# repository, the folder that it lies in and those of ORV2_WINE32_FOLDERS (parted by colons) at the paths that
+# they have outside, which wine also takes as Z:\path. What it registers stays in the root:
+# ORV2_WINE32_PREFIX names another set of registrations. Runs of one root wait for one another. It takes the
+# rights of the machine's administrator.
 set -euo pipefail
 
 here=$(cd "$(dirname "$0")/.." && pwd)
@@ -93,7 +94,7 @@ case "$1" in
   --setup) setup_only=true; root=${2:-$root} ;;
   -*) usage ;;
 esac
-[ "$(id -u)" -eq 0 ] || { echo "wine32: only root can change its root" >&2; exit 1; }
+[ "$(id -u)" -eq 0 ] || { echo "wine32: not run by the machine's administrator" >&2; exit 1; }
 mkdir -p "$(dirname "$root")"
 root=$(realpath -m "$root")
 

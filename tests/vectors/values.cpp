@@ -1,9 +1,11 @@
 // The file of test vectors, written and read.
 #include "tests/vectors/values.h"
 
+#include <algorithm>
 #include <bit>
 #include <charconv>
 #include <istream>
+#include <iterator>
 #include <ostream>
 #include <sstream>
 #include <stdexcept>
@@ -11,6 +13,8 @@
 namespace orv2_geo::vectors {
 
 namespace {
+
+constexpr std::string_view closeness_words[] = {"exact", "elementary", "bearings", "sums"};
 
 [[noreturn]] void refuse(std::string_view word) {
   throw std::runtime_error("no word of a file of vectors: \"" + std::string(word) + "\"");
@@ -190,8 +194,11 @@ void read_outcome(Words& words, VectorCall& call) {
 
 void read_member(Words& words, VectorClass& all) {
   const auto position = number_of<std::size_t>(next_word(words));
-  const bool elementary = next_word(words) == "elementary";
-  all.members[position] = {next_word(words), elementary};
+  const auto word =
+      std::find(std::begin(closeness_words), std::end(closeness_words), next_word(words));
+  if (word == std::end(closeness_words)) refuse(words.str());
+  const auto closeness = static_cast<Closeness>(word - closeness_words);
+  all.members[position] = {next_word(words), closeness};
 }
 
 void read_in_class(const std::string& first, Words& words, VectorClass& all) {
@@ -239,8 +246,8 @@ std::string word_of(const Value& value) {
 void write(std::ostream& file, const VectorClass& all) {
   file << "class " << all.name << '\n';
   for (const auto& [position, member] : all.members) {
-    file << "member " << position << (member.elementary ? " elementary " : " exact ") << member.name
-         << '\n';
+    file << "member " << position << ' ' << closeness_words[static_cast<int>(member.closeness)]
+         << ' ' << member.name << '\n';
   }
   for (const VectorCall& call : all.calls) write_call(file, call);
 }

@@ -10,12 +10,13 @@
 //   box 16 006f0062 -
 //   gave 0 . . d:4049000000000000 > -
 //
-// `class` makes an object, which takes the calls that follow. A call has a word for each parameter:
-// a value, "=k" for the variable of argument k, or "~" and a value for an optional one that is left
-// out, whose place has the value in a call by position. `did` is what a host's object was told, a
-// property's name ending in "=". `box` has flags, text and caption, "-" being the default one.
-// `gave` has the failure's number or 0, what each variable holds after the call, "." where that is
-// what it held before, and after ">" the result.
+// `class` makes an object, which takes the calls that follow. `member` tells how closely its
+// answers can be compared on another system (Closeness below). A call has a word for each
+// parameter: a value, "=k" for the variable of argument k, or "~" and a value for an optional one
+// that is left out, whose place has the value in a call by position. `did` is what a host's object
+// was told, a property's name ending in "=". `box` has flags, text and caption, "-" being the
+// default one. `gave` has the failure's number or 0, what each variable holds after the call, "."
+// where that is what it held before, and after ">" the result.
 //
 // A value is a letter for its type, a colon and its content: numbers with a fraction as the bits in
 // hexadecimals, whole numbers as decimals, texts as four hexadecimals a unit, an object as 1 or 0.
@@ -112,9 +113,19 @@ struct VectorCall {
   Outcome outcome;
 };
 
+/// How closely a member's numbers with a fraction agree from system to system; all else is exact.
+/// The C run-time's elementary functions differ in their last bits, and a sum that cancels most of
+/// a larger number brings these forward: it is compared by the last place of that number.
+enum class Closeness {
+  exact,
+  elementary,  // to the last places of the answer
+  bearings,    // to those of 400: a difference of bearings
+  sums         // to those of the call's largest number
+};
+
 struct VectorMember {
   std::string name;
-  bool elementary = false;  // worked out by the C run-time's functions, whose last bits differ
+  Closeness closeness = Closeness::exact;
 };
 
 struct VectorClass {

@@ -11,46 +11,55 @@ using vectors::Value;
 
 namespace {
 
-// The bits of a number with a fraction as a whole one that grows with it.
-double place_of(const Value& value) {
-  if (value.kind == Kind::f32) {
-    const auto bits = static_cast<std::int32_t>(static_cast<std::uint32_t>(value.bits));
-    return bits < 0 ? -static_cast<double>(bits & 0x7fffffff) : bits;
-  }
-  const auto bits = static_cast<std::int64_t>(value.bits);
-  const auto size = static_cast<double>(bits & 0x7fffffffffffffff);
-  return bits < 0 ? -size : size;
-}
-
-// Of two numbers of one sign: a difference of whole ones, before it loses its last digits.
-double ulps_between(const Value& a, const Value& b) {
-  const bool one_sign =
-      (a.kind == Kind::f32 ? (a.bits ^ b.bits) >> 31 : (a.bits ^ b.bits) >> 63) == 0;
-  if (!one_sign) return std::abs(place_of(a) - place_of(b));
-  const std::uint64_t low = std::min(a.bits, b.bits);
-  return static_cast<double>(std::max(a.bits, b.bits) - low);
+double number_of(const Value& value) {
+  return value.kind == Kind::f32 ? static_cast<double>(vectors::f32_of(value))
+                                 : vectors::f64_of(value);
 }
 
 bool has_fraction(const Value& value) { return value.kind == Kind::f64 || value.kind == Kind::f32; }
 
-}  // namespace
-
-bool Comparison::agree(const Value& expected, const Value& got, bool elementary) {
-  if (expected == got) return true;
-  if (!elementary || expected.kind != got.kind) return false;
-  if (has_fraction(expected)) return close(expected, got);
-  const bool alike = vectors::is_array(expected.kind) && expected.allocated == got.allocated &&
-                     expected.lower == got.lower && expected.dimensions == got.dimensions &&
-                     expected.elements.size() == got.elements.size();
-  return alike &&
-         std::equal(expected.elements.begin(), expected.elements.end(), got.elements.begin(),
-                    [this](const Value& a, const Value& b) { return agree(a, b, true); });
+// The last place of a number that has the type of `like`.
+double ulp_of(double number, const Value& like) {
+  const int digits = like.kind == Kind::f32 ? 24 : 53;
+  const int lowest = like.kind == Kind::f32 ? -149 : -1074;
+  return std::ldexp(1.0,
+                    number == 0.0 ? lowest : std::max(std::ilogb(number) + 1 - digits, lowest));
 }
 
-bool Comparison::close(const Value& expected, const Value& got) {
-  const double ulps = ulps_between(expected, got);
+}  // namespace
+
+double scale_of(vectors::Closeness closeness, const vectors::VectorCall& call) {
+  if (closeness == vectors::Closeness::bearings) return 400.0;
+  double largest = 0.0;
+  if (closeness != vectors::Closeness::sums) return largest;
+  for (const vectors::Given& given : call.given) {
+    const double size = has_fraction(given.value) ? std::abs(number_of(given.value)) : 0.0;
+    if (std::isfinite(size)) largest = std::max(largest, size);
+  }
+  return largest;
+}
+
+bool Comparison::agree(const Value& expected, const Value& got, vectors::Closeness closeness,
+                       double scale) {
+  if (expected == got) return true;
+  if (closeness == vectors::Closeness::exact || expected.kind != got.kind) return false;
+  if (has_fraction(expected)) return close(expected, got, scale);
+  const bool alike = vectors::is_array(expected.kind) && expected.allocated == got.allocated &&
+                     expected.lower == got.lower && expected.dimensions == got.dimensions;
+  return alike &&
+         std::equal(expected.elements.begin(), expected.elements.end(), got.elements.begin(),
+                    got.elements.end(),
+                    [&](const Value& a, const Value& b) { return agree(a, b, closeness, scale); });
+}
+
+bool Comparison::close(const Value& expected, const Value& got, double scale) {
+  const double a = number_of(expected), b = number_of(got);
+  if (!std::isfinite(a) || !std::isfinite(b)) return false;
+  const double ulps = std::abs(a - b) / ulp_of(std::max(std::abs(a), scale), expected);
+  if (ulps > allowed_ulps) return false;
+  ++not_equal_;
   largest_ = std::max(largest_, ulps);
-  return ulps <= allowed_ulps;
+  return true;
 }
 
 }  // namespace orv2_geo::early_bound

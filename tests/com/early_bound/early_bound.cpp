@@ -144,10 +144,10 @@ class Run {
 
   int summary() const {
     std::printf(
-        "vectors: %d calls of %zu members, %d differences, largest ulp %.0f, %d calls with "
-        "boxes%s\n",
-        calls_, called_.size(), differences_, comparison_.largest_ulps(), boxes_,
-        boxes_are_taken_ ? "" : " left out");
+        "vectors: %d calls of %zu members, %d differences, largest ulp %.2f of %d numbers that "
+        "are not equal, %d calls with boxes%s\n",
+        calls_, called_.size(), differences_, comparison_.largest_ulps(), comparison_.not_equal(),
+        boxes_, boxes_are_taken_ ? "" : " left out");
     return differences_ == 0 ? 0 : 1;
   }
 
@@ -163,45 +163,46 @@ class Run {
     if (found->second.name != described.name) differ("another name: " + found->second.name);
     ++calls_;
     called_.insert({owner.name, call.position});
-    make(instance, found->second, call, described.elementary);
+    make(instance, found->second, call, described.closeness);
   }
 
   void make(const Instance& instance, const BoundMember& member, const VectorCall& call,
-            bool elementary) {
+            vectors::Closeness closeness) {
     Recorder host;
     Variables variables(call.given, &host);
     Result result;
     const HRESULT status = member.call(instance.get(), variables, result);
     const HRESULT expected = status_of(call.outcome.failure);
     if (status != expected) differ_in_status(status, expected, call);
-    compare_variables(variables, call, elementary);
-    if (status == S_OK) compare_result(result, call, elementary);
+    compare_variables(variables, call, closeness);
+    if (status == S_OK) compare_result(result, call, closeness);
     if (host.told != call.outcome.told) differ_in_told(host.told, call.outcome.told);
     if (host.references() != 1) differ("references left to the host's object");
     compare_boxes(taken_boxes(), call.outcome.boxes);
   }
 
-  void compare_variables(const Variables& variables, const VectorCall& call, bool elementary) {
+  void compare_variables(const Variables& variables, const VectorCall& call,
+                         vectors::Closeness closeness) {
     for (std::size_t i = 0; i < variables.count(); ++i) {
       const std::string misuse = variables[i].misuse();
       if (!misuse.empty()) differ("argument " + std::to_string(i) + ": " + misuse);
       // What an argument that was left out holds afterwards nobody can see.
       if (call.given[i].omitted) continue;
       check_value("argument " + std::to_string(i), call.outcome.after[i], variables[i].content(),
-                  elementary, call);
+                  closeness, call);
     }
   }
 
-  void compare_result(Result& result, const VectorCall& call, bool elementary) {
+  void compare_result(Result& result, const VectorCall& call, vectors::Closeness closeness) {
     const bool has_result = result.is_variant || result.kind != Kind::none;
     const Value got = has_result ? content_of(result, call.outcome.result.kind) : vectors::Value{};
-    check_value("result", call.outcome.result, got, elementary, call);
+    check_value("result", call.outcome.result, got, closeness, call);
     if (result.is_variant) VariantClear(&result.place);
   }
 
   void check_value(const std::string& what, const Value& expected, const Value& got,
-                   bool elementary, const VectorCall& call) {
-    if (comparison_.agree(expected, got, elementary)) return;
+                   vectors::Closeness closeness, const VectorCall& call) {
+    if (comparison_.agree(expected, got, closeness, scale_of(closeness, call))) return;
     differ(what + " is " + word_of(got) + ", expected " + word_of(expected) + input_of(call));
   }
 

@@ -10,6 +10,10 @@
 
 namespace orv2_geo::early_bound {
 
+// An interface ends its object by counting: none has a virtual destructor.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
+
 class Recorder final : public IDispatch {
  public:
   Recorder() = default;
@@ -35,5 +39,7 @@ class Recorder final : public IDispatch {
   LONG references_ = 1;
   std::vector<std::string> names_;
 };
+
+#pragma GCC diagnostic pop
 
 }  // namespace orv2_geo::early_bound

@@ -1,0 +1,99 @@
+// The file of test vectors: that it says what it should, and enough of it.
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <set>
+#include <sstream>
+
+#include "tests/vectors/portable_call.h"
+
+namespace orv2_geo::vectors {
+namespace {
+
+std::string text_of_file() {
+  std::ifstream file(VECTORS, std::ios::binary);
+  std::ostringstream text;
+  text << file.rdbuf();
+  return text.str();
+}
+
+std::vector<VectorClass> all_classes() {
+  std::istringstream text(text_of_file());
+  return read(text);
+}
+
+std::vector<bool> by_value(std::size_t class_index, const VectorCall& call) {
+  std::vector<bool> flags;
+  for (std::size_t i = 0; i < call.given.size(); ++i) {
+    orv2_parameter_info info{};
+    EXPECT_EQ(orv2_parameter_at(class_index, call.position, i, &info), 0);
+    flags.push_back((info.type & ORV2_BYREF) == 0);
+  }
+  return flags;
+}
+
+bool same(const Outcome& a, const Outcome& b) {
+  return a.failure == b.failure && a.after == b.after && a.result == b.result && a.told == b.told &&
+         a.boxes == b.boxes;
+}
+
+TEST(Vectors, WhatIsReadIsWrittenAgain) {
+  std::ostringstream again;
+  for (const VectorClass& one : all_classes()) write(again, one);
+  EXPECT_TRUE(again.str() == text_of_file());
+}
+
+TEST(Vectors, CallsDoTheSameAgain) {
+  std::size_t class_index = 0;
+  for (const VectorClass& one : all_classes()) {
+    PortableObject object(("Orv2_Geo." + one.name).c_str());
+    for (const VectorCall& call : one.calls) {
+      const Outcome again = object.call(call.position, call.given, by_value(class_index, call));
+      EXPECT_TRUE(same(again, call.outcome)) << one.name << ' ' << call.position;
+    }
+    ++class_index;
+  }
+}
+
+TEST(Vectors, NoMemberIsLeftOut) {
+  const std::vector<VectorClass> all = all_classes();
+  ASSERT_EQ(all.size(), orv2_class_count());
+  for (std::size_t i = 0; i < all.size(); ++i) {
+    orv2_class_info info{};
+    ASSERT_EQ(orv2_class_at(i, &info), 0);
+    std::set<std::size_t> called;
+    for (const VectorCall& call : all[i].calls) called.insert(call.position);
+    EXPECT_EQ(all[i].name, info.name);
+    EXPECT_EQ(called.size(), info.member_count) << info.name;
+  }
+}
+
+TEST(Vectors, FailuresBoxesAndSharedVariablesAreReached) {
+  std::set<std::int32_t> failures;
+  std::size_t boxes = 0, told = 0, shared = 0, omitted = 0;
+  for (const VectorClass& one : all_classes()) {
+    for (const VectorCall& call : one.calls) {
+      failures.insert(call.outcome.failure);
+      boxes += call.outcome.boxes.size();
+      told += call.outcome.told.size();
+      for (const Given& given : call.given) shared += given.same_as >= 0, omitted += given.omitted;
+    }
+  }
+  for (const std::int32_t number : {0, 3, 5, 6, 9, 11}) {
+    EXPECT_TRUE(failures.contains(number)) << number;
+  }
+  for (const std::size_t count : {boxes, told, shared, omitted}) EXPECT_GT(count, 100U);
+}
+
+TEST(Vectors, OtherFilesAreRefused) {
+  for (const char* text :
+       {"call 0\n", "class a\nmember 0 nearly b\n", "class a\ncall x\n", "class a\ncall 0 q:1\n",
+        "class a\ncall 0 d:1g\n", "class a\ncall 0 =0\n", "class a\ncall 0 D:0/1:00\n",
+        "class a\nbox 0 00 -\n"}) {
+    std::istringstream file(text);
+    EXPECT_THROW(read(file), std::runtime_error) << text;
+  }
+}
+
+}  // namespace
+}  // namespace orv2_geo::vectors
