@@ -8,6 +8,7 @@
 #include <oaidl.h>
 #include <ocidl.h>
 #include <oleauto.h>
+#include <olectl.h>
 #include <winver.h>
 
 #include <cstdint>
