@@ -349,23 +349,41 @@ TEST(Forms, ABoxOfARoutineStandsOverItsForm) {
   EXPECT_FALSE(form.open());
 }
 
-TEST(Forms, WhatTheRoutineAndTheFocusDoIsKnownToTheForm) {
+TEST(Forms, TheFocusGoesOnFromAButtonThatARoutineDisables) {
+  Form form("f_Otra", u"Otra forma", 3000, 900, controls);
+  std::string in_focus;
+  form.on_click("cmdSalir", [&] { form.hide(); });
+  form.on_click("cmdAviso", [&] {
+    form.control("chkDibuja").set_value(1.0);
+    form.control("cmdAviso").set_enabled(false);
+    in_focus = form.focus()->design().name;
+  });
+  const Person person(L"Otra forma", [&](HWND window) {
+    click(window, L"Aviso");
+    EXPECT_EQ(SendMessageW(control(window, L"Button", L"Dibuja"), BM_GETCHECK, 0, 0), BST_CHECKED);
+    EXPECT_FALSE(IsWindowEnabled(control(window, L"Button", L"Aviso")));
+    press(window, VK_RETURN);
+  });
+  form.show_modal();
+  EXPECT_EQ(in_focus, "cmdSalir");
+}
+
+TEST(Forms, ATickIsTheFormsToo) {
   Form form("f_Otra", u"Otra forma", 3000, 900, controls);
   int ticks = 0;
   form.on_click("cmdSalir", [&] { form.hide(); });
-  form.on_click("chkDibuja", [&] {
-    ++ticks;
-    form.control("cmdAviso").set_enabled(false);  // it has the focus
-  });
+  form.on_click("chkDibuja", [&] { ++ticks; });
   const Person person(L"Otra forma", [&](HWND window) {
     HWND const tick = control(window, L"Button", L"Dibuja");
     SendMessageW(tick, BM_CLICK, 0, 0);
     EXPECT_EQ(SendMessageW(tick, BM_GETCHECK, 0, 0), BST_CHECKED);
-    EXPECT_FALSE(IsWindowEnabled(control(window, L"Button", L"Aviso")));
-    press(window, VK_RETURN);  // the focus went on, to the next in tab order
+    SendMessageW(tick, BM_CLICK, 0, 0);
+    EXPECT_EQ(SendMessageW(tick, BM_GETCHECK, 0, 0), BST_UNCHECKED);
+    SendMessageW(tick, BM_CLICK, 0, 0);
+    click(window, L"Salir && fin");
   });
   form.show_modal();
-  EXPECT_EQ(ticks, 1);
+  EXPECT_EQ(ticks, 3);
   EXPECT_NE(form.control("chkDibuja").value(), 0.0);
 }
 

@@ -2,6 +2,7 @@
 // their own.
 #pragma once
 
+#include <gtest/gtest.h>
 #include <windows.h>
 
 #include <functional>
@@ -62,9 +63,10 @@ class Person {
   Person(const wchar_t* title, std::function<void(HWND)> answer)
       : thread_([title, answer = std::move(answer)] {
           HWND const window = window_titled(title);
-          if (window == nullptr) return;
+          ASSERT_NE(window, nullptr) << "never came";
           answer(window);
           const bool gone = until([&] { return !IsWindow(window) || !IsWindowVisible(window); });
+          EXPECT_TRUE(gone) << "stayed up";
           if (!gone) PostMessageW(window, WM_CLOSE, 0, 0);
         }) {}
   ~Person() { thread_.join(); }
