@@ -27,6 +27,9 @@ if [ ! -e "$made" ]; then
   flock 9
   if [ ! -e "$made" ]; then
     env -u DISPLAY "$wine" wineboot --init >> "$WINEPREFIX/made.log" 2>&1 9>&-
+    # A window manager gives its windows the keyboard as any others.
+    env -u DISPLAY "$wine" reg add 'HKCU\Software\Wine\X11 Driver' /v UseTakeFocus /d N \
+      /f >> "$WINEPREFIX/made.log" 2>&1 9>&-
     if [ -n "${ORV2_DPI:-}" ]; then
       env -u DISPLAY "$wine" reg add 'HKCU\Control Panel\Desktop' /v LogPixels /t REG_DWORD \
         /d "$ORV2_DPI" /f >> "$WINEPREFIX/made.log" 2>&1 9>&-

@@ -69,14 +69,15 @@ TEST(PreparedTexts, RandomTextsOfManyAlphabets) {
       u"aábβbcдя日😀\u0301\u0001",
       u"'\"-_.,;:!?()[]{}@#$%&/\\+*=<>|~^` \t\u00a0\u00ad",
   };
+  const auto below = [&](std::size_t end) { return static_cast<std::size_t>(numbers.below(end)); };
   for (int run = 0; run < 300; ++run) {
-    const std::u16string_view alphabet = alphabets[numbers.below(std::size(alphabets))];
-    const std::u16string common(numbers.below(2) * numbers.below(12), alphabet[0]);
-    std::vector<Text> texts(2 + numbers.below(15));
+    const std::u16string_view alphabet = alphabets[below(std::size(alphabets))];
+    const std::u16string common(below(2) * below(12), alphabet[0]);
+    std::vector<Text> texts(2 + below(15));
     for (Text& text : texts) {
       std::u16string units = common;
-      for (std::uint64_t k = numbers.below(run % 2 == 0 ? 4 : 25); k > 0; --k) {
-        units.push_back(alphabet[numbers.below(alphabet.size())]);
+      for (std::size_t k = below(run % 2 == 0 ? 4 : 25); k > 0; --k) {
+        units.push_back(alphabet[below(alphabet.size())]);
       }
       text = Text(units);
     }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <random>
+#include <utility>
 #include <vector>
 
 #include "tests/support/preamble.h"
@@ -18,18 +19,25 @@ bool holds(const Ring& ring, LatticePoint point) {
 }
 
 // Crossings with the ray that runs from the point to low X, instead of the one
-// to high X; every position by the determinant in 128 bits.
-__extension__ using Wide = __int128;
+// to high X; every position by the determinant in more than 64 bits.
+using Wide = std::pair<std::int64_t, std::int64_t>;  // of 2^16, and what is left
+
+Wide product(std::int64_t a, std::int64_t b) {
+  const std::int64_t low = (a & 0xffff) * b;
+  return {(a >> 16) * b + (low >> 16), low & 0xffff};
+}
 
 int turns_seen_from_low_x(const Ring& ring, LatticePoint p) {
   int turns = 0;
   for (std::size_t i = 0; i < ring.size(); ++i) {
     const LatticePoint a = ring[i];
     const LatticePoint b = ring[(i + 1) % ring.size()];
-    const Wide side = (Wide{b.x} - a.x) * (Wide{p.y} - a.y) - (Wide{p.x} - a.x) * (Wide{b.y} - a.y);
+    const auto apart = [](std::int32_t to, std::int32_t from) { return std::int64_t{to} - from; };
+    const Wide across = product(apart(b.x, a.x), apart(p.y, a.y));
+    const Wide along = product(apart(p.x, a.x), apart(b.y, a.y));
     // On the edge counts as passed: the point lies on the side of high X of it.
-    if (a.y <= p.y && p.y < b.y && side <= 0) --turns;
-    if (b.y <= p.y && p.y < a.y && side >= 0) ++turns;
+    if (a.y <= p.y && p.y < b.y && across <= along) --turns;
+    if (b.y <= p.y && p.y < a.y && across >= along) ++turns;
   }
   return turns;
 }

@@ -225,7 +225,7 @@ bool FormWindow::hears(UINT message, WPARAM w, LPARAM l, LRESULT& answer) noexce
     return answers(message, w, l, answer);
   } catch (...) {
     failure_ = std::current_exception();
-    PostMessageW(window_, WM_NULL, 0, 0);
+    wake_loop();
     return true;
   }
 }
@@ -233,7 +233,10 @@ bool FormWindow::hears(UINT message, WPARAM w, LPARAM l, LRESULT& answer) noexce
 bool FormWindow::answers(UINT message, WPARAM w, LPARAM l, LRESULT& answer) {
   switch (message) {
     case WM_CLOSE: return act([this] { form_.close(); }), true;
-    case WM_NCDESTROY: return window_ = nullptr, false;
+    case WM_NCDESTROY:  // with its owner
+      window_ = nullptr;
+      wake_loop();
+      return false;
     case WM_COMMAND: return hear_of(reinterpret_cast<HWND>(l), HIWORD(w)), true;
     case WM_SETFOCUS: return give_focus(), true;
     case WM_ACTIVATE:
@@ -263,6 +266,9 @@ bool FormWindow::answers(UINT message, WPARAM w, LPARAM l, LRESULT& answer) {
     default: return false;
   }
 }
+
+// The loop may be waiting for a message while one of another thread's is answered.
+void FormWindow::wake_loop() noexcept { PostMessageW(nullptr, WM_NULL, 0, 0); }
 
 // ---- The person's actions ------------------------------------------------------
 
@@ -307,8 +313,7 @@ void FormWindow::act(Action&& action) noexcept {
     failure_ = std::current_exception();
   }
   early_clicks_.routine_is_over();
-  // The loop may be waiting for a message while another thread's is answered.
-  if (!is_up()) PostMessageW(window_, WM_NULL, 0, 0);
+  if (!is_up()) wake_loop();
 }
 
 // ---- What the windows show ---------------------------------------------------

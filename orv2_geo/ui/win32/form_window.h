@@ -46,6 +46,7 @@ class FormWindow final : private WindowBehind {
   void show_first();
 
   void handle_messages();
+  static void wake_loop() noexcept;
   void take(MSG& message);
   bool take_key(const MSG& message);
   void count_each_click(MSG& message) const;

@@ -91,7 +91,7 @@ class GridView final : public ControlView {
 
   // ---- Rows and columns
 
-  int margin() const { return scale().grown(4); }
+  int margin() const { return scale().grown(2); }
 
   // A list's rows are as high as its pictures.
   void set_row_height() {
@@ -191,9 +191,9 @@ class GridView final : public ControlView {
     InflateRect(&place, -margin(), 0);
     ++place.right;
     const std::wstring text = text_of(cell);
-    DrawTextW(
-        surface, text.c_str(), static_cast<int>(text.size()), &place,
-        drawn_alignment(grid().alignment(cell.col)) | DT_SINGLELINE | DT_VCENTER | DT_NOPREFIX);
+    DrawTextW(surface, text.c_str(), static_cast<int>(text.size()), &place,
+              drawn_alignment(grid().alignment(cell.col)) | DT_SINGLELINE | DT_VCENTER |
+                  DT_NOPREFIX | DT_END_ELLIPSIS);
   }
 
   // For programs that read the screen aloud.
