@@ -134,12 +134,14 @@ TEST(HostObjectCall, ItsFailuresKeepTheirNumbers) {
   }
 }
 
+HRESULT STDMETHODCALLTYPE fill_in(EXCEPINFO* raised) {
+  raised->scode = failure_status(777);
+  return S_OK;
+}
+
 TEST(HostObjectCall, AFailureMayBeFilledInLater) {
   Held<HostObject> surface(new HostObject([](const HostObject::Call& call) -> HRESULT {
-    call.raised->pfnDeferredFillIn = [](EXCEPINFO* raised) -> HRESULT {
-      raised->scode = failure_status(777);
-      return S_OK;
-    };
+    call.raised->pfnDeferredFillIn = &fill_in;
     return DISP_E_EXCEPTION;
   }));
   EXPECT_EQ(draw(algorithms().get(), Value(surface.get())).code, failure_status(777));
