@@ -3,13 +3,25 @@
 # is asked for, clang-tidy on those of the library, which needs the compile
 # commands of a build.
 #   tools/check.sh [format | BUILD_FOLDER]
+# The folder of a build for Windows brings what belongs to Windows alone.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 tools/setup.sh checks
 git ls-files '*.cpp' '*.h' '*.hpp' '*.c' | xargs clang-format --dry-run --Werror
 [ "${1:-}" = format ] && exit 0
 database="${1:-build/release}"
-# The module for the screen is looked at where it is built.
-skipped='^$'
-grep -q '/ui/qt/' "$database/compile_commands.json" || skipped='^orv2_geo/ui/qt/'
-git ls-files 'orv2_geo/*.cpp' | grep -vE "$skipped" | xargs -P "$(nproc)" -n 4 clang-tidy -p "$database" --quiet
+
+# What the database builds: the module for the screen where it is built, the system's own
+# rooms for the system that it is for.
+if grep -q w64-mingw32 "$database/compile_commands.json"; then
+  rooms='orv2_geo/(com|platform/windows|ui/win32)/'
+  headers="$(x86_64-w64-mingw32-g++-posix -print-file-name=include/c++)"
+  for_system=(--extra-arg=--target=x86_64-w64-mingw32 --extra-arg=-Wno-unused-command-line-argument
+    "--extra-arg=-isystem$headers" "--extra-arg=-isystem$headers/x86_64-w64-mingw32")
+else
+  rooms='orv2_geo/'
+  for_system=()
+fi
+git ls-files 'orv2_geo/*.cpp' | grep -E "^$rooms" | while read -r file; do
+  if grep -q "/$file\"" "$database/compile_commands.json"; then echo "$file"; fi
+done | xargs -P "$(nproc)" -n 4 clang-tidy -p "$database" --quiet "${for_system[@]}"

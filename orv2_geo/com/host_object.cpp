@@ -8,6 +8,7 @@
 #include "orv2_geo/com/variants.h"
 #include "orv2_geo/frame/argument.h"
 #include "orv2_geo/frame/run_failure.h"
+#include "orv2_geo/frame/text.h"
 
 namespace orv2_geo::com {
 
@@ -15,23 +16,39 @@ namespace {
 
 constexpr std::size_t most_arguments = 16;
 
-DISPID number_of(IDispatch& object, std::string_view name) {
-  std::wstring wide(name.begin(), name.end());
-  wchar_t* names = wide.data();
+void expect_success(HRESULT status, EXCEPINFO& raised) {
+  if (FAILED(status)) throw RunFailure(failure_of(status, raised));
+}
+
+// The objects of some script engines answer by their wider interface alone.
+void invoke_extended(IDispatch& object, BSTR name, WORD way, DISPPARAMS& parameters,
+                     VARIANT* answer) {
+  EXCEPINFO raised{};
+  Reference<IDispatchEx> wider;
+  expect_success(
+      object.QueryInterface(__uuidof(IDispatchEx), reinterpret_cast<void**>(wider.place())),
+      raised);
   DISPID number = DISPID_UNKNOWN;
-  const HRESULT status = object.GetIDsOfNames(IID_NULL, &names, 1, LOCALE_USER_DEFAULT, &number);
-  EXCEPINFO nothing{};
-  if (FAILED(status)) throw RunFailure(failure_of(status, nothing));
-  return number;
+  expect_success(wider->GetDispID(name, fdexNameCaseInsensitive, &number), raised);
+  expect_success(
+      wider->InvokeEx(number, LOCALE_USER_DEFAULT, way, &parameters, answer, &raised, nullptr),
+      raised);
 }
 
 void invoke(IDispatch& object, std::string_view name, WORD way, DISPPARAMS& parameters,
             VARIANT* answer) {
+  const Text units{std::u16string(name.begin(), name.end())};
+  // A text of the library is one of the system's; the call only reads it.
+  auto* const wide = reinterpret_cast<wchar_t*>(const_cast<char16_t*>(units.data()));
+  wchar_t* names = wide;
+  DISPID number = DISPID_UNKNOWN;
   EXCEPINFO raised{};
-  const DISPID number = number_of(object, name);
-  const HRESULT status = object.Invoke(number, IID_NULL, LOCALE_USER_DEFAULT, way, &parameters,
-                                       answer, &raised, nullptr);
-  if (FAILED(status)) throw RunFailure(failure_of(status, raised));
+  const HRESULT named = object.GetIDsOfNames(IID_NULL, &names, 1, LOCALE_USER_DEFAULT, &number);
+  if (named == E_NOTIMPL) return invoke_extended(object, wide, way, parameters, answer);
+  expect_success(named, raised);
+  expect_success(object.Invoke(number, IID_NULL, LOCALE_USER_DEFAULT, way, &parameters, answer,
+                               &raised, nullptr),
+                 raised);
 }
 
 // The library's argument as the host sees it: by reference it is the library's variable.

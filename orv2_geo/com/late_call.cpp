@@ -92,7 +92,7 @@ T& pointed_at(T* pointer) {
 // A variable of exactly the parameter's type is the library's as it stands.
 template <class T>
 Argument bound_variable(KeptForCall& kept, VARIANT& given) {
-  VARIANT& meant = const_cast<VARIANT&>(meant_by(given));
+  auto& meant = const_cast<VARIANT&>(meant_by(given));
   if (meant.vt == (VT_BYREF | variant_type<T>)) {
     return Argument::of(pointed_at(static_cast<T*>(meant.byref)));
   }
@@ -117,7 +117,7 @@ Argument bound_scalar(KeptForCall& kept, bool by_reference, VARIANT& given) {
 
 template <class A>
 Argument bound_array(KeptForCall& kept, VARIANT& given) {
-  VARIANT& meant = const_cast<VARIANT&>(meant_by(given));
+  auto& meant = const_cast<VARIANT&>(meant_by(given));
   const bool variable = &meant != &given || (given.vt & VT_BYREF) != 0;
   if (meant.vt == VT_EMPTY && variable) return kept.place<ScriptArrayPlace<A>>(meant);
   if ((meant.vt & VT_ARRAY) == 0) raise(failure::type_mismatch);

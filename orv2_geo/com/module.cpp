@@ -33,7 +33,7 @@ bool module_is_held() noexcept { return holders != 0; }
 std::wstring module_file() {
   std::wstring path(MAX_PATH, L'\0');
   for (;;) {
-    const DWORD room = static_cast<DWORD>(path.size());
+    const auto room = static_cast<DWORD>(path.size());
     const DWORD length = GetModuleFileNameW(this_module(), path.data(), room);
     if (length < room) {
       path.resize(length);

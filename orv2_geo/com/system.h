@@ -3,6 +3,7 @@
 
 #include <windows.h>
 // The others take its names for granted.
+#include <dispex.h>
 #include <oaidl.h>
 #include <ocidl.h>
 #include <oleauto.h>

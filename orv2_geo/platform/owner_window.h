@@ -8,7 +8,8 @@
 namespace orv2_geo {
 
 /// The native window that the host named on this thread, such as an X11 window's
-/// number or a Windows window's handle; 0 when it named none, and the one in front of the person is meant.
+/// number or a Windows window's handle; 0 when it named none, and the one in front of the person is
+/// meant.
 ORV2_PUBLIC std::uint64_t owner_window() noexcept;
 
 /// Names the window over which this thread's boxes and forms appear; 0 takes it

@@ -8,7 +8,7 @@
 # that both tell of a failure is tried too, and that nothing stays registered.
 set -euo pipefail
 runner=$1 server=$2 script=$3
-least=326
+least=327
 
 cd "$(dirname "$script")"
 export LC_ALL=C.UTF-8

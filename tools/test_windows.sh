@@ -1,0 +1,33 @@
+#!/usr/bin/env bash
+# Sets up, builds the component server for Windows and passes its tests under Wine:
+#
+#   tools/test_windows.sh x64|x86           everything
+#   tools/test_windows.sh x64|x86 --quick   the server and its clients; with x64 also the
+#                                           system's services and the screen at 96 dpi
+#
+# What the members do on this machine, with which the clients compare, comes from the
+# preset `release`.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+word="${1:-x64}"
+preset="windows-$word"
+tools/setup.sh windows
+
+if [ ! -e build/release/vectors.txt ]; then
+  cmake --preset release
+  cmake --build --preset release --target vectors
+fi
+cmake --preset "$preset"
+if [ "${2:-}" != --quick ]; then
+  cmake --build --preset "$preset"
+  exec ctest --preset "$preset" -j "$(nproc)"
+fi
+
+targets=(orv2_geo com_tests early_bound component_client)
+tests='wine|com.*|early_bound.*|example.*'
+if [ "$word" = x64 ]; then
+  targets+=(platform_tests ui_win32_tests screen_host)
+  tests+='|wine_es|wine_96|platform.*|ui_win32|win32_screen_96'
+fi
+cmake --build --preset "$preset" --target "${targets[@]}"
+ctest --preset "$preset" -j "$(nproc)" -R "^($tests)\$"
