@@ -2,8 +2,8 @@
 
 #include <cstring>
 
-#include "orv2_geo/frame/text_memory.h"
 #include "orv2_geo/frame/run_failure.h"
+#include "orv2_geo/frame/text_memory.h"
 
 namespace orv2_geo {
 
