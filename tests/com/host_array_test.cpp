@@ -76,7 +76,9 @@ TEST(HostArray, OneOfOneBlockIsReplaced) {
   Cuts cut;
   Array xc = SafeArrayCreateVector(VT_R8, 3, 9), yc = nullptr;
   ASSERT_NE(xc.array->fFeatures & vector_flag, 0);
+  const SAFEARRAY* const before = xc.array;
   ASSERT_EQ(cut(&xc, &yc), S_OK);
+  EXPECT_NE(xc.array, before) << "its elements lie behind the descriptor and end with it";
   EXPECT_EQ(elements_of<double>(xc.array), (std::vector{0.0, 0.0, 10.0}));
 }
 
