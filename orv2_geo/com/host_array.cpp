@@ -21,6 +21,16 @@ ULONG elements_in(const SAFEARRAY& array) noexcept {
   return count;
 }
 
+ULONG size_of_element(VARTYPE element) noexcept {
+  switch (element) {
+    case VT_I2: return 2;
+    case VT_R8: return 8;
+    case VT_BSTR: return sizeof(BSTR);
+    case VT_VARIANT: return sizeof(VARIANT);
+    default: return 4;
+  }
+}
+
 // Survivors move from the old storage, which keeps zeros, so that a text has one owner.
 void move_survivors(const SAFEARRAY& from, const SAFEARRAY& to) noexcept {
   const SAFEARRAYBOUND old = from.rgsabound[0];
@@ -72,6 +82,9 @@ void HostStorage::expect_resizable() const {
 void* HostStorage::resize(std::int32_t lower, std::uint32_t count, bool keep) {
   expect_resizable();
   SAFEARRAYBOUND bound{count, lower};
+  // Some systems count the bytes in 32 bits and say nothing where those do not fit.
+  constexpr ULONG most_bytes = 0x7fffffff - 64;
+  if (count > most_bytes / size_of_element(element_)) raise(failure::out_of_memory);
   SAFEARRAY* const fresh = SafeArrayCreate(element_, 1, &bound);
   if (fresh == nullptr) raise(failure::out_of_memory);
   if (keep && allocated()) move_survivors(*locked_, *fresh);
@@ -89,6 +102,7 @@ void HostStorage::exchange(SAFEARRAY* fresh) noexcept {
   const SAFEARRAYBOUND bound = fresh->rgsabound[0];
   fresh->rgsabound[0].cElements = elements_in(*locked_);
   std::swap(fresh->pvData, locked_->pvData);
+  locked_->cbElements = fresh->cbElements;  // one that told none
   locked_->cDims = 1;
   locked_->rgsabound[0] = bound;
   SafeArrayDestroy(fresh);
@@ -97,9 +111,9 @@ void HostStorage::exchange(SAFEARRAY* fresh) noexcept {
 void HostStorage::replace(SAFEARRAY* fresh) {
   SAFEARRAY* const old = locked_;
   unlock();
-  if (old != nullptr) SafeArrayDestroy(old);
   *variable_ = fresh;
   lock(fresh);
+  if (old != nullptr) SafeArrayDestroy(old);  // an object in it may look at the variable
 }
 
 void HostStorage::release() {
@@ -118,6 +132,8 @@ void expect_elements(const SAFEARRAY* array, VARTYPE element, std::size_t size) 
   VARTYPE told = VT_EMPTY;
   auto* const asked = const_cast<SAFEARRAY*>(array);  // the system's function only reads
   const bool tells = SUCCEEDED(SafeArrayGetVartype(asked, &told)) && told != VT_EMPTY;
+  const bool has_size = array->pvData != nullptr || array->cbElements != 0;
+  if (!tells && !has_size && (array->fFeatures & other_than_numbers) == 0) return;
   const bool same = told == element || (told == VT_INT && element == VT_I4);
   const bool fits = array->cbElements == size && (array->fFeatures & other_than_numbers) == 0 &&
                     element != VT_BSTR;

@@ -78,11 +78,13 @@ class HostArray final : public ArrayOwner {
   /// Failures: 13 for an array of other elements; 9 where its bounds do not fit; 10.
   explicit HostArray(SAFEARRAY** variable) : storage_(variable, element_type<A>) {
     using Element = typename A::value_type;
+    if (storage_.array() != nullptr) {
+      expect_elements(storage_.array(), element_type<A>, sizeof(Element));
+    }
     if (!storage_.allocated()) {
       array_.adopt(*this);
       return;
     }
-    expect_elements(storage_.array(), element_type<A>, sizeof(Element));
     array_.adopt(*this, static_cast<Element*>(storage_.elements()), storage_.lower(),
                  storage_.count(), storage_.dimensions());
   }

@@ -104,8 +104,8 @@ class ScriptArrayPlace final : public Place, public ArrayOwner {
   void* resize(std::int32_t lower, std::uint32_t count, bool keep) override {
     auto fresh = std::make_unique<A>();
     fresh->make(lower, count);
-    if (keep && values_->allocated()) move_survivors(*values_, *fresh);
     storage_.resize(lower, count, false);
+    if (keep && values_->allocated()) move_survivors(*values_, *fresh);
     values_ = std::move(fresh);
     given_.reset();
     return values_->data();
@@ -142,11 +142,13 @@ class ScriptArrayPlace final : public Place, public ArrayOwner {
   };
 
   void read() {
+    if (storage_.array() != nullptr) {
+      expect_elements(storage_.array(), VT_VARIANT, sizeof(VARIANT));
+    }
     if (!storage_.allocated()) {
       array_.adopt(*this);
       return;
     }
-    expect_elements(storage_.array(), VT_VARIANT, sizeof(VARIANT));
     copy_elements(*values_, storage_, true);
     given_ = std::make_unique<A>(*values_);
     array_.adopt(*this, values_->data(), storage_.lower(), values_->count(), storage_.dimensions());
