@@ -62,7 +62,7 @@ Component* Component::create(const ComponentClass& of_class) { return new Compon
 
 ULONG Component::release() noexcept {
   const ULONG left = --references_;
-  if (left == 0) end_if_unused();
+  if (left == 0) delete this;
   return left;
 }
 

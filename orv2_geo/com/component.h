@@ -68,17 +68,14 @@ class Component {
     }
   }
 
-  /// A reference of the object's own thread, which costs less than a host's: an object
-  /// that is released in the middle of a call lives until the call ends.
+  /// The reference of a call: an object that is released in the middle of one lives until
+  /// the call ends.
   class DuringCall {
    public:
     explicit DuringCall(Component& component) noexcept : component_(component) {
-      ++component.calls_;
+      component.add_reference();
     }
-    ~DuringCall() {
-      --component_.calls_;
-      component_.end_if_unused();
-    }
+    ~DuringCall() { component_.release(); }
     DuringCall(const DuringCall&) = delete;
     DuringCall& operator=(const DuringCall&) = delete;
 
@@ -90,15 +87,10 @@ class Component {
   explicit Component(const ComponentClass& of_class);
   ~Component();
 
-  void end_if_unused() noexcept {
-    if (calls_ == 0 && references_ == 0) delete this;
-  }
-
   const VtableEntry* vtable_;
   Face error_support_;
   Face class_info_;
   std::atomic<ULONG> references_{1};
-  std::uint32_t calls_ = 0;
   const ComponentClass& class_;
   std::uint64_t thread_;
   Object* object_;

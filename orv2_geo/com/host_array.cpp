@@ -76,7 +76,14 @@ void HostStorage::expect_resizable() const {
   const bool same = *variable_ == locked_;
   const bool free =
       locked_ == nullptr || (locked_->cLocks == 1 && (locked_->fFeatures & fixed_size) == 0);
-  if (!same || !free) raise(failure::array_locked);
+  if (!same || !free || is_in_use()) raise(failure::array_locked);
+}
+
+// Whether an element of the array is itself an argument of the call.
+bool HostStorage::is_in_use() const noexcept {
+  if (bound_ == nullptr || !allocated()) return false;
+  return bound_->reach_into(locked_->pvData,
+                            std::size_t{elements_in(*locked_)} * locked_->cbElements);
 }
 
 void* HostStorage::resize(std::int32_t lower, std::uint32_t count, bool keep) {

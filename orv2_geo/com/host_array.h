@@ -1,10 +1,36 @@
 // host_array.h: a host's array, worked in place.
 #pragma once
 
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
 #include "orv2_geo/com/system.h"
 #include "orv2_geo/frame/argument.h"
 
 namespace orv2_geo::com {
+
+/// The places in memory that a call's arguments by reference point at.
+class BoundVariables {
+ public:
+  /// At most as many as a call has arguments.
+  void add(const void* variable) noexcept { all_[count_++] = variable; }
+
+  /// Whether one of them lies in this memory.
+  bool reach_into(const void* memory, std::size_t bytes) const noexcept {
+    const auto inside = [&](const void* variable) {
+      const auto offset =
+          reinterpret_cast<std::uintptr_t>(variable) - reinterpret_cast<std::uintptr_t>(memory);
+      return offset < bytes;  // below the beginning wraps to beyond the end
+    };
+    return std::any_of(all_.begin(), all_.begin() + count_, inside);
+  }
+
+ private:
+  std::array<const void*, 16> all_{};
+  std::ptrdiff_t count_ = 0;
+};
 
 /// A host's variable that holds an array of the system's, or none. Its storage is locked
 /// for the length of a call, so that nothing that the host does meanwhile moves it; the
@@ -27,6 +53,9 @@ class HostStorage {
   std::uint32_t count() const noexcept { return first_bound().cElements; }
   void* elements() const noexcept { return locked_->pvData; }
 
+  /// From now on an array of which one of these is an element counts as locked.
+  void guard(const BoundVariables& variables) noexcept { bound_ = &variables; }
+
   /// The bounds `lower` to lower + count - 1, one dimension; all elements but those kept
   /// are zero. Failures: 10 for an array of fixed size, for one that somebody else has
   /// locked, and where the host put another array in the variable meanwhile; 7. The
@@ -41,6 +70,7 @@ class HostStorage {
     return locked_->rgsabound[locked_->cDims - 1];  // the last dimension stands first
   }
   void expect_resizable() const;
+  bool is_in_use() const noexcept;
   void lock(SAFEARRAY* array);
   void unlock() noexcept;
   void replace(SAFEARRAY* fresh);
@@ -49,6 +79,7 @@ class HostStorage {
   SAFEARRAY** variable_;
   VARTYPE element_;
   SAFEARRAY* locked_ = nullptr;
+  const BoundVariables* bound_ = nullptr;
 };
 
 /// The system's type of an array's elements.
@@ -90,6 +121,7 @@ class HostArray final : public ArrayOwner {
   }
 
   A& array() noexcept { return array_; }
+  void guard(const BoundVariables& variables) noexcept { storage_.guard(variables); }
 
   void* resize(std::int32_t lower, std::uint32_t count, bool keep) override {
     return storage_.resize(lower, count, keep);

@@ -31,6 +31,9 @@ class Place {
   /// itself that was worked on.
   virtual void write_back() {}
 
+  /// An array of which one of these is an element is not to be moved.
+  virtual void guard(const BoundVariables&) noexcept {}
+
  private:
   const void* variable_;
   Type type_;
@@ -50,7 +53,7 @@ class KeptForCall {
   /// A place of kind P, bound to `variable`, as an argument.
   template <class P, class Variable>
   Argument place(Variable& variable) {
-    if (Place* const known = find(&variable, P::type)) return known->argument();
+    if (Place* const known = find(P::key(variable), P::type)) return known->argument();
     return add<P>(variable);
   }
 
@@ -59,6 +62,9 @@ class KeptForCall {
   Argument temporary(Given&&... given) {
     return add<P>(std::forward<Given>(given)...);
   }
+
+  /// An argument points at this variable.
+  void bind(const void* variable) noexcept { bound_.add(variable); }
 
   /// All of them, in the order of the parameters, also after one has failed; the first
   /// failure then leaves.
@@ -71,6 +77,7 @@ class KeptForCall {
   Argument add(Given&&... given) {
     void* const room = memory_.allocate(sizeof(P), alignof(P));
     places_[count_] = new (room) P(std::forward<Given>(given)...);
+    places_[count_]->guard(bound_);
     return places_[count_++]->argument();
   }
 
@@ -79,6 +86,7 @@ class KeptForCall {
   std::pmr::monotonic_buffer_resource memory_{room_.data(), room_.size()};
   std::array<Place*, most> places_;  // those behind the count hold anything
   std::size_t count_ = 0;
+  BoundVariables bound_;
 };
 
 /// An array in place.
@@ -86,8 +94,10 @@ template <class A>
 class ArrayPlace final : public Place {
  public:
   static constexpr Type type = interface_type<A>;
+  static const void* key(SAFEARRAY*& variable) noexcept { return &variable; }
   explicit ArrayPlace(SAFEARRAY*& variable) : Place(&variable, type), array_(&variable) {}
   Argument argument() override { return Argument::of(array_.array()); }
+  void guard(const BoundVariables& variables) noexcept override { array_.guard(variables); }
 
  private:
   HostArray<A> array_;
@@ -97,6 +107,7 @@ class ArrayPlace final : public Place {
 class ObjectPlace final : public Place {
  public:
   static constexpr Type type = Type::object;
+  static const void* key(const auto& variable) noexcept { return &variable; }
   explicit ObjectPlace(IDispatch*& variable)
       : Place(&variable, type), object_(new HostVariable(&variable)) {}
   explicit ObjectPlace(const VARIANT& variable)

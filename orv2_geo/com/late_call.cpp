@@ -48,17 +48,21 @@ DISPID number_of_parameter(const MemberDescription& member, std::string_view nam
 }
 
 // Where a call of that number goes: a method is called, a property is read or written.
+// Hosts ask for what gives an answer in either way.
 std::optional<std::size_t> position_of(const ClassDescription& of_class, DISPID number,
                                        WORD ways) noexcept {
   const auto position = static_cast<std::size_t>(number - first_dispatch_number);
   if (number < first_dispatch_number || position >= of_class.members.size()) return std::nullopt;
-  const bool written = (ways & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) != 0;
+  const bool asked = (ways & (DISPATCH_METHOD | DISPATCH_PROPERTYGET)) != 0;
+  const bool written = (ways & DISPATCH_PROPERTYPUT) != 0;
   switch (of_class.members[position].kind) {
-    case MemberKind::property_read: return position + (written ? 1 : 0);
+    case MemberKind::property_read:
+      if (written) return position + 1;
+      break;
     case MemberKind::property_write: return std::nullopt;
     case MemberKind::method: break;
   }
-  return written ? std::nullopt : std::optional(position);
+  return asked ? std::optional(position) : std::nullopt;
 }
 
 // ---- Arguments -------------------------------------------------------------
@@ -231,6 +235,8 @@ class LateCall {
       const bool left_out = places_[i] == nobody || is_left_out(given.rgvarg[places_[i]]);
       if (left_out && !parameter.optional) return missing(given, i, faulty);
       if (left_out) continue;  // the description knows what it arrives as
+      const VARIANT& argument = given.rgvarg[places_[i]];
+      if ((argument.vt & VT_BYREF) != 0) kept_.bind(argument.byref);
       try {
         arguments_[i] = bound(kept_, parameter, given.rgvarg[places_[i]]);
       } catch (...) {

@@ -35,8 +35,12 @@ template <class T>
 class VariablePlace final : public Place {
  public:
   static constexpr Type type = interface_type<T>;
+  /// The variable itself, also where several arguments point at it.
+  static const void* key(const VARIANT& variable) noexcept {
+    return (variable.vt & VT_BYREF) != 0 ? variable.byref : &variable;
+  }
   explicit VariablePlace(VARIANT& variable)
-      : Place(&variable, type),
+      : Place(key(variable), type),
         variable_(variable),
         value_(value_in<T>(variable)),
         given_(value_) {}
@@ -89,6 +93,7 @@ class ScriptArrayPlace final : public Place, public ArrayOwner {
  public:
   static constexpr Type type = interface_type<A>;
 
+  static const void* key(const auto& variable) noexcept { return &variable; }
   explicit ScriptArrayPlace(SAFEARRAY*& variable)
       : Place(&variable, type), storage_(&variable, VT_VARIANT) {
     read();
@@ -116,6 +121,7 @@ class ScriptArrayPlace final : public Place, public ArrayOwner {
     given_.reset();
   }
 
+  void guard(const BoundVariables& variables) noexcept override { storage_.guard(variables); }
   void write_back() override {
     if (!storage_.allocated()) return;
     auto* const elements = static_cast<VARIANT*>(storage_.elements());

@@ -189,6 +189,7 @@ void put(VARIANT& place, const T& value) {
   }
   OwnVariant fresh;
   fill(fresh.value(), value);
+  if (place.vt == by_reference_variant) return put(const_cast<VARIANT&>(meant_by(place)), value);
   if ((place.vt & VT_BYREF) != 0) return put_converted(place, fresh.value());
   expect_converted(VariantClear(&place));
   std::swap(place, fresh.value());

@@ -59,6 +59,7 @@ Argument argument_of(KeptForCall* kept, Given<P>& given) {
       if (!parameter.optional) raise(failure::invalid_call);
       return {};
     }
+    if (kept != nullptr) kept->bind(given);
     if constexpr (is_array(interface_type<T>)) {
       return kept->place<ArrayPlace<T>>(*given);
     } else if constexpr (std::is_same_v<T, ObjectRef>) {

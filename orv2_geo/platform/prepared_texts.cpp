@@ -1,9 +1,5 @@
 #include "orv2_geo/platform/prepared_texts.h"
 
-#if defined(_WIN32)
-#include <windows.h>
-#endif
-
 #include <algorithm>
 #include <array>
 #include <bit>
@@ -13,6 +9,7 @@
 #include <unordered_map>
 
 #include "orv2_geo/platform/text_services.h"
+#include "orv2_geo/platform/thread_data.h"
 
 namespace orv2_geo {
 
@@ -107,40 +104,7 @@ class Characters {
   std::vector<Character> seen_ = {{}};  // number 0 is nobody's
 };
 
-#if defined(_WIN32)
-// The compiler's own way of ending a thread's data keeps this library loaded until the
-// thread ends, and would then unload it from within. The system ends a slot's data with its
-// thread, or with the slot.
-class Slot {
- public:
-  Slot() noexcept : index_(FlsAlloc(&end)) {}
-  Slot(const Slot&) = delete;
-  Slot& operator=(const Slot&) = delete;
-  ~Slot() { FlsFree(index_); }
-
-  Characters& of_this_thread() const {
-    auto* found = static_cast<Characters*>(FlsGetValue(index_));
-    if (found != nullptr) return *found;
-    auto made = std::make_unique<Characters>();
-    if (FlsSetValue(index_, made.get()) == FALSE) throw std::bad_alloc();
-    return *made.release();
-  }
-
- private:
-  static void WINAPI end(void* characters) { delete static_cast<Characters*>(characters); }
-  DWORD index_;
-};
-
-Characters& characters() {
-  static const Slot slot;
-  return slot.of_this_thread();
-}
-#else
-Characters& characters() {
-  thread_local Characters all;
-  return all;
-}
-#endif
+Characters& characters() { return of_this_thread<Characters>(); }
 
 }  // namespace
 

@@ -159,4 +159,74 @@ TEST(OddHosts, AThreadThatSortedTextsEndsAfterTheModule) {
   DeleteFileW(copy.c_str());
 }
 
+// The count of cuts is to stand in an element of the array that is to be resized.
+TEST(OddHosts, AnElementInUseKeepsItsArrayInPlace) {
+  const Held<IDispatch> object = Server::loaded().create(CLSID_cgeo_Algorismos);
+  Value vx = script_array({0, 10, 10, 0, 0}, 1), vy = script_array({0, 0, 10, 10, 0}, 1);
+  const auto cut = [&](Value count, Value xc) {
+    Value yc;
+    return call(object.get(), L"Cortes_R1_con_Pol",
+                {-5, 5, 15, 5, 5, Value::ref(vx), Value::ref(vy), count, xc, Value::ref(yc)});
+  };
+  Value script = script_array({1, 2, 3, 4});
+  auto* const elements = static_cast<VARIANT*>(script.raw().parray->pvData);
+  Value element;
+  element.raw().vt = VT_BYREF | VT_VARIANT;
+  element.raw().pvarVal = elements + 3;
+  EXPECT_EQ(cut(element, Value::ref(script)).code, failure_status(10));
+  EXPECT_EQ(numbers_of(script.raw()), (std::vector{1.0, 2.0, 3.0, 2.0}));
+  double number = 7.0;
+  SAFEARRAY* xc = doubles({1.0, 2.0});
+  EXPECT_EQ(cut(Value::ref(static_cast<double*>(xc->pvData)[1]), Value::array(VT_R8, xc)).code,
+            failure_status(10));
+  EXPECT_EQ(elements_of<double>(xc), (std::vector{1.0, 2.0}));
+  EXPECT_EQ(cut(Value::ref(number), Value::array(VT_R8, xc)).status, S_OK);
+  EXPECT_EQ(number, 2.0);
+  SafeArrayDestroy(xc);
+}
+
+TEST(OddHosts, AVariableOfAnotherTypeGivenTwiceIsOneVariable) {
+  const Held<IDispatch> object = Server::loaded().create(CLSID_cgeo_Algorismos);
+  long both = 0;
+  double same = 0.0;
+  const Answer converted = call(object.get(), L"Atn2", {Value::ref(both), Value::ref(both)});
+  const Answer in_place = call(object.get(), L"Atn2", {Value::ref(same), Value::ref(same)});
+  EXPECT_EQ(converted.result.raw().fltVal, in_place.result.raw().fltVal);
+}
+
+TEST(OddHosts, AnElementThatIsAReferenceIsFollowed) {
+  VARIANT inner{};
+  inner.vt = VT_R8;
+  inner.dblVal = 1.0;
+  Value sum = script_array({0, 0}), added = script_array({0, 2});
+  auto& element = static_cast<VARIANT*>(sum.raw().parray->pvData)[1];
+  element.vt = VT_BYREF | VT_VARIANT;
+  element.pvarVal = &inner;
+  const Held<IDispatch> object = Server::loaded().create(CLSID_cgeo_Matrices);
+  EXPECT_EQ(
+      call(object.get(), L"Sumar_a_1Matriz_otra", {Value::ref(sum), Value::ref(added)}).status,
+      S_OK);
+  EXPECT_EQ(inner.dblVal, 3.0);
+}
+
+TEST(OddHosts, OnlyWhatExistsIsCalled) {
+  const Held<IDispatch> functions = Server::loaded().create(CLSID_cgeo_FuncDeriv);
+  EXPECT_EQ(call(functions.get(), L"RPi", {1.0}, DISPATCH_PROPERTYPUTREF).status,
+            DISP_E_MEMBERNOTFOUND);
+  EXPECT_EQ(call(functions.get(), L"F_Sen", {1.0}, 0).status, DISP_E_MEMBERNOTFOUND);
+  EXPECT_EQ(call(functions.get(), L"F_Sen", {1.0}, DISPATCH_PROPERTYGET).status, S_OK);
+}
+
+TEST(OddHosts, ACallHasAReferenceOfItsOwn) {
+  Held<IDispatch> object = Server::loaded().create(CLSID_cgeo_Algorismos);
+  ULONG during = 0;
+  Held<HostObject> surface(new HostObject([&](const HostObject::Call&) {
+    object->AddRef();
+    during = object->Release();
+    return S_OK;
+  }));
+  EXPECT_EQ(call(object.get(), L"Linea_a_puntos", {Value(surface.get()), 0, 0, 1, 0}).status, S_OK);
+  EXPECT_EQ(during, 2U);
+}
+
 }  // namespace
