@@ -85,7 +85,9 @@ void fill(orv2_handle array, const Value& value) {
   needed(orv2_array_data(array, &data));
   auto* place = static_cast<std::byte*>(data);
   for (const Value& element : value.elements) {
-    put(*reinterpret_cast<Cell*>(place), element);
+    Cell cell;
+    put(cell, element);
+    std::memcpy(place, &cell, size_of(element.kind));
     place += size_of(element.kind);
   }
 }
