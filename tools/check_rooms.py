@@ -33,7 +33,7 @@ RENDERERS = {"ui": {"ui", "frame", "platform"}}
 SCREEN_HEADERS = {"xcb/xcb.h", "windows.h", "commctrl.h"}
 
 # What the component server takes of the system that calls it.
-COMPONENT_HEADERS = {"windows.h", "objbase.h", "oaidl.h", "oleauto.h", "ocidl.h", "olectl.h"}
+COMPONENT_HEADERS = {"dispex.h", "windows.h", "objbase.h", "oaidl.h", "oleauto.h", "ocidl.h", "olectl.h"}
 
 # One class may be spread over rooms of a floor: one header, and each room
 # defines the members that are its own.
