@@ -108,6 +108,25 @@ class FormTest(OnWindows, screen_test.FormTest):
             return sum(a != b for a, b in zip(dark, dark[1:]))
         return max(changes(inside) for inside in range(0, 75, 15 * 96 // DPI))
 
+    def test_a_bar_moves_with_every_step_of_a_routine(self):
+        """This system brings what is drawn to the screen up to a step later, as nobody
+        asks it for messages meanwhile."""
+        host, window = self.show("other", screen_test.OTHER)
+        window.press("Return")
+        seen = []
+        for _ in range(4):
+            self.expect(host, "waiting")
+            time.sleep(0.1)
+            seen.append(self.blue(window))
+            host.go_on()
+        self.assertEqual(seen, sorted(seen))
+        self.assertGreaterEqual(len(set(seen)), 3)
+        area = len(window.colours(*screen_test.BAR))
+        self.assertLess(seen[0], area * 0.05)
+        self.assertGreater(seen[3], area * 0.3)
+        window.press_title_bar_box()
+        self.expect_end(host, screen_test.OTHER, "not open")
+
 
 class ExtremesTest(OnWindows, screen_test.ExtremesTest):
     def assert_wide(self, box, least):
