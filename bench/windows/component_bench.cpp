@@ -67,6 +67,14 @@ void* object_of(HMODULE module, REFCLSID of_class, REFIID wanted) {
   return object;
 }
 
+// The arguments of a call as references to a host's own numbers.
+void refer(VARIANT (&arguments)[3], double (&values)[3]) {
+  for (int i = 0; i < 3; ++i) {
+    arguments[i].vt = VT_BYREF | VT_R8;
+    arguments[i].pdblVal = &values[i];
+  }
+}
+
 void late_bound(_cgeo_Algorismos* object) {
   ITypeInfo* info = nullptr;
   object->GetTypeInfo(0, 0, &info);
@@ -76,19 +84,19 @@ void late_bound(_cgeo_Algorismos* object) {
   object->GetIDsOfNames(IID_NULL, &names, 1, 0, &number);
   double values[3] = {0.0, 4.0, 3.0};  // the last argument stands first
   VARIANT arguments[3];
-  for (int i = 0; i < 3; ++i) {
-    arguments[i].vt = VT_BYREF | VT_R8;
-    arguments[i].pdblVal = &values[i];
-  }
+  refer(arguments, values);
   DISPPARAMS given{arguments, nullptr, 3, 0};
-  compare(
-      "late-bound call of three arguments, beside DispInvoke", 0.5, 20000,
-      [&] {
-        object->Invoke(number, IID_NULL, 0, DISPATCH_METHOD, &given, nullptr, nullptr, nullptr);
-      },
-      [&] {
-        DispInvoke(object, info, number, DISPATCH_METHOD, &given, nullptr, nullptr, nullptr);
-      });
+  double peers_values[3] = {0.0, 4.0, 3.0};
+  VARIANT peers_arguments[3];
+  refer(peers_arguments, peers_values);
+  DISPPARAMS peers{peers_arguments, nullptr, 3, 0};
+  const auto ours = [&] {
+    object->Invoke(number, IID_NULL, 0, DISPATCH_METHOD, &given, nullptr, nullptr, nullptr);
+  };
+  const auto systems = [&] {
+    DispInvoke(object, info, number, DISPATCH_METHOD, &peers, nullptr, nullptr, nullptr);
+  };
+  compare("late-bound call of three arguments, beside DispInvoke", 0.5, 20000, ours, systems);
   VARIANT variables[3];
   for (int i = 0; i < 3; ++i) {
     variables[i].vt = VT_R8;
@@ -96,19 +104,7 @@ void late_bound(_cgeo_Algorismos* object) {
     arguments[i].vt = VT_BYREF | VT_VARIANT;
     arguments[i].pvarVal = &variables[i];
   }
-  double by_value[3] = {0.0, 4.0, 3.0};
-  VARIANT plain[3];
-  for (int i = 0; i < 3; ++i) {
-    plain[i].vt = VT_BYREF | VT_R8;
-    plain[i].pdblVal = &by_value[i];
-  }
-  DISPPARAMS peer{plain, nullptr, 3, 0};
-  compare(
-      "the same with a script's variables, beside DispInvoke", 0.5, 20000,
-      [&] {
-        object->Invoke(number, IID_NULL, 0, DISPATCH_METHOD, &given, nullptr, nullptr, nullptr);
-      },
-      [&] { DispInvoke(object, info, number, DISPATCH_METHOD, &peer, nullptr, nullptr, nullptr); });
+  compare("the same with a script's variables, beside DispInvoke", 0.5, 20000, ours, systems);
   info->Release();
 }
 

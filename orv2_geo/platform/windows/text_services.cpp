@@ -36,7 +36,7 @@ int ask_for_key(std::u16string_view text, char* room, std::size_t bytes) {
 // most texts: a longer key is asked for twice.
 std::string sort_key(std::u16string_view text) {
   if (text.empty()) return std::string(key_of_nothing);
-  std::array<char, 512> room;  // NOLINT(cppcoreguidelines-pro-type-member-init): written first
+  std::array<char, 512> room{};
   std::string key;
   if (const int bytes = ask_for_key(text, room.data(), room.size()); bytes > 0) {
     key.assign(room.data(), static_cast<std::size_t>(bytes));
