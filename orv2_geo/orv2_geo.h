@@ -130,6 +130,13 @@ typedef struct orv2_parameter_info {
   int32_t default_value;
 } orv2_parameter_info;
 
+/* What a member may do with a parameter by reference. */
+enum {
+  ORV2_READ = 0,
+  ORV2_WRITTEN = 1,
+  ORV2_RESIZED = 2 /* an array that may get other bounds */
+};
+
 /* Classes, members and parameters in interface order, all from 0. Their
  * strings are valid for ever. Failure 9 past the end. */
 ORV2_CALL size_t orv2_class_count(void);
@@ -137,6 +144,9 @@ ORV2_CALL int32_t orv2_class_at(size_t index, orv2_class_info* info);
 ORV2_CALL int32_t orv2_member_at(size_t class_index, size_t position, orv2_member_info* info);
 ORV2_CALL int32_t orv2_parameter_at(size_t class_index, size_t position, size_t parameter,
                                     orv2_parameter_info* info);
+/* ORV2_READ, ORV2_WRITTEN or ORV2_RESIZED. */
+ORV2_CALL int32_t orv2_parameter_use(size_t class_index, size_t position, size_t parameter,
+                                     int32_t* use);
 
 /* ---- Objects ----------------------------------------------------------- */
 
@@ -203,6 +213,13 @@ typedef int32_t (*orv2_resize)(void* context, int32_t old_lower, uint32_t old_co
 ORV2_CALL int32_t orv2_array_adopt(uint16_t type, void* data, int32_t lower, uint32_t count,
                                    orv2_resize resize, void* context, orv2_handle* array);
 
+/* The same with any shape of which `shape` tells: allocated (0: the array begins
+ * without elements and bounds), dimensions, lower and count. `resize`, which is
+ * needed, is also asked for 0 elements, with a null `data`, where a routine leaves
+ * the array unallocated. */
+ORV2_CALL int32_t orv2_array_host(const orv2_array_info* shape, void* data, orv2_resize resize,
+                                  void* context, orv2_handle* array);
+
 /* Releasing an array, or a text variable, with orv2_release frees it; an array
  * in use by a call lives until the call ends. */
 ORV2_CALL int32_t orv2_array_describe(orv2_handle array, orv2_array_info* info);
@@ -267,8 +284,8 @@ ORV2_CALL int32_t orv2_set_failure(int32_t number, const char* description, cons
 typedef struct orv2_form orv2_form;
 
 /* What shows boxes and forms on this thread in place of the system. A callback
- * answers with 0 or a failure's number, as a host object's. `handle_events` may
- * be null. */
+ * answers with 0 or a failure's number, as a host object's. One that is null leaves
+ * its part to the system; while the system shows a form, boxes are the system's too. */
 typedef struct orv2_user_interface {
   size_t size;   /* sizeof(orv2_user_interface) */
   void* context; /* handed to every callback */
@@ -285,6 +302,18 @@ typedef struct orv2_user_interface {
 
 /* Installs the callbacks (copied) on this thread; null: the system's again. */
 ORV2_CALL int32_t orv2_set_user_interface(const orv2_user_interface* callbacks);
+
+/* Has boxes of this thread written on standard error and forms left as their cancel
+ * button would, whether there is a screen or not. */
+ORV2_CALL int32_t orv2_set_console_interface(void);
+
+/* Whether callbacks or the console are installed on this thread. */
+ORV2_CALL int32_t orv2_has_user_interface(int16_t* installed);
+
+/* In the middle of error_box: the failure that a routine trapped and that the box
+ * tells of. Failure 5, and nothing is remembered of it, when the box tells of none.
+ * The strings are valid until the box is dismissed. */
+ORV2_CALL int32_t orv2_trapped_failure(orv2_failure* failure);
 
 /* The host's window over which the boxes and forms of this thread appear and
  * stay: its native number, such as an X11 Window; 0 takes it back. Without it, or

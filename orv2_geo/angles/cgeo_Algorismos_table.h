@@ -75,7 +75,7 @@ struct cgeo_Algorismos_table {
         Line::template method<&C::XY_dando_ANG_DIST, "Xbase", "YBase", "Angulo", "Distancia", "XR",
                               "YR">("XY_dando_ANG_DIST"),
         Line::template method<&C::Cortes_R1_con_Pol, "XR1", "YR1", "XR2", "YR2", "Nv", "Vx", "Vy",
-                              "Pc", "Xc", "Yc">("Cortes_R1_con_Pol"),
+                              "Pc", resized("Xc"), resized("Yc")>("Cortes_R1_con_Pol"),
     };
   }
 };

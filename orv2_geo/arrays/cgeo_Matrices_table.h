@@ -30,16 +30,17 @@ struct cgeo_Matrices_table {
             "Restar_a_1Matriz_otra"),
         Line::template method<&C::Ordena_en_X_3_Matrices, "nPtos", "X", "Y", "Z">(
             "Ordena_en_X_3_Matrices"),
-        Line::template method<&C::Ordena_en_X_el_Indice_1Matriz, "nPtos", "X", "ordenIndices">(
-            "Ordena_en_X_el_Indice_1Matriz"),
+        Line::template method<&C::Ordena_en_X_el_Indice_1Matriz, "nPtos", "X",
+                              resized("ordenIndices")>("Ordena_en_X_el_Indice_1Matriz"),
         Line::template method<&C::Ordena_en_X_el_Indice_1Matriz1, "nPtos", "X", "ordenIndices",
                               "Progreso1">("Ordena_en_X_el_Indice_1Matriz1"),
-        Line::template method<&C::Ordena_en_X_el_Indice_1Matriz2, "nPtos", "X", "ordenIndices",
-                              "Progreso1">("Ordena_en_X_el_Indice_1Matriz2"),
+        Line::template method<&C::Ordena_en_X_el_Indice_1Matriz2, "nPtos", "X",
+                              resized("ordenIndices"), "Progreso1">(
+            "Ordena_en_X_el_Indice_1Matriz2"),
         Line::template method<&C::Quita_Puntos_Repetidos, "nPtos", "X", "Y", "Z",
                               optional("Precision"), optional("Aviso")>("Quita_Puntos_Repetidos"),
         Line::template method<&C::Quita_Puntos_Repetidos_XYZ_con_indice1, "nPtos1", "X1", "Y1",
-                              "Z1", "Indice", "Progreso1", optional("Precision"),
+                              "Z1", resized("Indice"), "Progreso1", optional("Precision"),
                               optional("Aviso")>("Quita_Puntos_Repetidos_XYZ_con_indice1"),
         Line::template method<&C::Quita_Puntos_Repetidos_XYZ_con_indice, "nPtos", "X", "Y", "Z",
                               "Indice", optional("Precision"), optional("Aviso")>(
@@ -47,12 +48,13 @@ struct cgeo_Matrices_table {
         Line::template method<&C::Quita_Pts_Repetidos_3D, "nPtos", "X", "Y", "Z", "codigo",
                               "Nombre", "CapaP", "Indice", "ProgressBar1", "Aviso",
                               optional("Precision")>("Quita_Pts_Repetidos_3D"),
-        Line::template method<&C::Quita_Pts_Repetidos, "nPtos", "X", "Y", "Z", "codigo", "Nombre",
-                              "CapaP", "NewInd", "Aviso", optional("Precision")>(
+        Line::template method<&C::Quita_Pts_Repetidos, "nPtos", resized("X"), resized("Y"),
+                              resized("Z"), resized("codigo"), "Nombre", resized("CapaP"),
+                              resized("NewInd"), "Aviso", optional("Precision")>(
             "Quita_Pts_Repetidos"),
-        Line::template method<&C::Quita_Puntos_fuera_interv_de_Cotas_con_indice, "nPtos", "X", "Y",
-                              "Z", "Indice", "MaxZ", "MinZ">(
-            "Quita_Puntos_fuera_interv_de_Cotas_con_indice"),
+        Line::template method<&C::Quita_Puntos_fuera_interv_de_Cotas_con_indice, "nPtos",
+                              resized("X"), resized("Y"), resized("Z"), resized("Indice"), "MaxZ",
+                              "MinZ">("Quita_Puntos_fuera_interv_de_Cotas_con_indice"),
     };
   }
 };

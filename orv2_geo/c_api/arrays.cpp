@@ -9,20 +9,25 @@ using namespace orv2_geo::c_api;
 namespace {
 
 // A host's buffer as the owner of an array's elements.
-class HostBuffer final : public ArrayOwner {
+class HostBuffer : public ArrayOwner {
  public:
   HostBuffer(const ArrayBase& array, orv2_resize ask_host, void* context) noexcept
       : array_(array), resize_(ask_host), context_(context) {}
 
   void* resize(std::int32_t lower, std::uint32_t count, bool keep) override {
     if (resize_ == nullptr) raise(failure::array_locked);
-    const std::int32_t old_lower = array_.allocated() ? array_.lower() : 0;
     void* data = nullptr;
-    asked([&] {
-      return resize_(context_, old_lower, array_.count(), lower, count, Bool(keep).bits, &data);
-    });
+    ask(lower, count, keep, &data);
     if (data == nullptr && count != 0) raise(failure::out_of_memory);
     return data;
+  }
+
+ protected:
+  void ask(std::int32_t lower, std::uint32_t count, bool keep, void** data) {
+    const std::int32_t old_lower = array_.allocated() ? array_.lower() : 0;
+    asked([&] {
+      return resize_(context_, old_lower, array_.count(), lower, count, Bool(keep).bits, data);
+    });
   }
 
  private:
@@ -30,6 +35,18 @@ class HostBuffer final : public ArrayOwner {
   orv2_resize resize_;
   void* context_;
 };
+
+// The same where the host knows of arrays without elements and bounds.
+class HostStorage final : public HostBuffer {
+ public:
+  using HostBuffer::HostBuffer;
+  void release() override { ask(0, 0, false, nullptr); }
+};
+
+// The types of a host's elements: numbers.
+void refuse_texts(uint16_t type) {
+  if (type == ORV2_STRING_ARRAY) raise(failure::invalid_call);
+}
 
 // Runs `work` on a new item of the array type that a tag names.
 template <class Work>
@@ -81,11 +98,30 @@ int32_t orv2_array_adopt(uint16_t type, void* data, int32_t lower, uint32_t coun
   return guarded([&] {
     needed(array);
     if (count != 0) needed(data);
-    if (type == ORV2_STRING_ARRAY) raise(failure::invalid_call);
+    refuse_texts(type);
     *array = with_new_array(type, [&](auto& item) {
       item.owner = std::make_unique<HostBuffer>(item.array, resize, context);
       using Element = typename std::remove_reference_t<decltype(item.array)>::value_type;
       item.array.adopt(*item.owner, static_cast<Element*>(data), lower, count);
+    });
+  });
+}
+
+int32_t orv2_array_host(const orv2_array_info* shape, void* data, orv2_resize resize, void* context,
+                        orv2_handle* array) {
+  return guarded([&] {
+    needed(array);
+    needed(resize);
+    const orv2_array_info wanted = *needed(shape);
+    refuse_texts(wanted.type);
+    if (wanted.allocated != 0 && wanted.count != 0) needed(data);
+    if (wanted.allocated != 0 && wanted.dimensions == 0) raise(failure::invalid_call);
+    *array = with_new_array(wanted.type, [&](auto& item) {
+      item.owner = std::make_unique<HostStorage>(item.array, resize, context);
+      if (wanted.allocated == 0) return item.array.adopt(*item.owner);
+      using Element = typename std::remove_reference_t<decltype(item.array)>::value_type;
+      item.array.adopt(*item.owner, static_cast<Element*>(data), wanted.lower, wanted.count,
+                       wanted.dimensions);
     });
   });
 }

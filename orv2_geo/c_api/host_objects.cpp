@@ -6,6 +6,8 @@
 #include "orv2_geo/c_api/handles.h"
 #include "orv2_geo/c_api/values.h"
 #include "orv2_geo/orv2_geo.h"
+#include "orv2_geo/platform/console_user_interface.h"
+#include "orv2_geo/platform/error_box.h"
 #include "orv2_geo/platform/form.h"
 #include "orv2_geo/platform/owner_window.h"
 #include "orv2_geo/platform/user_interface.h"
@@ -79,6 +81,9 @@ class HostUserInterface final : public UserInterface {
 
   void error_box(const Text& text, std::int32_t flags, const Text* caption) override {
     const orv2_user_interface now = callbacks_;  // the host may install another one meanwhile
+    if (now.error_box == nullptr || system_forms != 0) {
+      return system_user_interface().error_box(text, flags, caption);
+    }
     const std::string words = text.to_utf8();
     const std::string title = caption != nullptr ? caption->to_utf8() : std::string();
     asked([&] {
@@ -89,6 +94,7 @@ class HostUserInterface final : public UserInterface {
 
   void show_modal(Form& form) override {
     const orv2_user_interface now = callbacks_;
+    if (now.show_modal == nullptr) return show_on_system(form);
     orv2_form shown{form, {}};
     asked([&] { return now.show_modal(now.context, &shown); });
   }
@@ -100,8 +106,23 @@ class HostUserInterface final : public UserInterface {
   }
 
  private:
+  // Whoever acts on the system's form also sees its boxes.
+  static void show_on_system(Form& form) {
+    struct Up {
+      Up() noexcept { ++system_forms; }
+      ~Up() { --system_forms; }
+      Up(const Up&) = delete;
+      Up& operator=(const Up&) = delete;
+    } const while_it_is_up;
+    system_user_interface().show_modal(form);
+  }
+
+  static thread_local int system_forms;
+
   orv2_user_interface callbacks_;
 };
+
+thread_local int HostUserInterface::system_forms = 0;
 
 thread_local std::optional<HostUserInterface> installed;
 
@@ -137,11 +158,27 @@ int32_t orv2_set_user_interface(const orv2_user_interface* callbacks) {
       install_user_interface(nullptr);
       return installed.reset();
     }
-    const bool usable = callbacks->size == sizeof(orv2_user_interface) &&
-                        callbacks->error_box != nullptr && callbacks->show_modal != nullptr;
-    if (!usable) raise(failure::invalid_call);
+    if (callbacks->size != sizeof(orv2_user_interface)) raise(failure::invalid_call);
     install_user_interface(&installed.emplace(*callbacks));
   });
+}
+
+int32_t orv2_set_console_interface(void) {
+  return guarded([&] {
+    install_user_interface(&console_user_interface());
+    installed.reset();
+  });
+}
+
+int32_t orv2_has_user_interface(int16_t* any) {
+  return guarded([&] { *needed(any) = Bool(&user_interface() != &system_user_interface()).bits; });
+}
+
+int32_t orv2_trapped_failure(orv2_failure* failure) {
+  const RunFailure* const told = trapped_failure();
+  if (failure == nullptr || told == nullptr) return failure::invalid_call;
+  *failure = {told->number(), told->description().data(), told->source().data()};
+  return 0;
 }
 
 int32_t orv2_set_owner_window(uint64_t window) {

@@ -26,6 +26,12 @@ const MemberDescription& member_at(size_t class_index, size_t position) {
   return members[position];
 }
 
+const ParameterDescription& parameter_at(size_t class_index, size_t position, size_t parameter) {
+  const auto parameters = member_at(class_index, position).parameters;
+  if (parameter >= parameters.size()) raise(failure::subscript_out_of_range);
+  return parameters[parameter];
+}
+
 Object& library_object(ObjectItem& item) {
   if (item.own == nullptr) raise(failure::invalid_call);  // a host's own object
   return *item.own;
@@ -92,12 +98,17 @@ int32_t orv2_member_at(size_t class_index, size_t position, orv2_member_info* in
 int32_t orv2_parameter_at(size_t class_index, size_t position, size_t parameter,
                           orv2_parameter_info* info) {
   return guarded([&] {
-    const auto parameters = member_at(class_index, position).parameters;
-    if (parameter >= parameters.size()) raise(failure::subscript_out_of_range);
-    const ParameterDescription& one = parameters[parameter];
+    const ParameterDescription& one = parameter_at(class_index, position, parameter);
     *needed(info) = {one.name.data(),
                      one.by_reference ? by_reference(one.type) : by_value(one.type),
                      Bool(one.optional).bits, Bool(one.has_default).bits, one.default_value};
+  });
+}
+
+int32_t orv2_parameter_use(size_t class_index, size_t position, size_t parameter, int32_t* use) {
+  return guarded([&] {
+    const ParameterDescription& one = parameter_at(class_index, position, parameter);
+    *needed(use) = static_cast<int32_t>(one.use);
   });
 }
 

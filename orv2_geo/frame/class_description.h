@@ -36,6 +36,13 @@
 
 namespace orv2_geo {
 
+/// What a member may do with a parameter by reference.
+enum class ParameterUse : std::uint8_t {
+  read = 0,
+  written = 1,
+  resized = 2,  // an array that may get other bounds
+};
+
 /// One parameter of a member, as a host sees it.
 struct ParameterDescription {
   std::string_view name;
@@ -44,6 +51,7 @@ struct ParameterDescription {
   bool optional = false;
   bool has_default = false;  // else an optional one left out is zero
   std::int32_t default_value = 0;
+  ParameterUse use = ParameterUse::read;
 };
 
 /// Reads a text as a number, the way of the user's locale. Failure 13 when it
@@ -101,6 +109,7 @@ struct Parameter {
   bool optional = false;
   bool has_default = false;
   std::int32_t default_value = 0;
+  bool resized = false;
 
   template <std::size_t N>
   constexpr Parameter(const char (&text)[N]) {
@@ -126,7 +135,24 @@ constexpr Parameter optional(const char (&name)[N], std::int32_t default_value) 
   return parameter;
 }
 
+/// An array that the member may give other bounds.
+template <std::size_t N>
+constexpr Parameter resized(const char (&name)[N]) {
+  Parameter parameter(name);
+  parameter.resized = true;
+  return parameter;
+}
+
 namespace description {
+
+// What the signature tells: a variable that is not constant is written.
+template <class P>
+constexpr ParameterUse use_of(bool resized) {
+  using Referred = std::remove_reference_t<P>;
+  constexpr bool written = std::is_lvalue_reference_v<P> && !std::is_const_v<Referred>;
+  if (resized) return ParameterUse::resized;
+  return written ? ParameterUse::written : ParameterUse::read;
+}
 
 // An argument of another type, converted to the parameter's.
 // Failures: 13 for a type or a text that cannot be converted, 6 out of range.
@@ -228,13 +254,12 @@ using SignatureOf = decltype(signature_of(member));
 template <class S, Parameter... names>
 constexpr auto described_parameters() {
   static_assert(S::arity == sizeof...(names), "a name for each parameter");
-  std::array<ParameterDescription, S::arity> described;
-  std::size_t i = 0;
-  ((described[i] = {names.name, S::types[i], S::by_reference[i], names.optional, names.has_default,
-                    names.default_value},
-    ++i),
-   ...);
-  return described;
+  return []<std::size_t... i>(std::index_sequence<i...>) {
+    return std::array<ParameterDescription, S::arity>{ParameterDescription{
+        names.name, S::types[i], S::by_reference[i], names.optional, names.has_default,
+        names.default_value, use_of<typename S::template Parameter<i>>(names.resized)}...};
+  }
+  (std::make_index_sequence<S::arity>{});
 }
 
 // The names are template arguments, so their characters live as long as the

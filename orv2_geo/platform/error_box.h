@@ -13,6 +13,10 @@ namespace orv2_geo {
 /// The flag of a critical box.
 inline constexpr std::int32_t critical_icon = 16;
 
+/// In the middle of a box: the failure that it tells of, which a routine trapped. Null
+/// for boxes that tell of none.
+const RunFailure* trapped_failure() noexcept;
+
 /// Plain: text only, default caption.
 void error_box(std::u16string_view text);
 

@@ -19,7 +19,7 @@ struct cgeo_Ordena_table {
     // Left out, a bound is that of the array.
     constexpr std::int32_t bound_from_array = std::numeric_limits<std::int32_t>::min();
     return std::array{
-        Line::template method<&C::Ordena_Double_Index_Array, "DoubleA", "TheIndex",
+        Line::template method<&C::Ordena_Double_Index_Array, "DoubleA", resized("TheIndex"),
                               optional("LowerBound", bound_from_array),
                               optional("UpperBound", bound_from_array)>(
             "Ordena_Double_Index_Array"),
@@ -38,8 +38,9 @@ struct cgeo_Ordena_table {
         Line::template method<&C::Ordena_LongIndexArray, "TheArray", "TheIndex",
                               optional("LowerBound", bound_from_array),
                               optional("UpperBound", bound_from_array)>("Ordena_LongIndexArray"),
-        Line::template method<&C::Quita_Puntos_Repetidos_XY_con_indice1, "nPtos", "X", "Y", "Z",
-                              "Indice", "Progreso1", optional("Precision"), optional("Aviso")>(
+        Line::template method<&C::Quita_Puntos_Repetidos_XY_con_indice1, "nPtos", resized("X"),
+                              resized("Y"), resized("Z"), resized("Indice"), "Progreso1",
+                              optional("Precision"), optional("Aviso")>(
             "Quita_Puntos_Repetidos_XY_con_indice1"),
         Line::template method<&C::SwapStrings, "String1", "String2", "SwpVal">("SwapStrings"),
     };

@@ -16,7 +16,7 @@ struct cgeo_Terreno_table {
     using C = Class;
     return std::array{
         Line::template method<&C::TR_Cotas_en_unTerreno_dando_DistOr, "Xterr", "Yterr", "DistOr",
-                              "Cotas">("TR_Cotas_en_unTerreno_dando_DistOr"),
+                              resized("Cotas")>("TR_Cotas_en_unTerreno_dando_DistOr"),
         Line::template method<&C::TF_Y_del_Terreno_dando_su_X, "X", "Y", "X1">(
             "TF_Y_del_Terreno_dando_su_X"),
         Line::template method<&C::TF_ProyeccVertical_de_X_en_1R, "Xt1", "Yt1", "Xt2", "Yt2", "X1">(
@@ -25,8 +25,8 @@ struct cgeo_Terreno_table {
         Line::template method<&C::TF_Ymaxima_del_Terreno, "Y">("TF_Ymaxima_del_Terreno"),
         Line::template method<&C::TF_DistaOrigen_estan_ordenadas, "DistO">(
             "TF_DistaOrigen_estan_ordenadas"),
-        Line::template method<&C::Ordena_terreno_y_quita_repetidos, "Ptos", "DistO", "Z">(
-            "Ordena_terreno_y_quita_repetidos"),
+        Line::template method<&C::Ordena_terreno_y_quita_repetidos, "Ptos", resized("DistO"),
+                              resized("Z")>("Ordena_terreno_y_quita_repetidos"),
     };
   }
 };
