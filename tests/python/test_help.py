@@ -15,7 +15,7 @@ import sys
 import tempfile
 import unittest
 
-from support import LIBRARY, REPOSITORY, Case
+from support import REPOSITORY, Case
 
 import orv2_geo
 
@@ -68,7 +68,7 @@ def made_folder():
 def use_of(class_index, position, parameter):
     """What the library says a member does with a parameter."""
     told = ctypes.c_int32()
-    function = ctypes.CDLL(LIBRARY).orv2_parameter_use
+    function = ctypes.CDLL(os.environ["ORV2_TEST_LIBRARY"]).orv2_parameter_use
     function.argtypes = (ctypes.c_size_t,) * 3 + (ctypes.c_void_p,)
     if function(class_index, position, parameter, ctypes.addressof(told)) != 0:
         raise LookupError((class_index, position, parameter))
@@ -432,8 +432,8 @@ class Making(unittest.TestCase):
                  "cannot understand 'float* x' of cgeo_Prueba.Dos"),
                 ("header", "(const double& x, ", "(const ObjectRef& x, ",
                  "'const ObjectRef& x' of cgeo_Prueba.Uno has no type in the stub"),
-                ("header", "Dos(float x)", "Dos(float y)",
-                 "Dos has the parameters ['y'], and in the table ['x']"),
+                ("header", "double& y)", "double& z)",
+                 "Uno has the parameters ['x', 'z'], and in the table ['x', 'y']"),
                 ("header", "Dos(float x)", "Uno(float x)", "cgeo_Prueba.Uno is declared twice"),
                 ("header", "Dos(float x) const", "operator()(float x) const", "cannot understand"),
                 ("header", "};\n", "\n", "class cgeo_Prueba does not end"),
@@ -442,7 +442,6 @@ class Making(unittest.TestCase):
                 ("header", "registered_name[]", "name[]", "cannot understand: static"),
                 ("header", "/// Both double.", "/// A box is shown.",
                  "cgeo_Prueba.Dos: its comment speaks of a box"),
-                ("header", "(LongArray& A", "(const LongArray& A", None),
                 ("header", "DoubleArray& B", "const DoubleArray& B", "cannot resize B"),
                 ("table", 'Line::template method<&C::Dos, "x">("Dos"),\n', "",
                  "cgeo_Prueba.Dos is declared, but not in the table"),
@@ -465,9 +464,9 @@ class Making(unittest.TestCase):
             with self.subTest(file=of_file, old=old, new=new):
                 shutil.rmtree(self.out, ignore_errors=True)
                 status, said = self.make(of_file, old, new)
-                self.assertIn(told or "", said)
-                self.assertEqual(status, 1 if told else 0)
-                self.assertEqual(self.out.exists(), told is None)
+                self.assertIn(told, said)
+                self.assertEqual(status, 1)
+                self.assertFalse(self.out.exists())
 
     def test_a_progress_object_needs_a_word_on_its_use(self):
         status, said = self.make("header", "(const double& x, double& y)",

@@ -216,14 +216,14 @@ def main() -> None:
     flags_and_variants()
     functions()
     arrays()
-    assert removal(indicator) == 3 and indicator.Visible
+    assert removal(indicator) == 2 and indicator.Visible
     boxes(person)
     assert len(person.boxes) == 1
     failures()
     wider_arrays()
     reckoning()
     shares: list[float] = []
-    assert removal(Progress(shares.append)) == 3
+    assert removal(Progress(shares.append)) == 2
     many()
 
 
