@@ -255,6 +255,10 @@ ORV2_CALL int32_t orv2_text_set(orv2_handle text, const uint16_t* units, size_t 
 /* Valid until the text is written or freed. */
 ORV2_CALL int32_t orv2_text_get(orv2_handle text, const uint16_t** units, size_t* count);
 
+/* The number that a text is read as where one is handed in for a number: with the
+ * decimal sign of the locale. Failure 13 when it is none. */
+ORV2_CALL int32_t orv2_number_of_text(const uint16_t* units, size_t count, double* value);
+
 /* ---- Host objects ------------------------------------------------------ */
 
 /* A host's own object, reached by name. The values handed to the callbacks are

@@ -2,6 +2,7 @@
 #include "orv2_geo/c_api/guard.h"
 #include "orv2_geo/c_api/handles.h"
 #include "orv2_geo/orv2_geo.h"
+#include "orv2_geo/platform/text_services.h"
 
 using namespace orv2_geo;
 using namespace orv2_geo::c_api;
@@ -187,6 +188,13 @@ int32_t orv2_array_get_text(orv2_handle array, int32_t index, const uint16_t** u
 
 int32_t orv2_array_set_text(orv2_handle array, int32_t index, const uint16_t* units, size_t count) {
   return guarded([&] { string_array(array)(index) = text_from(units, count); });
+}
+
+int32_t orv2_number_of_text(const uint16_t* units, size_t count, double* value) {
+  return guarded([&] {
+    needed(value);
+    *value = text_services::number_from_text(text_from(units, count).view());
+  });
 }
 
 int32_t orv2_text_new(const uint16_t* units, size_t count, orv2_handle* text) {

@@ -10,28 +10,52 @@
     heights = orv2_geo.DoubleArray([1.5, 2.5], lower=1)
 
 A variable that a member writes is a Ref; a plain number in its place is a
-temporary. Arrays are always handed in by reference. What fails raises
-RunFailure. help() on an object shows its members.
+temporary, and a GeoWarning says so. Arrays are always handed in by reference.
+What fails raises RunFailure. help() on an object shows its members.
+
+Without an installed user interface a box that only tells is a GeoWarning, and
+one that tells of a failure that a routine traps raises that RunFailure in the
+middle of the call: see set_user_interface.
 """
 
-from ._arrays import DoubleArray, GeoArray, LongArray, ShortArray, SingleArray, StringArray
-from ._failures import RunFailure
-from ._host import omitted
-from ._interface import Control, Controls, Form, set_owner_window, set_user_interface
-from ._library import library, load
-from ._objects import GeoObject, classes, create
-from ._refs import Ref
+import os
+
+
+def _find_core(paths):
+    """In the library's own tree the compiled core stands in the build's folder."""
+    package = paths[0]
+    if any(name.startswith("_core.") for name in os.listdir(package)):
+        return
+    builds = os.path.join(os.path.dirname(os.path.dirname(package)), "build")
+    for preset in ("release", "report", "debug", "clang", "bench", "asan"):
+        folder = os.path.join(builds, preset, "python", "orv2_geo")
+        if os.path.exists(os.path.join(folder, "_core.abi3.so")):
+            paths.append(folder)
+            return
+
+
+_find_core(__path__)
+
+# The names below come after the core has been found.
+from ._arrays import (  # noqa: E402
+    DoubleArray, GeoArray, LongArray, ShortArray, SingleArray, StringArray,
+)
+from ._bulk import Bulk, bulk  # noqa: E402
+from ._core import Ref, omitted  # noqa: E402
+from ._failures import GeoWarning, RunFailure  # noqa: E402
+from ._interface import (  # noqa: E402
+    Control, Controls, Form, console, screen, set_owner_window, set_user_interface,
+)
+from ._library import load, version  # noqa: E402
+from ._objects import GeoObject, classes, create  # noqa: E402
+from ._progress import Progress  # noqa: E402
 
 __all__ = [
-    "Control", "Controls", "DoubleArray", "Form", "GeoArray", "GeoObject", "LongArray", "Ref",
-    "RunFailure", "ShortArray", "SingleArray", "StringArray", "classes", "create", "load",
-    "omitted", "set_owner_window", "set_user_interface",
+    "Bulk", "Control", "Controls", "DoubleArray", "Form", "GeoArray", "GeoObject", "GeoWarning",
+    "LongArray", "Progress", "Ref", "RunFailure", "ShortArray", "SingleArray", "StringArray",
+    "bulk", "classes", "console", "create", "load", "omitted", "screen", "set_owner_window",
+    "set_user_interface",
 ]
-
-
-def _version():
-    number = library().orv2_version()
-    return "{}.{}.{}".format(number // 10000, number // 100 % 100, number % 100)
 
 
 def __getattr__(name):
@@ -40,5 +64,9 @@ def __getattr__(name):
     if name.startswith("cgeo_") and name in classes():
         return classes()[name]
     if name == "__version__":
-        return _version()
+        return version()
     raise AttributeError("module {!r} has no attribute {!r}".format(__name__, name))
+
+
+def __dir__():
+    return sorted([*globals(), *classes(), "__version__"])

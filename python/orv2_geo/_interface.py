@@ -1,24 +1,46 @@
 """The user interface of a thread: who shows its boxes and forms."""
 
 import collections.abc
-import ctypes
 import operator
 import threading
-from ctypes import byref
+import warnings
 
-from ._calls import answering, run
-from ._failures import INVALID_CALL, OVERFLOW, RunFailure, check
-from ._library import (
-    ControlInfo, ControlLook, ErrorBox, FormFrame, FormInfo, GridFont, GridInfo, HandleEvents,
-    ShowModal, UserInterface, library,
-)
-from ._numbers import to_i32, to_text
-from ._texts import from_c, to_c
+from . import _core
+from ._failures import INVALID_CALL, OVERFLOW, GeoWarning, RunFailure
+from ._library import needed
 
 _STARTS = ("centre of owner", "centre of screen")
 _ALIGNMENTS = {1: "left", 4: "centre", 7: "right"}
 _KINDS = ("label", "text_box", "check_box", "option_button", "button", "frame", "progress_bar",
           "grid")
+
+# The user's actions, in the order of the core.
+_CLICK, _SELECT, _SET_TEXT, _SET_FOCUS, _PRESS_ENTER, _PRESS_ESCAPE, _CLOSE = range(7)
+
+# Who shows boxes and forms, as the core numbers them.
+_SCRIPTS, _OBJECT, _CONSOLE, _SYSTEM = range(4)
+
+
+class _OwnInterface:
+    """One of the library's own user interfaces."""
+
+    def __init__(self, name, who):
+        self._name = name
+        self._who = who
+
+    def __repr__(self):
+        return "orv2_geo." + self._name
+
+    def __reduce__(self):
+        return self._name
+
+
+console = _OwnInterface("console", _CONSOLE)
+console.__doc__ = """Boxes are lines on standard error; forms leave as their cancel button would."""
+
+screen = _OwnInterface("screen", _SYSTEM)
+screen.__doc__ = """Boxes and forms are windows where there is a screen, and wait for a person; else as
+on the console."""
 
 
 class _Installed(threading.local):
@@ -29,7 +51,15 @@ _installed = _Installed()
 
 
 def set_user_interface(ui):
-    """Lets `ui` show the boxes and forms of this thread; None: the system again.
+    """Lets `ui` show the boxes and forms of this thread.
+
+    None, as at the start: a box that only tells is a GeoWarning; one that tells
+             of a failure that a routine traps raises that RunFailure in the middle
+             of the call. Forms, and boxes over them, are windows where there is a
+             screen; elsewhere forms are cancelled.
+    orv2_geo.console, orv2_geo.screen: the library's own behaviour, without and
+             with windows. A trapped failure is then told, and the call goes on.
+    An object of your own, with
 
     ui.error_box(text, flags, caption)  shows a text until it is dismissed;
                                         flags 16: critical; caption None: default
@@ -42,7 +72,9 @@ def set_user_interface(ui):
 
     Answers with the interface before, or None.
     """
-    check(library().orv2_set_user_interface(None if ui is None else byref(_callbacks)))
+    needed()
+    who = _SCRIPTS if ui is None else getattr(ui, "_who", _OBJECT)
+    _core.install_interface(who)
     before, _installed.ui = _installed.ui, ui
     return before
 
@@ -58,16 +90,24 @@ def set_owner_window(window):
     window = operator.index(window)
     if not 0 <= window < 2**64:
         raise RunFailure(OVERFLOW)
-    check(library().orv2_set_owner_window(window))
+    needed()
+    _core.set_owner_window(window)
 
 
-@answering
-def _error_box(_context, text, flags, caption):
-    _installed.ui.error_box(from_c(text), flags, None if caption is None else from_c(caption))
+# ---- What the library calls ---------------------------------------------------
 
 
-@answering
-def _show_modal(_context, pointer):
+def _error_box(text, flags, caption, failure):
+    ui = _installed.ui
+    if ui is not None:
+        ui.error_box(text, flags, caption)
+    elif failure is not None:
+        raise RunFailure(*failure)
+    else:
+        warnings.warn(text, GeoWarning, stacklevel=2)
+
+
+def _show_modal(pointer):
     form = Form(pointer)
     try:
         _installed.ui.show_modal(form)
@@ -75,21 +115,28 @@ def _show_modal(_context, pointer):
         form._end()
 
 
-@answering
-def _handle_events(_context):
+def _handle_events():
     handle = getattr(_installed.ui, "handle_events", None)
     if handle is not None:
         handle()
 
 
-# One set for all threads, alive as long as the module.
-_callbacks = UserInterface(ctypes.sizeof(UserInterface), None, ErrorBox(_error_box),
-                           ShowModal(_show_modal), HandleEvents(_handle_events))
+_core.use("error_box", _error_box)
+_core.use("show_modal", _show_modal)
+_core.use("handle_events", _handle_events)
 
 
-def _of_frame(field, convert=bool, doc=None):
+# ---- Forms --------------------------------------------------------------------
+
+
+def _of_frame(place, convert=bool, doc=None):
     """A property of the window that a form is meant to have."""
-    return property(lambda self: convert(getattr(self._frame(), field)), doc=doc)
+    return property(lambda self: convert(_core.form_frame(self._live())[place]), doc=doc)
+
+
+def _of_form(place, convert=lambda told: told, doc=None):
+    """A property of a form, as it is at the moment."""
+    return property(lambda self: convert(_core.form_describe(self._live())[place]), doc=doc)
 
 
 class Form:
@@ -109,57 +156,28 @@ class Form:
             raise RunFailure(INVALID_CALL)
         return self._pointer
 
-    def _describe(self):
-        info = FormInfo()
-        check(library().orv2_form_describe(self._live(), byref(info)))
-        return info
+    name = _of_form(0)
+    caption = _of_form(1)
+    width = _of_form(2, doc="Of the client area, in twips.")
+    height = _of_form(3, doc="Of the client area, in twips.")
+    open = _of_form(4, bool, "Still on the screen.")
 
-    def _frame(self):
-        frame = FormFrame()
-        check(library().orv2_form_describe_frame(self._live(), byref(frame)))
-        return frame
-
-    @property
-    def name(self):
-        return from_c(self._describe().name)
-
-    @property
-    def caption(self):
-        return from_c(self._describe().caption)
-
-    @property
-    def width(self):
-        """Of the client area, in twips."""
-        return self._describe().width
-
-    @property
-    def height(self):
-        """Of the client area, in twips."""
-        return self._describe().height
-
-    start = _of_frame("start", _STARTS.__getitem__,
+    start = _of_frame(0, _STARTS.__getitem__,
                       'Where it appears: "centre of owner" or "centre of screen".')
-    left = _of_frame("left", int, "Of the design, in twips; `start` tells where it appears.")
-    top = _of_frame("top", int, "Of the design, in twips; `start` tells where it appears.")
-    tool_window = _of_frame("tool_window", doc="Has a narrow title bar.")
-    resizable = _of_frame("resizable")
-    minimise_box = _of_frame("minimise_box")
-    maximise_box = _of_frame("maximise_box")
-    in_task_bar = _of_frame("in_task_bar")
-
-    @property
-    def open(self):
-        """Still on the screen."""
-        return self._describe().open != 0
+    left = _of_frame(1, int, "Of the design, in twips; `start` tells where it appears.")
+    top = _of_frame(2, int, "Of the design, in twips; `start` tells where it appears.")
+    tool_window = _of_frame(3, doc="Has a narrow title bar.")
+    resizable = _of_frame(4)
+    minimise_box = _of_frame(5)
+    maximise_box = _of_frame(6)
+    in_task_bar = _of_frame(7)
 
     @property
     def focus(self):
         """The name of the control that has the focus, or None: at first the first
         in tab order that is visible and enabled and no label, frame or progress
         bar. It stays there until set_focus moves it."""
-        told = ctypes.c_char_p()
-        check(library().orv2_form_focus(self._live(), byref(told)))
-        return from_c(told.value) or None
+        return _core.form_focus(self._live()) or None
 
     # The user's actions. They act on what is visible and enabled, and otherwise
     # do nothing. RunFailure 438 for an unknown name. The failures of the routine
@@ -167,31 +185,31 @@ class Form:
     # showed the form.
 
     def click(self, name):
-        self._act(library().orv2_form_click, to_c(to_text(name)))
+        self._act(_CLICK, name)
 
     def select(self, name):
-        self._act(library().orv2_form_select, to_c(to_text(name)))
+        self._act(_SELECT, name)
 
     def set_text(self, name, text):
-        self._act(library().orv2_form_set_text, to_c(to_text(name)), to_c(to_text(text)))
+        self._act(_SET_TEXT, name, text)
 
     def set_focus(self, name):
-        self._act(library().orv2_form_set_focus, to_c(to_text(name)))
+        self._act(_SET_FOCUS, name)
 
     def press_enter(self):
         """Presses the default button; where that cannot act, the button in focus; on
         a grid of a form without a default button, the first in tab order."""
-        self._act(library().orv2_form_press_enter)
+        self._act(_PRESS_ENTER)
 
     def press_escape(self):
-        self._act(library().orv2_form_press_escape)
+        self._act(_PRESS_ESCAPE)
 
     def close(self):
         """The title bar's box."""
-        self._act(library().orv2_form_close)
+        self._act(_CLOSE)
 
-    def _act(self, action, *arguments):
-        run(action, self._live(), *arguments)
+    def _act(self, action, *texts):
+        _core.form_act(self._live(), action, *map(_core.as_text, texts))
 
 
 class Controls(collections.abc.Mapping):
@@ -201,7 +219,7 @@ class Controls(collections.abc.Mapping):
         self._form = form
 
     def __len__(self):
-        return self._form._describe().control_count
+        return _core.form_describe(self._form._live())[5]
 
     def __iter__(self):
         return (control.name for control in self._in_order())
@@ -216,9 +234,14 @@ class Controls(collections.abc.Mapping):
         return [Control(self._form, i) for i in range(len(self))]
 
 
-def _live(field, convert=lambda stored: stored, doc=None):
+def _live(place, convert=lambda told: told, doc=None):
     """A property of a control, as it is at the moment."""
-    return property(lambda self: convert(getattr(self._describe(), field)), doc=doc)
+    return property(lambda self: convert(self._told(_core.form_control)[place]), doc=doc)
+
+
+def _of_grid(place):
+    """A property that only a grid has: RunFailure 438 on other controls."""
+    return property(lambda self: self._told(_core.form_grid)[place])
 
 
 class Control:
@@ -229,93 +252,60 @@ class Control:
         self._form = form
         self._index = index
 
-    def _describe(self):
-        return self._told(library().orv2_form_control, ControlInfo())
+    def _told(self, function, *given):
+        return function(self._form._live(), self._index, *given)
 
-    def _grid(self):
-        return self._told(library().orv2_form_grid, GridInfo())
-
-    def _look(self):
-        return self._told(library().orv2_form_look, ControlLook())
-
-    def _told(self, function, info):
-        check(function(self._form._live(), self._index, byref(info)))
-        return info
-
-    name = _live("name", from_c, 'A member of a control array carries its number: "Opt3D(1)".')
-    kind = _live("kind", _KINDS.__getitem__)
-    left = _live("left")
-    top = _live("top")
-    width = _live("width")
-    height = _live("height")
-    tab_index = _live("tab_index")
-    text = _live("text", from_c, "Caption or content.")
-    container = _live("container", from_c, "A frame's name; empty: the form.")
-    visible = _live("visible", bool)
-    enabled = _live("enabled", bool)
-    is_default = _live("is_default", bool, "Answers to Enter.")
-    is_cancel = _live("is_cancel", bool, "Answers to Escape.")
-    value = _live("value", doc="Not zero: ticked or selected; a progress bar's position.")
-    min = _live("min")
-    max = _live("max")
+    name = _live(0, doc='A member of a control array carries its number: "Opt3D(1)".')
+    kind = _live(1, _KINDS.__getitem__)
+    left = _live(2)
+    top = _live(3)
+    width = _live(4)
+    height = _live(5)
+    tab_index = _live(6)
+    text = _live(7, doc="Caption or content.")
+    container = _live(8, doc="A frame's name; empty: the form.")
+    visible = _live(9, bool)
+    enabled = _live(10, bool)
+    is_default = _live(11, bool, "Answers to Enter.")
+    is_cancel = _live(12, bool, "Answers to Escape.")
+    value = _live(13, doc="Not zero: ticked or selected; a progress bar's position.")
+    min = _live(14)
+    max = _live(15)
 
     @property
     def text_alignment(self):
         """Of a label: "left", "centre" or "right"."""
-        return _ALIGNMENTS[self._look().alignment]
+        return _ALIGNMENTS[self._told(_core.form_look)[0]]
 
     @property
     def background(self):
         """0xRRGGBB, or None for the form's own."""
-        colour = self._look().background
+        colour = self._told(_core.form_look)[1]
         return None if colour < 0 else colour
 
     @property
     def sizes_itself(self):
         """A label as wide as its text; it holds the edge that the text is aligned to."""
-        return self._look().sizes_itself != 0
+        return bool(self._told(_core.form_look)[2])
 
-    # What only a grid has: RunFailure 438 on other controls.
-
-    @property
-    def format_string(self):
-        return from_c(self._grid().format_string)
-
-    @property
-    def rows(self):
-        return self._grid().rows
-
-    @property
-    def cols(self):
-        return self._grid().cols
-
-    @property
-    def fixed_rows(self):
-        return self._grid().fixed_rows
-
-    @property
-    def fixed_cols(self):
-        return self._grid().fixed_cols
+    format_string = _of_grid(0)
+    rows = _of_grid(1)
+    cols = _of_grid(2)
+    fixed_rows = _of_grid(3)
+    fixed_cols = _of_grid(4)
 
     @property
     def font(self):
         """Its name, its size in points and its weight, of which 400 is normal."""
-        font = self._told(library().orv2_form_font, GridFont())
-        return from_c(font.name), font.points, font.weight
+        return self._told(_core.form_font)
 
     def alignment(self, col):
         """1 left, 4 centre, 7 right. RunFailure 9 outside the grid."""
-        told = ctypes.c_int32()
-        check(library().orv2_form_alignment(self._form._live(), self._index, to_i32(col),
-                                            byref(told)))
-        return told.value
+        return self._told(_core.form_alignment, _core.as_i32(col))
 
     def cell(self, row, col):
         """A cell's text. RunFailure 9 outside the grid."""
-        told = ctypes.c_char_p()
-        check(library().orv2_form_cell(self._form._live(), self._index, to_i32(row), to_i32(col),
-                                       byref(told)))
-        return from_c(told.value)
+        return self._told(_core.form_cell, _core.as_i32(row), _core.as_i32(col))
 
     def __repr__(self):
         return "<{} {}>".format(self.kind, self.name)

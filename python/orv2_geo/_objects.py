@@ -4,19 +4,17 @@ import functools
 import inspect
 import threading
 import types
-from ctypes import byref, c_size_t
 from typing import NamedTuple, Optional, Tuple
 
-from ._arguments import passed
-from ._failures import INVALID_CALL, RunFailure, check
-from ._handles import new_handle, release
-from ._host import Handled, omitted
+from . import _core, _host
+from ._core import Member as _CoreMember
+from ._core import omitted
+from ._failures import RunFailure
 from ._library import (
-    ANY, BYREF, METHOD, NONE, PROPERTY_READ, PROPERTY_WRITE, ClassInfo, MemberInfo, ParameterInfo,
-    library,
+    ANY, BYREF, METHOD, PROPERTY_READ, PROPERTY_WRITE, RESIZED, WRITTEN, needed,
 )
-from ._numbers import to_text
-from ._texts import from_c, to_c
+
+assert _host  # what the library calls on this side's objects is there
 
 _type_names = (
     "none", "i16", "i32", "f32", "f64", "bool", "text", "object", "variant", "DoubleArray",
@@ -42,12 +40,13 @@ def _type_name(tag):
 
 class Parameter(NamedTuple):
     """A parameter: `&` in its type means by reference. An optional one that is
-    left out is `default`."""
+    left out is `default`. `use` is READ, WRITTEN or RESIZED."""
     name: str
     type: str
     tag: int
     optional: bool
     default: Optional[int]
+    use: int
 
 
 class Member(NamedTuple):
@@ -60,31 +59,23 @@ class Member(NamedTuple):
     tags: Tuple[int, ...]
 
 
-# Past the end of every class: the library itself refuses it.
-_nobody = Member(2**31 - 1, "", METHOD, _type_name(NONE), (), ())
-
-
 def _read_parameter(class_index, position, i):
-    info = ParameterInfo()
-    check(library().orv2_parameter_at(class_index, position, i, byref(info)))
-    optional = info.optional != 0
-    default = (info.default_value if info.has_default else 0) if optional else None
-    return Parameter(from_c(info.name), _type_name(info.type), info.type, optional, default)
+    name, tag, optional, default, use = _core.described_parameter(class_index, position, i)
+    return Parameter(name, _type_name(tag), tag, bool(optional), default if optional else None,
+                     use)
 
 
 def _read_member(class_index, position):
-    info = MemberInfo()
-    check(library().orv2_member_at(class_index, position, byref(info)))
-    parameters = tuple(_read_parameter(class_index, position, i)
-                       for i in range(info.parameter_count))
+    name, kind, result, count = _core.described_member(class_index, position)
+    parameters = tuple(_read_parameter(class_index, position, i) for i in range(count))
     tags = tuple(parameter.tag for parameter in parameters)
-    return Member(position, from_c(info.name), info.kind, _type_name(info.result), parameters, tags)
+    return Member(position, name, kind, _type_name(result), parameters, tags)
 
 
 # ---- Objects ----------------------------------------------------------------
 
 
-class GeoObject(Handled):
+class GeoObject(_core.Object):
     """An object of the library. It is used on the thread that made it
     (RunFailure 5 elsewhere)."""
 
@@ -92,10 +83,8 @@ class GeoObject(Handled):
 
     registered_name = ""
     members = ()
+    _callable = ()
     _spelled = {}
-
-    def __init__(self):
-        self._own(new_handle(library().orv2_create, to_c(self.registered_name)))
 
     def call(self, member, /, *arguments, **named):
         """Calls a member by its name, case ignored, or by its position in
@@ -103,9 +92,9 @@ class GeoObject(Handled):
         written with one. RunFailure 438 for a member that is not there."""
         if isinstance(member, str):
             member = self._position(member, bool(arguments or named))
-        if not 0 <= member < len(self.members):
-            return _invoke(self, _nobody, (), {})
-        return _invoke(self, self.members[member], arguments, named)
+        elif not 0 <= member < len(self.members):
+            raise RunFailure(438, source=self.registered_name)
+        return self._callable[member](self, *arguments, **named)
 
     def _position(self, name, with_argument):
         position = self._find(name, ANY)
@@ -114,67 +103,31 @@ class GeoObject(Handled):
         return position
 
     def _find(self, name, kind):
-        position = c_size_t()
         try:
-            check(library().orv2_find_member(self._handle, to_c(name), kind, byref(position)))
+            return _core.find_member(self, name, kind)
         except RunFailure as failure:
             failure.source = failure.source or self.registered_name
             raise
-        return position.value
-
-    def __getattr__(self, name):
-        spelled = self._spelled.get(name.lower(), name)
-        if spelled == name:
-            raise AttributeError("{} has no member {!r}".format(self.registered_name, name))
-        return getattr(self, spelled)
-
-    def __setattr__(self, name, value):
-        super().__setattr__(self._spelled.get(name.lower(), name), value)
 
     def __repr__(self):
         return "<{}>".format(self.registered_name)
 
 
-def _invoke(self, member, arguments, named):
-    if threading.get_ident() != self._thread:
-        raise RunFailure(INVALID_CALL, source=self.registered_name)  # before anything runs
-    if named:
-        arguments = _in_order(member, arguments, named)
-    call = functools.partial(library().orv2_call, self._handle, member.position)
-    return passed(call, member.tags, arguments, self.registered_name)
-
-
-def _in_order(member, arguments, named):
-    """Keyword arguments at their places. TypeError as for any function."""
-    names = [parameter.name for parameter in member.parameters]
-    for name in named:
-        if name not in names:
-            raise TypeError("{}() has no parameter {!r}".format(member.name, name))
-        if name in names[:len(arguments)]:
-            raise TypeError("{}() got {!r} twice".format(member.name, name))
-    last = max(names.index(name) for name in named)
-    rest = [named.get(name, omitted) for name in names[len(arguments):last + 1]]
-    return (*arguments, *rest)
-
-
 def create(registered_name):
     """A new object of the class "Orv2_Geo.cgeo_Algorismos" or the like, case
     ignored. RunFailure 429 for an unknown name."""
-    return wrapped(new_handle(library().orv2_create, to_c(to_text(registered_name))))
+    needed()
+    return wrapped(_core.create(registered_name))
 
 
 def wrapped(handle):
     """The object behind a handle; one reference becomes its own."""
-    index = c_size_t()
     try:
-        check(library().orv2_class_of(handle, byref(index)))
+        index = _core.class_of(handle)
     except RunFailure:
-        release(handle)
+        _core.release(handle)
         raise
-    of_class = tuple(classes().values())[index.value]
-    made = of_class.__new__(of_class)
-    made._own(handle)
-    return made
+    return _core.adopted(tuple(classes().values())[index], handle)
 
 
 # ---- Classes ----------------------------------------------------------------
@@ -191,61 +144,63 @@ def classes():
 
 @functools.lru_cache(maxsize=None)
 def _classes():
-    made = (_new_class(i) for i in range(library().orv2_class_count()))
+    needed()
+    made = (_new_class(i) for i in range(_core.class_count()))
     return types.MappingProxyType({one.__name__: one for one in made})
 
 
 def _new_class(index):
-    info = ClassInfo()
-    check(library().orv2_class_at(index, byref(info)))
-    name, registered_name = from_c(info.name), from_c(info.registered_name)
-    members = tuple(_read_member(index, i) for i in range(info.member_count))
+    name, registered_name, count = _core.described_class(index)
+    members = tuple(_read_member(index, i) for i in range(count))
+    called = tuple(_callable(name, index, member) for member in members)
     body = {
         "__slots__": (),
         "__module__": "orv2_geo",
-        "__doc__": _class_doc(registered_name, members),
+        "__doc__": _class_doc(name, registered_name, members),
         "registered_name": registered_name,
         "members": members,
+        "_callable": called,
         "_spelled": {member.name.lower(): member.name for member in members},
     }
     for member in members:
-        body[member.name] = _attribute(name, member, members)
-    return type(name, (GeoObject,), body)
+        body[member.name] = _attribute(name, member, members, called)
+    made = type(name, (GeoObject,), body)
+    for one in called:
+        one.__objclass__ = made
+    return made
 
 
-def _attribute(class_name, member, members):
+def _callable(class_name, class_index, member):
+    one = _CoreMember(class_index, member.position)
+    one.__doc__ = _method_doc(class_name, member)
+    one.__signature__ = _signature(member)
+    return one
+
+
+def _attribute(class_name, member, members, called):
     if member.kind == METHOD:
-        return _method(class_name, member)
-    read = next(one for one in members if one.name == member.name and one.kind == PROPERTY_READ)
-    write = next((one for one in members
-                  if one.name == member.name and one.kind == PROPERTY_WRITE), None)
-    return _property(read, write)
-
-
-def _method(class_name, member):
-    def method(self, /, *arguments, **named):
-        return _invoke(self, member, arguments, named)
-
-    method.__name__ = member.name
-    method.__qualname__ = class_name + "." + member.name
-    method.__module__ = "orv2_geo"
-    method.__doc__ = _method_doc(member)
-    method.__signature__ = _signature(member)
-    return method
-
-
-def _property(read, write):
-    def get(self):
-        return _invoke(self, read, (), {})
-
-    def put(self, value):
-        _invoke(self, write, (value,), {})
-
-    doc = "{}, {}.".format(read.result, "read and write" if write else "read only")
-    return property(get, put if write else None, doc=doc)
+        return called[member.position]
+    sides = {one.kind: called[one.position] for one in members if one.name == member.name}
+    doc = _helped(class_name, member.name) or ""
+    return property(sides[PROPERTY_READ], sides.get(PROPERTY_WRITE), doc=doc)
 
 
 # ---- Documentation ----------------------------------------------------------
+
+
+@functools.lru_cache(maxsize=None)
+def _help():
+    """What the headers say, made from them when the library is built; None where that
+    was not done."""
+    try:
+        from . import _help as told
+    except ImportError:
+        return None
+    return told
+
+
+def _helped(class_name, member_name):
+    return _help().MEMBERS[class_name, member_name] if _help() is not None else None
 
 
 def _signature(member):
@@ -257,14 +212,21 @@ def _signature(member):
     return inspect.Signature(named, return_annotation=member.result)
 
 
+_uses = {WRITTEN: ", written: a Ref", RESIZED: ", resized"}
+
+
 def _parameter_line(parameter, width):
     line = "    {:{}}  {}".format(parameter.name, width, parameter.type)
+    line += _uses.get(parameter.use, "")
     if parameter.optional:
         line += ", optional: {} when left out".format(parameter.default)
     return line
 
 
-def _method_doc(member):
+def _method_doc(class_name, member):
+    helped = _helped(class_name, member.name)
+    if helped is not None:
+        return helped
     width = max((len(parameter.name) for parameter in member.parameters), default=0)
     lines = ["Member {} of the interface.".format(member.position), "", "Parameters:"]
     lines += [_parameter_line(parameter, width) for parameter in member.parameters]
@@ -275,8 +237,13 @@ def _method_doc(member):
 _kinds = {METHOD: "method", PROPERTY_READ: "property, read", PROPERTY_WRITE: "property, write"}
 
 
-def _class_doc(registered_name, members):
+def _class_doc(name, registered_name, members):
+    if _help() is not None:
+        return _help().CLASSES[name]
     lines = [registered_name, "", "Members in interface order:"]
     lines += ["    {:2}  {} ({})".format(member.position, member.name, _kinds[member.kind])
               for member in members]
     return "\n".join(lines)
+
+
+_core.use("wrapped", wrapped)

@@ -5,14 +5,15 @@ import ctypes
 import os
 import struct
 import unittest
+from ctypes import c_char_p, c_double, c_float, c_int16, c_int32, c_uint16, c_uint64, c_void_p
 
 import orv2_geo
 
 LIBRARY = os.environ["ORV2_TEST_LIBRARY"]
 orv2_geo.load(LIBRARY)
 
-from orv2_geo import _arguments, _calls, _host, _library  # noqa: E402
-from orv2_geo._library import BYREF  # noqa: E402
+from orv2_geo import _core, _library  # noqa: E402
+from orv2_geo._library import BOOL, BYREF, F64, I32, UTF8  # noqa: E402
 
 REPOSITORY = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
 
@@ -24,6 +25,36 @@ TYPES = {
     "StringArray": _library.STRING_ARRAY,
 }
 
+_functions = ctypes.CDLL(LIBRARY)
+
+
+class As(ctypes.Union):
+    _fields_ = [
+        ("f64", c_double), ("f32", c_float), ("i32", c_int32), ("i16", c_int16),
+        ("boolean", c_int16), ("handle", c_uint64), ("utf8", c_char_p), ("pointer", c_void_p),
+    ]
+
+
+class Value(ctypes.Structure):
+    """A value as the library's C header has it."""
+    _anonymous_ = ("value",)
+    _fields_ = [("tag", c_uint16), ("value", As)]
+
+
+def put(slot, value):
+    """A plain value, by value. What must outlive the slot is answered."""
+    if isinstance(value, bool):
+        slot.tag, slot.boolean = BOOL, -int(value)
+    elif isinstance(value, int):
+        slot.tag, slot.i32 = I32, value
+    elif isinstance(value, str):
+        kept = value.encode("utf-8", "surrogatepass")
+        slot.tag, slot.utf8 = UTF8, kept
+        return kept
+    else:
+        slot.tag, slot.f64 = F64, value
+    return None
+
 
 def tag(type_name):
     """The tag of a type as signatures show it, such as "f64&"."""
@@ -31,23 +62,26 @@ def tag(type_name):
 
 
 def declared(name, *argument_types):
-    function = getattr(_library.library(), "orv2_testing_" + name)
+    function = getattr(_functions, "orv2_testing_" + name)
     function.restype = ctypes.c_int32
     function.argtypes = argument_types
     return function
 
 
-_values = ctypes.POINTER(_library.Value)
+def release(handle):
+    _functions.orv2_release(c_uint64(handle))
+
+
 _member_like = {
-    name: declared(name, _values, ctypes.c_size_t, _values)
+    name: ctypes.cast(getattr(_functions, "orv2_testing_" + name), c_void_p).value
     for name in ("run", "swap", "swap_and_fail", "same", "tag", "text_size")
 }
 
 
 def passed(name, parameters, *given):
     """Calls a testing function the way a member with these parameters is called."""
-    tags = [tag(one) for one in parameters.split()]
-    return _arguments.passed(_member_like[name], tags, given, "Orv2_Geo.Testing")
+    tags = tuple(tag(one) for one in parameters.split())
+    return _core.call_like_member(_member_like[name], tags, given, "Orv2_Geo.Testing")
 
 
 def run_on(target, parameters, *given):
@@ -55,15 +89,20 @@ def run_on(target, parameters, *given):
     return passed("run", "object& " + parameters, target, *given)
 
 
+def run(function, *arguments):
+    """Calls a function of the library that answers with a status and may call back."""
+    _core.framed(function, arguments)
+
+
 @contextlib.contextmanager
 def lent(target):
     """A handle for an object of this side."""
-    handle, owned = _host.lend(target)
+    handle, owned = _core.lend_handle(target)
     try:
         yield handle
     finally:
         if owned:
-            _library.library().orv2_release(handle)
+            release(handle)
 
 
 def bits(number):
@@ -88,6 +127,3 @@ class Case(unittest.TestCase):
 
     def same_bits(self, given, wanted):
         self.assertEqual(bits(given), bits(wanted), "{!r} is not {!r}".format(given, wanted))
-
-
-run = _calls.run

@@ -4,7 +4,6 @@ import gc
 import math
 import pickle
 import struct
-import sys
 import threading
 import weakref
 
@@ -117,7 +116,7 @@ class Elements(Case):
                     self.assertNotIsInstance(caught.exception, IndexError)
 
     def test_an_index_is_a_whole_number(self):
-        for index in (1.0, "1", slice(0, 1), None):
+        for index in (1.0, "1", None):
             with self.subTest(index), self.assertRaises(TypeError):
                 DoubleArray([1.0, 2.0])[index]
 
@@ -263,9 +262,7 @@ class Views(Case):
 
     def test_memoryview_shows_the_elements(self):
         made = ShortArray([1, 2])
-        # memoryview() itself asks for it from 3.12 on.
-        ask = memoryview if sys.version_info >= (3, 12) else lambda one: one.__buffer__(0)
-        with ask(made) as view:
+        with memoryview(made) as view:
             view[0] = 5
         self.assertEqual(list(made), [5, 2])
 

@@ -5,24 +5,24 @@ import types
 import weakref
 from ctypes import byref
 
-from support import Case, Runner, declared, lent, passed, run, run_on
+from support import Case, Runner, Value, declared, lent, passed, put, release, run, run_on
 
 import orv2_geo
-from orv2_geo import Ref, RunFailure, _host, _library
+from orv2_geo import Ref, RunFailure, _core
 
 _progress = declared("progress", ctypes.c_uint64, ctypes.c_int16)
 _pset = declared("pset", ctypes.c_uint64, ctypes.c_int16, ctypes.POINTER(ctypes.c_double),
                  ctypes.POINTER(ctypes.c_double), ctypes.c_int16)
 _set_property = declared("set_property", ctypes.c_uint64, ctypes.c_char_p,
-                         ctypes.POINTER(_library.Value))
-_call = declared("call", ctypes.c_uint64, ctypes.c_char_p, ctypes.POINTER(_library.Value),
-                 ctypes.c_size_t, ctypes.POINTER(_library.Value))
+                         ctypes.POINTER(Value))
+_call = declared("call", ctypes.c_uint64, ctypes.c_char_p, ctypes.POINTER(Value),
+                 ctypes.c_size_t, ctypes.POINTER(Value))
 
 
 def set_property(target, name, value):
     """Has the library set a property of an object of this side."""
-    slot = _library.Value()
-    kept = _host.put(slot, value)
+    slot = Value()
+    kept = put(slot, value)
     with lent(target) as handle:
         run(_set_property, handle, name.encode(), byref(slot))
     return kept
@@ -31,7 +31,7 @@ def set_property(target, name, value):
 def call(target, name):
     """Has the library call a member without arguments; the tag of the answer,
     and the answer."""
-    answer = _library.Value()
+    answer = Value()
     with lent(target) as handle:
         run(_call, handle, name.encode(), None, 0, byref(answer))
     return answer
@@ -319,23 +319,23 @@ class Lives(Case):
         del target
         gc.collect()
         self.assertIsNone(gone())
-        self.assertEqual(_host._targets, {})
+        self.assertEqual(_core.lent_count(), 0)
 
     def test_an_object_is_kept_as_long_as_a_handle_is(self):
         target = Named()
         gone = weakref.ref(target)
-        handle, owned = _host.lend(target)
+        handle, owned = _core.lend_handle(target)
         self.assertTrue(owned)
         del target
         gc.collect()
         self.assertIsNotNone(gone())
-        _library.library().orv2_release(handle)
+        release(handle)
         gc.collect()
         self.assertIsNone(gone())
 
     def test_an_object_of_the_library_crosses_as_itself(self):
         functions = orv2_geo.create("Orv2_Geo.cgeo_FuncDeriv")
-        self.assertEqual(_host.lend(functions), (functions._handle, False))
+        self.assertEqual(_core.lend_handle(functions), (functions._handle, False))
         set_property(functions, "rpi", 2.5)
         self.assertEqual(functions.RPi, 2.5)
         with self.fails(438):
@@ -345,7 +345,7 @@ class Lives(Case):
         target = Runner(lambda value: value)
         for _ in range(2000):
             run_on(target, "f64", 1.5)
-        self.assertEqual(_host._targets, {})
+        self.assertEqual(_core.lent_count(), 0)
 
 
 class Interrupting(Case):

@@ -1,0 +1,38 @@
+#include "library.h"
+
+#include <dlfcn.h>
+
+namespace orv2_geo::python {
+
+Library library;
+
+namespace {
+
+bool open = false;
+
+template <class Function>
+bool found(void* file, const char* name, Function& function) {
+  function = reinterpret_cast<Function>(dlsym(file, name));
+  return function != nullptr;
+}
+
+}  // namespace
+
+std::string opened(const char* path) {
+  void* const file = dlopen(path, RTLD_NOW | RTLD_LOCAL);
+  if (file == nullptr) return dlerror();
+  Library functions;
+#define ORV2_PYTHON_FOUND(name)                                              \
+  if (!found(file, #name, functions.name)) {                                 \
+    return std::string(path) + " is of another version: no " #name " in it"; \
+  }
+  ORV2_PYTHON_FUNCTIONS(ORV2_PYTHON_FOUND)
+#undef ORV2_PYTHON_FOUND
+  library = functions;
+  open = true;
+  return {};
+}
+
+bool is_open() noexcept { return open; }
+
+}  // namespace orv2_geo::python

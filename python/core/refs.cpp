@@ -1,0 +1,483 @@
+#include "refs.h"
+
+#include <cstring>
+
+#include "failures.h"
+#include "hosts.h"
+
+namespace orv2_geo::python {
+
+PyTypeObject* ref_type = nullptr;
+
+namespace {
+
+orv2_handle& handle_at(Ref* ref) { return *static_cast<orv2_handle*>(ref->at); }
+
+std::size_t size_of(std::uint16_t type) {
+  switch (type) {
+    case ORV2_F32:
+    case ORV2_I32: return 4;
+    case ORV2_I16:
+    case ORV2_BOOL: return 2;
+    default: return 8;
+  }
+}
+
+// ---- Texts and objects in a call -------------------------------------------------------
+
+Owned text_at(Ref* ref) {
+  const std::uint16_t* units = nullptr;
+  std::size_t count = 0;
+  if (!succeeded(library.orv2_text_get(ref->cell.handle, &units, &count))) return {};
+  return Owned(text_of_units(units, count));
+}
+
+bool write_text(Ref* ref, PyObject* value) {
+  const Owned text = text_in(value);
+  if (!text) return false;
+  const Units units(text.get());
+  return units && succeeded(library.orv2_text_set(ref->cell.handle, units.data(), units.count()));
+}
+
+// Objects written into a variable stay lent until the call is over: the handle of each
+// belongs to its object in `held`, and those to release are in `handles`.
+bool write_object(Ref* ref, PyObject* value) {
+  orv2_handle handle = 0;
+  bool owned = false;
+  if (!lend(value, handle, owned)) return false;
+  const Owned key(PyLong_FromUnsignedLongLong(handle));
+  const bool known = key && PyDict_SetItem(ref->held, key.get(), value) == 0;
+  if (!known || (owned && PyList_Append(ref->handles, key.get()) != 0)) {
+    if (owned) release(handle);
+    return false;
+  }
+  handle_at(ref) = handle;
+  return true;
+}
+
+Owned object_at(Ref* ref) {
+  const orv2_handle handle = handle_at(ref);
+  const Owned key(PyLong_FromUnsignedLongLong(handle));
+  if (!key) return {};
+  PyObject* const known = PyDict_GetItemWithError(ref->held, key.get());
+  if (known != nullptr) return Owned::to(known);
+  return PyErr_Occurred() != nullptr ? Owned() : object_behind(handle);
+}
+
+void release_lent(Ref* ref) noexcept {
+  const Py_ssize_t count = ref->handles != nullptr ? PyList_Size(ref->handles) : 0;
+  for (Py_ssize_t i = 0; i < count; ++i) {
+    release(PyLong_AsUnsignedLongLong(PyList_GetItem(ref->handles, i)));
+  }
+  Owned(std::exchange(ref->handles, nullptr));
+}
+
+// ---- A value outside a call ------------------------------------------------------------
+
+void hold(Ref* ref, PyObject* value) {
+  Py_INCREF(value);
+  PyObject* const before = std::exchange(ref->held, value);
+  ref->type = ORV2_NONE;
+  Py_XDECREF(before);
+}
+
+// A float in its own memory, anything else as it is.
+void keep(Ref* ref, PyObject* value) {
+  if (!PyFloat_CheckExact(value)) return hold(ref, value);
+  ref->cell.f64 = PyFloat_AsDouble(value);
+  ref->type = ORV2_F64;
+  Owned(std::exchange(ref->held, nullptr));
+}
+
+// Memory for a parameter's type, filled with the value. The variable is as it was when that
+// fails.
+bool enter_scalar(Ref* ref, std::uint16_t type, PyObject* value) {
+  Cell cell{};
+  if (!stored(value, type, cell)) return false;
+  ref->cell = cell;
+  return true;
+}
+
+bool enter_text(Ref* ref, PyObject* value) {
+  const Owned text = text_in(value);
+  if (!text) return false;
+  const Units units(text.get());
+  if (!units) return false;
+  return succeeded(library.orv2_text_new(units.data(), units.count(), &ref->cell.handle));
+}
+
+bool enter_object(Ref* ref, PyObject* value) {
+  Owned objects(PyDict_New());
+  Owned handles(PyList_New(0));
+  if (!objects || !handles) return false;
+  PyObject* const before = std::exchange(ref->held, objects.release());
+  ref->handles = handles.release();
+  if (write_object(ref, value)) {
+    Py_XDECREF(before);
+    return true;
+  }
+  Owned(std::exchange(ref->held, before));
+  release_lent(ref);
+  return false;
+}
+
+bool enter(Ref* ref, std::uint16_t type) {
+  if (!is_scalar(type) && type != ORV2_TEXT && type != ORV2_OBJECT) {
+    return refused(number::type_mismatch);
+  }
+  const Owned value = value_of(ref);
+  if (!value) return false;
+  if (is_scalar(type)) return enter_scalar(ref, type, value.get());
+  return type == ORV2_TEXT ? enter_text(ref, value.get()) : enter_object(ref, value.get());
+}
+
+// The last use is over: the value stays, texts and objects go back to Python's side.
+bool leave(Ref* ref) {
+  if (is_scalar(ref->type)) {
+    if (ref->at != &ref->cell) std::memcpy(&ref->cell, ref->at, size_of(ref->type));
+    ref->at = &ref->cell;
+    return true;
+  }
+  const bool own = ref->at == &ref->cell;
+  const Owned last = value_of(ref);
+  if (ref->type == ORV2_TEXT && own) release(ref->cell.handle);
+  if (ref->type == ORV2_OBJECT) release_lent(ref);
+  ref->at = &ref->cell;
+  hold(ref, last ? last.get() : Py_None);
+  return static_cast<bool>(last);
+}
+
+// ---- The type ---------------------------------------------------------------------------
+
+PyObject* ref_new(PyTypeObject* of, PyObject*, PyObject*) {
+  auto* const allocate = reinterpret_cast<allocfunc>(PyType_GetSlot(of, Py_tp_alloc));
+  PyObject* const made = allocate(of, 0);
+  if (made == nullptr) return nullptr;
+  Ref* const ref = ref_in(made);
+  ref->at = &ref->cell;
+  ref->type = ORV2_NONE;
+  ref->held = PyLong_FromLong(0);
+  if (ref->held != nullptr) return made;
+  Py_DECREF(made);
+  return nullptr;
+}
+
+bool write(Ref* ref, PyObject* value) {
+  if (ref->uses == 0) {
+    keep(ref, value);
+    return true;
+  }
+  if (ref->type == ORV2_TEXT) return write_text(ref, value);
+  if (ref->type == ORV2_OBJECT) return write_object(ref, value);
+  Cell cell{};
+  if (!stored(value, ref->type, cell)) return false;
+  std::memcpy(ref->at, &cell, size_of(ref->type));
+  return true;
+}
+
+int ref_init(PyObject* self, PyObject* arguments, PyObject* named) {
+  static char value_name[] = "value";
+  static char* names[] = {value_name, nullptr};
+  PyObject* value = nullptr;
+  if (PyArg_ParseTupleAndKeywords(arguments, named, "|O:Ref", names, &value) == 0) return -1;
+  return value == nullptr || write(ref_in(self), value) ? 0 : -1;
+}
+
+int ref_traverse(PyObject* self, visitproc visit, void* arg) {
+#if PY_VERSION_HEX >= 0x03090000
+  Py_VISIT(Py_TYPE(self));
+#endif
+  Py_VISIT(ref_in(self)->held);
+  return 0;
+}
+
+int ref_clear(PyObject* self) {
+  Ref* const ref = ref_in(self);
+  if (ref->uses == 0) Py_CLEAR(ref->held);
+  return 0;
+}
+
+void ref_dealloc(PyObject* self) {
+  PyObject_GC_UnTrack(self);
+  Ref* const ref = ref_in(self);
+  if (ref->weak != nullptr) PyObject_ClearWeakRefs(self);
+  Py_CLEAR(ref->held);
+  Py_CLEAR(ref->handles);
+  PyTypeObject* const of = Py_TYPE(self);
+  reinterpret_cast<freefunc>(PyType_GetSlot(of, Py_tp_free))(self);
+  Py_DECREF(of);
+}
+
+PyObject* get_value(PyObject* self, void*) { return value_of(ref_in(self)).release(); }
+
+int set_value(PyObject* self, PyObject* value, void*) {
+  if (value == nullptr) {
+    PyErr_SetString(PyExc_AttributeError, "a Ref always has a value");
+    return -1;
+  }
+  return write(ref_in(self), value) ? 0 : -1;
+}
+
+// ---- As a number ------------------------------------------------------------------------
+
+// What an operand is worth: a Ref its value.
+Owned operand(PyObject* object) {
+  return is_ref(object) ? value_of(ref_in(object)) : Owned::to(object);
+}
+
+template <PyObject* (*operation)(PyObject*, PyObject*)>
+PyObject* binary(PyObject* left, PyObject* right) {
+  const Owned a = operand(left);
+  const Owned b = operand(right);
+  return a && b ? operation(a.get(), b.get()) : nullptr;
+}
+
+// The variable itself takes the outcome.
+template <PyObject* (*operation)(PyObject*, PyObject*)>
+PyObject* in_place(PyObject* left, PyObject* right) {
+  const Owned outcome(binary<operation>(left, right));
+  if (!outcome || !write(ref_in(left), outcome.get())) return nullptr;
+  Py_INCREF(left);
+  return left;
+}
+
+template <PyObject* (*operation)(PyObject*)>
+PyObject* unary(PyObject* self) {
+  const Owned value = value_of(ref_in(self));
+  return value ? operation(value.get()) : nullptr;
+}
+
+PyObject* power(PyObject* left, PyObject* right, PyObject* modulus) {
+  const Owned a = operand(left);
+  const Owned b = operand(right);
+  const Owned m = operand(modulus);
+  return a && b && m ? PyNumber_Power(a.get(), b.get(), m.get()) : nullptr;
+}
+
+PyObject* power_in_place(PyObject* left, PyObject* right, PyObject* modulus) {
+  const Owned outcome(power(left, right, modulus));
+  if (!outcome || !write(ref_in(left), outcome.get())) return nullptr;
+  Py_INCREF(left);
+  return left;
+}
+
+int truth(PyObject* self) {
+  const Owned value = value_of(ref_in(self));
+  return value ? PyObject_IsTrue(value.get()) : -1;
+}
+
+PyObject* compare(PyObject* left, PyObject* right, int operation) {
+  const Owned a = operand(left);
+  const Owned b = operand(right);
+  return a && b ? PyObject_RichCompare(a.get(), b.get(), operation) : nullptr;
+}
+
+PyObject* show(PyObject* self) {
+  const Owned value = value_of(ref_in(self));
+  return value ? PyUnicode_FromFormat("Ref(%R)", value.get()) : nullptr;
+}
+
+// ---- Methods ----------------------------------------------------------------------------
+
+PyObject* format(PyObject* self, PyObject* spec) {
+  const Owned value = value_of(ref_in(self));
+  return value ? PyObject_Format(value.get(), spec) : nullptr;
+}
+
+PyObject* rounded(PyObject* self, PyObject* arguments) {
+  const Owned value = value_of(ref_in(self));
+  const Owned method = value ? Owned(PyObject_GetAttrString(value.get(), "__round__")) : Owned();
+  return method ? PyObject_CallObject(method.get(), arguments) : nullptr;
+}
+
+PyObject* reduce(PyObject* self, PyObject*) {
+  const Owned value = value_of(ref_in(self));
+  return value ? Py_BuildValue("O(O)", Py_TYPE(self), value.get()) : nullptr;
+}
+
+PyObject* of_type(PyObject* of, PyObject*) {
+  Py_INCREF(of);
+  return of;
+}
+
+PyMethodDef methods[] = {
+    {"__format__", format, METH_O, nullptr},
+    {"__round__", rounded, METH_VARARGS, nullptr},
+    {"__reduce__", reduce, METH_NOARGS, nullptr},
+    {"__class_getitem__", of_type, METH_O | METH_CLASS, nullptr},
+    {nullptr, nullptr, 0, nullptr},
+};
+
+PyGetSetDef properties[] = {
+    {"value", get_value, set_value, "The variable's value, in the middle of a call too.", nullptr},
+    {nullptr, nullptr, nullptr, nullptr, nullptr},
+};
+
+PyMemberDef layout[] = {
+    {"__weaklistoffset__", T_PYSSIZET, offsetof(Ref, weak), READONLY, nullptr},
+    {nullptr, 0, 0, 0, nullptr},
+};
+
+constexpr const char* description =
+    "Ref(value=0)\n--\n\n"
+    "A variable passed by reference.\n\n"
+    "`value` reads and writes it. The variable takes the type of the parameter that it is\n"
+    "given for; after the call, and in the middle of it too, `value` shows what the library\n"
+    "wrote. The same Ref given twice is one variable. A Ref counts, compares and formats\n"
+    "like its value; `+=` and the like change the variable itself.\n\n"
+    "    bearing = Ref(0.0)\n"
+    "    algorismos.Azimut(1.0, 0.0, bearing)\n"
+    "    bearing.value";
+
+template <class T>
+void* slot(T* function) {
+  return reinterpret_cast<void*>(function);
+}
+
+PyType_Slot slots[] = {
+    {Py_tp_doc, const_cast<char*>(description)},
+    {Py_tp_new, slot(ref_new)},
+    {Py_tp_init, slot(ref_init)},
+    {Py_tp_dealloc, slot(ref_dealloc)},
+    {Py_tp_traverse, slot(ref_traverse)},
+    {Py_tp_clear, slot(ref_clear)},
+    {Py_tp_repr, slot(show)},
+    {Py_tp_richcompare, slot(compare)},
+    {Py_tp_hash, slot(PyObject_HashNotImplemented)},
+    {Py_tp_methods, methods},
+    {Py_tp_getset, properties},
+    {Py_tp_members, layout},
+    {Py_nb_float, slot(unary<PyNumber_Float>)},
+    {Py_nb_int, slot(unary<PyNumber_Long>)},
+    {Py_nb_bool, slot(truth)},
+    {Py_nb_negative, slot(unary<PyNumber_Negative>)},
+    {Py_nb_positive, slot(unary<PyNumber_Positive>)},
+    {Py_nb_absolute, slot(unary<PyNumber_Absolute>)},
+    {Py_nb_add, slot(binary<PyNumber_Add>)},
+    {Py_nb_subtract, slot(binary<PyNumber_Subtract>)},
+    {Py_nb_multiply, slot(binary<PyNumber_Multiply>)},
+    {Py_nb_true_divide, slot(binary<PyNumber_TrueDivide>)},
+    {Py_nb_floor_divide, slot(binary<PyNumber_FloorDivide>)},
+    {Py_nb_remainder, slot(binary<PyNumber_Remainder>)},
+    {Py_nb_power, slot(power)},
+    {Py_nb_inplace_add, slot(in_place<PyNumber_Add>)},
+    {Py_nb_inplace_subtract, slot(in_place<PyNumber_Subtract>)},
+    {Py_nb_inplace_multiply, slot(in_place<PyNumber_Multiply>)},
+    {Py_nb_inplace_true_divide, slot(in_place<PyNumber_TrueDivide>)},
+    {Py_nb_inplace_floor_divide, slot(in_place<PyNumber_FloorDivide>)},
+    {Py_nb_inplace_remainder, slot(in_place<PyNumber_Remainder>)},
+    {Py_nb_inplace_power, slot(power_in_place)},
+    {0, nullptr},
+};
+
+PyType_Spec spec = {"orv2_geo.Ref", sizeof(Ref), 0,
+                    Py_TPFLAGS_DEFAULT | Py_TPFLAGS_BASETYPE | Py_TPFLAGS_HAVE_GC, slots};
+
+}  // namespace
+
+Owned value_of(Ref* ref) {
+  if (is_scalar(ref->type)) return Owned(shown(ref->type, ref->at));
+  if (ref->type == ORV2_TEXT) return text_at(ref);
+  if (ref->type == ORV2_OBJECT) return object_at(ref);
+  return Owned::to(ref->held != nullptr ? ref->held : Py_None);
+}
+
+Bound::Bound(Bound&& other) noexcept
+    : ref_(std::exchange(other.ref_, nullptr)),
+      first_(other.first_),
+      type_(other.type_),
+      cell_(other.cell_),
+      held_(std::exchange(other.held_, nullptr)) {}
+
+Bound::~Bound() {
+  if (ref_ != nullptr) restore();
+  Py_XDECREF(held_);
+}
+
+bool Bound::bind(Ref* ref, std::uint16_t type, orv2_value& slot) {
+  if (ref->uses != 0) {
+    if (ref->type != type) return refused(number::type_mismatch);
+  } else {
+    type_ = ref->type;
+    cell_ = ref->cell;
+    held_ = Owned::to(ref->held).release();
+    if (type_ != type && !enter(ref, type)) return false;
+    ref->type = type;
+    first_ = true;
+  }
+  ++ref->uses;
+  Py_INCREF(&ref->ob_base);
+  ref_ = ref;
+  slot.tag = static_cast<std::uint16_t>(type | ORV2_BYREF);
+  if (type == ORV2_TEXT) {
+    slot.as.handle = ref->cell.handle;
+  } else {
+    slot.as.pointer = ref->at;
+  }
+  return true;
+}
+
+bool Bound::settle() {
+  Ref* const ref = std::exchange(ref_, nullptr);
+  bool well = true;
+  if (--ref->uses == 0) {
+    well = leave(ref);
+    if (is_scalar(ref->type)) Owned(std::exchange(ref->held, nullptr));
+  }
+  Py_DECREF(&ref->ob_base);
+  return well;
+}
+
+// The call was not made: the variable is as it was.
+void Bound::restore() noexcept {
+  Ref* const ref = std::exchange(ref_, nullptr);
+  if (--ref->uses == 0 && first_) {
+    if (ref->type == ORV2_TEXT) release(ref->cell.handle);
+    release_lent(ref);
+    ref->type = type_;
+    ref->cell = cell_;
+    Owned(std::exchange(ref->held, std::exchange(held_, nullptr)));
+  }
+  Py_DECREF(&ref->ob_base);
+}
+
+Owned ref_over(const orv2_value& value) {
+  const std::uint16_t type = type_in(value.tag);
+  if (!is_scalar(type) && type != ORV2_TEXT && type != ORV2_OBJECT) {
+    raise(number::type_mismatch);
+    return {};
+  }
+  Owned made(ref_new(ref_type, nullptr, nullptr));
+  if (!made) return made;
+  Ref* const ref = ref_in(made.get());
+  if (type == ORV2_OBJECT) {
+    Owned objects(PyDict_New());
+    ref->handles = PyList_New(0);
+    if (!objects || ref->handles == nullptr) return {};
+    Owned(std::exchange(ref->held, objects.release()));
+  }
+  ref->type = type;
+  ref->uses = 1;
+  if (type == ORV2_TEXT) {
+    ref->cell.handle = value.as.handle;
+    ref->at = nullptr;  // not its own: let_go leaves the handle alone
+  } else {
+    ref->at = value.as.pointer;
+  }
+  return made;
+}
+
+bool let_go(Ref* ref) {
+  --ref->uses;
+  return leave(ref);
+}
+
+bool make_ref_type(PyObject* module) {
+  Owned made(PyType_FromSpec(&spec));
+  if (!made) return false;
+  ref_type = reinterpret_cast<PyTypeObject*>(made.get());
+  Py_INCREF(made.get());  // for good
+  return PyModule_AddObject(module, "Ref", made.release()) == 0;
+}
+
+}  // namespace orv2_geo::python
