@@ -136,6 +136,81 @@ TEST(AdoptedArrays, AreNotAskedForWhatCannotBe) {
   expect_as_adopted(array, buffer);
 }
 
+// ---- Elements that the host keeps, whatever the shape ------------------------------
+
+struct Kept : Buffer {
+  int releases = 0;
+
+  static std::int32_t resize_or_release(void* context, std::int32_t old_lower,
+                                        std::uint32_t old_count, std::int32_t lower,
+                                        std::uint32_t count, std::int16_t keep, void** data) {
+    if (data != nullptr) return resize(context, old_lower, old_count, lower, count, keep, data);
+    auto& kept = *static_cast<Kept*>(context);
+    EXPECT_EQ(count, 0U);
+    ++kept.releases;
+    kept.elements.clear();
+    return kept.status;
+  }
+
+  orv2_handle hosted(const orv2_array_info& shape) {
+    orv2_handle array = 0;
+    EXPECT_EQ(orv2_array_host(&shape, elements.data(), resize_or_release, this, &array), 0);
+    return array;
+  }
+};
+
+orv2_array_info described(orv2_handle array) {
+  orv2_array_info info{};
+  EXPECT_EQ(orv2_array_describe(array, &info), 0);
+  return info;
+}
+
+TEST(HostArrays, BeginUnallocatedAndGetTheirElementsFromTheHost) {
+  Kept kept;
+  kept.elements.clear();
+  const Owned array(kept.hosted({ORV2_DOUBLE_ARRAY, 0, 0, 0, 0, 0}));
+  EXPECT_EQ(described(array).allocated, 0);
+  EXPECT_EQ(described(array).dimensions, 0);
+  ASSERT_EQ(orv2_array_resize(array, 3, 5, -1), 0);
+  EXPECT_EQ(kept.requests, (std::vector<Request>{{0, 0, 3, 3, -1}}));
+  EXPECT_EQ(described(array).lower, 3);
+  EXPECT_EQ(described(array).count, 3U);
+  void* data = nullptr;
+  EXPECT_EQ(orv2_array_data(array, &data), 0);
+  EXPECT_EQ(data, kept.elements.data());
+}
+
+TEST(HostArrays, OfAForeignDimensionCountHaveNoElementInReach) {
+  Kept kept;
+  const Owned array(kept.hosted({ORV2_DOUBLE_ARRAY, 2, -1, 0, 7, 4}));
+  EXPECT_EQ(described(array).dimensions, 2);
+  EXPECT_EQ(described(array).lower, 7);
+  auto& typed = c_api::array_of<DoubleArray>(c_api::array_item(array));
+  EXPECT_EQ(failure_of([&] { typed(7) = 1.0; }), 9);
+  ASSERT_EQ(orv2_array_resize(array, 0, 1, 0), 0);
+  EXPECT_EQ(described(array).dimensions, 1);
+}
+
+TEST(HostArrays, AreToldWhenARoutineLeavesThemUnallocated) {
+  Kept kept;
+  const Owned array(kept.hosted({ORV2_DOUBLE_ARRAY, 1, -1, 0, 0, 4}));
+  auto& typed = c_api::array_of<DoubleArray>(c_api::array_item(array));
+  typed = DoubleArray();
+  EXPECT_EQ(kept.releases, 1);
+  EXPECT_EQ(described(array).allocated, 0);
+  typed = DoubleArray(0, 2);
+  EXPECT_EQ(kept.elements, std::vector<double>(3, 0.0));
+}
+
+TEST(HostArrays, StayAsTheyWereWhenTheHostKeepsTheElements) {
+  Kept kept;
+  kept.status = 10;
+  const Owned array(kept.hosted({ORV2_DOUBLE_ARRAY, 1, -1, 0, 0, 4}));
+  auto& typed = c_api::array_of<DoubleArray>(c_api::array_item(array));
+  EXPECT_EQ(failure_of([&] { typed = DoubleArray(); }), 10);
+  EXPECT_EQ(described(array).count, 4U);
+}
+
 TEST(AdoptedArrays, WithoutACallbackHaveAFixedSize) {
   double elements[] = {1.0, 2.0};
   orv2_handle array = 0;

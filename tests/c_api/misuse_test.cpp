@@ -53,6 +53,13 @@ void expect_refused(std::int32_t expected, const std::string& name,
 
 const std::uint16_t some_units[] = {'a', 'b'};
 
+const orv2_array_info two_doubles{ORV2_DOUBLE_ARRAY, 1, -1, 0, 0, 2};
+
+std::int32_t no_resize(void*, std::int32_t, std::uint32_t, std::int32_t, std::uint32_t,
+                       std::int16_t, void**) {
+  return 10;
+}
+
 // ---- Null pointers ---------------------------------------------------------
 
 struct NullRow {
@@ -76,6 +83,7 @@ TEST_F(NullPointers, InPlaceOfAResultAreAnInvalidCall) {
       {"class_at", [&] { return orv2_class_at(0, nullptr); }},
       {"member_at", [&] { return orv2_member_at(0, 0, nullptr); }},
       {"parameter_at", [&] { return orv2_parameter_at(0, 0, 0, nullptr); }},
+      {"parameter_use", [&] { return orv2_parameter_use(0, 0, 0, nullptr); }},
       {"create", [&] { return orv2_create(algorismos, nullptr); }},
       {"class_of", [&] { return orv2_class_of(object, nullptr); }},
       {"find_member", [&] { return orv2_find_member(object, "Azimut", ORV2_ANY, nullptr); }},
@@ -85,6 +93,8 @@ TEST_F(NullPointers, InPlaceOfAResultAreAnInvalidCall) {
        [&] {
          return orv2_array_adopt(ORV2_DOUBLE_ARRAY, buffer, 0, 2, nullptr, nullptr, nullptr);
        }},
+      {"array_host",
+       [&] { return orv2_array_host(&two_doubles, buffer, no_resize, nullptr, nullptr); }},
       {"array_describe", [&] { return orv2_array_describe(array, nullptr); }},
       {"array_bounds lower", [&] { return orv2_array_bounds(array, nullptr, &results.upper); }},
       {"array_bounds upper", [&] { return orv2_array_bounds(array, &results.number, nullptr); }},
@@ -93,6 +103,8 @@ TEST_F(NullPointers, InPlaceOfAResultAreAnInvalidCall) {
        [&] { return orv2_array_get_text(texts, 0, nullptr, &results.size); }},
       {"array_get_text count",
        [&] { return orv2_array_get_text(texts, 0, &results.units, nullptr); }},
+      {"number_of_text", [&] { return orv2_number_of_text(some_units, 2, nullptr); }},
+      {"has_user_interface", [&] { return orv2_has_user_interface(nullptr); }},
       {"text_new", [&] { return orv2_text_new(some_units, 2, nullptr); }},
       {"text_get units", [&] { return orv2_text_get(text, nullptr, &results.size); }},
       {"text_get count", [&] { return orv2_text_get(text, &results.units, nullptr); }},
@@ -120,6 +132,13 @@ TEST_F(NullPointers, InPlaceOfAnInputAreAnInvalidCall) {
          return orv2_array_adopt(ORV2_DOUBLE_ARRAY, nullptr, 0, 2, nullptr, nullptr,
                                  &results.handle);
        }},
+      {"array_host shape",
+       [&] { return orv2_array_host(nullptr, buffer, no_resize, nullptr, &results.handle); }},
+      {"array_host data",
+       [&] { return orv2_array_host(&two_doubles, nullptr, no_resize, nullptr, &results.handle); }},
+      {"array_host resize",
+       [&] { return orv2_array_host(&two_doubles, buffer, nullptr, nullptr, &results.handle); }},
+      {"number_of_text", [&] { return orv2_number_of_text(nullptr, 1, &results.value.as.f64); }},
       {"array_set_text", [&] { return orv2_array_set_text(texts, 0, nullptr, 1); }},
       {"text_new", [&] { return orv2_text_new(nullptr, 1, &results.handle); }},
       {"text_set", [&] { return orv2_text_set(text, nullptr, 1); }},
@@ -400,6 +419,8 @@ TEST(Counts, PastTheEndOfTheCatalogueAreOutOfRange) {
                    [&] { return orv2_member_at(index, 0, &results.member_info); });
     expect_refused(9, "parameter",
                    [&] { return orv2_parameter_at(0, 0, index, &results.parameter_info); });
+    expect_refused(9, "parameter's use",
+                   [&] { return orv2_parameter_use(0, 0, index, &results.number); });
     expect_refused(9, "failure",
                    [&] { return orv2_failure_at(index, &results.number, &results.words); });
   }
@@ -429,13 +450,40 @@ TEST(HostCallbacks, OfAnotherSizeAreAnInvalidCall) {
   }
 }
 
-TEST(UserInterfaces, IncompleteOnesAreAnInvalidCall) {
+TEST(HostArrays, OfShapesThatCannotBeAreRefused) {
+  double buffer[2] = {};
+  const struct {
+    const char* name;
+    orv2_array_info shape;
+    std::int32_t number;
+  } rows[] = {
+      {"texts", {ORV2_STRING_ARRAY, 1, -1, 0, 0, 2}, 5},
+      {"a type that is none", {ORV2_F64, 1, -1, 0, 0, 2}, 13},
+      {"no dimensions", {ORV2_DOUBLE_ARRAY, 0, -1, 0, 0, 2}, 5},
+      {"bounds beyond 32 bits", {ORV2_DOUBLE_ARRAY, 1, -1, 0, 2147483647, 2}, 9},
+  };
+  for (const auto& row : rows) {
+    expect_refused(row.number, row.name, [&] {
+      return orv2_array_host(&row.shape, buffer, no_resize, nullptr, &results.handle);
+    });
+  }
+}
+
+TEST(Texts, ThatAreNoNumbersAreOfAnotherType) {
+  const std::u16string words = u"12x";
+  expect_refused(13, "number_of_text", [&] {
+    return orv2_number_of_text(reinterpret_cast<const std::uint16_t*>(words.data()), words.size(),
+                               &results.value.as.f64);
+  });
+}
+
+TEST(UserInterfaces, OfAnotherSizeAreAnInvalidCall) {
   const auto box = [](void*, const char*, std::int32_t, const char*) { return 0; };
   const auto form = [](void*, orv2_form*) { return 0; };
   const orv2_user_interface rows[] = {
       {0, nullptr, box, form, nullptr},
-      {sizeof(orv2_user_interface), nullptr, nullptr, form, nullptr},
-      {sizeof(orv2_user_interface), nullptr, box, nullptr, nullptr},
+      {sizeof(orv2_user_interface) - 1, nullptr, box, form, nullptr},
+      {~std::size_t{0}, nullptr, box, form, nullptr},
   };
   for (const orv2_user_interface& row : rows) {
     expect_refused(5, "callbacks", [&] { return orv2_set_user_interface(&row); });

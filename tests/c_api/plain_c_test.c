@@ -251,12 +251,16 @@ static void a_variable_of_another_type_is_a_mismatch(void) {
 
 static void check_parameters(size_t class_index, size_t position, size_t count) {
   orv2_parameter_info parameter;
+  int32_t use = -1;
   size_t i;
   for (i = 0; i < count; ++i) {
     CHECK(orv2_parameter_at(class_index, position, i, &parameter) == 0);
     CHECK(strlen(parameter.name) != 0);
     CHECK((parameter.type & 0xff) > ORV2_NONE && (parameter.type & 0xff) <= ORV2_STRING_ARRAY);
     CHECK(!parameter.has_default || parameter.optional);
+    CHECK(orv2_parameter_use(class_index, position, i, &use) == 0);
+    CHECK(use == ORV2_READ || (parameter.type & ORV2_BYREF) != 0);
+    CHECK(use != ORV2_RESIZED || (parameter.type & 0xff) >= ORV2_DOUBLE_ARRAY);
   }
   FAILS(orv2_parameter_at(class_index, position, count, &parameter), 9, "");
 }
@@ -298,6 +302,7 @@ static void the_catalogue_tells_types_and_directions(void) {
   orv2_member_info member;
   orv2_parameter_info parameter;
   size_t class_index = 99;
+  int32_t use = -1;
   CHECK(orv2_class_of(object, &class_index) == 0);
   CHECK(orv2_member_at(class_index, azimut, &member) == 0);
   CHECK(strcmp(member.name, "Azimut") == 0 && member.kind == ORV2_METHOD);
@@ -305,6 +310,8 @@ static void the_catalogue_tells_types_and_directions(void) {
   CHECK(orv2_parameter_at(class_index, azimut, 2, &parameter) == 0);
   CHECK(strcmp(parameter.name, "aZ") == 0);
   CHECK(parameter.type == (ORV2_F64 | ORV2_BYREF) && !parameter.optional);
+  CHECK(orv2_parameter_use(class_index, azimut, 1, &use) == 0 && use == ORV2_READ);
+  CHECK(orv2_parameter_use(class_index, azimut, 2, &use) == 0 && use == ORV2_WRITTEN);
   orv2_release(object);
 }
 
@@ -538,13 +545,26 @@ static int32_t show_form(void* context, orv2_form* form) {
 
 static void callbacks_for_the_user_interface_are_installed_whole(void) {
   orv2_user_interface callbacks = {sizeof(orv2_user_interface), NULL, show_box, show_form, NULL};
+  int16_t installed = 0;
   CHECK(orv2_set_user_interface(&callbacks) == 0);
   callbacks.size = 1;
   FAILS(orv2_set_user_interface(&callbacks), 5, "");
   callbacks.size = sizeof(callbacks);
-  callbacks.error_box = NULL;
-  FAILS(orv2_set_user_interface(&callbacks), 5, "");
+  CHECK(orv2_has_user_interface(&installed) == 0 && installed == -1);
+  callbacks.error_box = NULL; /* the system's */
+  CHECK(orv2_set_user_interface(&callbacks) == 0);
   CHECK(orv2_set_user_interface(NULL) == 0);
+  CHECK(orv2_has_user_interface(&installed) == 0 && installed == 0);
+  CHECK(orv2_set_console_interface() == 0);
+  CHECK(orv2_has_user_interface(&installed) == 0 && installed == -1);
+  CHECK(orv2_set_user_interface(NULL) == 0);
+}
+
+static void a_text_is_read_as_a_number(void) {
+  const uint16_t units[] = {'2', '5'};
+  double number = 0.0;
+  CHECK(orv2_number_of_text(units, 2, &number) == 0 && number == 25.0);
+  FAILS(orv2_number_of_text(units, 0, &number), 13, "");
 }
 
 static void no_form_is_no_form(void) {
@@ -618,6 +638,7 @@ static void test_hosts_own(void) {
   a_host_object_is_handed_over_as_an_argument();
   a_failure_that_a_callback_names_needs_a_number();
   callbacks_for_the_user_interface_are_installed_whole();
+  a_text_is_read_as_a_number();
   no_form_is_no_form();
 }
 

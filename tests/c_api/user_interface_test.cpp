@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "orv2_geo/frame/run_failure.h"
@@ -539,6 +540,10 @@ class Boxes : public ::testing::Test {
                           const char* caption) {
     auto& self = *static_cast<Boxes*>(context);
     self.shown = {text, flags, caption != nullptr ? caption : "(default)"};
+    orv2_failure failure{};
+    self.told = orv2_trapped_failure(&failure) == 0 ? failure.number : 0;
+    if (self.inner) std::exchange(self.inner, {})();
+    self.told_after = orv2_trapped_failure(&failure) == 0 ? failure.number : 0;
     return self.status;
   }
 
@@ -550,6 +555,9 @@ class Boxes : public ::testing::Test {
 
   Shown shown{};
   std::int32_t status = 0;
+  std::int32_t told = -1;  // the trapped failure, 0 for none
+  std::int32_t told_after = -1;
+  std::function<void()> inner;  // what the host does while the box is up
 };
 
 TEST_F(Boxes, PlainOnesHaveNoIconAndTheDefaultCaption) {
@@ -574,6 +582,31 @@ TEST_F(Boxes, OfATrappedRoutineShowTitleNumberAndDescription) {
   expect_shown("Error  6:Desbordamiento", 16, "Orv2_Geo.cgeo_Terreno");
 }
 
+TEST_F(Boxes, TellOfTheFailureThatARoutineTraps) {
+  trapped("", u"Error ", [] { raise(failure::overflow); });
+  EXPECT_EQ(told, 6);
+  critical_box(u"Mal", RunFailure(failure::division_by_zero));
+  EXPECT_EQ(told, 11);
+  critical_box(u"Mal");
+  EXPECT_EQ(told, 0);
+  error_box(u"Mal");
+  EXPECT_EQ(told, 0);
+}
+
+TEST_F(Boxes, TellOfTheirOwnFailureWhenOthersLieOverThem) {
+  inner = [] { error_box(u"Aviso"); };
+  trapped("", u"Error ", [] { raise(failure::overflow); });
+  EXPECT_EQ(told_after, 6);
+}
+
+TEST_F(Boxes, TellOfNoFailureOnceTheyAreGone) {
+  trapped("", u"Error ", [] { raise(failure::overflow); });
+  orv2_failure failure{77, nullptr, nullptr};
+  EXPECT_EQ(orv2_trapped_failure(&failure), 5);
+  EXPECT_EQ(orv2_trapped_failure(nullptr), 5);
+  EXPECT_EQ(failure.number, 77);
+}
+
 TEST_F(Boxes, AFailureOfTheCallbackIsAFailureOfTheRoutine) {
   status = 1234;
   EXPECT_EQ(failure_of([] { error_box(u"Mal"); }), 1234);
@@ -590,6 +623,46 @@ TEST_F(Boxes, GoToTheSystemAgainWhenTheCallbacksAreTakenBack) {
   error_box(u"Mal");
   EXPECT_EQ(::testing::internal::GetCapturedStderr(), "Orv2_Geo: Mal\n");
   EXPECT_TRUE(shown.text.empty());
+}
+
+TEST_F(Boxes, WithoutACallbackGoToTheSystem) {
+  orv2_user_interface callbacks{};
+  callbacks.size = sizeof(callbacks);
+  ASSERT_EQ(orv2_set_user_interface(&callbacks), 0);
+  ::testing::internal::CaptureStderr();
+  error_box(u"Mal");
+  EXPECT_EQ(::testing::internal::GetCapturedStderr(), "Orv2_Geo: Mal\n");
+}
+
+TEST_F(Boxes, AreLinesWhereTheConsoleIsInstalled) {
+  ASSERT_EQ(orv2_set_console_interface(), 0);
+  ::testing::internal::CaptureStderr();
+  error_box(u"Mal");
+  EXPECT_EQ(::testing::internal::GetCapturedStderr(), "Orv2_Geo: Mal\n");
+  EXPECT_TRUE(shown.text.empty());
+}
+
+// A form without a driver of its own is the system's, and so are boxes over it.
+TEST_F(Boxes, OverAFormOfTheSystemAreTheSystems) {
+  orv2_user_interface callbacks{};
+  callbacks.size = sizeof(callbacks);
+  callbacks.context = this;
+  callbacks.error_box = box;
+  ASSERT_EQ(orv2_set_user_interface(&callbacks), 0);
+  auto all = designs();
+  Form form("frmTest", u"T", 4000, 3000, all);
+  form.on_click("cmdCancel", [&form] {
+    error_box(u"Sobre el formulario");
+    form.hide();
+  });
+  ::testing::internal::CaptureStderr();
+  form.show_modal();
+  EXPECT_EQ(::testing::internal::GetCapturedStderr(),
+            "Orv2_Geo: no screen is available for \"T\"; cancelled\n"
+            "Orv2_Geo: Sobre el formulario\n");
+  EXPECT_TRUE(shown.text.empty());
+  error_box(u"Mal");
+  EXPECT_EQ(shown.text, "Mal");
 }
 
 }  // namespace
