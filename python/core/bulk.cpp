@@ -180,6 +180,15 @@ struct Rows {
   }
 };
 
+// The RunFailure in flight gets to know its row.
+void tell_row(std::size_t row) {
+  if (PyErr_ExceptionMatches(lent.run_failure) == 0) return;
+  const Owned failure = taken_exception();
+  const Owned place(PyLong_FromSize_t(row));
+  if (!place || PyObject_SetAttrString(failure.get(), "row", place.get()) != 0) PyErr_Clear();
+  PyErr_SetObject(reinterpret_cast<PyObject*>(Py_TYPE(failure.get())), failure.get());
+}
+
 bool called(Rows& rows, std::size_t count) {
   while (rows.done < count) {
     if (PyErr_CheckSignals() != 0) return false;
@@ -189,7 +198,10 @@ bool called(Rows& rows, std::size_t count) {
       const Unlocked meanwhile(true);
       status = rows.call(std::min(count, rows.done + rows_at_once));
     }
-    if (!frame.ended_well(status)) return false;
+    if (!frame.ended_well(status)) {
+      tell_row(rows.done);
+      return false;
+    }
   }
   return true;
 }

@@ -72,7 +72,7 @@ class _Bulk:
         self._numpy = any(hasattr(type(one), "__array_interface__")
                           for one, column in zip(given, columns) if column)
         self._rows = _length(one for one, column in zip(given, columns) if column)
-        self._values = [self._value(*one) for one in zip(self._parameters, given, columns)]
+        self._values = [self._taken(place, one, columns[place]) for place, one in enumerate(given)]
 
     def called(self, masked):
         result = self._room(self._result)
@@ -81,13 +81,21 @@ class _Bulk:
             _core.call_rows(self._member, self._object, tuple(self._values), self._rows, result,
                             numbers)
         except RunFailure as failure:
-            failure.member = failure.member or self._member.__name__
+            if failure.member is None:
+                failure._of(self._member)
             raise
         written = {one.name: self._shown(value, one.tag & ~BYREF)
                    for one, value in zip(self._parameters, self._values)
                    if one.use != READ and one.tag & ~BYREF in _formats}
         return Bulk(self._shown(result, self._result), written, self._failed(numbers),
                     self._shown(numbers, I32))
+
+    def _taken(self, place, given, is_column):
+        try:
+            return self._value(self._parameters[place], given, is_column)
+        except RunFailure as failure:
+            failure._refused(self._member, place, given, self._object.registered_name)
+            raise
 
     def _value(self, parameter, given, is_column):
         """A column of the parameter's own type, or a value for all rows."""

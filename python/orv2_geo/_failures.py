@@ -42,6 +42,7 @@ class RunFailure(Exception):
     parameter    the parameter whose argument was refused; None when none was
     expected     what the parameter takes, in words
     given        what was given for it, in words
+    row          in a bulk call, the row that failed, from 0
     """
 
     def __init__(self, number, description="", source=""):
@@ -52,6 +53,7 @@ class RunFailure(Exception):
         self.parameter = None
         self.expected = None
         self.given = None
+        self.row = None
         self._description = description
         self._call = None
 
@@ -60,6 +62,10 @@ class RunFailure(Exception):
         return self._description or described(self.number)
 
     def __str__(self):
+        words = self._words()
+        return words if self.row is None else _words()["row"].format(row=self.row, words=words)
+
+    def _words(self):
         if self.parameter is not None or self.number == WRONG_ARGUMENT_COUNT and self._call:
             return self._argument_words()
         text = str(self.number)
@@ -175,7 +181,7 @@ _english = {
     "array": "a {}", "resizable": "an array that can get another size",
     "sink": "an object with Visible, Min, max and Value, such as orv2_geo.Progress()",
     "object": "an object that has what the member calls",
-    "nothing": "nothing", "Ref of": "a Ref of {}",
+    "row": "row {row}: {words}", "nothing": "nothing", "Ref of": "a Ref of {}",
 }
 
 _spanish = {
@@ -193,7 +199,7 @@ _spanish = {
     "array": "un {}", "resizable": "una matriz que pueda cambiar de tamaño",
     "sink": "un objeto con Visible, Min, max y Value, como orv2_geo.Progress()",
     "object": "un objeto que tenga lo que el miembro llama",
-    "nothing": "nada", "Ref of": "un Ref de {}",
+    "row": "fila {row}: {words}", "nothing": "nada", "Ref of": "un Ref de {}",
 }
 
 

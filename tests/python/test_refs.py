@@ -49,6 +49,47 @@ class Alone(Case):
             self.assertEqual((variable.value, other.value), (1.5, 2.5))
 
 
+class Reckoning(Case):
+    """A Ref counts, compares and formats like its value."""
+
+    def test_it_compares(self):
+        self.assertTrue(Ref(1.5) == 1.5 and Ref(1.5) == Ref(1.5) and 1.5 == Ref(1.5))
+        self.assertTrue(Ref(1) < 2 <= Ref(2) < Ref(3.5) and Ref(2) != 3 and Ref("a") == "a")
+        self.assertFalse(Ref(1.5) == "1.5")
+        with self.assertRaises(TypeError):
+            Ref(1) < "a"
+        with self.assertRaises(TypeError):
+            hash(Ref(1))
+
+    def test_it_reckons(self):
+        a, b = Ref(7.0), Ref(2)
+        for got, wanted in ((a + b, 9.0), (a - 1, 6.0), (1 - a, -6.0), (a * b, 14.0), (a / b, 3.5),
+                            (7 // b, 3), (a // 2, 3.0), (a % 4, 3.0), (9 % b, 1), (a ** b, 49.0),
+                            (2 ** b, 4), (-a, -7.0), (+a, 7.0), (abs(Ref(-3)), 3), (round(Ref(2.567), 2), 2.57),
+                            (round(Ref(2.5)), 2), (Ref("a") + "b", "ab")):
+            self.assertEqual((got, type(got)), (wanted, type(wanted)))
+        with self.assertRaises(ZeroDivisionError):
+            a / 0
+
+    def test_in_place_the_variable_itself_changes(self):
+        for change, wanted in ((lambda x: x.__iadd__(2), 9.0), (lambda x: x.__isub__(2), 5.0),
+                               (lambda x: x.__imul__(2), 14.0), (lambda x: x.__itruediv__(2), 3.5),
+                               (lambda x: x.__ifloordiv__(2), 3.0), (lambda x: x.__imod__(4), 3.0),
+                               (lambda x: x.__ipow__(2), 49.0)):
+            variable = Ref(7.0)
+            self.assertIs(change(variable), variable)
+            self.assertEqual(variable.value, wanted)
+        variable = same = Ref(1.0)
+        variable += Ref(1)
+        self.assertEqual(same.value, 2.0)
+
+    def test_it_formats(self):
+        self.assertEqual("{:.3f} {:>6} {}".format(Ref(1.23456), Ref("ab"), Ref(2)), "1.235     ab 2")
+
+    def test_its_class_can_be_written_with_what_it_holds(self):
+        self.assertIs(Ref[float], Ref)
+
+
 class Adapting(Case):
     """Swapped with a variable that the library takes as it is, a Ref shows what
     it became; what it gets back shows how its type reads."""
