@@ -181,6 +181,26 @@ ORV2_CALL int32_t orv2_call(orv2_handle object, size_t position, const orv2_valu
 ORV2_CALL int32_t orv2_call_name(orv2_handle object, const char* name, const orv2_value* arguments,
                                  size_t count, orv2_value* result);
 
+/* A parameter's values for many calls: that of row r lies `step` bytes times r behind
+ * `data`, and is of the parameter's own type, a number or a flag. A member that writes
+ * the parameter writes there. With a null `data` the argument is the same in each row. */
+typedef struct orv2_column {
+  void* data;
+  size_t step;
+} orv2_column;
+
+/* Calls the member at `position` once a row, as orv2_call would with the arguments of
+ * that row. `columns` has `count` entries, or is null. `results` is null, or takes the
+ * answers one behind the other in the member's own type (a variant's as double; 0 for a row that
+ * fails). `failures` is null: then the first row that fails ends the call with its
+ * failure; or it takes each row's failure number, 0 for none. `done`, which may be null,
+ * becomes the number of rows that were called without one or noted. Failures, besides
+ * those of the rows: 13 for a column of a parameter that is no number or flag, and for
+ * results of a member that has none. */
+ORV2_CALL int32_t orv2_call_rows(orv2_handle object, size_t position, const orv2_value* arguments,
+                                 const orv2_column* columns, size_t count, size_t rows,
+                                 void* results, int32_t* failures, size_t* done);
+
 /* ---- Arrays ------------------------------------------------------------ */
 
 typedef struct orv2_array_info {

@@ -15,4 +15,4 @@ for program in build/bench/bin/*_bench; do
   results+=("$result")
 done
 python3 bench/ratios.py "${results[@]}"
-PYTHONPATH=python python3 bench/python_call.py build/bench/lib/liborv2_geo.so
+PYTHONPATH=build/bench/python python3 bench/python_call.py build/bench/lib/liborv2_geo.so build/bench/lib/python_loop.so

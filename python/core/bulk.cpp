@@ -1,7 +1,6 @@
 #include "bulk.h"
 
 #include <algorithm>
-#include <cstring>
 
 #include "arguments.h"
 #include "failures.h"
@@ -42,11 +41,12 @@ class Held {
 };
 
 constexpr std::size_t size_of(std::uint16_t type) {
-  if (type == ORV2_F64) return sizeof(double);
+  if (type == ORV2_F64 || type == ORV2_VARIANT) return sizeof(double);
   return type == ORV2_F32 || type == ORV2_I32 ? sizeof(std::int32_t) : sizeof(std::int16_t);
 }
 
-// The columns of a bulk call: where each row's element is, and the slot that it goes to.
+// The columns of a bulk call. A number that is the same in every row is a column of one
+// element, with no step to the next.
 class Columns {
  public:
   Columns(const Member& member, std::size_t rows) : member_(member), rows_(rows) {}
@@ -54,129 +54,56 @@ class Columns {
   bool take(std::size_t place, PyObject* owner) {
     const MemberParameter& parameter = member_.parameters[place];
     const std::size_t size = size_of(parameter.type);
-    if (!held_[count_].hold(owner, rows_, size, parameter.use != ORV2_READ)) return false;
-    columns_[count_] = {place, held_[count_].at(), size};
-    ++count_;
+    if (!held_[place].hold(owner, rows_, size, parameter.use != ORV2_READ)) return false;
+    static double nothing = 0.0;  // no rows, no elements: a column all the same
+    void* const at = held_[place].at();
+    columns_[place] = {at != nullptr ? at : &nothing, size};
     return true;
   }
 
-  // A number that is the same in every row.
   bool take_number(std::size_t place, PyObject* value) {
     if (!stored(value, member_.parameters[place].type, constants_[place])) return false;
-    constant_[place] = true;
+    columns_[place] = {&constants_[place], 0};
     return true;
   }
 
-  // Puts the first row into the slots.
-  void begin(orv2_value* values) {
-    for (std::size_t i = 0; i < member_.count; ++i) {
-      if (constant_[i]) put(values[i], i, &constants_[i]);
-    }
-    for (std::size_t k = 0; k < count_; ++k)
-      put(values[columns_[k].place], columns_[k].place, columns_[k].at);
-  }
+  const orv2_column* data() const noexcept { return columns_; }
 
-  // And the next.
-  void advance(orv2_value* values) {
-    for (std::size_t k = 0; k < count_; ++k) {
-      Column& column = columns_[k];
-      column.at += column.size;
-      if (member_.parameters[column.place].by_reference) {
-        values[column.place].as.pointer = column.at;
-      } else {
-        std::memcpy(&values[column.place].as, column.at, column.size);
-      }
+  // Behind the rows that were called.
+  void advance(std::size_t rows) {
+    for (std::size_t i = 0; i < member_.count; ++i) {
+      columns_[i].data = static_cast<char*>(columns_[i].data) + rows * columns_[i].step;
     }
   }
 
  private:
-  struct Column {
-    std::size_t place;
-    char* at;
-    std::size_t size;
-  };
-
-  void put(orv2_value& slot, std::size_t place, void* at) {
-    const MemberParameter& parameter = member_.parameters[place];
-    slot.tag = parameter.type;
-    if (parameter.by_reference) {
-      slot.tag |= ORV2_BYREF;
-      slot.as.pointer = at;
-    } else {
-      std::memcpy(&slot.as, at, size_of(parameter.type));
-    }
-  }
-
   const Member& member_;
   std::size_t rows_;
   Held held_[most_parameters];
-  Column columns_[most_parameters];
-  std::size_t count_ = 0;
+  orv2_column columns_[most_parameters] = {};
   Cell constants_[most_parameters];
-  bool constant_[most_parameters] = {};
-};
-
-// Where the answers of the rows go.
-class Results {
- public:
-  bool take(PyObject* owner, std::size_t rows, std::uint16_t type) {
-    if (owner == Py_None) return true;
-    type_ = type == ORV2_VARIANT ? std::uint16_t{ORV2_F64} : type;
-    size_ = type_ == ORV2_BOOL ? 1 : size_of(type_);
-    if (!held_.hold(owner, rows, size_, true)) return false;
-    at_ = held_.at();
-    return true;
-  }
-
-  void put(const orv2_value& answer) {
-    if (at_ == nullptr) return;
-    if (type_ == ORV2_BOOL) {
-      *at_ = static_cast<char>(answer.tag == ORV2_BOOL && answer.as.boolean != 0);
-    } else if (answer.tag == type_) {
-      std::memcpy(at_, &answer.as, size_);
-    } else if (type_ == ORV2_F64) {  // what a variant holds
-      const double wide = answer.tag == ORV2_F32 ? static_cast<double>(answer.as.f32) : 0.0;
-      std::memcpy(at_, &wide, size_);
-    } else {
-      std::memset(at_, 0, size_);
-    }
-    at_ += size_;
-  }
-
- private:
-  Held held_;
-  char* at_ = nullptr;
-  std::size_t size_ = 0;
-  std::uint16_t type_ = ORV2_NONE;
 };
 
 // The rows of one bulk call.
 struct Rows {
-  Member& member;
+  const Member& member;
   orv2_handle handle;
-  orv2_value* values;
+  const orv2_value* values;
   Columns& columns;
-  Results results;
+  char* results;         // null: they are not kept
   std::int32_t* failed;  // a number for each row, or null
   std::size_t done = 0;
 
-  // Up to `end`; the failure's number, at the row `done`.
-  std::int32_t call(std::size_t end) {
-    for (; done < end; ++done) {
-      orv2_value answer;
-      answer.tag = ORV2_NONE;
-      answer.as.f64 = 0.0;
-      if (done != 0) columns.advance(values);
-      const std::int32_t status =
-          library.orv2_call(handle, member.position, values, member.count, &answer);
-      if (failed != nullptr) {
-        failed[done] = status;
-      } else if (status != 0) {
-        return status;
-      }
-      results.put(answer);
-    }
-    return 0;
+  std::int32_t call(std::size_t count) {
+    std::size_t called = 0;
+    const std::int32_t status =
+        library.orv2_call_rows(handle, member.position, values, columns.data(), member.count, count,
+                               results, failed, &called);
+    done += called;
+    columns.advance(called);
+    if (results != nullptr) results += called * size_of(member.result);
+    if (failed != nullptr) failed += called;
+    return status;
   }
 };
 
@@ -196,7 +123,7 @@ bool called(Rows& rows, std::size_t count) {
     std::int32_t status = 0;
     {
       const Unlocked meanwhile(true);
-      status = rows.call(std::min(count, rows.done + rows_at_once));
+      status = rows.call(std::min(count - rows.done, rows_at_once));
     }
     if (!frame.ended_well(status)) {
       tell_row(rows.done);
@@ -249,12 +176,14 @@ PyObject* call_rows(PyObject*, PyObject* arguments) {
   const Called of{member, member->source, member->parameters, member->count};
   Arguments others(of, rest, member->count);
   if (!others.take()) return nullptr;
-  columns.begin(others.values());
+  Held answers;
   Held numbers;
+  if (result != Py_None && !answers.hold(result, rows, size_of(member->result), true))
+    return nullptr;
   if (failed != Py_None && !numbers.hold(failed, rows, sizeof(std::int32_t), true)) return nullptr;
-  Rows all{*member, handle, others.values(), columns, {}, nullptr, 0};
+  Rows all{*member, handle, others.values(), columns, nullptr, nullptr, 0};
+  if (result != Py_None) all.results = answers.at();
   if (failed != Py_None) all.failed = reinterpret_cast<std::int32_t*>(numbers.at());
-  if (!all.results.take(result, rows, member->result)) return nullptr;
   const bool well = called(all, rows);
   if (well) return others.settle() ? PyLong_FromSize_t(all.done) : nullptr;
   const ExceptionAside kept;

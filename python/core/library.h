@@ -13,12 +13,12 @@ namespace orv2_geo::python {
   use(orv2_version) use(orv2_last_failure) use(orv2_failure_at) use(orv2_class_count)              \
       use(orv2_class_at) use(orv2_member_at) use(orv2_parameter_at) use(orv2_parameter_use) use(   \
           orv2_create) use(orv2_reference) use(orv2_release) use(orv2_class_of)                    \
-          use(orv2_find_member) use(orv2_call) use(orv2_number_of_text) use(orv2_array_make) use(  \
-              orv2_array_new) use(orv2_array_host) use(orv2_array_describe) use(orv2_array_bounds) \
-              use(orv2_array_resize) use(orv2_array_lock) use(orv2_array_unlock) use(              \
-                  orv2_array_get_text) use(orv2_array_set_text) use(orv2_text_new)                 \
-                  use(orv2_text_set) use(orv2_text_get) use(orv2_host_object_new) use(             \
-                      orv2_set_failure) use(orv2_set_user_interface)                               \
+          use(orv2_find_member) use(orv2_call) use(orv2_call_rows) use(orv2_number_of_text) use(   \
+              orv2_array_make) use(orv2_array_new) use(orv2_array_host) use(orv2_array_describe)   \
+              use(orv2_array_bounds) use(orv2_array_resize) use(orv2_array_lock) use(              \
+                  orv2_array_unlock) use(orv2_array_get_text) use(orv2_array_set_text)             \
+                  use(orv2_text_new) use(orv2_text_set) use(orv2_text_get) use(                    \
+                      orv2_host_object_new) use(orv2_set_failure) use(orv2_set_user_interface)     \
                       use(orv2_set_console_interface) use(orv2_has_user_interface) use(            \
                           orv2_trapped_failure) use(orv2_set_owner_window) use(orv2_form_describe) \
                           use(orv2_form_control) use(orv2_form_grid) use(orv2_form_describe_frame) \

@@ -107,7 +107,10 @@ class _Bulk:
         if parameter.use == READ:
             return given.value if isinstance(given, Ref) else given
         value = 0 if given is omitted or given is None else _plain(given)
-        return self._column(tag, [value] * self._rows, True)
+        column = self._zeros(_array_of.get(tag, ShortArray))
+        if value:
+            column[:] = self._column(tag, [value] * self._rows, True)
+        return column
 
     def _column(self, tag, given, is_written):
         if tag == BOOL:
@@ -120,16 +123,16 @@ class _Bulk:
         """For an answer a row."""
         if tag == NONE:
             return None
-        if tag == BOOL:
-            return bytearray(self._rows)
-        return _array_of[tag]([]) if self._rows == 0 else _array_of[tag].sized(0, self._rows - 1)
+        return self._zeros(_array_of.get(tag, ShortArray))
+
+    def _zeros(self, of_class):
+        return of_class.sized(0, self._rows - 1) if self._rows else of_class([])
 
     def _shown(self, column, tag):
         if column is None:
             return None
         if tag == BOOL:
-            column = memoryview(column).cast("?") if isinstance(column, bytearray) else \
-                _truths(column)
+            column = _truths(column)
         if not self._numpy:
             return column
         import numpy  # there is one already: it made one of the columns
