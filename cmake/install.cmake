@@ -32,3 +32,7 @@ install(EXPORT Orv2_Geo NAMESPACE Orv2_Geo:: FILE Orv2_GeoConfig.cmake
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/Orv2_GeoConfigVersion.cmake
   VERSION ${PROJECT_VERSION} COMPATIBILITY SameMajorVersion)
 install(FILES ${PROJECT_BINARY_DIR}/Orv2_GeoConfigVersion.cmake DESTINATION ${package_directory})
+
+if(TARGET orv2_geo_python)
+  include(cmake/python_install.cmake)
+endif()

@@ -1,7 +1,12 @@
 # The compiled core of the Python package, one file for every version from 3.9 on, and what
 # is made from the headers beside it: docstrings and stubs. Together with python/orv2_geo
 # they are the package; in this tree `PYTHONPATH=python` finds them here.
-set(ORV2_PYTHON AUTO CACHE STRING "Build the Python package: AUTO (where Python's headers are), ON, OFF")
+if(PROJECT_IS_TOP_LEVEL)
+  set(wanted AUTO)
+else()
+  set(wanted OFF)
+endif()
+set(ORV2_PYTHON ${wanted} CACHE STRING "Build the Python package: AUTO (where Python's headers are), ON, OFF")
 set_property(CACHE ORV2_PYTHON PROPERTY STRINGS AUTO ON OFF)
 
 if(NOT ORV2_PYTHON)
@@ -42,5 +47,6 @@ add_custom_command(OUTPUT ${told}
   COMMAND ${Python3_EXECUTABLE} ${help} --source ${PROJECT_SOURCE_DIR} --out ${ORV2_PYTHON_FOLDER}
   DEPENDS ${help} ${told_headers} ${PROJECT_SOURCE_DIR}/python/orv2_geo/__init__.pyi.in
     ${PROJECT_SOURCE_DIR}/orv2_geo/library/class_tables.h)
-add_custom_target(orv2_geo_python_package ALL DEPENDS ${staged} ${told})
+set(ORV2_PYTHON_FILES ${staged} ${told})
+add_custom_target(orv2_geo_python_package ALL DEPENDS ${ORV2_PYTHON_FILES})
 add_dependencies(orv2_geo_python_package orv2_geo_python)
