@@ -12,21 +12,10 @@ import subprocess
 import sys
 import tempfile
 
+from readme_examples import README, block, promised
+
 repository, library = sys.argv[1:3]
 compiler = sys.argv[3:]
-
-with open(os.path.join(repository, "README.md"), encoding="utf-8") as readme:
-    README = readme.read()
-BLOCKS = re.findall(r"^```(\w+)\n(.*?)^```$", README, re.M | re.S)
-
-
-def block(language, sign):
-    return next(text for name, text in BLOCKS if name == language and sign in text)
-
-
-def promised(example, comment):
-    """The first word of the comment beside each print line."""
-    return re.findall(r"print.*" + comment + r" *([^\s:]+)", example)
 
 
 def run(*command, **named):
