@@ -3,7 +3,7 @@
 set -euo pipefail
 
 packages=(
-  g++ cmake ninja-build python3 locales
+  g++ cmake ninja-build python3 python3-dev locales
   libgtest-dev
 )
 # For the checks of a developer: formats, lint, sanitizers under both compilers.
@@ -13,6 +13,8 @@ bench=(libbenchmark-dev libcgal-dev libboost-dev libgeos-dev libgeos++-dev libic
 # For forms on a screen, and for tests that press their buttons on one without a person.
 screen=(qt6-base-dev qt6-translations-l10n libxcb1-dev xvfb openbox twm xdotool xclip x11-utils
   libxfixes3 fonts-liberation)
+# For wheels of the Python package, and for its tests with other packages.
+python=(python3-setuptools python3-wheel python3-venv python3-pip python3-numpy mypy debootstrap)
 # For what belongs to Windows.
 windows=(g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix mingw-w64-tools googletest
   wine wine64 libwine-dev debootstrap xvfb openbox xdotool xclip x11-utils fonts-liberation fonts-wine)
@@ -22,9 +24,10 @@ case "${1:-build}" in
   checks) packages+=("${checks[@]}") ;;
   bench) packages+=("${bench[@]}") ;;
   screen) packages+=("${screen[@]}") ;;
+  python) packages+=("${python[@]}") ;;
   windows) packages+=("${windows[@]}") ;;
-  all) packages+=("${checks[@]}" "${bench[@]}" "${screen[@]}" "${windows[@]}") ;;
-  *) echo "usage: tools/setup.sh [build|checks|bench|screen|windows|all]" >&2; exit 2 ;;
+  all) packages+=("${checks[@]}" "${bench[@]}" "${screen[@]}" "${python[@]}" "${windows[@]}") ;;
+  *) echo "usage: tools/setup.sh [build|checks|bench|screen|python|windows|all]" >&2; exit 2 ;;
 esac
 
 as_root() {

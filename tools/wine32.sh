@@ -13,41 +13,17 @@
 set -euo pipefail
 
 here=$(cd "$(dirname "$0")/.." && pwd)
+. "$here/tools/minimal_root.sh"
 
 usage() {
   sed -n '2,/^set /{/^set /d;s/^# \{0,1\}//;p}' "$0" >&2
   exit 2
 }
 
-# Of the machine's own packages: where they come from, and who signs them.
-package_source() {
-  apt-get indextargets --format '$(REPO_URI)|$(SIGNED_BY)|$(RELEASE)|$(COMPONENT)' 'Created-By: Packages' |
-    awk -F'|' -v release="$release" '$3 == release && $4 == "main" { print; exit }'
-}
-
-# apt's own proxies, for the programs that look for them in their environment.
-take_proxies() {
-  local http='' https=''
-  eval "$(apt-config shell http Acquire::http::Proxy https Acquire::https::Proxy)"
-  if [ -n "$http" ] && [ "$http" != DIRECT ]; then export http_proxy=$http; fi
-  if [ -n "$https" ] && [ "$https" != DIRECT ]; then export https_proxy=$https; fi
-}
-
 make_root() {
-  local unfinished="$root.unfinished" release mirror keyring _
-  release=$(. /etc/os-release && echo "$VERSION_CODENAME")
-  IFS='|' read -r mirror keyring _ < <(package_source) || true
-  [ -n "${mirror:-}" ] || { echo "wine32: apt has no source of $release main" >&2; exit 1; }
-  if [ ! -f "$keyring" ]; then keyring=/usr/share/keyrings/debian-archive-keyring.gpg; fi
-  take_proxies
-  rm -rf --one-file-system "$unfinished" "$root"
-  echo "wine32: making $root" >&2
-  if ! debootstrap --arch=i386 --variant=minbase --keyring="$keyring" --include=wine32,wine \
-    "$release" "$unfinished" "$mirror" >"$root.log" 2>&1; then
-    tail -n 20 "$root.log" >&2
-    exit 1
-  fi
-  rm -rf "$unfinished"/var/cache/apt/archives/*.deb "$unfinished"/var/lib/apt/lists/*
+  local unfinished="$root.unfinished"
+  rm -rf --one-file-system "$root"
+  bootstrap "$unfinished" i386 wine32,wine
   mkdir -p "$unfinished/prefixes"
   mv "$unfinished" "$root"
 }
