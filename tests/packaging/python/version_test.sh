@@ -14,5 +14,5 @@ env -i PYTHONPATH="$wheel" PYTHONDONTWRITEBYTECODE=1 "$python" "$here/smoke.py" 
 cd "$here/../../python"
 for module in test_*.py; do
   echo "$module"
-  "$python" -m unittest "${module%.py}"
+  "$python" -m unittest -v "${module%.py}"
 done
