@@ -1,6 +1,7 @@
 #include "bulk.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cstring>
 
 #include "arguments.h"
@@ -12,7 +13,10 @@ namespace orv2_geo::python {
 
 namespace {
 
-constexpr std::size_t rows_at_once = 65536;  // between two looks at the signals
+// Between two looks at the signals, by what the rows so far took.
+constexpr std::size_t fewest_rows = 16;
+constexpr std::size_t most_rows = 65536;
+constexpr auto longest = std::chrono::milliseconds(20);
 
 // A buffer in use, given back at the end.
 class Held {
@@ -29,7 +33,9 @@ class Held {
     const int flags = buffer_contiguous | buffer_format | (written ? buffer_writable : 0);
     if (PyObject_GetBuffer(owner, &view_, flags) != 0) return false;
     held_ = true;
-    if (static_cast<std::size_t>(view_.len) == rows * size) return true;
+    const auto bytes = static_cast<std::size_t>(view_.len);
+    const bool aligned = reinterpret_cast<std::uintptr_t>(view_.buf) % size == 0 || !written;
+    if (bytes % size == 0 && bytes / size == rows && aligned) return true;
     PyErr_SetString(PyExc_ValueError, "a column has an element for every row");
     return false;
   }
@@ -54,8 +60,9 @@ class Columns {
   bool take(std::size_t place, PyObject* owner) {
     const MemberParameter& parameter = member_.parameters[place];
     const std::size_t size = size_of(parameter.type);
-    if (!held_[count_].hold(owner, rows_, size, parameter.use != ORV2_READ)) return false;
-    columns_[count_] = {place, held_[count_].at(), size};
+    const bool written = parameter.use != ORV2_READ;
+    if (!held_[count_].hold(owner, rows_, size, written)) return false;
+    columns_[count_] = {place, held_[count_].at(), size, parameter.by_reference, written};
     ++count_;
     return true;
   }
@@ -72,8 +79,13 @@ class Columns {
     for (std::size_t i = 0; i < member_.count; ++i) {
       if (constant_[i]) put(values[i], i, &constants_[i]);
     }
-    for (std::size_t k = 0; k < count_; ++k)
-      put(values[columns_[k].place], columns_[k].place, columns_[k].at);
+    for (std::size_t k = 0; k < count_; ++k) {
+      const Column& column = columns_[k];
+      if (!column.written && rows_ != 0)
+        std::memcpy(&constants_[column.place], column.at, column.size);
+      void* const copy = &constants_[column.place];
+      put(values[column.place], column.place, column.written ? column.at : copy);
+    }
   }
 
   // And the next.
@@ -81,8 +93,10 @@ class Columns {
     for (std::size_t k = 0; k < count_; ++k) {
       Column& column = columns_[k];
       column.at += column.size;
-      if (member_.parameters[column.place].by_reference) {
+      if (column.written) {
         values[column.place].as.pointer = column.at;
+      } else if (column.by_reference) {
+        std::memcpy(&constants_[column.place], column.at, column.size);
       } else {
         std::memcpy(&values[column.place].as, column.at, column.size);
       }
@@ -94,6 +108,8 @@ class Columns {
     std::size_t place;
     char* at;
     std::size_t size;
+    bool by_reference;
+    bool written;  // in place; what is only read goes by a copy, wherever it lies
   };
 
   void put(orv2_value& slot, std::size_t place, void* at) {
@@ -112,7 +128,7 @@ class Columns {
   Held held_[most_parameters];
   Column columns_[most_parameters];
   std::size_t count_ = 0;
-  Cell constants_[most_parameters];
+  Cell constants_[most_parameters] = {};  // and a read column's present row
   bool constant_[most_parameters] = {};
 };
 
@@ -181,15 +197,19 @@ struct Rows {
 };
 
 bool called(Rows& rows, std::size_t count) {
+  std::size_t at_once = fewest_rows;
   while (rows.done < count) {
     if (PyErr_CheckSignals() != 0) return false;
     Frame frame;
     std::int32_t status = 0;
+    const auto begun = std::chrono::steady_clock::now();
     {
       const Unlocked meanwhile(true);
-      status = rows.call(std::min(count, rows.done + rows_at_once));
+      status = rows.call(rows.done + std::min(count - rows.done, at_once));
     }
     if (!frame.ended_well(status)) return false;
+    const bool quick = std::chrono::steady_clock::now() - begun < longest;
+    at_once = quick ? std::min(at_once * 2, most_rows) : std::max(at_once / 2, fewest_rows);
   }
   return true;
 }
@@ -228,6 +248,7 @@ PyObject* call_rows(PyObject*, PyObject* arguments) {
   orv2_handle handle = 0;
   if (member == nullptr) return nullptr;
   if (!handle_of_object(object, handle)) return raise(number::invalid_call);
+  if (count < 0) return raise(number::subscript_out_of_range);
   if (static_cast<std::size_t>(PyTuple_Size(values)) != member->count)
     return raise(number::argument_not_optional);
   const auto rows = static_cast<std::size_t>(count);
@@ -243,11 +264,8 @@ PyObject* call_rows(PyObject*, PyObject* arguments) {
   Rows all{*member, handle, others.values(), columns, {}, nullptr, 0};
   if (failed != Py_None) all.failed = reinterpret_cast<std::int32_t*>(numbers.at());
   if (!all.results.take(result, rows, member->result)) return nullptr;
-  const bool well = called(all, rows);
-  if (well) return others.settle() ? PyLong_FromSize_t(all.done) : nullptr;
-  const ExceptionAside kept;
-  if (!others.settle()) PyErr_Clear();
-  return nullptr;
+  Owned answer(called(all, rows) ? PyLong_FromSize_t(all.done) : nullptr);
+  return others.settle_with(answer) ? answer.release() : nullptr;
 }
 
 }  // namespace orv2_geo::python
