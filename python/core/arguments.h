@@ -1,6 +1,7 @@
 // arguments.h: the arguments of one call, from what Python hands in to what the library takes.
 #pragma once
 
+#include <algorithm>
 #include <array>
 
 #include "arrays.h"
@@ -29,19 +30,31 @@ class Arguments {
   Arguments& operator=(const Arguments&) = delete;
   ~Arguments() {
     // In the order opposite to their binding: what was first is restored last.
-    for (std::size_t i = count_; i-- > 0;) {
-      if (i < most_parameters) Bound(std::move(bound_[i]));
-    }
+    for (std::size_t i = bindable(); i-- > 0;) bound_[i].end();
     for (std::size_t i = 0; i < hosts_; ++i) release(lent_[i]);
   }
 
   /// False, with an exception, when one is refused.
   bool take();
 
+  /// After a call that ended with an answer, which is empty, with an exception, where it could
+  /// not be had. False, with an exception, when that or a variable could not be read.
+  bool settle_with(const Owned& answer) {
+    if (answer) return settle();
+    settle_beside();
+    return false;
+  }
+
+  /// The same with an exception in flight, which stays.
+  void settle_beside() {
+    const ExceptionAside kept;
+    if (!settle()) PyErr_Clear();
+  }
+
   /// After the call. False, with an exception, when a variable could not be read.
   bool settle() {
     bool well = true;
-    for (std::size_t i = 0; i < count_ && i < most_parameters; ++i) {
+    for (std::size_t i = bindable(); i-- > 0;) {
       if (bound_here_[i] && !bound_[i].settle()) well = false;
     }
     return well;
@@ -51,6 +64,7 @@ class Arguments {
   std::size_t count() const noexcept { return count_; }
 
  private:
+  std::size_t bindable() const noexcept { return std::min(count_, most_parameters); }
   bool put(std::size_t i);
   bool put_ref(std::size_t i, Ref* ref);
   bool put_value(std::size_t i, PyObject* value);

@@ -54,16 +54,11 @@ Storage* new_storage(std::size_t element) {
   return made;
 }
 
-// Gives the elements up; a buffer goes back to its owner.
+// Gives the elements up; a buffer goes back to its owner, whose code may run.
 void drop_elements(Storage& storage) {
-  if (storage.foreign) {
-    PyBuffer_Release(&storage.buffer);
-  } else {
-    PyMem_RawFree(storage.data);
-  }
-  Owned(std::exchange(storage.base, nullptr));
-  storage.foreign = false;
-  storage.data = nullptr;
+  Lease* const lease = std::exchange(storage.lease, nullptr);
+  void* const data = std::exchange(storage.data, nullptr);
+  lease != nullptr ? give_back(lease) : PyMem_RawFree(data);
 }
 
 void end(Storage* storage) {
@@ -71,20 +66,6 @@ void end(Storage* storage) {
   drop_elements(*storage);
   storage->~Storage();
   PyMem_RawFree(storage);
-}
-
-// Works on the elements of `base` from now on: its writable buffer, in one piece. False,
-// with an exception, on failure.
-bool hold_buffer(Storage& storage, PyObject* base) {
-  Py_buffer buffer{};
-  constexpr int flags = buffer_writable | buffer_format | buffer_contiguous;
-  if (PyObject_GetBuffer(base, &buffer, flags) != 0) return false;
-  storage.buffer = buffer;
-  storage.data = buffer.buf;
-  storage.foreign = true;
-  Py_INCREF(base);
-  storage.base = base;
-  return true;
 }
 
 // Moves the elements whose index exists in both ranges to their places in new memory.
@@ -104,26 +85,35 @@ void move_kept(const void* from, Range old, void* to, Range wanted, std::size_t 
               static_cast<std::size_t>(end - first) * element);
 }
 
-// A successor of a buffer that is another's, of `wanted` zeros, worked in place of it.
+// What stands for a buffer's owner with another size; null with an exception or, where the
+// owner or the array cannot follow, RunFailure 10. Code of the owner's runs.
+Lease* grown(Storage& storage, std::uint32_t count) {
+  const Owned owner = Owned::to(storage.lease->base);
+  storage.busy = true;
+  const Owned next(
+      PyObject_CallFunction(lent.grown, "On", owner.get(), static_cast<Py_ssize_t>(count)));
+  Lease* const lease = next && next.get() != Py_None ? leased(next.get()) : nullptr;
+  storage.busy = false;
+  if (!next || (lease == nullptr && PyErr_Occurred() != nullptr)) return nullptr;
+  const bool fits = lease != nullptr && storage.views == 0 &&
+                    static_cast<std::size_t>(lease->buffer.len) == count * storage.element &&
+                    reinterpret_cast<std::uintptr_t>(lease->buffer.buf) % storage.element == 0;
+  if (fits) return lease;
+  give_back(lease);
+  return refused(number::array_locked), nullptr;
+}
+
+// A successor of a buffer that is another's, of `wanted` zeros, worked in place of it. The
+// old one is given back after the call, as the library has its address until then.
 std::int32_t succeed(Storage& storage, Range old, Range wanted, bool keep) {
   const Locked with_the_lock;
-  const Owned next(
-      PyObject_CallFunction(lent.grown, "On", storage.base, static_cast<Py_ssize_t>(wanted.count)));
-  if (!next) return Frame::answer_for_exception();
-  if (next.get() == Py_None) return number::array_locked;
-  Storage fresh;
-  if (!hold_buffer(fresh, next.get())) return Frame::answer_for_exception();
-  if (static_cast<std::size_t>(fresh.buffer.len) !=
-      static_cast<std::size_t>(wanted.count) * storage.element) {
-    drop_elements(fresh);
-    return number::array_locked;
-  }
-  if (keep) move_kept(storage.data, old, fresh.data, wanted, storage.element);
-  drop_elements(storage);
-  storage.buffer = fresh.buffer;
-  storage.data = fresh.data;
-  storage.base = fresh.base;
-  storage.foreign = true;
+  Frame* const frame = Frame::innermost();
+  if (frame == nullptr) return number::array_locked;
+  Lease* const next = grown(storage, static_cast<std::uint32_t>(wanted.count));
+  if (next == nullptr) return Frame::answer_for_exception();
+  if (keep) move_kept(storage.data, old, next->buffer.buf, wanted, storage.element);
+  frame->retire(std::exchange(storage.lease, next));
+  storage.data = next->buffer.buf;
   return 0;
 }
 
@@ -131,10 +121,10 @@ std::int32_t succeed(Storage& storage, Range old, Range wanted, bool keep) {
 std::int32_t resize(void* context, std::int32_t old_lower, std::uint32_t old_count,
                     std::int32_t lower, std::uint32_t count, std::int16_t keep, void** data) {
   Storage& storage = *static_cast<Storage*>(context);
-  if (storage.fixed || storage.views != 0) return number::array_locked;
+  if (storage.fixed || storage.busy || storage.views != 0) return number::array_locked;
   const Range old{old_lower, old_count};
   const Range wanted{lower, count};
-  if (storage.foreign) {
+  if (storage.lease != nullptr) {
     const std::int32_t status = succeed(storage, old, wanted, keep != 0);
     if (status == 0 && data != nullptr) *data = storage.data;
     return status;
@@ -159,16 +149,23 @@ bool describe_reachable(const Array* array, orv2_array_info& info) {
   return info.dimensions == 1 || refused(number::subscript_out_of_range);
 }
 
-// An index as a place from 0. RunFailure 9.
-bool place_of(PyObject* index, const orv2_array_info& info, std::uint32_t& place) {
-  const Owned whole(PyNumber_Index(index));
+// A whole number from Python, whose own code may run and change an array. One beyond every
+// index is out of range of all of them.
+bool index_of(PyObject* given, std::int64_t& index) {
+  const Owned whole(PyNumber_Index(given));
   if (!whole) return false;
   int overflow = 0;
-  const long long number = PyLong_AsLongLongAndOverflow(whole.get(), &overflow);
-  if (overflow != 0 || number < info.lower || number - info.lower >= info.count) {
+  index = PyLong_AsLongLongAndOverflow(whole.get(), &overflow);
+  if (overflow != 0) index = overflow < 0 ? INT64_MIN : INT64_MAX;
+  return true;
+}
+
+// An index as a place from 0. RunFailure 9.
+bool place_of(std::int64_t index, const orv2_array_info& info, std::uint32_t& place) {
+  if (index < info.lower || index >= std::int64_t{info.lower} + info.count) {
     return refused(number::subscript_out_of_range);
   }
-  place = static_cast<std::uint32_t>(number - info.lower);
+  place = static_cast<std::uint32_t>(index - info.lower);
   return true;
 }
 
@@ -197,13 +194,22 @@ bool write_text(const Array* array, const orv2_array_info& info, std::uint32_t p
   return succeeded(library.orv2_array_set_text(array->handle, index, units.data(), units.count()));
 }
 
-// Elements from place `first` on as a list, in the middle of nothing that could change them
-// but the end of memory.
+// RunFailure 9 when an array has other bounds than it had: code of Python's has run meanwhile.
+bool is_still(const Array* array, const orv2_array_info& info) {
+  orv2_array_info now{};
+  if (!describe(array, now)) return false;
+  const bool same =
+      now.lower == info.lower && now.count == info.count && now.dimensions == info.dimensions;
+  return same || refused(number::subscript_out_of_range);
+}
+
+// Elements from place `first` on as a list.
 PyObject* listed(const Array* array, const orv2_array_info& info, std::uint32_t first,
                  std::uint32_t count, std::int64_t step = 1) {
-  Owned list(PyList_New(count));
+  Owned list(PyList_New(count));  // may collect garbage, whose code may run
+  if (!list || !is_still(array, info)) return nullptr;
   std::int64_t place = first;
-  for (std::uint32_t i = 0; list && i < count; ++i, place += step) {
+  for (std::uint32_t i = 0; i < count; ++i, place += step) {
     PyObject* const one = read(array, info, static_cast<std::uint32_t>(place));
     if (one == nullptr) return nullptr;
     PyList_SetItem(list.get(), i, one);
@@ -280,8 +286,12 @@ PyObject* of_texts(PyTypeObject* of, std::int32_t lower, PyObject* elements) {
   const Owned texts(PySequence_List(elements));
   if (!texts) return nullptr;
   const Py_ssize_t count = PyList_Size(texts.get());
+  if (count > INT32_MAX) return raise(number::subscript_out_of_range);
   for (Py_ssize_t i = 0; i < count; ++i) {
-    Owned text = text_in(PyList_GetItem(texts.get(), i));
+    PyObject* const one = PyList_GetItem(texts.get(), i);
+    if (one == nullptr) return nullptr;
+    const Owned kept = Owned::to(one);
+    Owned text = text_in(one);
     if (!text || PyList_SetItem(texts.get(), i, text.release()) != 0) return nullptr;
   }
   Array* const array = bare(of, ORV2_STRING_ARRAY);
@@ -291,7 +301,8 @@ PyObject* of_texts(PyTypeObject* of, std::int32_t lower, PyObject* elements) {
   bool well = object && succeeded(library.orv2_array_make(ORV2_STRING_ARRAY, lower, wanted.count, 1,
                                                           &array->handle));
   for (std::uint32_t i = 0; well && i < wanted.count; ++i) {
-    well = write_text(array, wanted, i, PyList_GetItem(texts.get(), i));
+    PyObject* const text = PyList_GetItem(texts.get(), i);
+    well = text != nullptr && write_text(array, wanted, i, text);
   }
   return well ? object.release() : nullptr;
 }
@@ -333,15 +344,37 @@ PyObject* array_new(PyTypeObject* of, PyObject* arguments, PyObject* named) {
   return with_dimensions(of, type, lower, static_cast<std::uint16_t>(dimensions));
 }
 
-void array_dealloc(PyObject* self) {
-  Array* const array = array_of(self);
-  if (array->weak != nullptr) PyObject_ClearWeakRefs(self);
+void end_array(Array* array) {
   if (array->handle != 0) release(array->handle);
   // The library looks at elements in the middle of calls alone, and a call has the array.
   end(array->storage);
-  PyTypeObject* const of = Py_TYPE(self);
-  reinterpret_cast<freefunc>(PyType_GetSlot(of, Py_tp_free))(self);
-  Py_DECREF(of);
+  free_object(&array->ob_base);
+}
+
+void array_dealloc(PyObject* self) {
+  PyObject_GC_UnTrack(self);
+  if (array_of(self)->weak != nullptr) PyObject_ClearWeakRefs(self);
+  end_in_turn(array_of(self), end_array);
+}
+
+int array_traverse(PyObject* self, visitproc visit, void* arg) {
+  Py_VISIT(Py_TYPE(self));
+  const Storage* const storage = array_of(self)->storage;
+  if (storage != nullptr && storage->lease != nullptr) {
+    Py_VISIT(storage->lease->base);
+    Py_VISIT(storage->lease->buffer.obj);
+  }
+  return 0;
+}
+
+// Without its elements the array is none any more: RunFailure 5 for whoever still has it.
+int array_clear(PyObject* self) {
+  Array* const array = array_of(self);
+  Storage* const storage = array->storage;
+  if (storage == nullptr || storage->lease == nullptr || storage->views != 0) return 0;
+  release(std::exchange(array->handle, 0));
+  drop_elements(*storage);
+  return 0;
 }
 
 PyObject* sized(PyObject* of, PyObject* arguments) {
@@ -370,7 +403,11 @@ bool has_own_elements(const Py_buffer& view, const Kind& kind) {
 
 // What an exporter refuses is a TypeError here, as for any wrong argument.
 bool hold_given(Storage& storage, PyObject* base) {
-  if (hold_buffer(storage, base)) return true;
+  storage.lease = leased(base);
+  if (storage.lease != nullptr) {
+    storage.data = storage.lease->buffer.buf;
+    return true;
+  }
   if (PyErr_ExceptionMatches(PyExc_BufferError) == 0 &&
       PyErr_ExceptionMatches(PyExc_ValueError) == 0) {
     return false;
@@ -381,9 +418,10 @@ bool hold_given(Storage& storage, PyObject* base) {
 }
 
 bool adopt(Storage& storage, PyObject* base, const Kind& kind) {
-  if (!hold_given(storage, base) || !has_own_elements(storage.buffer, kind)) return false;
+  if (!hold_given(storage, base) || !has_own_elements(storage.lease->buffer, kind)) return false;
   const auto address = reinterpret_cast<std::uintptr_t>(storage.data);
-  if (storage.buffer.len != 0 && address % kind.size != 0) return refused(number::invalid_call);
+  if (storage.lease->buffer.len != 0 && address % kind.size != 0)
+    return refused(number::invalid_call);
   const Owned same_size(PyObject_CallFunction(lent.grown, "On", base, static_cast<Py_ssize_t>(-1)));
   if (!same_size) return false;
   storage.fixed = same_size.get() == Py_None;
@@ -402,6 +440,7 @@ PyObject* over(PyObject* of, PyObject* arguments, PyObject* named) {
   if (!library_is_open()) return nullptr;
   auto* const class_of = reinterpret_cast<PyTypeObject*>(of);
   const std::uint16_t type = type_of_class(class_of);
+  if (type == ORV2_NONE || type == ORV2_STRING_ARRAY) return raise(number::type_mismatch);
   Kind& kind = kind_of(type);
   std::int32_t lower = 0;
   if (lower_given != nullptr && !stored_i32(lower_given, lower)) return nullptr;
@@ -410,7 +449,7 @@ PyObject* over(PyObject* of, PyObject* arguments, PyObject* named) {
   if (!object) return nullptr;
   array->storage = new_storage(kind.size);
   if (array->storage == nullptr || !adopt(*array->storage, base, kind)) return nullptr;
-  const std::size_t count = static_cast<std::size_t>(array->storage->buffer.len) / kind.size;
+  const std::size_t count = static_cast<std::size_t>(array->storage->lease->buffer.len) / kind.size;
   if (count > INT32_MAX) return raise(number::subscript_out_of_range);
   const orv2_array_info wanted = shape(type, true, lower, static_cast<std::uint32_t>(count), 1);
   const bool well = succeeded(library.orv2_array_host(&wanted, array->storage->data, resize,
@@ -420,7 +459,8 @@ PyObject* over(PyObject* of, PyObject* arguments, PyObject* named) {
 
 PyObject* get_base(PyObject* self, void*) {
   const Storage* const storage = array_of(self)->storage;
-  PyObject* const base = storage != nullptr && storage->base != nullptr ? storage->base : Py_None;
+  const Lease* const lease = storage != nullptr ? storage->lease : nullptr;
+  PyObject* const base = lease != nullptr ? lease->base : Py_None;
   Py_INCREF(base);
   return base;
 }
@@ -437,6 +477,7 @@ int get_buffer(PyObject* self, Py_buffer* view, int flags) {
   view->obj = nullptr;
   Array* const array = array_of(self);
   orv2_array_info info{};
+  if (array->storage == nullptr) return raise(number::type_mismatch), -1;
   if (!describe_reachable(array, info)) return -1;
   auto* const shape = static_cast<Shape*>(PyMem_RawMalloc(sizeof(Shape)));
   if (shape == nullptr) return raise(number::out_of_memory), -1;
@@ -511,40 +552,40 @@ struct Slice {
   std::uint32_t count = 0;
 };
 
-// One end of a slice; `bound` when it is left out. RunFailure 9 beyond lower and upper + 1.
-bool slice_end(PyObject* given, std::int64_t bound, const orv2_array_info& info,
-               std::int64_t& end) {
-  end = bound;
-  if (given == Py_None) return true;
-  const Owned whole(PyNumber_Index(given));
-  if (!whole) return false;
-  int overflow = 0;
-  end = PyLong_AsLongLongAndOverflow(whole.get(), &overflow);
-  const std::int64_t past = std::int64_t{info.lower} + info.count;
-  return (overflow == 0 && end >= info.lower && end <= past) ||
-         refused(number::subscript_out_of_range);
+// What a slice asks for, before the array is looked at: its own code may run and change it.
+struct Asked {
+  bool has_start = false;
+  bool has_stop = false;
+  std::int64_t start = 0;
+  std::int64_t stop = 0;
+  std::int64_t step = 1;
+};
+
+bool ask_end(PyObject* slice, const char* name, bool& has, std::int64_t& end) {
+  const Owned given(PyObject_GetAttrString(slice, name));
+  has = given && given.get() != Py_None;
+  return given && (!has || index_of(given.get(), end));
 }
 
-bool slice_of(PyObject* given, const orv2_array_info& info, Slice& slice) {
-  const Owned start(PyObject_GetAttrString(given, "start"));
-  const Owned stop(PyObject_GetAttrString(given, "stop"));
-  const Owned step(PyObject_GetAttrString(given, "step"));
-  if (!start || !stop || !step) return false;
-  if (step.get() != Py_None) {
-    const Py_ssize_t steps = PyNumber_AsSsize_t(step.get(), nullptr);
-    if (PyErr_Occurred() != nullptr) return false;
-    if (steps < 1) {
-      PyErr_SetString(PyExc_ValueError, "the step of a slice is 1 or more");
-      return false;
-    }
-    slice.step = steps;
-  }
-  std::int64_t last = 0;
-  const std::int64_t past = std::int64_t{info.lower} + info.count;
-  if (!slice_end(start.get(), info.lower, info, slice.first) ||
-      !slice_end(stop.get(), past, info, last)) {
+bool ask_slice(PyObject* given, Asked& asked) {
+  bool has_step = false;
+  if (!ask_end(given, "step", has_step, asked.step)) return false;
+  if (asked.step < 1) {
+    PyErr_SetString(PyExc_ValueError, "the step of a slice is 1 or more");
     return false;
   }
+  return ask_end(given, "start", asked.has_start, asked.start) &&
+         ask_end(given, "stop", asked.has_stop, asked.stop);
+}
+
+// RunFailure 9 for an end beyond lower and upper + 1.
+bool slice_of(const Asked& asked, const orv2_array_info& info, Slice& slice) {
+  const std::int64_t past = std::int64_t{info.lower} + info.count;
+  const auto outside = [&](std::int64_t end) { return end < info.lower || end > past; };
+  slice.first = asked.has_start ? asked.start : info.lower;
+  const std::int64_t last = asked.has_stop ? asked.stop : past;
+  if (outside(slice.first) || outside(last)) return refused(number::subscript_out_of_range);
+  slice.step = std::min(asked.step, std::int64_t{1} << 32U);  // more than any array has
   const std::int64_t room = std::max<std::int64_t>(0, last - slice.first);
   slice.count = static_cast<std::uint32_t>(room / slice.step + (room % slice.step != 0 ? 1 : 0));
   return true;
@@ -569,16 +610,13 @@ bool write_slice(PyObject* self, const orv2_array_info& info, const Slice& slice
   if (!converted) return false;
   const Array* const from = array_of(converted.get());
   orv2_array_info given{};
-  orv2_array_info now{};
-  if (!describe(from, given) || !describe(array, now)) return false;
+  // The values may have run code that gave this array other bounds.
+  if (!describe(from, given) || !is_still(array, info)) return false;
   if (given.count != slice.count) {
     PyErr_Format(PyExc_ValueError, "%u elements for the %u of the slice",
                  static_cast<unsigned>(given.count), static_cast<unsigned>(slice.count));
     return false;
   }
-  // The values may have run code that gave this array other bounds.
-  if (now.lower != info.lower || now.count != info.count)
-    return refused(number::subscript_out_of_range);
   for (std::uint32_t i = 0; i < slice.count; ++i) {
     const auto place =
         static_cast<std::uint32_t>(slice.first - info.lower + std::int64_t{i} * slice.step);
@@ -594,30 +632,39 @@ bool write_slice(PyObject* self, const orv2_array_info& info, const Slice& slice
 
 PyObject* subscript(PyObject* self, PyObject* index) {
   orv2_array_info info{};
-  if (!describe_reachable(array_of(self), info)) return nullptr;
   if (PySlice_Check(index)) {
+    Asked asked;
     Slice slice;
-    return slice_of(index, info, slice) ? sliced(self, info, slice) : nullptr;
+    const bool well = ask_slice(index, asked) && describe_reachable(array_of(self), info) &&
+                      slice_of(asked, info, slice);
+    return well ? sliced(self, info, slice) : nullptr;
   }
+  std::int64_t wanted = 0;
   std::uint32_t place = 0;
-  return place_of(index, info, place) ? read(array_of(self), info, place) : nullptr;
+  const bool well = index_of(index, wanted) && describe_reachable(array_of(self), info) &&
+                    place_of(wanted, info, place);
+  return well ? read(array_of(self), info, place) : nullptr;
 }
 
 bool write_element(PyObject* self, PyObject* index, PyObject* value) {
   Array* const array = array_of(self);
   Cell cell{};
   Owned text;
-  // The value first: it may run code that changes the array.
   orv2_array_info info{};
+  std::int64_t wanted = 0;
   std::uint32_t place = 0;
-  if (!describe_reachable(array, info) || !place_of(index, info, place)) return false;
+  if (!index_of(index, wanted) || !describe_reachable(array, info) ||
+      !place_of(wanted, info, place)) {
+    return false;
+  }
+  // The value may run code that changes the array, which is looked at again after it.
   if (array->storage != nullptr) {
     if (!stored(value, kind_of(array->type).scalar, cell)) return false;
   } else {
     text = text_in(value);
     if (!text) return false;
   }
-  if (!describe_reachable(array, info) || !place_of(index, info, place)) return false;
+  if (!describe_reachable(array, info) || !place_of(wanted, info, place)) return false;
   if (array->storage == nullptr) return write_text(array, info, place, text.get());
   std::memcpy(element_at(array, place), &cell, array->storage->element);
   return true;
@@ -630,8 +677,11 @@ int assign(PyObject* self, PyObject* index, PyObject* value) {
   }
   if (!PySlice_Check(index)) return write_element(self, index, value) ? 0 : -1;
   orv2_array_info info{};
+  Asked asked;
   Slice slice;
-  if (!describe_reachable(array_of(self), info) || !slice_of(index, info, slice)) return -1;
+  const bool well = ask_slice(index, asked) && describe_reachable(array_of(self), info) &&
+                    slice_of(asked, info, slice);
+  if (!well) return -1;
   return write_slice(self, info, slice, value) ? 0 : -1;
 }
 
@@ -847,6 +897,8 @@ PyTypeObject* made_base() {
       {Py_tp_doc, const_cast<char*>(words.c_str())},
       {Py_tp_new, slot(array_new)},
       {Py_tp_dealloc, slot(array_dealloc)},
+      {Py_tp_traverse, slot(array_traverse)},
+      {Py_tp_clear, slot(array_clear)},
       {Py_tp_repr, slot(show)},
       {Py_tp_richcompare, slot(compare)},
       {Py_tp_hash, slot(PyObject_HashNotImplemented)},
@@ -859,7 +911,8 @@ PyTypeObject* made_base() {
       {Py_mp_ass_subscript, slot(assign)},
       {0, nullptr},
   };
-  static PyType_Spec spec = {"orv2_geo.GeoArray", sizeof(Array), 0, flags, slots};
+  static PyType_Spec spec = {"orv2_geo.GeoArray", sizeof(Array), 0, flags | Py_TPFLAGS_HAVE_GC,
+                             slots};  // which the five inherit
   return reinterpret_cast<PyTypeObject*>(PyType_FromSpec(&spec));
 }
 
@@ -911,11 +964,11 @@ Owned new_array(std::uint16_t type, std::int32_t lower, std::uint32_t count, voi
 }
 
 bool make_arrays(PyObject* module) {
-  base_type = made_base();
+  if (base_type == nullptr) base_type = made_base();
   if (!published(module, "GeoArray", base_type)) return false;
   const Owned bases(PyTuple_Pack(1, base_type));
   for (Kind& kind : kinds) {
-    kind.type = bases ? made_class(kind, bases.get()) : nullptr;
+    if (kind.type == nullptr && bases) kind.type = made_class(kind, bases.get());
     if (!published(module, kind.name, kind.type)) return false;
   }
   return true;

@@ -4,6 +4,7 @@
 
 #include <atomic>
 
+#include "failures.h"
 #include "numbers.h"
 #include "owned.h"
 
@@ -14,10 +15,9 @@ struct Storage {
   void* data = nullptr;
   std::size_t element = 0;              // bytes each
   std::atomic<std::uint32_t> views{0};  // who looks at the elements: they stay where they are
-  bool foreign = false;
-  Py_buffer buffer{};        // of a foreign one
-  PyObject* base = nullptr;  // whose elements they are
-  bool fixed = false;        // its owner cannot follow another size
+  Lease* lease = nullptr;  // an object's buffer, which the elements lie in; null: their own
+  bool fixed = false;      // its owner cannot follow another size
+  bool busy = false;       // its owner is being asked to
 };
 
 struct Array {

@@ -1,6 +1,8 @@
 #include "bulk.h"
 
 #include <algorithm>
+#include <chrono>
+#include <cstring>
 
 #include "arguments.h"
 #include "failures.h"
@@ -11,7 +13,10 @@ namespace orv2_geo::python {
 
 namespace {
 
-constexpr std::size_t rows_at_once = 65536;  // between two looks at the signals
+// Between two looks at the signals, by what the rows so far took.
+constexpr std::size_t fewest_rows = 16;
+constexpr std::size_t most_rows = 65536;
+constexpr auto longest = std::chrono::milliseconds(20);
 
 // A buffer in use, given back at the end.
 class Held {
@@ -28,7 +33,9 @@ class Held {
     const int flags = buffer_contiguous | buffer_format | (written ? buffer_writable : 0);
     if (PyObject_GetBuffer(owner, &view_, flags) != 0) return false;
     held_ = true;
-    if (static_cast<std::size_t>(view_.len) == rows * size) return true;
+    const auto bytes = static_cast<std::size_t>(view_.len);
+    const bool aligned = reinterpret_cast<std::uintptr_t>(view_.buf) % size == 0;
+    if (bytes % size == 0 && bytes / size == rows && (aligned || rows == 0)) return true;
     PyErr_SetString(PyExc_ValueError, "a column has an element for every row");
     return false;
   }
@@ -117,18 +124,22 @@ void tell_row(std::size_t row) {
 }
 
 bool called(Rows& rows, std::size_t count) {
+  std::size_t at_once = fewest_rows;
   while (rows.done < count) {
     if (PyErr_CheckSignals() != 0) return false;
     Frame frame;
     std::int32_t status = 0;
+    const auto begun = std::chrono::steady_clock::now();
     {
       const Unlocked meanwhile(true);
-      status = rows.call(std::min(count - rows.done, rows_at_once));
+      status = rows.call(std::min(count - rows.done, at_once));
     }
     if (!frame.ended_well(status)) {
       tell_row(rows.done);
       return false;
     }
+    const bool quick = std::chrono::steady_clock::now() - begun < longest;
+    at_once = quick ? std::min(at_once * 2, most_rows) : std::max(at_once / 2, fewest_rows);
   }
   return true;
 }
@@ -152,6 +163,23 @@ bool split(const Member& member, PyObject* values, Columns& columns, PyObject** 
 
 }  // namespace
 
+PyObject* is_column(PyObject*, PyObject* arguments) {
+  PyObject* owner = nullptr;
+  const char* format = nullptr;
+  if (PyArg_ParseTuple(arguments, "Os:is_column", &owner, &format) == 0) return nullptr;
+  Py_buffer view{};
+  if (PyObject_GetBuffer(owner, &view, buffer_contiguous | buffer_format) != 0) {
+    PyErr_Clear();
+    return PyBool_FromLong(0);
+  }
+  const auto size = static_cast<std::size_t>(view.itemsize);
+  const bool own = view.ndim == 1 && view.format != nullptr &&
+                   std::strcmp(view.format, format) == 0 && size != 0 &&
+                   reinterpret_cast<std::uintptr_t>(view.buf) % size == 0;
+  PyBuffer_Release(&view);
+  return PyBool_FromLong(own ? 1 : 0);
+}
+
 PyObject* call_rows(PyObject*, PyObject* arguments) {
   PyObject* called_member = nullptr;
   PyObject* object = nullptr;
@@ -169,6 +197,7 @@ PyObject* call_rows(PyObject*, PyObject* arguments) {
   if (!handle_of_object(object, handle)) return raise(number::invalid_call);
   if (static_cast<std::size_t>(PyTuple_Size(values)) != member->count)
     return raise(number::argument_not_optional);
+  if (count < 0) return raise(number::subscript_out_of_range);
   const auto rows = static_cast<std::size_t>(count);
   Columns columns(*member, rows);
   PyObject* rest[most_parameters];
@@ -184,11 +213,8 @@ PyObject* call_rows(PyObject*, PyObject* arguments) {
   Rows all{*member, handle, others.values(), columns, nullptr, nullptr, 0};
   if (result != Py_None) all.results = answers.at();
   if (failed != Py_None) all.failed = reinterpret_cast<std::int32_t*>(numbers.at());
-  const bool well = called(all, rows);
-  if (well) return others.settle() ? PyLong_FromSize_t(all.done) : nullptr;
-  const ExceptionAside kept;
-  if (!others.settle()) PyErr_Clear();
-  return nullptr;
+  Owned answer(called(all, rows) ? PyLong_FromSize_t(all.done) : nullptr);
+  return others.settle_with(answer) ? answer.release() : nullptr;
 }
 
 }  // namespace orv2_geo::python

@@ -12,4 +12,8 @@ namespace orv2_geo::python {
 /// first failure is raised. Answers with how many rows were called.
 PyObject* call_rows(PyObject* module, PyObject* arguments);
 
+/// is_column(object, format): whether its buffer holds elements of a format one behind the
+/// other, each where the machine wants it, to be read as they are.
+PyObject* is_column(PyObject* module, PyObject* arguments);
+
 }  // namespace orv2_geo::python

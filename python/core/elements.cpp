@@ -66,6 +66,9 @@ bool fitted(double wide, Whole& element) {
   return fits;
 }
 
+// A truth as a buffer has it: any byte.
+enum class Truth : std::uint8_t {};
+
 template <class From, class To>
 bool converted(const Py_buffer& view, void* data) {
   const auto* from = static_cast<const char*>(view.buf);
@@ -74,8 +77,8 @@ bool converted(const Py_buffer& view, void* data) {
   for (Py_ssize_t i = view.shape[0]; i > 0; --i, from += step, ++to) {
     From element;
     std::memcpy(&element, from, sizeof(element));
-    if constexpr (std::is_same_v<From, bool>) {
-      *to = static_cast<To>(element ? -1 : 0);
+    if constexpr (std::is_same_v<From, Truth>) {
+      *to = static_cast<To>(element != Truth{} ? -1 : 0);
     } else if constexpr (std::is_same_v<From, To>) {
       *to = element;
     } else if constexpr (std::is_integral_v<From> && std::is_integral_v<To>) {
@@ -103,6 +106,11 @@ bool converted_to(std::uint16_t type, const Py_buffer& view, void* data) {
 
 using Conversion = bool (*)(std::uint16_t, const Py_buffer&, void*);
 
+template <class From>
+Conversion one_of_size(Py_ssize_t size) {
+  return size == sizeof(From) ? converted_to<From> : nullptr;
+}
+
 template <class Small, class Middle, class Large>
 Conversion by_size(Py_ssize_t size) {
   if (size == sizeof(Small)) return converted_to<Small>;
@@ -117,11 +125,11 @@ Conversion conversion_for(const Py_buffer& view) {
   if (*format == '@' || *format == '=' || *format == (little ? '<' : '>')) ++format;
   if (*format == '\0' || format[1] != '\0') return nullptr;
   switch (*format) {
-    case 'd': return converted_to<double>;
-    case 'f': return converted_to<float>;
-    case '?': return converted_to<bool>;
-    case 'b': return converted_to<std::int8_t>;
-    case 'B': return converted_to<std::uint8_t>;
+    case 'd': return one_of_size<double>(view.itemsize);
+    case 'f': return one_of_size<float>(view.itemsize);
+    case '?': return one_of_size<Truth>(view.itemsize);
+    case 'b': return one_of_size<std::int8_t>(view.itemsize);
+    case 'B': return one_of_size<std::uint8_t>(view.itemsize);
     case 'h':
     case 'i':
     case 'l':
@@ -148,7 +156,7 @@ bool taken(const Py_buffer& view, Conversion conversion, std::uint16_t type, Ele
   const bool same = format[0] == own_format(type) && format[1] == '\0' &&
                     static_cast<std::size_t>(view.itemsize) == element_size(type);
   if (same && is_packed(view)) {
-    if (found.count != 0) std::memcpy(found.data, view.buf, static_cast<std::size_t>(view.len));
+    if (found.count != 0) std::memcpy(found.data, view.buf, found.count * element_size(type));
     return true;
   }
   if (conversion(type, view, found.data)) return true;
@@ -161,10 +169,12 @@ bool from_buffer(PyObject* given, std::uint16_t type, Elements& found, bool& wel
   if (PyObject_CheckBuffer(given) == 0) return false;
   Py_buffer view{};
   if (PyObject_GetBuffer(given, &view, buffer_strides | buffer_format) != 0) {
+    if (PyErr_ExceptionMatches(PyExc_Exception) == 0) return well = false, true;
     PyErr_Clear();  // it can still be walked
     return false;
   }
-  const Conversion conversion = view.ndim == 1 ? conversion_for(view) : nullptr;
+  const Conversion conversion =
+      view.ndim == 1 && view.shape != nullptr ? conversion_for(view) : nullptr;
   if (conversion != nullptr) well = taken(view, conversion, type, found);
   PyBuffer_Release(&view);
   return conversion != nullptr;

@@ -1,6 +1,7 @@
 #include "failures.h"
 
 #include <cstring>
+#include <new>
 
 #include "library.h"
 
@@ -84,14 +85,14 @@ PyObject* raise(std::int32_t number, const char* source) {
 
 PyObject* raise_last() {
   orv2_failure told{};
-  library.orv2_last_failure(&told);
+  if (library.orv2_last_failure(&told) != 0) told.number = number::invalid_call;
   const Owned failure = made(told.number, told.description, told.source);
   raise_object(failure);
   return nullptr;
 }
 
 Owned text_of_c(const char* utf8) {
-  if (utf8 == nullptr) return Owned(PyUnicode_FromStringAndSize(nullptr, 0));
+  if (utf8 == nullptr) utf8 = "";
   const auto length = static_cast<Py_ssize_t>(std::strlen(utf8));
   PyObject* const text = PyUnicode_DecodeUTF8(utf8, length, "surrogatepass");
   if (text != nullptr || PyErr_ExceptionMatches(PyExc_UnicodeDecodeError) == 0) return Owned(text);
@@ -115,6 +116,24 @@ Owned c_text_of(PyObject* text) {
 
 const char* characters(const Owned& bytes) { return PyBytes_AsString(bytes.get()); }
 
+Lease* leased(PyObject* base) {
+  void* const memory = PyMem_RawMalloc(sizeof(Lease));
+  if (memory == nullptr) return refused(number::out_of_memory), nullptr;
+  auto* const made = new (memory) Lease;
+  constexpr int flags = buffer_writable | buffer_format | buffer_contiguous;
+  if (PyObject_GetBuffer(base, &made->buffer, flags) != 0) return PyMem_RawFree(made), nullptr;
+  Py_INCREF(base);
+  made->base = base;
+  return made;
+}
+
+void give_back(Lease* lease) noexcept {
+  if (lease == nullptr) return;
+  PyBuffer_Release(&lease->buffer);
+  Py_DECREF(lease->base);
+  PyMem_RawFree(lease);
+}
+
 Frame::Frame() noexcept : outer_(innermost_frame) { innermost_frame = this; }
 
 Frame::~Frame() {
@@ -122,6 +141,8 @@ Frame::~Frame() {
   Py_XDECREF(interrupt_);
   Py_XDECREF(cause_);
   Py_XDECREF(words_);
+  Py_XDECREF(answer_);
+  while (retired_ != nullptr) give_back(std::exchange(retired_, retired_->next));
 }
 
 Frame* Frame::innermost() noexcept { return innermost_frame; }
@@ -129,6 +150,15 @@ Frame* Frame::innermost() noexcept { return innermost_frame; }
 bool Frame::interrupted() noexcept {
   return innermost_frame != nullptr && innermost_frame->interrupt_ != nullptr;
 }
+
+bool Frame::keep_answer(PyObject* owner) {
+  if (innermost_frame == nullptr) return refused(number::invalid_call);
+  Py_INCREF(owner);
+  Owned(std::exchange(innermost_frame->answer_, owner));
+  return true;
+}
+
+void Frame::retire(Lease* lease) noexcept { lease->next = std::exchange(retired_, lease); }
 
 bool Frame::ended_well(std::int32_t status) {
   if (interrupt_ == nullptr && status == 0) [[likely]]

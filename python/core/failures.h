@@ -18,18 +18,18 @@ inline constexpr std::int32_t host_object_failed = 440;
 inline constexpr std::int32_t argument_not_optional = 449;
 }  // namespace number
 
-/// What Python's side of the package lends: set once, at import.
+/// What Python's side of the package lends: set once, at import; None before.
 struct Lent {
-  PyObject* run_failure = nullptr;    // the exception's class
-  PyObject* warning = nullptr;        // GeoWarning
-  PyObject* set_property = nullptr;   // sets a property of an object of Python's side
-  PyObject* call = nullptr;           // calls its method
-  PyObject* wrapped = nullptr;        // makes the object of a class, from its index
-  PyObject* error_box = nullptr;      // shows a box
-  PyObject* show_modal = nullptr;     // shows a form
-  PyObject* handle_events = nullptr;  // lets waiting events be handled
-  PyObject* open = nullptr;           // opens the library, wherever it is
-  PyObject* grown = nullptr;          // a buffer's owner's successor, of another size
+  PyObject* run_failure = Py_None;    // the exception's class
+  PyObject* warning = Py_None;        // GeoWarning
+  PyObject* set_property = Py_None;   // sets a property of an object of Python's side
+  PyObject* call = Py_None;           // calls its method
+  PyObject* wrapped = Py_None;        // makes the object of a class, from its index
+  PyObject* error_box = Py_None;      // shows a box
+  PyObject* show_modal = Py_None;     // shows a form
+  PyObject* handle_events = Py_None;  // lets waiting events be handled
+  PyObject* open = Py_None;           // opens the library, wherever it is
+  PyObject* grown = Py_None;          // a buffer's owner's successor, of another size
 };
 extern Lent lent;
 
@@ -64,6 +64,19 @@ Owned text_of_c(const char* utf8);
 Owned c_text_of(PyObject* text);
 const char* characters(const Owned& bytes);
 
+/// A buffer in use, and whose it is.
+struct Lease {
+  Py_buffer buffer{};
+  PyObject* base = nullptr;
+  Lease* next = nullptr;  // among those that wait to be given back
+};
+
+/// The writable buffer of `base`, in one piece. Null, with an exception, on failure.
+Lease* leased(PyObject* base);
+
+/// Gives a buffer back, which may run code of its owner's. Null is allowed.
+void give_back(Lease* lease) noexcept;
+
 /// One call on its way: what its callbacks leave for it, as no exception can cross the
 /// library. An exception of a callback waits here until the call returns.
 class Frame {
@@ -86,6 +99,13 @@ class Frame {
   /// Whether a callback has been interrupted: no other is to run then.
   static bool interrupted() noexcept;
 
+  /// Keeps what a callback's answer points at until the call is over, or until the next
+  /// answer. RunFailure 5 outside a call.
+  static bool keep_answer(PyObject* owner);
+
+  /// Keeps a buffer until the call is over: the library may still look at it.
+  void retire(Lease* lease) noexcept;
+
  private:
   bool raise_status();
 
@@ -93,6 +113,8 @@ class Frame {
   PyObject* interrupt_ = nullptr;  // KeyboardInterrupt or the like, to be raised as itself
   PyObject* cause_ = nullptr;      // any other exception, and the words it travels by
   PyObject* words_ = nullptr;
+  PyObject* answer_ = nullptr;
+  Lease* retired_ = nullptr;
   std::int32_t number_ = 0;
 };
 

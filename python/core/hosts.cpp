@@ -16,10 +16,78 @@ namespace {
 
 std::atomic<long> lent_count{0};
 
-// What the last answer of each thread points at, until the library has taken it.
-thread_local PyObject* answered = nullptr;
+// ---- What is lent ------------------------------------------------------------------------
 
-PyObject* target_of(void* context) { return static_cast<PyObject*>(context); }
+// An object that the library has a handle of, for as long as the library has it.
+struct Loan {
+  PyObject* target;  // null once its thread has ended
+  orv2_handle handle;
+  Loan* next;
+  Loan** link;  // what points at it
+};
+
+// The loans of one thread, among what Python keeps for the thread: the library forgets a
+// thread's objects at its end without a word.
+struct Loans {
+  PyObject ob_base;
+  Loan* first;
+};
+
+PyTypeObject* loans_type = nullptr;
+PyObject* loans_name = nullptr;
+
+// Takes an object back. Its code may run.
+void end_loan(Loan* loan) {
+  if (loan->target == nullptr) return;
+  *loan->link = loan->next;
+  if (loan->next != nullptr) loan->next->link = loan->link;
+  --lent_count;
+  Py_DECREF(std::exchange(loan->target, nullptr));
+}
+
+void loans_dealloc(PyObject* self) {
+  auto* const loans = reinterpret_cast<Loans*>(self);
+  while (Loan* const loan = loans->first) {
+    const orv2_handle handle = loan->handle;
+    end_loan(loan);
+    release(handle);  // and with it the loan, unless the library still has it elsewhere
+  }
+  free_object(self);
+}
+
+// This thread's loans; null, with an exception, on failure.
+Loans* loans_here() {
+  PyObject* const kept = PyThreadState_GetDict();
+  if (kept == nullptr) return PyErr_NoMemory(), nullptr;
+  PyObject* const known = PyDict_GetItemWithError(kept, loans_name);
+  if (known != nullptr) return reinterpret_cast<Loans*>(known);
+  if (PyErr_Occurred() != nullptr) return nullptr;
+  auto* const allocate = reinterpret_cast<allocfunc>(PyType_GetSlot(loans_type, Py_tp_alloc));
+  const Owned made(allocate(loans_type, 0));
+  if (!made || PyDict_SetItem(kept, loans_name, made.get()) != 0) return nullptr;
+  return reinterpret_cast<Loans*>(made.get());
+}
+
+PyType_Slot loans_slots[] = {
+    {Py_tp_dealloc, reinterpret_cast<void*>(loans_dealloc)},
+    {0, nullptr},
+};
+
+PyType_Spec loans_spec = {"orv2_geo.Loans", sizeof(Loans), 0, Py_TPFLAGS_DEFAULT, loans_slots};
+
+bool make_loans() {
+  loans_type = reinterpret_cast<PyTypeObject*>(PyType_FromSpec(&loans_spec));
+  loans_name = PyUnicode_InternFromString("orv2_geo loans");
+  return loans_type != nullptr && loans_name != nullptr;
+}
+
+// The object behind a callback, kept for its length. RunFailure 5 for one taken back.
+Owned target_of(void* context) {
+  PyObject* const target = static_cast<Loan*>(context)->target;
+  if (target == nullptr) raise(number::invalid_call);
+  Py_XINCREF(target);
+  return Owned(target);
+}
 
 // ---- What the library hands to a callback ----------------------------------------------
 
@@ -75,18 +143,12 @@ class Received {
   bool whole_ = false;
 };
 
-void keep_answer(PyObject* owner) {
-  Py_XINCREF(owner);
-  Owned(std::exchange(answered, owner));
-}
-
 // An answer that is no value of the interface is left out.
 bool give(orv2_value* result, PyObject* answer) {
   if (result == nullptr || answer == Py_None) return true;
   if (handle_of_object(answer, result->as.handle)) {
     result->tag = ORV2_OBJECT;
-    keep_answer(answer);
-    return true;
+    return Frame::keep_answer(answer);
   }
   const Owned value = plain(answer);
   if (!value) {
@@ -96,8 +158,7 @@ bool give(orv2_value* result, PyObject* answer) {
   }
   const Owned kept(PyList_New(0));
   if (!kept || !put_plain(*result, value.get(), kept.get())) return false;
-  keep_answer(kept.get());
-  return true;
+  return PyList_Size(kept.get()) == 0 || Frame::keep_answer(kept.get());
 }
 
 // A callback's body under the interpreter's lock: 0, or the number that it ends with.
@@ -110,43 +171,60 @@ std::int32_t answering(Body&& body) {
 
 std::int32_t set_property(void* context, const char* name, const orv2_value* value) {
   return answering([&] {
+    const Owned target = target_of(context);
+    if (!target) return false;
     const Received given(value, 1);
     const Owned text = text_of_c(name);
     if (!given || !text) return false;
-    return static_cast<bool>(
-        Owned(PyObject_CallFunctionObjArgs(lent.set_property, target_of(context), text.get(),
-                                           PyTuple_GetItem(given.get(), 0), nullptr)));
+    return static_cast<bool>(Owned(PyObject_CallFunctionObjArgs(
+        lent.set_property, target.get(), text.get(), PyTuple_GetItem(given.get(), 0), nullptr)));
   });
 }
 
 std::int32_t call(void* context, const char* name, const orv2_value* values, std::size_t count,
                   orv2_value* result) {
   return answering([&] {
+    const Owned target = target_of(context);
+    if (!target) return false;
     const Received given(values, count);
     const Owned text = text_of_c(name);
     if (!given || !text) return false;
-    const Owned answer(PyObject_CallFunctionObjArgs(lent.call, target_of(context), text.get(),
-                                                    given.get(), nullptr));
+    const Owned answer(
+        PyObject_CallFunctionObjArgs(lent.call, target.get(), text.get(), given.get(), nullptr));
     return answer && give(result, answer.get());
   });
 }
 
 void released(void* context) {
-  const Locked with_the_lock;
-  const ExceptionAside until_the_end;
-  --lent_count;
-  Py_DECREF(target_of(context));
+  auto* const loan = static_cast<Loan*>(context);
+  if (loan->target != nullptr) {
+    const Locked with_the_lock;
+    const ExceptionAside until_the_end;
+    end_loan(loan);
+  }
+  PyMem_RawFree(loan);
 }
 
 const orv2_host_object callbacks{sizeof(orv2_host_object), set_property, call, released};
 
 bool lend_new(PyObject* target, orv2_handle& handle) {
+  Loans* const loans = loans_here();
+  if (loans == nullptr) return false;
+  auto* const loan = static_cast<Loan*>(PyMem_RawMalloc(sizeof(Loan)));
+  if (loan == nullptr) return refused(number::out_of_memory);
+  *loan = {target, 0, nullptr, nullptr};
+  if (!succeeded(library.orv2_host_object_new(&callbacks, loan, &handle))) {
+    PyMem_RawFree(loan);
+    return false;
+  }
   Py_INCREF(target);
   ++lent_count;
-  if (succeeded(library.orv2_host_object_new(&callbacks, target, &handle))) return true;
-  --lent_count;
-  Py_DECREF(target);
-  return false;
+  loan->handle = handle;
+  loan->next = loans->first;
+  loan->link = &loans->first;
+  if (loan->next != nullptr) loan->next->link = &loan->next;
+  loans->first = loan;
+  return true;
 }
 
 }  // namespace
@@ -169,7 +247,6 @@ bool lend(PyObject* target, orv2_handle& handle, bool& owned) {
 
 Owned object_behind(orv2_handle handle) {
   if (handle == 0) return Owned::to(Py_None);
-  if (!succeeded(library.orv2_reference(handle))) return {};
   return Owned(PyObject_CallFunction(lent.wrapped, "K", static_cast<unsigned long long>(handle)));
 }
 
@@ -265,13 +342,17 @@ PyType_Slot omitted_slots[] = {
 PyType_Spec omitted_spec = {"orv2_geo.Omitted", sizeof(Omitted), 0, Py_TPFLAGS_DEFAULT,
                             omitted_slots};
 
+bool make_omitted() {
+  const Owned type(PyType_FromSpec(&omitted_spec));
+  omitted = type ? PyObject_CallObject(type.get(), nullptr) : nullptr;
+  return omitted != nullptr;
+}
+
 }  // namespace
 
 bool make_hosts(PyObject* module) {
-  const Owned type(PyType_FromSpec(&omitted_spec));
-  if (!type) return false;
-  omitted = PyObject_CallObject(type.get(), nullptr);
-  if (omitted == nullptr) return false;
+  if (loans_name == nullptr && !make_loans()) return false;
+  if (omitted == nullptr && !make_omitted()) return false;
   Py_INCREF(omitted);
   return PyModule_AddObject(module, "omitted", omitted) == 0;
 }

@@ -3,6 +3,7 @@
 #include <cstdint>
 
 #include "failures.h"
+#include "numbers.h"
 #include "objects.h"
 
 namespace orv2_geo::python {
@@ -103,6 +104,14 @@ orv2_form* form_at(unsigned long long address) {
   return reinterpret_cast<orv2_form*>(static_cast<std::uintptr_t>(address));
 }
 
+// False, with an exception, for what is no address.
+bool form_in(PyObject* given, orv2_form*& form) {
+  std::uint64_t address = 0;
+  if (!number_in(given, address)) return false;
+  form = form_at(address);
+  return true;
+}
+
 // The texts of a description; empty ones where memory ran out, with the exception.
 template <class... Texts>
 PyObject* described(const char* format, Texts... values) {
@@ -113,20 +122,19 @@ PyObject* described(const char* format, Texts... values) {
 PyObject* text(const char* utf8) { return text_of_c(utf8).release(); }
 
 PyObject* form_describe(PyObject*, PyObject* given) {
+  orv2_form* form = nullptr;
   orv2_form_info info{};
-  if (!succeeded(library.orv2_form_describe(form_at(PyLong_AsUnsignedLongLong(given)), &info)))
-    return nullptr;
+  if (!form_in(given, form) || !succeeded(library.orv2_form_describe(form, &info))) return nullptr;
   return described("NNiiin", text(info.name), text(info.caption), static_cast<int>(info.width),
                    static_cast<int>(info.height), static_cast<int>(info.open),
                    static_cast<Py_ssize_t>(info.control_count));
 }
 
 PyObject* form_frame(PyObject*, PyObject* given) {
+  orv2_form* form = nullptr;
   orv2_form_frame frame{};
-  if (!succeeded(
-          library.orv2_form_describe_frame(form_at(PyLong_AsUnsignedLongLong(given)), &frame))) {
+  if (!form_in(given, form) || !succeeded(library.orv2_form_describe_frame(form, &frame)))
     return nullptr;
-  }
   return described("iiiiiiii", static_cast<int>(frame.start), static_cast<int>(frame.left),
                    static_cast<int>(frame.top), static_cast<int>(frame.tool_window),
                    static_cast<int>(frame.resizable), static_cast<int>(frame.minimise_box),
@@ -211,10 +219,10 @@ PyObject* form_cell(PyObject*, PyObject* arguments) {
 }
 
 PyObject* form_focus(PyObject*, PyObject* given) {
+  orv2_form* form = nullptr;
   const char* name = nullptr;
-  const std::int32_t status =
-      library.orv2_form_focus(form_at(PyLong_AsUnsignedLongLong(given)), &name);
-  return succeeded(status) ? text(name) : nullptr;
+  const bool well = form_in(given, form) && succeeded(library.orv2_form_focus(form, &name));
+  return well ? text(name) : nullptr;
 }
 
 // ---- What a person does on it

@@ -8,7 +8,7 @@ Library library;
 
 namespace {
 
-bool open = false;
+void* used_file = nullptr;
 
 template <class Function>
 bool found(void* file, const char* name, Function& function) {
@@ -21,6 +21,7 @@ bool found(void* file, const char* name, Function& function) {
 std::string opened(const char* path) {
   void* const file = dlopen(path, RTLD_NOW | RTLD_LOCAL);
   if (file == nullptr) return dlerror();
+  if (is_open()) return file == used_file ? std::string() : "another library is in use already";
   Library functions;
 #define ORV2_PYTHON_FOUND(name)                                              \
   if (!found(file, #name, functions.name)) {                                 \
@@ -29,10 +30,10 @@ std::string opened(const char* path) {
   ORV2_PYTHON_FUNCTIONS(ORV2_PYTHON_FOUND)
 #undef ORV2_PYTHON_FOUND
   library = functions;
-  open = true;
+  used_file = file;
   return {};
 }
 
-bool is_open() noexcept { return open; }
+bool is_open() noexcept { return used_file != nullptr; }
 
 }  // namespace orv2_geo::python

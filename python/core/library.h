@@ -2,7 +2,9 @@
 // for.
 #pragma once
 
+#include <cstdint>
 #include <string>
+#include <type_traits>
 
 #include "orv2_geo/orv2_geo.h"
 
@@ -28,17 +30,25 @@ namespace orv2_geo::python {
                                           use(orv2_form_set_focus) use(orv2_form_press_enter)      \
                                               use(orv2_form_press_escape) use(orv2_form_close)
 
+/// What stands for a function until the library is opened: failure 5, a count of 0.
+template <class Function>
+struct NotOpened;
+template <class Answer, class... Given>
+struct NotOpened<Answer (*)(Given...)> {
+  static Answer call(Given...) { return std::is_same_v<Answer, std::int32_t> ? 5 : 0; }
+};
+
 struct Library {
-#define ORV2_PYTHON_DECLARED(name) decltype(&::name) name = nullptr;
+#define ORV2_PYTHON_DECLARED(name) decltype(&::name) name = &NotOpened<decltype(&::name)>::call;
   ORV2_PYTHON_FUNCTIONS(ORV2_PYTHON_DECLARED)
 #undef ORV2_PYTHON_DECLARED
 };
 
-/// The library in use. Empty until it is opened; nothing that needs it is reached before.
+/// The library in use. Until it is opened every function of it fails.
 extern Library library;
 
 /// Opens the library at `path`, or by its name wherever the loader looks. Empty when it is
-/// in use then, else why not.
+/// in use then, else why not. Another one cannot take its place.
 std::string opened(const char* path);
 
 bool is_open() noexcept;

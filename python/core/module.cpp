@@ -46,7 +46,8 @@ PyObject* failures(PyObject*, PyObject*) {
 PyObject* described_class(PyObject*, PyObject* index) {
   orv2_class_info info{};
   const auto wanted = static_cast<std::size_t>(PyLong_AsSsize_t(index));
-  if (!succeeded(library.orv2_class_at(wanted, &info))) return nullptr;
+  if (PyErr_Occurred() != nullptr || !succeeded(library.orv2_class_at(wanted, &info)))
+    return nullptr;
   return Py_BuildValue("ssn", info.name, info.registered_name,
                        static_cast<Py_ssize_t>(info.member_count));
 }
@@ -90,25 +91,29 @@ PyObject* described_parameter(PyObject*, PyObject* arguments) {
       static_cast<int>(info.has_default != 0 ? info.default_value : 0), static_cast<int>(use));
 }
 
-// create(name): the handle of a new object.
+// create(name): a new object.
 PyObject* create(PyObject*, PyObject* name) {
   const Owned text = text_in(name);
   const Owned bytes = text ? c_text_of(text.get()) : Owned();
   orv2_handle handle = 0;
   if (!bytes || !succeeded(library.orv2_create(characters(bytes), &handle))) return nullptr;
-  if (serve_this_thread()) return PyLong_FromUnsignedLongLong(handle);
-  release(handle);
-  return nullptr;
+  Owned made = serve_this_thread() ? object_behind(handle) : Owned();
+  release(handle);  // the object has a reference of its own
+  return made.release();
 }
 
-PyObject* class_of(PyObject*, PyObject* handle) {
+PyObject* class_of(PyObject*, PyObject* given) {
+  orv2_handle handle = 0;
   std::size_t index = 0;
-  if (!succeeded(library.orv2_class_of(PyLong_AsUnsignedLongLong(handle), &index))) return nullptr;
+  if (!number_in(given, handle) || !succeeded(library.orv2_class_of(handle, &index)))
+    return nullptr;
   return PyLong_FromSize_t(index);
 }
 
-PyObject* release_handle(PyObject*, PyObject* handle) {
-  release(PyLong_AsUnsignedLongLong(handle));
+PyObject* release_handle(PyObject*, PyObject* given) {
+  orv2_handle handle = 0;
+  if (!number_in(given, handle)) return nullptr;
+  release(handle);
   Py_INCREF(Py_None);
   return Py_None;
 }
@@ -175,7 +180,10 @@ PyObject* lend_handle(PyObject*, PyObject* target) {
   orv2_handle handle = 0;
   bool owned = false;
   if (!lend(target, handle, owned)) return nullptr;
-  return Py_BuildValue("KO", static_cast<unsigned long long>(handle), owned ? Py_True : Py_False);
+  PyObject* const told =
+      Py_BuildValue("KO", static_cast<unsigned long long>(handle), owned ? Py_True : Py_False);
+  if (told == nullptr && owned) release(handle);
+  return told;
 }
 
 // framed(function, arguments): a function that answers with a status and may call back.
@@ -216,7 +224,8 @@ PyObject* use(PyObject*, PyObject* arguments) {
   for (const auto& one : places) {
     if (std::string(one.name) != name) continue;
     Py_INCREF(object);
-    Owned(std::exchange(one.place, object));
+    PyObject* const before = std::exchange(one.place, object);
+    if (before != Py_None) Py_DECREF(before);  // None at the start, which is nobody's
     Py_INCREF(Py_None);
     return Py_None;
   }
@@ -248,6 +257,7 @@ PyMethodDef functions[] = {
     {"framed", framed, METH_VARARGS, nullptr},
     {"call_like_member", call_like_member, METH_VARARGS, nullptr},
     {"call_rows", call_rows, METH_VARARGS, nullptr},
+    {"is_column", is_column, METH_VARARGS, nullptr},
     {"use", use, METH_VARARGS, nullptr},
     {nullptr, nullptr, 0, nullptr},
 };

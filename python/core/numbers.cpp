@@ -181,6 +181,11 @@ double rounded_half_to_even(double value) {
   return std::fmod(below, 2.0) == 0.0 ? below : below + 1.0;
 }
 
+bool number_in(PyObject* value, std::uint64_t& number) {
+  number = PyLong_AsUnsignedLongLong(value);
+  return PyErr_Occurred() == nullptr;
+}
+
 bool stored_i32(PyObject* value, std::int32_t& number) { return stored_whole(value, number); }
 
 Units::Units(PyObject* text) : bytes_(PyUnicode_AsEncodedString(text, encoding, "surrogatepass")) {

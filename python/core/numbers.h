@@ -46,6 +46,9 @@ Owned text_in(PyObject* value);
 /// The nearest whole number, the even one of two as near; not a number stays so.
 double rounded_half_to_even(double value);
 
+/// A handle, an address or the like. False, with an exception, for what is none.
+bool number_in(PyObject* value, std::uint64_t& number);
+
 /// A whole number of 32 bits, as for stored.
 bool stored_i32(PyObject* value, std::int32_t& number);
 

@@ -19,6 +19,10 @@ PyTypeObject* member_type = nullptr;
 // Whether a box or a form of this thread may wait for a person.
 thread_local bool waiting = false;
 
+bool is_class_of_objects(PyObject* of) {
+  return PyType_Check(of) && PyType_IsSubtype(reinterpret_cast<PyTypeObject*>(of), object_type);
+}
+
 Object* object_of(PyObject* self) { return reinterpret_cast<Object*>(self); }
 Member* member_of(PyObject* self) { return reinterpret_cast<Member*>(self); }
 
@@ -37,14 +41,11 @@ PyObject* passed(const Called& called, PyObject* const* given, std::size_t count
     const Unlocked meanwhile(lasting);
     status = call(arguments.values(), arguments.count(), &result);
   }
-  const bool well = frame.ended_well(status);
-  if (!well) {
-    const ExceptionAside kept;
-    if (!arguments.settle()) PyErr_Clear();
-  } else if (!arguments.settle()) {
-    return nullptr;
+  if (frame.ended_well(status)) {
+    Owned answer = taken_answer(result);
+    return arguments.settle_with(answer) ? answer.release() : nullptr;
   }
-  if (well) return taken_answer(result).release();
+  arguments.settle_beside();
   explain_failure(called.member, given, count);
   return nullptr;
 }
@@ -87,6 +88,7 @@ bool put_at_once(const MemberParameter& parameter, PyObject* given, orv2_value& 
     Ref* const ref = ref_in(given);
     if (ref->type != parameter.type) return false;
     if (parameter.by_reference) {
+      if (ref->at != &ref->cell) return false;  // the library's own
       used.add(ref);
       slot.tag = static_cast<std::uint16_t>(parameter.type | ORV2_BYREF);
       slot.as.pointer = ref->at;
@@ -170,6 +172,7 @@ PyObject* not_an_object(const Member* member) {
   return nullptr;
 }
 
+// The class of a member is always one of objects: see set_class.
 bool belongs(const Member* member, PyObject* object) {
   if (reinterpret_cast<PyObject*>(Py_TYPE(object)) == member->of_class) return true;
   if (member->of_class == nullptr) return false;
@@ -222,12 +225,14 @@ void member_dealloc(PyObject* self) {
 
 int member_traverse(PyObject* self, visitproc visit, void* arg) {
   Py_VISIT(Py_TYPE(self));
+  Py_VISIT(member_of(self)->doc);
   Py_VISIT(member_of(self)->signature);
   Py_VISIT(member_of(self)->of_class);
   return 0;
 }
 
 int member_clear(PyObject* self) {
+  Py_CLEAR(member_of(self)->doc);
   Py_CLEAR(member_of(self)->signature);
   Py_CLEAR(member_of(self)->of_class);
   return 0;
@@ -290,7 +295,6 @@ PyMemberDef member_layout[] = {
     {"__qualname__", T_OBJECT, offsetof(Member, qualified_name), READONLY, nullptr},
     {"__doc__", T_OBJECT, offsetof(Member, doc), 0, nullptr},
     {"__signature__", T_OBJECT_EX, offsetof(Member, signature), 0, nullptr},
-    {"__objclass__", T_OBJECT_EX, offsetof(Member, of_class), 0, nullptr},
     {"position", T_PYSSIZET, offsetof(Member, position), READONLY, nullptr},
     {"parameter_names", T_OBJECT, offsetof(Member, names), READONLY, nullptr},
     {nullptr, 0, 0, 0, nullptr},
@@ -298,7 +302,27 @@ PyMemberDef member_layout[] = {
 
 PyObject* module_name(PyObject*, void*) { return PyUnicode_FromString("orv2_geo"); }
 
+PyObject* get_class(PyObject* self, void*) {
+  PyObject* const of = member_of(self)->of_class;
+  if (of == nullptr) PyErr_SetString(PyExc_AttributeError, "__objclass__");
+  Py_XINCREF(of);
+  return of;
+}
+
+// Told once, when the class is made: what is called on its objects takes them for objects.
+int set_class(PyObject* self, PyObject* of, void*) {
+  Member* const member = member_of(self);
+  if (member->of_class != nullptr || of == nullptr || !is_class_of_objects(of)) {
+    PyErr_SetString(PyExc_TypeError, "__objclass__ is the class that has the member, for good");
+    return -1;
+  }
+  Py_INCREF(of);
+  member->of_class = of;
+  return 0;
+}
+
 PyGetSetDef member_properties[] = {
+    {"__objclass__", get_class, set_class, nullptr, nullptr},
     {"__module__", module_name, nullptr, nullptr, nullptr},
     {nullptr, nullptr, nullptr, nullptr, nullptr},
 };
@@ -331,6 +355,7 @@ Object* bare_object(PyTypeObject* of) {
 
 // A new object of the class that a Python class stands for.
 PyObject* object_new(PyTypeObject* of, PyObject*, PyObject*) {
+  if (!library_is_open()) return nullptr;
   const Owned name(PyObject_GetAttrString(reinterpret_cast<PyObject*>(of), "registered_name"));
   const Owned characters_of_name =
       name && PyUnicode_Check(name.get()) ? c_text_of(name.get()) : Owned();
@@ -358,7 +383,7 @@ Owned spelled(PyObject* self, PyObject* name) {
   const Owned known(PyObject_GetAttrString(reinterpret_cast<PyObject*>(Py_TYPE(self)), "_spelled"));
   if (!lower || !known || !PyDict_Check(known.get())) return {};
   PyObject* const found = PyDict_GetItemWithError(known.get(), lower.get());
-  return Owned::to(found);
+  return found != nullptr && PyUnicode_Check(found) ? Owned::to(found) : Owned();
 }
 
 PyObject* get_attribute(PyObject* self, PyObject* name) {
@@ -440,15 +465,16 @@ Member* member_in(PyObject* object) {
   return nullptr;
 }
 
-// adopted(class, handle): the object behind a handle; its reference becomes the object's.
+// adopted(class, handle): the object behind a handle, with a reference of its own.
 PyObject* adopted(PyObject*, PyObject* arguments) {
   PyObject* of = nullptr;
   unsigned long long handle = 0;
   if (PyArg_ParseTuple(arguments, "OK:adopted", &of, &handle) == 0) return nullptr;
-  Object* const made = bare_object(reinterpret_cast<PyTypeObject*>(of));
-  if (made == nullptr) return release(handle), nullptr;
-  made->handle = handle;
-  return &made->ob_base;
+  if (!is_class_of_objects(of)) return raise(number::invalid_call);
+  Owned made(reinterpret_cast<PyObject*>(bare_object(reinterpret_cast<PyTypeObject*>(of))));
+  if (!made || !succeeded(library.orv2_reference(handle))) return nullptr;
+  object_of(made.get())->handle = handle;
+  return made.release();
 }
 
 PyObject* call_like_member(PyObject*, PyObject* arguments) {
@@ -483,8 +509,10 @@ bool make_objects(PyObject* module) {
   const Owned types(PyImport_ImportModule("types"));
   bound_method = types ? PyObject_GetAttrString(types.get(), "MethodType") : nullptr;
   if (bound_method == nullptr) return false;
-  object_type = reinterpret_cast<PyTypeObject*>(PyType_FromSpec(&object_spec));
-  member_type = reinterpret_cast<PyTypeObject*>(PyType_FromSpec(&member_spec));
+  if (object_type == nullptr)
+    object_type = reinterpret_cast<PyTypeObject*>(PyType_FromSpec(&object_spec));
+  if (member_type == nullptr)
+    member_type = reinterpret_cast<PyTypeObject*>(PyType_FromSpec(&member_spec));
   if (object_type == nullptr || member_type == nullptr) return false;
   Py_INCREF(object_type);
   Py_INCREF(member_type);

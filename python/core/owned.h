@@ -2,6 +2,8 @@
 // and out of the interpreter's lock.
 #pragma once
 
+#include <unistd.h>
+
 #include <utility>
 
 #include "limited.h"
@@ -38,10 +40,33 @@ class Owned {
   PyObject* object_ = nullptr;
 };
 
+/// Python ends a thread that asks for the interpreter's lock after the interpreter's end, and
+/// would unwind the library's frames, and destructors that need the lock, on the way out. The
+/// thread stays where it is instead, until the process ends.
+[[noreturn]] inline void stay_for_ever() noexcept {
+  for (;;) pause();
+}
+
+inline PyGILState_STATE lock_taken() noexcept {
+  try {
+    return PyGILState_Ensure();
+  } catch (...) {
+    stay_for_ever();
+  }
+}
+
+inline void lock_taken_again(PyThreadState* state) noexcept {
+  try {
+    PyEval_RestoreThread(state);
+  } catch (...) {
+    stay_for_ever();
+  }
+}
+
 /// Has the interpreter's lock, taken where this thread does not have it yet.
 class Locked {
  public:
-  Locked() noexcept : state_(PyGILState_Ensure()) {}
+  Locked() noexcept : state_(lock_taken()) {}
   Locked(const Locked&) = delete;
   Locked& operator=(const Locked&) = delete;
   ~Locked() { PyGILState_Release(state_); }
@@ -57,12 +82,41 @@ class Unlocked {
   Unlocked(const Unlocked&) = delete;
   Unlocked& operator=(const Unlocked&) = delete;
   ~Unlocked() {
-    if (state_ != nullptr) PyEval_RestoreThread(state_);
+    if (state_ != nullptr) lock_taken_again(state_);
   }
 
  private:
   PyThreadState* state_;
 };
+
+/// The memory of an object whose contents are gone, and its hold on its class.
+inline void free_object(PyObject* self) noexcept {
+  PyTypeObject* const of = Py_TYPE(self);
+  reinterpret_cast<freefunc>(PyType_GetSlot(of, Py_tp_free))(self);
+  Py_DECREF(of);
+}
+
+/// Ends objects that hold one another in a chain, however long it is: from a certain depth
+/// on they wait, by their field for weak references, which is free by then.
+template <class T>
+void end_in_turn(T* one, void (*end)(T*)) noexcept {
+  constexpr int deepest = 50;
+  static thread_local int depth = 0;
+  static thread_local PyObject* waiting = nullptr;
+  one->weak = nullptr;
+  if (depth == deepest) {
+    one->weak = std::exchange(waiting, &one->ob_base);
+    return;
+  }
+  ++depth;
+  end(one);
+  while (depth == 1 && waiting != nullptr) {
+    T* const next = reinterpret_cast<T*>(waiting);
+    waiting = std::exchange(next->weak, nullptr);
+    end(next);
+  }
+  --depth;
+}
 
 /// An exception set aside, put back at the end.
 class ExceptionAside {

@@ -39,18 +39,22 @@ bool write_text(Ref* ref, PyObject* value) {
   return units && succeeded(library.orv2_text_set(ref->cell.handle, units.data(), units.count()));
 }
 
-// Objects written into a variable stay lent until the call is over: the handle of each
-// belongs to its object in `held`, and those to release are in `handles`.
-bool write_object(Ref* ref, PyObject* value) {
-  orv2_handle handle = 0;
+// An object as a handle that stays lent until the call is over: the handle belongs to its
+// object in `held`, and is in `handles` when it is to be released.
+bool lend_for_call(PyObject* value, PyObject* held, PyObject* handles, orv2_handle& handle) {
   bool owned = false;
   if (!lend(value, handle, owned)) return false;
   const Owned key(PyLong_FromUnsignedLongLong(handle));
-  const bool known = key && PyDict_SetItem(ref->held, key.get(), value) == 0;
-  if (!known || (owned && PyList_Append(ref->handles, key.get()) != 0)) {
-    if (owned) release(handle);
-    return false;
+  if (key && (!owned || PyList_Append(handles, key.get()) == 0)) {
+    return PyDict_SetItem(held, key.get(), value) == 0;  // released with `handles` on failure
   }
+  if (owned) release(handle);
+  return false;
+}
+
+bool write_object(Ref* ref, PyObject* value) {
+  orv2_handle handle = 0;
+  if (!lend_for_call(value, ref->held, ref->handles, handle)) return false;
   handle_at(ref) = handle;
   return true;
 }
@@ -64,87 +68,27 @@ Owned object_at(Ref* ref) {
   return PyErr_Occurred() != nullptr ? Owned() : object_behind(handle);
 }
 
-void release_lent(Ref* ref) noexcept {
-  const Py_ssize_t count = ref->handles != nullptr ? PyList_Size(ref->handles) : 0;
+void release_lent(PyObject* handles) noexcept {
+  const Py_ssize_t count = handles != nullptr ? PyList_Size(handles) : 0;
   for (Py_ssize_t i = 0; i < count; ++i) {
-    release(PyLong_AsUnsignedLongLong(PyList_GetItem(ref->handles, i)));
+    release(PyLong_AsUnsignedLongLong(PyList_GetItem(handles, i)));
   }
-  Owned(std::exchange(ref->handles, nullptr));
+  Py_XDECREF(handles);
+}
+
+// A call of another thread has it: texts and objects are that thread's own.
+bool is_elsewhere(const Ref* ref) { return ref->uses != 0 && ref->thread != this_thread(); }
+bool is_kept_from_here(const Ref* ref) {
+  return (ref->type == ORV2_TEXT || ref->type == ORV2_OBJECT) && is_elsewhere(ref);
 }
 
 // ---- A value outside a call ------------------------------------------------------------
 
-void hold(Ref* ref, PyObject* value) {
-  Py_INCREF(value);
-  PyObject* const before = std::exchange(ref->held, value);
-  ref->type = ORV2_NONE;
-  Py_XDECREF(before);
-}
-
 // A float in its own memory, anything else as it is.
 void keep(Ref* ref, PyObject* value) {
-  if (!PyFloat_CheckExact(value)) return hold(ref, value);
-  ref->cell.f64 = PyFloat_AsDouble(value);
-  ref->type = ORV2_F64;
-  Owned(std::exchange(ref->held, nullptr));
-}
-
-// Memory for a parameter's type, filled with the value. The variable is as it was when that
-// fails.
-bool enter_scalar(Ref* ref, std::uint16_t type, PyObject* value) {
-  Cell cell{};
-  if (!stored(value, type, cell)) return false;
-  ref->cell = cell;
-  return true;
-}
-
-bool enter_text(Ref* ref, PyObject* value) {
-  const Owned text = text_in(value);
-  if (!text) return false;
-  const Units units(text.get());
-  if (!units) return false;
-  return succeeded(library.orv2_text_new(units.data(), units.count(), &ref->cell.handle));
-}
-
-bool enter_object(Ref* ref, PyObject* value) {
-  Owned objects(PyDict_New());
-  Owned handles(PyList_New(0));
-  if (!objects || !handles) return false;
-  PyObject* const before = std::exchange(ref->held, objects.release());
-  ref->handles = handles.release();
-  if (write_object(ref, value)) {
-    Py_XDECREF(before);
-    return true;
-  }
-  Owned(std::exchange(ref->held, before));
-  release_lent(ref);
-  return false;
-}
-
-bool enter(Ref* ref, std::uint16_t type) {
-  if (!is_scalar(type) && type != ORV2_TEXT && type != ORV2_OBJECT) {
-    return refused(number::type_mismatch);
-  }
-  const Owned value = value_of(ref);
-  if (!value) return false;
-  if (is_scalar(type)) return enter_scalar(ref, type, value.get());
-  return type == ORV2_TEXT ? enter_text(ref, value.get()) : enter_object(ref, value.get());
-}
-
-// The last use is over: the value stays, texts and objects go back to Python's side.
-bool leave(Ref* ref) {
-  if (is_scalar(ref->type)) {
-    if (ref->at != &ref->cell) std::memcpy(&ref->cell, ref->at, size_of(ref->type));
-    ref->at = &ref->cell;
-    return true;
-  }
-  const bool own = ref->at == &ref->cell;
-  const Owned last = value_of(ref);
-  if (ref->type == ORV2_TEXT && own) release(ref->cell.handle);
-  if (ref->type == ORV2_OBJECT) release_lent(ref);
-  ref->at = &ref->cell;
-  hold(ref, last ? last.get() : Py_None);
-  return static_cast<bool>(last);
+  Contents now;
+  now.hold(value);
+  now.swap_with(ref);
 }
 
 // ---- The type ---------------------------------------------------------------------------
@@ -160,19 +104,6 @@ PyObject* ref_new(PyTypeObject* of, PyObject*, PyObject*) {
   if (ref->held != nullptr) return made;
   Py_DECREF(made);
   return nullptr;
-}
-
-bool write(Ref* ref, PyObject* value) {
-  if (ref->uses == 0) {
-    keep(ref, value);
-    return true;
-  }
-  if (ref->type == ORV2_TEXT) return write_text(ref, value);
-  if (ref->type == ORV2_OBJECT) return write_object(ref, value);
-  Cell cell{};
-  if (!stored(value, ref->type, cell)) return false;
-  std::memcpy(ref->at, &cell, size_of(ref->type));
-  return true;
 }
 
 int ref_init(PyObject* self, PyObject* arguments, PyObject* named) {
@@ -197,15 +128,17 @@ int ref_clear(PyObject* self) {
   return 0;
 }
 
+void end_ref(Ref* ref) {
+  Py_CLEAR(ref->held);
+  Py_CLEAR(ref->handles);
+  free_object(&ref->ob_base);
+}
+
 void ref_dealloc(PyObject* self) {
   PyObject_GC_UnTrack(self);
   Ref* const ref = ref_in(self);
   if (ref->weak != nullptr) PyObject_ClearWeakRefs(self);
-  Py_CLEAR(ref->held);
-  Py_CLEAR(ref->handles);
-  PyTypeObject* const of = Py_TYPE(self);
-  reinterpret_cast<freefunc>(PyType_GetSlot(of, Py_tp_free))(self);
-  Py_DECREF(of);
+  end_in_turn(ref, end_ref);
 }
 
 PyObject* get_value(PyObject* self, void*) { return value_of(ref_in(self)).release(); }
@@ -220,6 +153,21 @@ int set_value(PyObject* self, PyObject* value, void*) {
 
 // ---- As a number ------------------------------------------------------------------------
 
+// Refs in Refs, and one that holds itself, end as any recursion does.
+class Deeper {
+ public:
+  Deeper() noexcept : well_(Py_EnterRecursiveCall(" in a Ref") == 0) {}
+  Deeper(const Deeper&) = delete;
+  Deeper& operator=(const Deeper&) = delete;
+  ~Deeper() {
+    if (well_) Py_LeaveRecursiveCall();
+  }
+  explicit operator bool() const noexcept { return well_; }
+
+ private:
+  bool well_;
+};
+
 // What an operand is worth: a Ref its value.
 Owned operand(PyObject* object) {
   return is_ref(object) ? value_of(ref_in(object)) : Owned::to(object);
@@ -227,9 +175,10 @@ Owned operand(PyObject* object) {
 
 template <PyObject* (*operation)(PyObject*, PyObject*)>
 PyObject* binary(PyObject* left, PyObject* right) {
-  const Owned a = operand(left);
-  const Owned b = operand(right);
-  return a && b ? operation(a.get(), b.get()) : nullptr;
+  const Deeper level;
+  const Owned a = level ? operand(left) : Owned();
+  const Owned b = a ? operand(right) : Owned();
+  return b ? operation(a.get(), b.get()) : nullptr;
 }
 
 // The variable itself takes the outcome.
@@ -243,15 +192,17 @@ PyObject* in_place(PyObject* left, PyObject* right) {
 
 template <PyObject* (*operation)(PyObject*)>
 PyObject* unary(PyObject* self) {
-  const Owned value = value_of(ref_in(self));
+  const Deeper level;
+  const Owned value = level ? value_of(ref_in(self)) : Owned();
   return value ? operation(value.get()) : nullptr;
 }
 
 PyObject* power(PyObject* left, PyObject* right, PyObject* modulus) {
-  const Owned a = operand(left);
-  const Owned b = operand(right);
-  const Owned m = operand(modulus);
-  return a && b && m ? PyNumber_Power(a.get(), b.get(), m.get()) : nullptr;
+  const Deeper level;
+  const Owned a = level ? operand(left) : Owned();
+  const Owned b = a ? operand(right) : Owned();
+  const Owned m = b ? operand(modulus) : Owned();
+  return m ? PyNumber_Power(a.get(), b.get(), m.get()) : nullptr;
 }
 
 PyObject* power_in_place(PyObject* left, PyObject* right, PyObject* modulus) {
@@ -262,14 +213,15 @@ PyObject* power_in_place(PyObject* left, PyObject* right, PyObject* modulus) {
 }
 
 int truth(PyObject* self) {
-  const Owned value = value_of(ref_in(self));
+  const Deeper level;
+  const Owned value = level ? value_of(ref_in(self)) : Owned();
   return value ? PyObject_IsTrue(value.get()) : -1;
 }
 
 PyObject* compare(PyObject* left, PyObject* right, int operation) {
   const Owned a = operand(left);
-  const Owned b = operand(right);
-  return a && b ? PyObject_RichCompare(a.get(), b.get(), operation) : nullptr;
+  const Owned b = a ? operand(right) : Owned();
+  return b ? PyObject_RichCompare(a.get(), b.get(), operation) : nullptr;
 }
 
 PyObject* show(PyObject* self) {
@@ -376,34 +328,113 @@ PyType_Spec spec = {"orv2_geo.Ref", sizeof(Ref), 0,
 }  // namespace
 
 Owned value_of(Ref* ref) {
+  if (is_kept_from_here(ref)) return refused(number::invalid_call), Owned();
   if (is_scalar(ref->type)) return Owned(shown(ref->type, ref->at));
   if (ref->type == ORV2_TEXT) return text_at(ref);
   if (ref->type == ORV2_OBJECT) return object_at(ref);
   return Owned::to(ref->held != nullptr ? ref->held : Py_None);
 }
 
-Bound::Bound(Bound&& other) noexcept
-    : ref_(std::exchange(other.ref_, nullptr)),
-      first_(other.first_),
-      type_(other.type_),
-      cell_(other.cell_),
-      held_(std::exchange(other.held_, nullptr)) {}
+bool write(Ref* ref, PyObject* value) {
+  if (ref->uses == 0) {
+    keep(ref, value);
+    return true;
+  }
+  if (is_kept_from_here(ref)) return refused(number::invalid_call);
+  if (ref->type == ORV2_TEXT) return write_text(ref, value);
+  if (ref->type == ORV2_OBJECT) return write_object(ref, value);
+  const std::uint16_t type = ref->type;
+  Cell cell{};
+  if (!stored(value, type, cell)) return false;
+  // The value's own code may have used the variable.
+  if (ref->type != type) return refused(number::invalid_call);
+  std::memcpy(ref->at, &cell, size_of(type));
+  return true;
+}
 
-Bound::~Bound() {
-  if (ref_ != nullptr) restore();
+// ---- Contents ---------------------------------------------------------------------------
+
+Contents::~Contents() {
+  if (type_ == ORV2_TEXT && own_text_) release(cell_.handle);
+  release_lent(handles_);
   Py_XDECREF(held_);
 }
 
-bool Bound::bind(Ref* ref, std::uint16_t type, orv2_value& slot) {
-  if (ref->uses != 0) {
-    if (ref->type != type) return refused(number::type_mismatch);
+void Contents::hold(PyObject* value) noexcept {
+  if (PyFloat_CheckExact(value)) {
+    type_ = ORV2_F64;
+    cell_.f64 = PyFloat_AsDouble(value);
+    return;
+  }
+  Py_INCREF(value);
+  held_ = value;
+}
+
+void Contents::copy_cell(const Ref* ref) noexcept {
+  type_ = ref->type;
+  std::memcpy(&cell_, ref->at, size_of(type_));
+}
+
+void Contents::swap_with(Ref* ref) noexcept {
+  std::swap(type_, ref->type);
+  std::swap(cell_, ref->cell);
+  std::swap(held_, ref->held);
+  std::swap(handles_, ref->handles);
+  own_text_ = ref->at == &ref->cell;
+  ref->at = &ref->cell;
+}
+
+bool Contents::enter_text(PyObject* value) {
+  const Owned text = text_in(value);
+  if (!text) return false;
+  const Units units(text.get());
+  if (!units) return false;
+  if (!succeeded(library.orv2_text_new(units.data(), units.count(), &cell_.handle))) return false;
+  type_ = ORV2_TEXT;
+  return true;
+}
+
+bool Contents::enter_object(PyObject* value) {
+  held_ = PyDict_New();
+  handles_ = PyList_New(0);
+  if (held_ == nullptr || handles_ == nullptr) return false;
+  type_ = ORV2_OBJECT;
+  return lend_for_call(value, held_, handles_, cell_.handle);
+}
+
+bool Contents::enter(std::uint16_t of_type, PyObject* value) {
+  if (of_type == ORV2_TEXT) return enter_text(value);
+  if (of_type == ORV2_OBJECT) return enter_object(value);
+  if (!stored(value, of_type, cell_)) return false;
+  type_ = of_type;
+  return true;
+}
+
+// ---- In a call --------------------------------------------------------------------------
+
+// The first call that has the variable gives it its type.
+bool Bound::begin(Ref* ref, std::uint16_t type) {
+  if (ref->type == type) {
+    before_.copy_cell(ref);
   } else {
-    type_ = ref->type;
-    cell_ = ref->cell;
-    held_ = Owned::to(ref->held).release();
-    if (type_ != type && !enter(ref, type)) return false;
-    ref->type = type;
-    first_ = true;
+    const Owned value = value_of(ref);
+    if (!value || !before_.enter(type, value.get())) return false;
+    // The value's own code may have begun a call with the variable.
+    if (ref->uses != 0) return refused(number::invalid_call);
+    before_.swap_with(ref);
+  }
+  ref->thread = this_thread();
+  first_ = true;
+  return true;
+}
+
+bool Bound::bind(Ref* ref, std::uint16_t type, orv2_value& slot) {
+  if (ref->uses == 0) {
+    if (!begin(ref, type)) return false;
+  } else if (ref->type != type) {
+    return refused(number::type_mismatch);
+  } else if (is_elsewhere(ref) && (!is_scalar(type) || ref->at != &ref->cell)) {
+    return refused(number::invalid_call);
   }
   ++ref->uses;
   Py_INCREF(&ref->ob_base);
@@ -418,26 +449,22 @@ bool Bound::bind(Ref* ref, std::uint16_t type, orv2_value& slot) {
 }
 
 bool Bound::settle() {
-  Ref* const ref = std::exchange(ref_, nullptr);
-  bool well = true;
-  if (--ref->uses == 0) {
-    well = leave(ref);
-    if (is_scalar(ref->type)) Owned(std::exchange(ref->held, nullptr));
-  }
+  Ref* const ref = ref_;
+  // Still in the call: what reading it runs finds it so.
+  const bool goes_back = ref->uses == 1 && !is_scalar(ref->type);
+  const Owned last = goes_back ? value_of(ref) : Owned();
+  if (goes_back && !last) return end(), false;
+  ref_ = nullptr;
+  --ref->uses;
+  if (goes_back) keep(ref, last.get());
   Py_DECREF(&ref->ob_base);
-  return well;
+  return true;
 }
 
-// The call was not made: the variable is as it was.
-void Bound::restore() noexcept {
+void Bound::end() noexcept {
   Ref* const ref = std::exchange(ref_, nullptr);
-  if (--ref->uses == 0 && first_) {
-    if (ref->type == ORV2_TEXT) release(ref->cell.handle);
-    release_lent(ref);
-    ref->type = type_;
-    ref->cell = cell_;
-    Owned(std::exchange(ref->held, std::exchange(held_, nullptr)));
-  }
+  if (ref == nullptr) return;
+  if (--ref->uses == 0 && first_) before_.swap_with(ref);
   Py_DECREF(&ref->ob_base);
 }
 
@@ -454,10 +481,11 @@ Owned ref_over(const orv2_value& value) {
     Owned objects(PyDict_New());
     ref->handles = PyList_New(0);
     if (!objects || ref->handles == nullptr) return {};
-    Owned(std::exchange(ref->held, objects.release()));
+    Owned(std::exchange(ref->held, objects.release()));  // an int's place
   }
   ref->type = type;
   ref->uses = 1;
+  ref->thread = this_thread();
   if (type == ORV2_TEXT) {
     ref->cell.handle = value.as.handle;
     ref->at = nullptr;  // not its own: let_go leaves the handle alone
@@ -468,16 +496,25 @@ Owned ref_over(const orv2_value& value) {
 }
 
 bool let_go(Ref* ref) {
+  Contents last;
+  bool well = true;
+  if (is_scalar(ref->type)) {
+    last.copy_cell(ref);
+  } else {
+    const Owned value = value_of(ref);
+    well = static_cast<bool>(value);
+    last.hold(well ? value.get() : Py_None);
+  }
   --ref->uses;
-  return leave(ref);
+  last.swap_with(ref);
+  return well;
 }
 
 bool make_ref_type(PyObject* module) {
-  Owned made(PyType_FromSpec(&spec));
-  if (!made) return false;
-  ref_type = reinterpret_cast<PyTypeObject*>(made.get());
-  Py_INCREF(made.get());  // for good
-  return PyModule_AddObject(module, "Ref", made.release()) == 0;
+  if (ref_type == nullptr) ref_type = reinterpret_cast<PyTypeObject*>(PyType_FromSpec(&spec));
+  if (ref_type == nullptr) return false;
+  Py_INCREF(ref_type);
+  return PyModule_AddObject(module, "Ref", reinterpret_cast<PyObject*>(ref_type)) == 0;
 }
 
 }  // namespace orv2_geo::python

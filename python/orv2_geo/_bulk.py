@@ -115,7 +115,7 @@ class _Bulk:
     def _column(self, tag, given, is_written):
         if tag == BOOL:
             return _flags(given)
-        if not is_written and _is_own(given, tag):
+        if not is_written and _core.is_column(given, _formats[tag]):
             return given
         return _array_of[tag](given)
 
@@ -163,15 +163,6 @@ def _length(columns):
     if len(lengths) > 1:
         raise ValueError("columns of different lengths: " + ", ".join(map(str, sorted(lengths))))
     return lengths.pop()
-
-
-def _is_own(given, tag):
-    """Whether a buffer holds elements of a type in one piece, to be read as they are."""
-    try:
-        with memoryview(given) as view:
-            return view.format == _formats[tag] and view.ndim == 1 and view.contiguous
-    except (TypeError, BufferError, ValueError):
-        return False
 
 
 def _flags(given):

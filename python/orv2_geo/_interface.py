@@ -73,7 +73,7 @@ def set_user_interface(ui):
     Answers with the interface before, or None.
     """
     needed()
-    who = _SCRIPTS if ui is None else getattr(ui, "_who", _OBJECT)
+    who = ui._who if isinstance(ui, _OwnInterface) else _SCRIPTS if ui is None else _OBJECT
     _core.install_interface(who)
     before, _installed.ui = _installed.ui, ui
     return before

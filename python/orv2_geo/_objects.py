@@ -117,17 +117,12 @@ def create(registered_name):
     """A new object of the class "Orv2_Geo.cgeo_Algorismos" or the like, case
     ignored. RunFailure 429 for an unknown name."""
     needed()
-    return wrapped(_core.create(registered_name))
+    return _core.create(registered_name)
 
 
 def wrapped(handle):
-    """The object behind a handle; one reference becomes its own."""
-    try:
-        index = _core.class_of(handle)
-    except RunFailure:
-        _core.release(handle)
-        raise
-    return _core.adopted(tuple(classes().values())[index], handle)
+    """The object behind a handle."""
+    return _core.adopted(tuple(classes().values())[_core.class_of(handle)], handle)
 
 
 # ---- Classes ----------------------------------------------------------------
