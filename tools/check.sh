@@ -19,9 +19,9 @@ if grep -q w64-mingw32 "$database/compile_commands.json"; then
   for_system=(--extra-arg=--target=x86_64-w64-mingw32 --extra-arg=-Wno-unused-command-line-argument
     "--extra-arg=-isystem$headers" "--extra-arg=-isystem$headers/x86_64-w64-mingw32")
 else
-  rooms='orv2_geo/'
+  rooms='(orv2_geo|python/core)/'
   for_system=()
 fi
-git ls-files 'orv2_geo/*.cpp' | grep -E "^$rooms" | while read -r file; do
+git ls-files 'orv2_geo/*.cpp' 'python/core/*.cpp' | grep -E "^$rooms" | while read -r file; do
   if grep -q "/$file\"" "$database/compile_commands.json"; then echo "$file"; fi
 done | xargs -P "$(nproc)" -n 4 clang-tidy -p "$database" --quiet "${for_system[@]}"

@@ -120,8 +120,8 @@ class Results {
 
  private:
   static double number_in(const Variant& variant) {
-    if (const double* number = variant.get<double>()) return *number;
-    const float* single = variant.get<float>();
+    if (const auto* number = variant.get<double>()) return *number;
+    const auto* single = variant.get<float>();
     return single != nullptr ? static_cast<double>(*single) : 0.0;
   }
 

@@ -128,7 +128,6 @@ Conversion conversion_for(const Py_buffer& view) {
     case 'd': return one_of_size<double>(view.itemsize);
     case 'f': return one_of_size<float>(view.itemsize);
     case '?': return one_of_size<Truth>(view.itemsize);
-    case 'b': return one_of_size<std::int8_t>(view.itemsize);
     case 'B': return one_of_size<std::uint8_t>(view.itemsize);
     case 'h':
     case 'i':

@@ -154,7 +154,7 @@ bool Frame::interrupted() noexcept {
 bool Frame::keep_answer(PyObject* owner) {
   if (innermost_frame == nullptr) return refused(number::invalid_call);
   Py_INCREF(owner);
-  Owned(std::exchange(innermost_frame->answer_, owner));
+  put_in_place(innermost_frame->answer_, owner);
   return true;
 }
 
@@ -208,8 +208,8 @@ std::int32_t Frame::answer_for_exception() noexcept {
       named(no_memory ? number::out_of_memory : number::host_object_failed, or_empty(spoken), "");
   if (frame != nullptr && ordinary) {
     frame->number_ = number;
-    Owned(std::exchange(frame->cause_, raised.release()));
-    Owned(std::exchange(frame->words_, heard.release()));
+    put_in_place(frame->cause_, raised.release());
+    put_in_place(frame->words_, heard.release());
   } else if (frame != nullptr && frame->interrupt_ == nullptr) {
     frame->interrupt_ = raised.release();
   }

@@ -254,22 +254,37 @@ namespace {
 
 // A text with a zero in it goes as a variable of the library's.
 constexpr const char* text_capsule = "orv2_geo text";
-static_assert(sizeof(void*) == sizeof(orv2_handle), "a capsule holds a handle in a pointer");
 
 void end_text(PyObject* capsule) {
-  void* const handle = PyCapsule_GetPointer(capsule, text_capsule);
-  release(reinterpret_cast<std::uintptr_t>(handle));
+  auto* const handle = static_cast<orv2_handle*>(PyCapsule_GetPointer(capsule, text_capsule));
+  release(*handle);
+  PyMem_RawFree(handle);
+}
+
+// Owns a text variable of the library's. Empty, with an exception, on failure.
+Owned owner_of_text(const Units& units, orv2_handle& handle) {
+  auto* const kept = static_cast<orv2_handle*>(PyMem_RawMalloc(sizeof(orv2_handle)));
+  if (kept == nullptr) {
+    raise(number::out_of_memory);
+    return {};
+  }
+  if (!succeeded(library.orv2_text_new(units.data(), units.count(), kept))) {
+    PyMem_RawFree(kept);
+    return {};
+  }
+  handle = *kept;
+  Owned owner(PyCapsule_New(kept, text_capsule, end_text));
+  if (!owner) {
+    release(handle);
+    PyMem_RawFree(kept);
+  }
+  return owner;
 }
 
 bool put_whole_text(orv2_value& slot, PyObject* text, PyObject* kept) {
   const Units units(text);
-  orv2_handle handle = 0;
-  if (!units || !succeeded(library.orv2_text_new(units.data(), units.count(), &handle)))
-    return false;
-  const Owned owner(PyCapsule_New(reinterpret_cast<void*>(handle), text_capsule, end_text));
-  if (!owner) release(handle);
+  const Owned owner = units ? owner_of_text(units, slot.as.handle) : Owned();
   slot.tag = ORV2_TEXT;
-  slot.as.handle = handle;
   return owner && PyList_Append(kept, owner.get()) == 0;
 }
 

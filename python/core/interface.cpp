@@ -44,8 +44,10 @@ std::int32_t error_box(void*, const char* text, std::int32_t flags, const char* 
 
 std::int32_t show_modal(void*, orv2_form* form) {
   return shown_by([&] {
-    const auto address = static_cast<unsigned long long>(reinterpret_cast<std::uintptr_t>(form));
-    return static_cast<bool>(Owned(PyObject_CallFunction(lent.show_modal, "K", address)));
+    const Owned address(PyLong_FromVoidPtr(form));
+    if (!address) return false;
+    return static_cast<bool>(
+        Owned(PyObject_CallFunctionObjArgs(lent.show_modal, address.get(), nullptr)));
   });
 }
 
@@ -100,16 +102,15 @@ PyObject* set_owner_window(PyObject*, PyObject* window) {
 // ---- What a form is made of
 // ----------------------------------------------------------------------
 
-orv2_form* form_at(unsigned long long address) {
-  return reinterpret_cast<orv2_form*>(static_cast<std::uintptr_t>(address));
+// The form at an address. False, with an exception, for what is no address.
+bool form_in(PyObject* given, orv2_form*& form) {
+  form = static_cast<orv2_form*>(PyLong_AsVoidPtr(given));
+  return PyErr_Occurred() == nullptr;
 }
 
-// False, with an exception, for what is no address.
-bool form_in(PyObject* given, orv2_form*& form) {
-  std::uint64_t address = 0;
-  if (!number_in(given, address)) return false;
-  form = form_at(address);
-  return true;
+// A converter of PyArg_ParseTuple's, for "O&".
+int convert_form(PyObject* given, void* form) {
+  return form_in(given, *static_cast<orv2_form**>(form)) ? 1 : 0;
 }
 
 // The texts of a description; empty ones where memory ran out, with the exception.
@@ -147,10 +148,10 @@ struct Place {
   std::size_t index = 0;
 };
 bool place_in(PyObject* arguments, Place& place) {
-  unsigned long long address = 0;
+  orv2_form* form = nullptr;
   Py_ssize_t index = 0;
-  if (PyArg_ParseTuple(arguments, "Kn", &address, &index) == 0) return false;
-  place = {form_at(address), static_cast<std::size_t>(index)};
+  if (PyArg_ParseTuple(arguments, "O&n", convert_form, &form, &index) == 0) return false;
+  place = {form, static_cast<std::size_t>(index)};
   return true;
 }
 
@@ -196,25 +197,26 @@ PyObject* form_font(PyObject*, PyObject* arguments) {
 }
 
 PyObject* form_alignment(PyObject*, PyObject* arguments) {
-  unsigned long long address = 0;
+  orv2_form* form = nullptr;
   Py_ssize_t index = 0;
   int col = 0;
   std::int32_t alignment = 0;
-  if (PyArg_ParseTuple(arguments, "Kni", &address, &index, &col) == 0) return nullptr;
-  const std::int32_t status = library.orv2_form_alignment(
-      form_at(address), static_cast<std::size_t>(index), col, &alignment);
+  if (PyArg_ParseTuple(arguments, "O&ni", convert_form, &form, &index, &col) == 0) return nullptr;
+  const std::int32_t status =
+      library.orv2_form_alignment(form, static_cast<std::size_t>(index), col, &alignment);
   return succeeded(status) ? PyLong_FromLong(alignment) : nullptr;
 }
 
 PyObject* form_cell(PyObject*, PyObject* arguments) {
-  unsigned long long address = 0;
+  orv2_form* form = nullptr;
   Py_ssize_t index = 0;
   int row = 0;
   int col = 0;
   const char* shown = nullptr;
-  if (PyArg_ParseTuple(arguments, "Knii", &address, &index, &row, &col) == 0) return nullptr;
+  if (PyArg_ParseTuple(arguments, "O&nii", convert_form, &form, &index, &row, &col) == 0)
+    return nullptr;
   const std::int32_t status =
-      library.orv2_form_cell(form_at(address), static_cast<std::size_t>(index), row, col, &shown);
+      library.orv2_form_cell(form, static_cast<std::size_t>(index), row, col, &shown);
   return succeeded(status) ? text(shown) : nullptr;
 }
 
@@ -241,16 +243,16 @@ PyObject* acted(Action&& action) {
 
 // form_act(form, action, name, text): by the action's number, in the order of the header.
 PyObject* form_act(PyObject*, PyObject* arguments) {
-  unsigned long long address = 0;
+  orv2_form* form = nullptr;
   int action = 0;
   PyObject* name_given = nullptr;
   PyObject* text_given = nullptr;
-  if (PyArg_ParseTuple(arguments, "Ki|UU", &address, &action, &name_given, &text_given) == 0)
+  if (PyArg_ParseTuple(arguments, "O&i|UU", convert_form, &form, &action, &name_given,
+                       &text_given) == 0)
     return nullptr;
   const Owned name_bytes = name_given != nullptr ? c_text_of(name_given) : Owned::to(Py_None);
   const Owned text_bytes = text_given != nullptr ? c_text_of(text_given) : Owned::to(Py_None);
   if (!name_bytes || !text_bytes) return nullptr;
-  orv2_form* const form = form_at(address);
   const char* const name = name_given != nullptr ? characters(name_bytes) : nullptr;
   const char* const words = text_given != nullptr ? characters(text_bytes) : nullptr;
   return acted([&] {

@@ -297,4 +297,6 @@ PyModuleDef definition = {PyModuleDef_HEAD_INIT,
 
 }  // namespace orv2_geo::python
 
+// Python finds the module by this name.
+// NOLINTNEXTLINE(bugprone-reserved-identifier)
 PyMODINIT_FUNC PyInit__core() { return PyModuleDef_Init(&orv2_geo::python::definition); }

@@ -478,11 +478,11 @@ PyObject* adopted(PyObject*, PyObject* arguments) {
 }
 
 PyObject* call_like_member(PyObject*, PyObject* arguments) {
-  unsigned long long address = 0;
+  PyObject* address = nullptr;
   PyObject* tags = nullptr;
   PyObject* given = nullptr;
   const char* source = nullptr;
-  if (PyArg_ParseTuple(arguments, "KO!O!s:call_like_member", &address, &PyTuple_Type, &tags,
+  if (PyArg_ParseTuple(arguments, "OO!O!s:call_like_member", &address, &PyTuple_Type, &tags,
                        &PyTuple_Type, &given, &source) == 0) {
     return nullptr;
   }
@@ -496,7 +496,9 @@ PyObject* call_like_member(PyObject*, PyObject* arguments) {
     parameters[i] = {type_in(bits), (bits & ORV2_BYREF) != 0, false, ORV2_READ};
   }
   using Function = std::int32_t (*)(const orv2_value*, std::size_t, orv2_value*);
-  auto* const function = reinterpret_cast<Function>(static_cast<std::uintptr_t>(address));
+  auto* const function = reinterpret_cast<Function>(PyLong_AsVoidPtr(address));
+  if (function == nullptr)
+    return PyErr_Occurred() != nullptr ? nullptr : raise(number::invalid_call);
   PyObject* values[most_parameters + 1];
   const auto number =
       std::min<std::size_t>(static_cast<std::size_t>(PyTuple_Size(given)), most_parameters + 1);

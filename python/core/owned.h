@@ -63,6 +63,11 @@ inline void lock_taken_again(PyThreadState* state) noexcept {
   }
 }
 
+/// Puts a reference where another one was, which is given back.
+inline void put_in_place(PyObject*& place, PyObject* object) noexcept {
+  const Owned before(std::exchange(place, object));
+}
+
 /// Has the interpreter's lock, taken where this thread does not have it yet.
 class Locked {
  public:

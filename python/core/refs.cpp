@@ -481,7 +481,7 @@ Owned ref_over(const orv2_value& value) {
     Owned objects(PyDict_New());
     ref->handles = PyList_New(0);
     if (!objects || ref->handles == nullptr) return {};
-    Owned(std::exchange(ref->held, objects.release()));  // an int's place
+    put_in_place(ref->held, objects.release());  // an int's place
   }
   ref->type = type;
   ref->uses = 1;

@@ -144,6 +144,11 @@ class Columns(Case):
         bulk(algorismos.Linea_a_puntos, Surface(), [0, 10], 0, [1, 11], 0)
         self.assertEqual(len(dots), 6)
 
+    def test_a_column_that_lies_between_two_elements(self):
+        values = [1.0, -1.0, 2.5]
+        crooked = memoryview(bytearray(b"x" + struct.pack("3d", *values)))[1:].cast("d")
+        self.assertEqual(bulk(functions.F_SenH, crooked).result, bulk(functions.F_SenH, values).result)
+
     def test_no_rows(self):
         got = bulk(algorismos.Azimut, [], [])
         self.assertEqual((got.result, list(got.written["aZ"])), (None, []))
