@@ -4,7 +4,9 @@
 
 namespace orv2_geo::python {
 
-Library library;
+#define ORV2_PYTHON_NOT_OPENED(name) &NotOpened<decltype(&::name)>::call,
+Library library{ORV2_PYTHON_FUNCTIONS(ORV2_PYTHON_NOT_OPENED)};
+#undef ORV2_PYTHON_NOT_OPENED
 
 namespace {
 
@@ -22,7 +24,7 @@ std::string opened(const char* path) {
   void* const file = dlopen(path, RTLD_NOW | RTLD_LOCAL);
   if (file == nullptr) return dlerror();
   if (is_open()) return file == used_file ? std::string() : "another library is in use already";
-  Library functions;
+  Library functions = library;
 #define ORV2_PYTHON_FOUND(name)                                              \
   if (!found(file, #name, functions.name)) {                                 \
     return std::string(path) + " is of another version: no " #name " in it"; \
