@@ -38,6 +38,8 @@ struct NotOpened<Answer (*)(Given...)> {
 };
 
 struct Library {
+// A name that is declared cannot stand in parentheses.
+// NOLINTNEXTLINE(bugprone-macro-parentheses)
 #define ORV2_PYTHON_DECLARED(name) decltype(&::name) name;
   ORV2_PYTHON_FUNCTIONS(ORV2_PYTHON_DECLARED)
 #undef ORV2_PYTHON_DECLARED
