@@ -14,7 +14,7 @@ bench=(libbenchmark-dev libcgal-dev libboost-dev libgeos-dev libgeos++-dev libic
 screen=(qt6-base-dev qt6-translations-l10n libxcb1-dev xvfb openbox twm xdotool xclip x11-utils
   libxfixes3 fonts-liberation)
 # For wheels of the Python package, and for its tests with other packages.
-python=(python3-setuptools python3-wheel python3-venv python3-pip python3-numpy mypy debootstrap)
+python=(python3-setuptools python3-wheel python3-venv python3-pip python3-numpy python3-matplotlib mypy debootstrap)
 # For what belongs to Windows.
 windows=(g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix mingw-w64-tools googletest
   wine wine64 libwine-dev debootstrap xvfb openbox xdotool xclip x11-utils fonts-liberation fonts-wine)
