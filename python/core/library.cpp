@@ -36,6 +36,12 @@ std::string opened(const char* path) {
   return {};
 }
 
+std::string library_path() {
+  Dl_info file{};
+  const auto* const function = reinterpret_cast<const void*>(library.orv2_version);
+  return is_open() && dladdr(function, &file) != 0 ? file.dli_fname : std::string();
+}
+
 bool is_open() noexcept { return used_file != nullptr; }
 
 }  // namespace orv2_geo::python

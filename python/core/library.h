@@ -52,6 +52,9 @@ extern Library library;
 /// in use then, else why not. Another one cannot take its place.
 std::string opened(const char* path);
 
+/// The file of the library in use; empty when there is none.
+std::string library_path();
+
 bool is_open() noexcept;
 
 }  // namespace orv2_geo::python

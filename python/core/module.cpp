@@ -26,6 +26,10 @@ PyObject* open_library(PyObject*, PyObject* path) {
   return text_of_c(why_not.c_str()).release();
 }
 
+PyObject* path_of_library(PyObject*, PyObject*) {
+  return PyUnicode_DecodeFSDefault(library_path().c_str());
+}
+
 PyObject* version(PyObject*, PyObject*) { return PyLong_FromLong(library.orv2_version()); }
 
 // failures(): the numbers that the library raises, with their words.
@@ -235,6 +239,7 @@ PyObject* use(PyObject*, PyObject* arguments) {
 
 PyMethodDef functions[] = {
     {"open_library", open_library, METH_O, nullptr},
+    {"path_of_library", path_of_library, METH_NOARGS, nullptr},
     {"version", version, METH_NOARGS, nullptr},
     {"failures", failures, METH_NOARGS, nullptr},
     {"class_count", class_count, METH_NOARGS, nullptr},

@@ -59,7 +59,7 @@ def _open(path):
     why_not = _core.open_library(path)
     if why_not:
         raise OSError(why_not)
-    _loaded_from = path
+    _loaded_from = os.path.realpath(_core.path_of_library())
 
 
 def _found():

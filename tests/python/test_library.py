@@ -16,10 +16,11 @@ def header():
         return re.sub(r"/\*.*?\*/", "", file.read(), flags=re.S)
 
 
-def ran(script):
+def ran(script, **environment):
     """What a process of its own writes, both ways, and how it ends."""
     done = subprocess.run([sys.executable, "-c", script, LIBRARY], stdout=subprocess.PIPE,
-                          stderr=subprocess.STDOUT, text=True, timeout=60)
+                          stderr=subprocess.STDOUT, text=True, timeout=60,
+                          env={**os.environ, **environment})
     return done.returncode, done.stdout
 
 
@@ -42,6 +43,16 @@ class Loading(Case):
     def test_the_same_library_may_be_named_again(self):
         orv2_geo.load(LIBRARY)
         orv2_geo.load(os.path.relpath(LIBRARY))
+
+    def test_the_path_is_known_of_one_that_the_loader_found(self):
+        code, shown = ran("import os, sys, orv2_geo\n"
+                          "from orv2_geo import _library\n"
+                          "_library._found = lambda: os.path.basename(sys.argv[1])\n"
+                          "orv2_geo.classes()\n"
+                          "print(_library.loaded_from())\n"
+                          "orv2_geo.load(sys.argv[1])\n",
+                          LD_LIBRARY_PATH=os.path.dirname(LIBRARY))
+        self.assertEqual((code, shown), (0, os.path.realpath(LIBRARY) + "\n"))
 
     def test_another_one_is_too_late(self):
         with self.assertRaises(RuntimeError):
