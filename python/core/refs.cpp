@@ -232,6 +232,10 @@ PyObject* show(PyObject* self) {
 // ---- Methods ----------------------------------------------------------------------------
 
 PyObject* format(PyObject* self, PyObject* spec) {
+  if (!PyUnicode_Check(spec)) {
+    PyErr_SetString(PyExc_TypeError, "a format is a str");
+    return nullptr;
+  }
   const Owned value = value_of(ref_in(self));
   return value ? PyObject_Format(value.get(), spec) : nullptr;
 }
