@@ -873,6 +873,7 @@ class Warned(Case):
         self.assertEqual(variable.value, 1.0)
 
     def test_a_box_comes_out_as_a_warning_of_the_call(self):
+        orv2_geo.set_user_interface(None)
         with self.assertRaises(GeoWarning) as caught:
             Calling.box(self, 0)
         self.assertIsInstance(caught.exception, GeoWarning)
