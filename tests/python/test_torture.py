@@ -21,7 +21,7 @@ import unittest
 import warnings
 import weakref
 
-from support import Case, Runner, lent, passed, run_on
+from support import Case, Runner, passed, run_on
 
 import orv2_geo
 from orv2_geo import (
@@ -920,7 +920,7 @@ class Odd(Case):
     # package's own, and what is handed to them is never anything else.
     EXCLUDED = {"call_like_member", "form_describe", "form_frame", "form_control", "form_grid",
                 "form_look", "form_font", "form_alignment", "form_cell", "form_focus", "form_act",
-                "use", "open_library"}
+                "use", "open_library", "lend_handle"}
 
     def values(self, random):
         called = algorismos()
@@ -943,11 +943,18 @@ class Odd(Case):
     def callables(self, values):
         found = [getattr(_core, name) for name in dir(_core)
                  if name not in self.EXCLUDED and callable(getattr(_core, name))]
+        found.append(self.lent_and_released)
         for one in values:
             if type(one).__module__ == "orv2_geo" or type(one).__name__ in ("Ref", "Member"):
                 names = [name for name in dir(type(one)) if name not in self.AVOIDED]
                 found += [_Bound(one, name) for name in names]
         return found
+
+    @staticmethod
+    def lent_and_released(*given):
+        handle, owned = _core.lend_handle(*given)
+        if owned:
+            _core.release(handle)
 
     # What only changes or shows the class, and not the object; and what with large numbers
     # is Python's own endless work.
