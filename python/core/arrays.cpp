@@ -749,10 +749,10 @@ PyObject* show_elements(const Array* array, const orv2_array_info& info, const c
                 : nullptr;
   }
   const Owned a(read(array, info, 0));
-  const Owned b(read(array, info, 1));
-  const Owned c(read(array, info, 2));
-  const Owned z(read(array, info, info.count - 1));
-  if (!a || !b || !c || !z) return nullptr;
+  const Owned b(a ? read(array, info, 1) : nullptr);
+  const Owned c(b ? read(array, info, 2) : nullptr);
+  const Owned z(c ? read(array, info, info.count - 1) : nullptr);
+  if (!z) return nullptr;
   return PyUnicode_FromFormat("<%s of %u elements [%R, %R, %R, ..., %R], lower=%d>", name,
                               static_cast<unsigned>(info.count), a.get(), b.get(), c.get(), z.get(),
                               static_cast<int>(info.lower));

@@ -20,8 +20,8 @@ Owned attribute(PyObject* object, const char* name) {
 // A RunFailure with words. Empty, with an exception, on failure.
 Owned made(std::int32_t number, const char* description, const char* source) {
   const Owned words = text_of_c(description);
-  const Owned component = text_of_c(source);
-  if (!words || !component) return {};
+  const Owned component = words ? text_of_c(source) : Owned();
+  if (!component) return {};
   return Owned(PyObject_CallFunction(lent.run_failure, "iOO", static_cast<int>(number), words.get(),
                                      component.get()));
 }
@@ -108,8 +108,8 @@ Owned c_text_of(PyObject* text) {
   if (PyBytes_AsStringAndSize(bytes.get(), &units, &length) != 0) return {};
   if (std::memchr(units, '\0', static_cast<std::size_t>(length)) == nullptr) return bytes;
   const Owned zero(PyUnicode_FromStringAndSize("\0", 1));
-  const Owned stand_in(PyUnicode_FromString("\xef\xbf\xbd"));
-  if (!zero || !stand_in) return {};
+  const Owned stand_in(zero ? PyUnicode_FromString("\xef\xbf\xbd") : nullptr);
+  if (!stand_in) return {};
   const Owned whole(PyUnicode_Replace(text, zero.get(), stand_in.get(), -1));
   return whole ? c_text_of(whole.get()) : Owned();
 }

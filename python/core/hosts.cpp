@@ -174,8 +174,8 @@ std::int32_t set_property(void* context, const char* name, const orv2_value* val
     const Owned target = target_of(context);
     if (!target) return false;
     const Received given(value, 1);
-    const Owned text = text_of_c(name);
-    if (!given || !text) return false;
+    const Owned text = given ? text_of_c(name) : Owned();
+    if (!text) return false;
     return static_cast<bool>(Owned(PyObject_CallFunctionObjArgs(
         lent.set_property, target.get(), text.get(), PyTuple_GetItem(given.get(), 0), nullptr)));
   });
@@ -187,8 +187,8 @@ std::int32_t call(void* context, const char* name, const orv2_value* values, std
     const Owned target = target_of(context);
     if (!target) return false;
     const Received given(values, count);
-    const Owned text = text_of_c(name);
-    if (!given || !text) return false;
+    const Owned text = given ? text_of_c(name) : Owned();
+    if (!text) return false;
     const Owned answer(
         PyObject_CallFunctionObjArgs(lent.call, target.get(), text.get(), given.get(), nullptr));
     return answer && give(result, answer.get());

@@ -25,8 +25,8 @@ Owned told_failure() {
   orv2_failure told{};
   if (library.orv2_trapped_failure(&told) != 0) return Owned::to(Py_None);
   const Owned description = text_of_c(told.description);
-  const Owned source = text_of_c(told.source);
-  if (!description || !source) return {};
+  const Owned source = description ? text_of_c(told.source) : Owned();
+  if (!source) return {};
   return Owned(
       Py_BuildValue("iOO", static_cast<int>(told.number), description.get(), source.get()));
 }
@@ -34,9 +34,10 @@ Owned told_failure() {
 std::int32_t error_box(void*, const char* text, std::int32_t flags, const char* caption) {
   return shown_by([&] {
     const Owned failure = told_failure();
-    const Owned words = text_of_c(text);
+    const Owned words = failure ? text_of_c(text) : Owned();
+    if (!words) return false;
     const Owned title = caption != nullptr ? text_of_c(caption) : Owned::to(Py_None);
-    if (!failure || !words || !title) return false;
+    if (!title) return false;
     return static_cast<bool>(Owned(PyObject_CallFunction(
         lent.error_box, "OiOO", words.get(), static_cast<int>(flags), title.get(), failure.get())));
   });

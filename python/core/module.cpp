@@ -40,8 +40,8 @@ PyObject* failures(PyObject*, PyObject*) {
   const char* words = nullptr;
   for (std::size_t i = 0; found && library.orv2_failure_at(i, &number, &words) == 0; ++i) {
     const Owned key(PyLong_FromLong(number));
-    const Owned text = text_of_c(words);
-    if (!key || !text || PyDict_SetItem(found.get(), key.get(), text.get()) != 0) return nullptr;
+    const Owned text = key ? text_of_c(words) : Owned();
+    if (!text || PyDict_SetItem(found.get(), key.get(), text.get()) != 0) return nullptr;
   }
   return found.release();
 }

@@ -380,8 +380,9 @@ void object_dealloc(PyObject* self) {
 // The attribute as it is spelled, or else as the class spells it: case is ignored.
 Owned spelled(PyObject* self, PyObject* name) {
   const Owned lower(PyObject_CallMethod(name, "lower", nullptr));
+  if (!lower) return {};
   const Owned known(PyObject_GetAttrString(reinterpret_cast<PyObject*>(Py_TYPE(self)), "_spelled"));
-  if (!lower || !known || !PyDict_Check(known.get())) return {};
+  if (!known || !PyDict_Check(known.get())) return {};
   PyObject* const found = PyDict_GetItemWithError(known.get(), lower.get());
   return found != nullptr && PyUnicode_Check(found) ? Owned::to(found) : Owned();
 }

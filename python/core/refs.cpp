@@ -232,6 +232,10 @@ PyObject* show(PyObject* self) {
 // ---- Methods ----------------------------------------------------------------------------
 
 PyObject* format(PyObject* self, PyObject* spec) {
+  if (!PyUnicode_Check(spec)) {
+    PyErr_SetString(PyExc_TypeError, "a format is a str");
+    return nullptr;
+  }
   const Owned value = value_of(ref_in(self));
   return value ? PyObject_Format(value.get(), spec) : nullptr;
 }
@@ -396,8 +400,8 @@ bool Contents::enter_text(PyObject* value) {
 
 bool Contents::enter_object(PyObject* value) {
   held_ = PyDict_New();
-  handles_ = PyList_New(0);
-  if (held_ == nullptr || handles_ == nullptr) return false;
+  handles_ = held_ != nullptr ? PyList_New(0) : nullptr;
+  if (handles_ == nullptr) return false;
   type_ = ORV2_OBJECT;
   return lend_for_call(value, held_, handles_, cell_.handle);
 }

@@ -1,5 +1,6 @@
 #include "tests/support/testing.h"
 
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -13,6 +14,7 @@
 #include "orv2_geo/platform/error_box.h"
 #include "orv2_geo/platform/event_pump.h"
 #include "orv2_geo/platform/form.h"
+#include "tests/support/refused_memory.h"
 
 using namespace orv2_geo;
 using namespace orv2_geo::c_api;
@@ -386,6 +388,15 @@ int32_t orv2_testing_show_form(const char** events) {
 
 int32_t orv2_testing_error_box(int32_t which, const char* text) {
   return as_member([&] { show_box(which, Text::from_utf8(needed(text)).view()); });
+}
+
+int32_t orv2_testing_refuse_allocation(int32_t let_pass) {
+  using testing_support::RefusedAllocation;
+  static thread_local std::optional<RefusedAllocation> refusal;
+  const bool happened = RefusedAllocation::happened();
+  refusal.reset();
+  refusal.emplace(let_pass);
+  return happened ? 1 : 0;
 }
 
 int32_t orv2_testing_yield(void) {

@@ -67,6 +67,12 @@ ORV2_CALL int32_t orv2_testing_error_box(int32_t which, const char* text);
 /* Lets waiting events be handled. */
 ORV2_CALL int32_t orv2_testing_yield(void);
 
+/* ---- Memory -------------------------------------------------------------- */
+
+/* On this thread `let_pass` allocations of the library succeed and the one after is
+ * refused, once; below 0 none is. Tells whether one was refused since the last time. */
+ORV2_CALL int32_t orv2_testing_refuse_allocation(int32_t let_pass);
+
 #ifdef __cplusplus
 }
 #endif
