@@ -475,6 +475,14 @@ class Exporters(Case):
                          orv2_geo.bulk(algorismos().Azimut, [0.0] * 4, [0.0] * 4)
                          .written["aZ"].tolist())
 
+    @unittest.skipIf(importlib.util.find_spec("numpy") is None, "there is no numpy here")
+    def test_a_scalar_that_has_a_buffer_is_no_column(self):
+        import numpy
+        azimut, rows = algorismos().Azimut, numpy.array([1.0, 2.0, 3.0])
+        for zero in (numpy.float64(0), numpy.array(0.0), numpy.int32(0), Ref(numpy.float64(0))):
+            self.assertEqual(list(orv2_geo.bulk(azimut, rows, zero).written["aZ"]),
+                             list(orv2_geo.bulk(azimut, rows, 0.0).written["aZ"]))
+
     def test_no_buffer_of_an_array_of_texts_by_another_class(self):
         texts = StringArray(["a"])
         try:
