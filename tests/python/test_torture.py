@@ -931,6 +931,7 @@ class Odd(Case):
                 "use", "open_library", "lend_handle"}
 
     def values(self, random):
+        # No whole number that is an index: an array up to it would fill all memory.
         called = algorismos()
         numbers = DoubleArray([1.0, 2.0], lower=1)
         ended = weakref.ref(Ref())
@@ -943,7 +944,7 @@ class Odd(Case):
             DoubleArray(dims=2), StringArray(["a", "\ud800"]), SingleArray([1.5]),
             LongArray.sized(-5, 5), ShortArray([]), Runner(None), ended, RunFailure(9), GeoWarning(),
             _core.Member(0, 0), orv2_geo.cgeo_api, Ref, DoubleArray, GeoArray,
-            random.choice((called._handle, numbers._handle, random.getrandbits(33))),
+            random.choice((called._handle, numbers._handle, random.getrandbits(33) + 2 ** 32)),
             Hook(3, lambda: None), Hook(1, lambda: 1 / 0), FloatHook(3, lambda: 1 / 0),
             ItemHook(None, lambda: None), ItemHook(3, lambda: 1 / 0), iter([]), Exception,
         ]
