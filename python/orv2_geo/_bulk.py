@@ -105,7 +105,7 @@ class _Bulk:
         if is_column:
             return self._column(tag, given, parameter.use != READ)
         if parameter.use == READ:
-            return given.value if isinstance(given, Ref) else given
+            return _constant(given)
         value = 0 if given is omitted or given is None else _plain(given)
         column = self._zeros(_array_of.get(tag, ShortArray))
         if value:
@@ -144,6 +144,13 @@ class _Bulk:
 
 def _plain(value):
     return value.value if isinstance(value, Ref) else value
+
+
+def _constant(value):
+    """The same in every row: a scalar of an array library as its item, as it has a buffer
+    like a column."""
+    value = _plain(value)
+    return _core.plain(value) if getattr(value, "shape", None) == () else value
 
 
 def _is_column(parameter, given):

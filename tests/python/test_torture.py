@@ -475,6 +475,14 @@ class Exporters(Case):
                          orv2_geo.bulk(algorismos().Azimut, [0.0] * 4, [0.0] * 4)
                          .written["aZ"].tolist())
 
+    @unittest.skipIf(importlib.util.find_spec("numpy") is None, "there is no numpy here")
+    def test_a_scalar_that_has_a_buffer_is_no_column(self):
+        import numpy
+        azimut, rows = algorismos().Azimut, numpy.array([1.0, 2.0, 3.0])
+        for zero in (numpy.float64(0), numpy.array(0.0), numpy.int32(0), Ref(numpy.float64(0))):
+            self.assertEqual(list(orv2_geo.bulk(azimut, rows, zero).written["aZ"]),
+                             list(orv2_geo.bulk(azimut, rows, 0.0).written["aZ"]))
+
     def test_no_buffer_of_an_array_of_texts_by_another_class(self):
         texts = StringArray(["a"])
         try:
@@ -923,6 +931,7 @@ class Odd(Case):
                 "use", "open_library", "lend_handle"}
 
     def values(self, random):
+        # No whole number that is an index: an array up to it would fill all memory.
         called = algorismos()
         numbers = DoubleArray([1.0, 2.0], lower=1)
         ended = weakref.ref(Ref())
@@ -935,7 +944,7 @@ class Odd(Case):
             DoubleArray(dims=2), StringArray(["a", "\ud800"]), SingleArray([1.5]),
             LongArray.sized(-5, 5), ShortArray([]), Runner(None), ended, RunFailure(9), GeoWarning(),
             _core.Member(0, 0), orv2_geo.cgeo_api, Ref, DoubleArray, GeoArray,
-            random.choice((called._handle, numbers._handle, random.getrandbits(33))),
+            random.choice((called._handle, numbers._handle, random.getrandbits(33) + 2 ** 32)),
             Hook(3, lambda: None), Hook(1, lambda: 1 / 0), FloatHook(3, lambda: 1 / 0),
             ItemHook(None, lambda: None), ItemHook(3, lambda: 1 / 0), iter([]), Exception,
         ]
