@@ -214,9 +214,9 @@ int32_t orv2_call_rows(orv2_handle object, size_t position, const orv2_value* ar
     const auto refuse = [&](std::int32_t number) {
       throw RunFailure::signed_by(number, own.description().registered_name);
     };
-    if (position >= members.size()) refuse(failure::no_such_member);
     if (count > most_arguments) refuse(failure::wrong_argument_count);
     if (count != 0 && arguments == nullptr) refuse(failure::invalid_call);
+    if (position >= members.size()) refuse(failure::no_such_member);
     Row row(members[position].parameters, arguments, columns, count);
     Results answers(results, members[position].result);
     Rows all(own, position, row, answers, rows);

@@ -39,7 +39,8 @@ bool Arguments::put_ref(std::size_t i, Ref* ref) {
   return value && PyList_Append(kept_.get(), value.get()) == 0 && put_value(i, value.get());
 }
 
-bool Arguments::put_array(std::size_t i, const Array* array) {
+bool Arguments::put_array(std::size_t i, Array* array) {
+  if (!is_made(array)) return false;
   // A member that gives other bounds is not begun on what cannot have any.
   if (called_.parameters[i].use == ORV2_RESIZED && !can_be_resized(array)) {
     return refused(number::array_locked);
@@ -51,15 +52,14 @@ bool Arguments::put_array(std::size_t i, const Array* array) {
 
 bool Arguments::put_value(std::size_t i, PyObject* value) {
   const MemberParameter& parameter = called_.parameters[i];
-  if (const Array* const array = array_in(value)) return put_array(i, array);
+  if (Array* const array = array_in(value)) return put_array(i, array);
   if (value == Py_None || handle_of_object(value, values_[i].as.handle)) {
     values_[i].tag = ORV2_OBJECT;
     return true;
   }
   const bool plain_value = PyLong_Check(value) || PyFloat_Check(value) || PyUnicode_Check(value);
   if (parameter.type == ORV2_OBJECT && !plain_value) return put_host(i, value);
-  if (!warn_of_lost_answer(i)) return false;
-  return put_number(i, value);
+  return put_number(i, value) && warn_of_lost_answer(i);
 }
 
 // One handle for each object, however often it is given.
@@ -92,13 +92,12 @@ bool Arguments::put_number(std::size_t i, PyObject* value) {
 // A plain number where a member writes: its answer is lost. Once a call site.
 bool Arguments::warn_of_lost_answer(std::size_t i) {
   const MemberParameter& parameter = called_.parameters[i];
-  if (called_.member == nullptr || parameter.use == ORV2_READ || is_array(parameter.type))
-    return true;
+  const bool is_number = values_[i].tag != ORV2_UTF8 && values_[i].tag != ORV2_TEXT;
+  if (called_.member == nullptr || parameter.use == ORV2_READ || !is_number) return true;
   PyObject* const name = PyTuple_GetItem(called_.member->names, static_cast<Py_ssize_t>(i));
   const Owned words(PyUnicode_FromFormat("%U writes %U: give it a Ref, or the answer is lost",
                                          called_.member->name, name));
-  const Owned bytes = words ? c_text_of(words.get()) : Owned();
-  return bytes && PyErr_WarnEx(lent.warning, characters(bytes), 1) == 0;
+  return words && Owned(PyObject_CallFunctionObjArgs(lent.warn, words.get(), nullptr));
 }
 
 }  // namespace orv2_geo::python

@@ -68,7 +68,7 @@ class Arguments {
   bool put(std::size_t i);
   bool put_ref(std::size_t i, Ref* ref);
   bool put_value(std::size_t i, PyObject* value);
-  bool put_array(std::size_t i, const Array* array);
+  bool put_array(std::size_t i, Array* array);
   bool put_host(std::size_t i, PyObject* target);
   bool put_number(std::size_t i, PyObject* value);
   bool warn_of_lost_answer(std::size_t i);

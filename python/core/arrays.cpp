@@ -90,8 +90,9 @@ void move_kept(const void* from, Range old, void* to, Range wanted, std::size_t 
 Lease* grown(Storage& storage, std::uint32_t count) {
   const Owned owner = Owned::to(storage.lease->base);
   storage.busy = true;
-  const Owned next(
-      PyObject_CallFunction(lent.grown, "On", owner.get(), static_cast<Py_ssize_t>(count)));
+  const Owned next(PyObject_CallFunction(lent.grown, "Onn", owner.get(),
+                                         static_cast<Py_ssize_t>(count),
+                                         static_cast<Py_ssize_t>(storage.element)));
   Lease* const lease = next && next.get() != Py_None ? leased(next.get()) : nullptr;
   storage.busy = false;
   if (!next || (lease == nullptr && PyErr_Occurred() != nullptr)) return nullptr;
@@ -139,12 +140,12 @@ std::int32_t resize(void* context, std::int32_t old_lower, std::uint32_t old_cou
 
 // ---- Arrays as they are -------------------------------------------------------------------
 
-bool describe(const Array* array, orv2_array_info& info) {
-  return succeeded(library.orv2_array_describe(array->handle, &info));
+bool describe(Array* array, orv2_array_info& info) {
+  return is_made(array) && succeeded(library.orv2_array_describe(array->handle, &info));
 }
 
 // The description of an array whose elements can be reached. RunFailure 9.
-bool describe_reachable(const Array* array, orv2_array_info& info) {
+bool describe_reachable(Array* array, orv2_array_info& info) {
   if (!describe(array, info)) return false;
   return info.dimensions == 1 || refused(number::subscript_out_of_range);
 }
@@ -169,11 +170,11 @@ bool place_of(std::int64_t index, const orv2_array_info& info, std::uint32_t& pl
   return true;
 }
 
-char* element_at(const Array* array, std::uint32_t place) {
+char* element_at(Array* array, std::uint32_t place) {
   return static_cast<char*>(array->storage->data) + std::size_t{place} * array->storage->element;
 }
 
-PyObject* text_at(const Array* array, const orv2_array_info& info, std::uint32_t place) {
+PyObject* text_at(Array* array, const orv2_array_info& info, std::uint32_t place) {
   const std::uint16_t* units = nullptr;
   std::size_t count = 0;
   const auto index = static_cast<std::int32_t>(std::int64_t{info.lower} + place);
@@ -181,13 +182,12 @@ PyObject* text_at(const Array* array, const orv2_array_info& info, std::uint32_t
   return text_of_units(units, count);
 }
 
-PyObject* read(const Array* array, const orv2_array_info& info, std::uint32_t place) {
+PyObject* read(Array* array, const orv2_array_info& info, std::uint32_t place) {
   if (array->storage == nullptr) return text_at(array, info, place);
   return shown(kind_of(array->type).scalar, element_at(array, place));
 }
 
-bool write_text(const Array* array, const orv2_array_info& info, std::uint32_t place,
-                PyObject* text) {
+bool write_text(Array* array, const orv2_array_info& info, std::uint32_t place, PyObject* text) {
   const Units units(text);
   if (!units) return false;
   const auto index = static_cast<std::int32_t>(std::int64_t{info.lower} + place);
@@ -195,7 +195,7 @@ bool write_text(const Array* array, const orv2_array_info& info, std::uint32_t p
 }
 
 // RunFailure 9 when an array has other bounds than it had: code of Python's has run meanwhile.
-bool is_still(const Array* array, const orv2_array_info& info) {
+bool is_still(Array* array, const orv2_array_info& info) {
   orv2_array_info now{};
   if (!describe(array, now)) return false;
   const bool same =
@@ -204,7 +204,7 @@ bool is_still(const Array* array, const orv2_array_info& info) {
 }
 
 // Elements from place `first` on as a list.
-PyObject* listed(const Array* array, const orv2_array_info& info, std::uint32_t first,
+PyObject* listed(Array* array, const orv2_array_info& info, std::uint32_t first,
                  std::uint32_t count, std::int64_t step = 1) {
   Owned list(PyList_New(count));  // may collect garbage, whose code may run
   if (!list || !is_still(array, info)) return nullptr;
@@ -217,7 +217,7 @@ PyObject* listed(const Array* array, const orv2_array_info& info, std::uint32_t 
   return list.release();
 }
 
-PyObject* all_listed(const Array* array) {
+PyObject* all_listed(Array* array) {
   orv2_array_info info{};
   if (!describe(array, info)) return nullptr;
   if (info.count == 0) return PyList_New(0);
@@ -315,7 +315,14 @@ PyObject* of_elements(PyTypeObject* of, std::uint16_t type, std::int32_t lower,
   return over_elements(of, type, shape(type, true, lower, found.count, 1), found.data);
 }
 
-PyObject* array_new(PyTypeObject* of, PyObject* arguments, PyObject* named) {
+// An array that has nothing takes what another is made of.
+void take_from(const Owned& made, Array* array) {
+  std::swap(array->handle, array_of(made.get())->handle);
+  std::swap(array->storage, array_of(made.get())->storage);
+}
+
+// What the arguments of a class ask for, as an array of that class.
+PyObject* made_of(PyTypeObject* of, PyObject* arguments, PyObject* named) {
   static char names[][9] = {"elements", "lower", "dims"};
   static char* keywords[] = {names[0], names[1], names[2], nullptr};
   PyObject* elements = Py_None;
@@ -325,12 +332,7 @@ PyObject* array_new(PyTypeObject* of, PyObject* arguments, PyObject* named) {
                                   &dimensions) == 0) {
     return nullptr;
   }
-  if (!library_is_open()) return nullptr;
   const std::uint16_t type = type_of_class(of);
-  if (type == ORV2_NONE) {
-    PyErr_SetString(PyExc_TypeError, "GeoArray is what the five arrays share; make one of them");
-    return nullptr;
-  }
   std::int32_t lower = 0;
   if (lower_given != nullptr && !stored_i32(lower_given, lower)) return nullptr;
   if (dimensions == 1) {
@@ -342,6 +344,26 @@ PyObject* array_new(PyTypeObject* of, PyObject* arguments, PyObject* named) {
   }
   if (dimensions < 1 || dimensions > 0xFFFF) return raise(number::invalid_call);
   return with_dimensions(of, type, lower, static_cast<std::uint16_t>(dimensions));
+}
+
+// An array that is made by __init__, whatever the arguments: a class made from one of the
+// five may have others. Used before that, or without it, it is unallocated.
+PyObject* array_new(PyTypeObject* of, PyObject*, PyObject*) {
+  if (!library_is_open()) return nullptr;
+  const std::uint16_t type = type_of_class(of);
+  if (type != ORV2_NONE) return reinterpret_cast<PyObject*>(bare(of, type));
+  PyErr_SetString(PyExc_TypeError, "GeoArray is what the five arrays share; make one of them");
+  return nullptr;
+}
+
+// Once only, and not any more when it is in use: a call may be working on what it is made of.
+int array_init(PyObject* self, PyObject* arguments, PyObject* named) {
+  Array* const array = array_of(self);
+  const Owned made(made_of(Py_TYPE(self), arguments, named));
+  if (!made) return -1;
+  if (array->handle != 0 || array->storage != nullptr) return raise(number::array_locked), -1;
+  take_from(made, array);
+  return 0;
 }
 
 void end_array(Array* array) {
@@ -422,7 +444,8 @@ bool adopt(Storage& storage, PyObject* base, const Kind& kind) {
   const auto address = reinterpret_cast<std::uintptr_t>(storage.data);
   if (storage.lease->buffer.len != 0 && address % kind.size != 0)
     return refused(number::invalid_call);
-  const Owned same_size(PyObject_CallFunction(lent.grown, "On", base, static_cast<Py_ssize_t>(-1)));
+  const Owned same_size(PyObject_CallFunction(lent.grown, "Onn", base, static_cast<Py_ssize_t>(-1),
+                                              static_cast<Py_ssize_t>(kind.size)));
   if (!same_size) return false;
   storage.fixed = same_size.get() == Py_None;
   return true;
@@ -519,7 +542,8 @@ PyObject* get_lower(PyObject* self, void*) {
 PyObject* get_upper(PyObject* self, void*) {
   std::int32_t lower = 0;
   std::int32_t upper = 0;
-  const bool well = succeeded(library.orv2_array_bounds(array_of(self)->handle, &lower, &upper));
+  const bool well = is_made(array_of(self)) &&
+                    succeeded(library.orv2_array_bounds(array_of(self)->handle, &lower, &upper));
   return well ? PyLong_FromLong(upper) : nullptr;
 }
 
@@ -594,8 +618,9 @@ bool slice_of(const Asked& asked, const orv2_array_info& info, Slice& slice) {
 // An array of the same class whose first index is the slice's own: with a step of 1 every
 // element keeps its index.
 PyObject* sliced(PyObject* self, const orv2_array_info& info, const Slice& slice) {
-  const Array* const array = array_of(self);
+  Array* const array = array_of(self);
   const auto place = static_cast<std::uint32_t>(slice.first - info.lower);
+  if (slice.first > INT32_MAX) return raise(number::subscript_out_of_range);
   const Owned elements(listed(array, info, place, slice.count, slice.step));
   if (!elements) return nullptr;
   return of_elements(kind_of(array->type).type, array->type, static_cast<std::int32_t>(slice.first),
@@ -604,11 +629,11 @@ PyObject* sliced(PyObject* self, const orv2_array_info& info, const Slice& slice
 
 bool write_slice(PyObject* self, const orv2_array_info& info, const Slice& slice,
                  PyObject* values) {
-  const Array* const array = array_of(self);
+  Array* const array = array_of(self);
   // Converted before anything is written; the array itself may be among the values.
   const Owned converted(of_elements(kind_of(array->type).type, array->type, 0, values));
   if (!converted) return false;
-  const Array* const from = array_of(converted.get());
+  Array* const from = array_of(converted.get());
   orv2_array_info given{};
   // The values may have run code that gave this array other bounds.
   if (!describe(from, given) || !is_still(array, info)) return false;
@@ -714,6 +739,7 @@ PyObject* resize_array(PyObject* self, PyObject* arguments, PyObject* named) {
   std::int32_t lower = 0;
   std::int32_t upper = 0;
   if (!stored_i32(lower_given, lower) || !stored_i32(upper_given, upper)) return nullptr;
+  if (!is_made(array_of(self))) return nullptr;
   Frame frame;  // a buffer's owner is asked
   const std::int32_t status = library.orv2_array_resize(
       array_of(self)->handle, lower, upper, static_cast<std::int16_t>(keep != 0 ? -1 : 0));
@@ -729,11 +755,13 @@ PyObject* none_after(std::int32_t status) {
 }
 
 PyObject* lock(PyObject* self, PyObject*) {
-  return none_after(library.orv2_array_lock(array_of(self)->handle));
+  return is_made(array_of(self)) ? none_after(library.orv2_array_lock(array_of(self)->handle))
+                                 : nullptr;
 }
 
 PyObject* unlock(PyObject* self, PyObject*) {
-  return none_after(library.orv2_array_unlock(array_of(self)->handle));
+  return is_made(array_of(self)) ? none_after(library.orv2_array_unlock(array_of(self)->handle))
+                                 : nullptr;
 }
 
 // ---- Showing, comparing, copying
@@ -741,7 +769,7 @@ PyObject* unlock(PyObject* self, PyObject*) {
 
 constexpr std::uint32_t shown_whole = 12;  // more elements than these are shown by their ends
 
-PyObject* show_elements(const Array* array, const orv2_array_info& info, const char* name) {
+PyObject* show_elements(Array* array, const orv2_array_info& info, const char* name) {
   if (info.count <= shown_whole) {
     const Owned list(listed(array, info, 0, info.count));
     return list ? PyUnicode_FromFormat("%s(%R, lower=%d)", name, list.get(),
@@ -759,7 +787,7 @@ PyObject* show_elements(const Array* array, const orv2_array_info& info, const c
 }
 
 PyObject* show(PyObject* self) {
-  const Array* const array = array_of(self);
+  Array* const array = array_of(self);
   const char* const name = kind_of(array->type).name;
   orv2_array_info info{};
   if (!describe(array, info)) return nullptr;
@@ -772,7 +800,7 @@ PyObject* show(PyObject* self) {
 }
 
 // Whether two arrays of one class have the same bounds and elements; -1 with an exception.
-int same(const Array* left, const Array* right) {
+int same(Array* left, Array* right) {
   orv2_array_info a{};
   orv2_array_info b{};
   if (!describe(left, a) || !describe(right, b)) return -1;
@@ -794,7 +822,7 @@ PyObject* compare(PyObject* left, PyObject* right, int operation) {
 }
 
 PyObject* reduce(PyObject* self, PyObject*) {
-  const Array* const array = array_of(self);
+  Array* const array = array_of(self);
   orv2_array_info info{};
   if (!describe(array, info)) return nullptr;
   auto* const of = reinterpret_cast<PyObject*>(Py_TYPE(self));
@@ -896,6 +924,7 @@ PyTypeObject* made_base() {
   static PyType_Slot slots[] = {
       {Py_tp_doc, const_cast<char*>(words.c_str())},
       {Py_tp_new, slot(array_new)},
+      {Py_tp_init, slot(array_init)},
       {Py_tp_dealloc, slot(array_dealloc)},
       {Py_tp_traverse, slot(array_traverse)},
       {Py_tp_clear, slot(array_clear)},
@@ -945,6 +974,15 @@ bool published(PyObject* module, const char* name, PyTypeObject* type) {
 
 Array* array_in(PyObject* object) noexcept {
   return PyType_IsSubtype(Py_TYPE(object), base_type) != 0 ? array_of(object) : nullptr;
+}
+
+bool is_made(Array* array) {
+  // One that garbage collection has emptied keeps its storage, and is none any more.
+  if (array->handle != 0 || array->storage != nullptr) return true;
+  const Owned made(unallocated(kind_of(array->type).type, array->type));
+  if (!made) return false;
+  take_from(made, array);
+  return true;
 }
 
 bool can_be_resized(const Array* array) noexcept {

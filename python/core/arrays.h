@@ -31,6 +31,10 @@ struct Array {
 /// The array behind an object of one of the five classes, or null.
 Array* array_in(PyObject* object) noexcept;
 
+/// Makes an array that __init__ has not made an unallocated one. False, with an exception, on
+/// failure.
+bool is_made(Array* array);
+
 /// Whether the array can be given another size at all.
 bool can_be_resized(const Array* array) noexcept;
 

@@ -165,7 +165,7 @@ bool taken(const Py_buffer& view, Conversion conversion, std::uint16_t type, Ele
 
 // Whether the buffer answered; `well` says whether that ended well.
 bool from_buffer(PyObject* given, std::uint16_t type, Elements& found, bool& well) {
-  if (PyObject_CheckBuffer(given) == 0) return false;
+  if (PyObject_CheckBuffer(given) == 0 || is_array_scalar(given)) return false;
   Py_buffer view{};
   if (PyObject_GetBuffer(given, &view, buffer_strides | buffer_format) != 0) {
     if (PyErr_ExceptionMatches(PyExc_Exception) == 0) return well = false, true;

@@ -22,6 +22,7 @@ inline constexpr std::int32_t argument_not_optional = 449;
 struct Lent {
   PyObject* run_failure = Py_None;    // the exception's class
   PyObject* warning = Py_None;        // GeoWarning
+  PyObject* warn = Py_None;           // gives one, where the package is called from
   PyObject* set_property = Py_None;   // sets a property of an object of Python's side
   PyObject* call = Py_None;           // calls its method
   PyObject* wrapped = Py_None;        // makes the object of a class, from its index

@@ -216,6 +216,7 @@ PyObject* use(PyObject*, PyObject* arguments) {
   } places[] = {
       {"run_failure", lent.run_failure},
       {"warning", lent.warning},
+      {"warn", lent.warn},
       {"set_property", lent.set_property},
       {"call", lent.call},
       {"wrapped", lent.wrapped},
@@ -261,6 +262,7 @@ PyMethodDef functions[] = {
     {"lend_handle", lend_handle, METH_O, nullptr},
     {"framed", framed, METH_VARARGS, nullptr},
     {"call_like_member", call_like_member, METH_VARARGS, nullptr},
+    {"expect_own_thread", expect_own_thread, METH_O, nullptr},
     {"call_rows", call_rows, METH_VARARGS, nullptr},
     {"is_column", is_column, METH_VARARGS, nullptr},
     {"use", use, METH_VARARGS, nullptr},

@@ -50,9 +50,7 @@ Owned plain_number(PyObject* value) {
 // The item of a scalar of an array library: no dimensions, one item. Empty without an
 // exception for all others.
 Owned item_of(PyObject* value) {
-  const Owned shape(PyObject_GetAttrString(value, "shape"));
-  if (!shape) return PyErr_Clear(), Owned();
-  if (PyTuple_Check(shape.get()) == 0 || PyTuple_Size(shape.get()) != 0) return {};
+  if (!is_array_scalar(value)) return {};
   const Owned item(PyObject_GetAttrString(value, "item"));
   if (!item) return PyErr_Clear(), Owned();
   return Owned(PyObject_CallObject(item.get(), nullptr));
@@ -125,6 +123,12 @@ constexpr const char* encoding =
     __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__ ? "utf-16-le" : "utf-16-be";
 
 }  // namespace
+
+bool is_array_scalar(PyObject* value) {
+  const Owned shape(PyObject_GetAttrString(value, "shape"));
+  if (!shape) return PyErr_Clear(), false;
+  return PyTuple_Check(shape.get()) != 0 && PyTuple_Size(shape.get()) == 0;
+}
 
 Owned plain(PyObject* value) {
   PyTypeObject* const of = Py_TYPE(value);

@@ -28,6 +28,10 @@ constexpr auto type_in(std::uint16_t tag) { return static_cast<std::uint16_t>(ta
 /// its item. RunFailure 13 for others. Empty, with an exception, on failure.
 Owned plain(PyObject* value);
 
+/// Whether a value is a scalar of an array library: of no dimensions, though it may have a
+/// buffer.
+bool is_array_scalar(PyObject* value);
+
 /// Stores the number or flag that a value is worth, in a scalar type. Whole numbers are
 /// rounded half to even, a truth counts -1. RunFailure 6 when it does not fit, 13 when it is
 /// none; false, with the exception. The cell is then as it was.

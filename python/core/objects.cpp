@@ -26,6 +26,10 @@ bool is_class_of_objects(PyObject* of) {
 Object* object_of(PyObject* self) { return reinterpret_cast<Object*>(self); }
 Member* member_of(PyObject* self) { return reinterpret_cast<Member*>(self); }
 
+bool is_on_own_thread(const Object* object) noexcept {
+  return object->thread == PyThread_get_thread_ident();
+}
+
 // Whether a call may last, or may wait for a person: other threads then run meanwhile.
 bool may_last(const Member* member) { return waiting || !member->numbers_only; }
 
@@ -184,14 +188,16 @@ PyObject* call_member(PyObject* self, PyObject* const* arguments, std::size_t fl
   Member* const member = member_of(self);
   const std::size_t count = positional(flags);
   if (count == 0 || !belongs(member, arguments[0])) return not_an_object(member);
-  const orv2_handle handle = object_of(arguments[0])->handle;
-  if (names != nullptr && PyTuple_Size(names) != 0) {
-    return call_with_names(member, handle, arguments + 1, count - 1, names);
-  }
-  if (member->numbers_only && count - 1 == member->count && !waiting) {
+  const Object* const object = object_of(arguments[0]);
+  const orv2_handle handle = object->handle;
+  const bool named = names != nullptr && PyTuple_Size(names) != 0;
+  if (!named && member->numbers_only && count - 1 == member->count && !waiting) {
     PyObject* const answer = call_with_numbers(member, handle, arguments + 1);
     if (answer != omitted) return answer;
   }
+  // Nothing of the arguments' own runs on another thread: the library comes too late to say so.
+  if (!is_on_own_thread(object)) return raise(number::invalid_call, member->source);
+  if (named) return call_with_names(member, handle, arguments + 1, count - 1, names);
   return call_in_general(member, handle, arguments + 1, count - 1);
 }
 
@@ -350,11 +356,28 @@ PyType_Spec member_spec = {
 
 Object* bare_object(PyTypeObject* of) {
   auto* const allocate = reinterpret_cast<allocfunc>(PyType_GetSlot(of, Py_tp_alloc));
-  return object_of(allocate(of, 0));
+  Object* const made = object_of(allocate(of, 0));
+  if (made != nullptr) made->thread = PyThread_get_thread_ident();
+  return made;
+}
+
+// Whether a class makes its objects as all do: without arguments. One made from it may have
+// an __init__ that takes some.
+bool takes_no_arguments(PyTypeObject* of) {
+  const Owned own(PyObject_GetAttrString(reinterpret_cast<PyObject*>(of), "__init__"));
+  const Owned plain_one(
+      PyObject_GetAttrString(reinterpret_cast<PyObject*>(&PyBaseObject_Type), "__init__"));
+  if (!own || !plain_one) PyErr_Clear();
+  return own.get() == plain_one.get();
 }
 
 // A new object of the class that a Python class stands for.
-PyObject* object_new(PyTypeObject* of, PyObject*, PyObject*) {
+PyObject* object_new(PyTypeObject* of, PyObject* arguments, PyObject* named) {
+  const bool any = PyTuple_Size(arguments) != 0 || (named != nullptr && PyDict_Size(named) != 0);
+  if (any && takes_no_arguments(of)) {
+    PyErr_Format(PyExc_TypeError, "%R takes no arguments", of);
+    return nullptr;
+  }
   if (!library_is_open()) return nullptr;
   const Owned name(PyObject_GetAttrString(reinterpret_cast<PyObject*>(of), "registered_name"));
   const Owned characters_of_name =
@@ -464,6 +487,15 @@ Member* member_in(PyObject* object) {
   if (Py_TYPE(object) == member_type) return member_of(object);
   PyErr_SetString(PyExc_TypeError, "a member of a class or of an object is needed");
   return nullptr;
+}
+
+PyObject* expect_own_thread(PyObject*, PyObject* object) {
+  orv2_handle handle = 0;
+  if (!handle_of_object(object, handle) || !is_on_own_thread(object_of(object))) {
+    return raise(number::invalid_call);
+  }
+  Py_INCREF(Py_None);
+  return Py_None;
 }
 
 // adopted(class, handle): the object behind a handle, with a reference of its own.

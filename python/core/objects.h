@@ -10,6 +10,7 @@ namespace orv2_geo::python {
 struct Object {
   PyObject ob_base;
   orv2_handle handle;
+  unsigned long thread;  // its own: a call from another is refused before anything runs
   PyObject* weak;
 };
 
@@ -47,6 +48,9 @@ bool handle_of_object(PyObject* object, orv2_handle& handle);
 /// A call of a function that takes values like a member's, with what tags say of its
 /// parameters. For the tests of this package.
 PyObject* call_like_member(PyObject* module, PyObject* arguments);
+
+/// expect_own_thread(object): RunFailure 5 on another thread than the object's.
+PyObject* expect_own_thread(PyObject* module, PyObject* object);
 
 /// The member of an object, checked; null with an exception.
 Member* member_in(PyObject* object);

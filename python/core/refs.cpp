@@ -246,6 +246,16 @@ PyObject* rounded(PyObject* self, PyObject* arguments) {
   return method ? PyObject_CallObject(method.get(), arguments) : nullptr;
 }
 
+// What the value makes of itself by a method of its own, as math.floor asks for it.
+constexpr const char* trunc_name = "__trunc__";
+constexpr const char* floor_name = "__floor__";
+constexpr const char* ceil_name = "__ceil__";
+template <const char* const* name>
+PyObject* whole(PyObject* self, PyObject*) {
+  const Owned value = value_of(ref_in(self));
+  return value ? PyObject_CallMethod(value.get(), *name, nullptr) : nullptr;
+}
+
 PyObject* reduce(PyObject* self, PyObject*) {
   const Owned value = value_of(ref_in(self));
   return value ? Py_BuildValue("O(O)", Py_TYPE(self), value.get()) : nullptr;
@@ -259,6 +269,9 @@ PyObject* of_type(PyObject* of, PyObject*) {
 PyMethodDef methods[] = {
     {"__format__", format, METH_O, nullptr},
     {"__round__", rounded, METH_VARARGS, nullptr},
+    {"__trunc__", whole<&trunc_name>, METH_NOARGS, nullptr},
+    {"__floor__", whole<&floor_name>, METH_NOARGS, nullptr},
+    {"__ceil__", whole<&ceil_name>, METH_NOARGS, nullptr},
     {"__reduce__", reduce, METH_NOARGS, nullptr},
     {"__class_getitem__", of_type, METH_O | METH_CLASS, nullptr},
     {nullptr, nullptr, 0, nullptr},
@@ -315,6 +328,7 @@ PyType_Slot slots[] = {
     {Py_nb_true_divide, slot(binary<PyNumber_TrueDivide>)},
     {Py_nb_floor_divide, slot(binary<PyNumber_FloorDivide>)},
     {Py_nb_remainder, slot(binary<PyNumber_Remainder>)},
+    {Py_nb_divmod, slot(binary<PyNumber_Divmod>)},
     {Py_nb_power, slot(power)},
     {Py_nb_inplace_add, slot(in_place<PyNumber_Add>)},
     {Py_nb_inplace_subtract, slot(in_place<PyNumber_Subtract>)},

@@ -21,10 +21,11 @@ def locked(self):
 GeoArray.locked = locked
 
 
-def grown(base, count):
-    """What stands for `base` when an array over it gets `count` elements: for an ndarray
-    a new one of zeros. None for what cannot be followed. -1 only asks whether it can."""
-    if not hasattr(type(base), "__array_interface__"):
+def grown(base, count, size):
+    """What stands for `base` when an array over it gets `count` elements of `size` bytes:
+    for an ndarray of such elements a new one of zeros. None for what cannot be followed. -1
+    only asks whether it can."""
+    if not hasattr(type(base), "__array_interface__") or base.dtype.itemsize != size:
         return None
     import numpy  # there is one already: it made the array
     return numpy.zeros(max(count, 0), dtype=base.dtype)

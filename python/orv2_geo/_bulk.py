@@ -54,7 +54,7 @@ def bulk(member, /, *columns, failures="raise"):
 
 
 class _Bulk:
-    """The columns of one bulk call, in the shape that the core takes."""
+    """One bulk call: its columns, and the values that are the same in every row."""
 
     def __init__(self, member, given):
         self._member = getattr(member, "__func__", None)
@@ -62,55 +62,110 @@ class _Bulk:
         if not isinstance(self._member, _core.Member):
             raise TypeError("bulk needs a member of an object, such as algorismos.Azimut")
         described = type(self._object).members[self._member.position]
+        try:
+            _core.expect_own_thread(self._object)
+        except RunFailure as failure:
+            failure.source = self._object.registered_name
+            raise
         self._parameters = described.parameters
+        self._tags = [one.tag & ~BYREF for one in self._parameters]
         self._result = _type_names[described.result]
         if len(given) > len(self._parameters):
             raise TypeError("{}() has {} parameters, {} columns were given".format(
                 described.name, len(self._parameters), len(given)))
-        given = [*given, *[omitted] * (len(self._parameters) - len(given))]
-        columns = [_is_column(*one) for one in zip(self._parameters, given)]
-        self._numpy = any(hasattr(type(one), "__array_interface__")
-                          for one, column in zip(given, columns) if column)
-        self._rows = _length(one for one, column in zip(given, columns) if column)
-        self._values = [self._taken(place, one, columns[place]) for place, one in enumerate(given)]
+        self._given = [*given, *[omitted] * (len(self._parameters) - len(given))]
+        self._is_column = [_is_column(*one) for one in zip(self._tags, self._given)]
+        columns = [one for one, column in zip(self._given, self._is_column) if column]
+        self._numpy = any(hasattr(type(one), "__array_interface__") for one in columns)
+        self._rows = _length(columns)
 
     def called(self, masked):
+        try:
+            values = [self._value(place) for place in range(len(self._given))]
+        except RunFailure:
+            return self._called_one_by_one(masked)
         result = self._room(self._result)
         numbers = self._room(I32) if masked else None
         try:
-            _core.call_rows(self._member, self._object, tuple(self._values), self._rows, result,
-                            numbers)
+            _core.call_rows(self._member, self._object, tuple(values), self._rows, result, numbers)
         except RunFailure as failure:
-            if failure.member is None:
-                failure._of(self._member)
+            if failure.row is not None:
+                failure._failed(self._member, self._row(failure.row))
             raise
-        written = {one.name: self._shown(value, one.tag & ~BYREF)
-                   for one, value in zip(self._parameters, self._values)
-                   if one.use != READ and one.tag & ~BYREF in _formats}
-        return Bulk(self._shown(result, self._result), written, self._failed(numbers),
-                    self._shown(numbers, I32))
+        written = {one.name: self._shown(value, tag)
+                   for one, tag, value in zip(self._parameters, self._tags, values)
+                   if self._is_written(one, tag)}
+        return self._answer(result, written, numbers)
 
-    def _taken(self, place, given, is_column):
+    # ---- Row by row, where a value is one that a call alone can convert or refuse ----
+
+    def _called_one_by_one(self, masked):
+        columns = [list(one) if column else None
+                   for one, column in zip(self._given, self._is_column)]
+        results, numbers = [], []
+        written = {one.name: [] for one, tag in zip(self._parameters, self._tags)
+                   if self._is_written(one, tag)}
+        for row in range(self._rows):
+            number, result, variables = self._called_row(row, columns, masked)
+            numbers.append(number)
+            results.append(result)
+            for name, variable in variables.items():
+                written[name].append(variable.value)
+        tags = {one.name: tag for one, tag in zip(self._parameters, self._tags)}
+        kept = {name: self._shown(self._kept(column, tags[name]), tags[name])
+                for name, column in written.items()}
+        return self._answer(self._kept(results, self._result), kept,
+                            LongArray(numbers) if masked else None)
+
+    def _called_row(self, row, columns, masked):
+        values = [one[row] if one is not None else _plain(given)
+                  for one, given in zip(columns, self._given)]
+        variables = {}
+        for place, parameter in enumerate(self._parameters):
+            if self._is_written(parameter, self._tags[place]):
+                values[place] = Ref(_start(values[place]))
+                variables[parameter.name] = values[place]
         try:
-            return self._value(self._parameters[place], given, is_column)
+            return 0, self._member(self._object, *_without_end(values)), variables
         except RunFailure as failure:
-            failure._refused(self._member, place, given, self._object.registered_name)
-            raise
+            if not masked:
+                failure.row = row
+                raise
+            return failure.number, None, variables
 
-    def _value(self, parameter, given, is_column):
+    def _kept(self, values, tag):
+        """A column of what rows gave; 0 for one that gave nothing of its type."""
+        if tag == NONE:
+            return None
+        if tag == BOOL:
+            return _flags(value if isinstance(value, int) else 0 for value in values)
+        return _array_of[tag]([value if isinstance(value, (int, float)) else 0 for value in values])
+
+    # ---- Columns ----
+
+    @staticmethod
+    def _is_written(parameter, tag):
+        return parameter.use != READ and tag in _formats
+
+    def _value(self, place):
         """A column of the parameter's own type, or a value for all rows."""
-        tag = parameter.tag & ~BYREF
+        parameter, tag, given = self._parameters[place], self._tags[place], self._given[place]
         if tag not in _formats:
             return given
-        if is_column:
+        if self._is_column[place]:
             return self._column(tag, given, parameter.use != READ)
         if parameter.use == READ:
             return _constant(given)
-        value = 0 if given is omitted or given is None else _plain(given)
-        column = self._zeros(_array_of.get(tag, ShortArray))
-        if value:
-            column[:] = self._column(tag, [value] * self._rows, True)
-        return column
+        if given is omitted or given is None:
+            return self._zeros(_array_of.get(tag, ShortArray))
+        return self._column(tag, [_plain(given)] * self._rows, True)
+
+    def _row(self, row):
+        """What is given for a row, for the words of its failure."""
+        values = [given[row + given.lower] if isinstance(given, GeoArray) else given[row]
+                  if column else given for given, column in zip(self._given, self._is_column)]
+        return tuple(0 if self._is_written(one, tag) and value in (None, omitted) else value
+                     for one, tag, value in zip(self._parameters, self._tags, values))
 
     def _column(self, tag, given, is_written):
         if tag == BOOL:
@@ -121,12 +176,16 @@ class _Bulk:
 
     def _room(self, tag):
         """For an answer a row."""
-        if tag == NONE:
-            return None
-        return self._zeros(_array_of.get(tag, ShortArray))
+        return None if tag == NONE else self._zeros(_array_of.get(tag, ShortArray))
 
     def _zeros(self, of_class):
         return of_class.sized(0, self._rows - 1) if self._rows else of_class([])
+
+    # ---- Answers ----
+
+    def _answer(self, result, written, numbers):
+        failed = None if numbers is None else self._shown(_truths(numbers), BOOL)
+        return Bulk(self._shown(result, self._result), written, failed, self._shown(numbers, I32))
 
     def _shown(self, column, tag):
         if column is None:
@@ -138,8 +197,24 @@ class _Bulk:
         import numpy  # there is one already: it made one of the columns
         return numpy.asarray(column)
 
-    def _failed(self, numbers):
-        return None if numbers is None else self._shown(_truths(numbers), BOOL)
+
+def _start(given):
+    """What a written variable holds before the call; a text is the number that it is read as."""
+    if given is omitted or given is None:
+        return 0
+    if isinstance(given, str):
+        try:
+            return _core.number_of_text(given)
+        except RunFailure:
+            pass  # the call says so
+    return given
+
+
+def _without_end(values):
+    """Without those at the end that are left out."""
+    while values and values[-1] is omitted:
+        values = values[:-1]
+    return values
 
 
 def _plain(value):
@@ -153,10 +228,10 @@ def _constant(value):
     return _core.plain(value) if getattr(value, "shape", None) == () else value
 
 
-def _is_column(parameter, given):
+def _is_column(tag, given):
     """Whether a value is a column: for a parameter that takes a number, whatever is not
     one, or worth one."""
-    if parameter.tag & ~BYREF not in _formats or given is omitted or given is None:
+    if tag not in _formats or given is omitted or given is None:
         return False
     if isinstance(given, (numbers.Number, str, Ref)) or getattr(given, "shape", None) == ():
         return False

@@ -3,6 +3,8 @@
 import locale
 import operator
 import os
+import sys
+import warnings
 
 from . import _core
 from ._library import (
@@ -137,6 +139,8 @@ def _is_of_another_kind(parameter, given):
         return False
     if tag in _arrays:
         return type(given).__name__ != _arrays[tag]
+    if tag == OBJECT:
+        return isinstance(given, (int, float, str, _core.GeoArray))
     if tag in _numbers:
         return _number(given) is None
     return tag == TEXT and not isinstance(given, str)
@@ -244,6 +248,14 @@ def _shown(given, by_value):
     return "None" if given is None else "'{}'".format(type(given).__name__)
 
 
+def warn(words):
+    """A GeoWarning where the package is called from, past what of it is Python."""
+    level, frame = 2, sys._getframe(1)
+    while frame is not None and frame.f_globals.get("__name__", "").startswith("orv2_geo."):
+        level, frame = level + 1, frame.f_back
+    warnings.warn(words, GeoWarning, stacklevel=level)
+
+
 def described(number):
     """The library's own description of a number; empty for a foreign one."""
     return _core.failures().get(number, "")
@@ -251,3 +263,4 @@ def described(number):
 
 _core.use("run_failure", RunFailure)
 _core.use("warning", GeoWarning)
+_core.use("warn", warn)

@@ -3,10 +3,9 @@
 import collections.abc
 import operator
 import threading
-import warnings
 
 from . import _core
-from ._failures import INVALID_CALL, OVERFLOW, GeoWarning, RunFailure
+from ._failures import INVALID_CALL, OVERFLOW, RunFailure, warn
 from ._library import needed
 
 _STARTS = ("centre of owner", "centre of screen")
@@ -104,7 +103,7 @@ def _error_box(text, flags, caption, failure):
     elif failure is not None:
         raise RunFailure(*failure)
     else:
-        warnings.warn(text, GeoWarning, stacklevel=2)
+        warn(text)
 
 
 def _show_modal(pointer):

@@ -158,6 +158,8 @@ TEST_F(Rows, ThatCannotBeCalledAreRefusedBeforeTheFirst) {
        orv2_call_rows(functions, 99, values, columns, 1, 1, nullptr, nullptr, &done)},
       {"too many arguments", 450,
        orv2_call_rows(functions, logarithm, values, columns, 17, 1, nullptr, nullptr, &done)},
+      {"too many for a member that is none", 450,
+       orv2_call_rows(functions, 99, values, columns, 17, 1, nullptr, nullptr, &done)},
       {"one too many", 450,
        orv2_call_rows(functions, logarithm, values, columns, 2, 1, nullptr, nullptr, &done)},
       {"no arguments where there are some", 5,

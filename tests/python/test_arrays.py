@@ -94,6 +94,31 @@ class Making(Case):
                 DoubleArray([1.0, 2.0], lower=lower)
 
 
+class Deriving(Case):
+    def test_a_class_made_from_an_array_has_an_init_of_its_own(self):
+        class Levels(DoubleArray):
+            def __init__(self, count, name):
+                super().__init__([0.0] * count, lower=1)
+                self.name = name
+
+        made = Levels(3, "cotas")
+        self.assertEqual((list(made), made.lower, made.name), ([0.0] * 3, 1, "cotas"))
+
+    def test_an_array_is_made_once(self):
+        made = DoubleArray([1.0])
+        with self.fails(10):
+            made.__init__([2.0, 3.0])
+        self.assertEqual(list(made), [1.0])
+
+    def test_without_its_init_it_is_unallocated(self):
+        made = LongArray.__new__(LongArray)
+        self.assertFalse(made.allocated)
+        made.resize(1, 2)
+        with self.fails(10):
+            made.__init__([1])
+        self.assertEqual(list(made), [0, 0])
+
+
 class Elements(Case):
     def test_indexes_are_the_arrays_own(self):
         for of_class in ALL:

@@ -82,6 +82,12 @@ class GoingIn(Case):
             DoubleArray(memoryview(b"abc").cast("c"))
 
     @needs_numpy
+    def test_a_scalar_of_numpy_is_no_column_of_bytes(self):
+        for scalar in (numpy.datetime64("2020-01-01"), numpy.float64(1.0)):
+            with self.assertRaises(TypeError):
+                DoubleArray(scalar)
+
+    @needs_numpy
     def test_arrays_of_numpy(self):
         for kind in ("f8", "f4", "i8", "i4", "i2", "u1", "?", ">f8", ">i4", "f2"):
             given = numpy.array([0, 1, 1], dtype=kind)
@@ -248,6 +254,14 @@ class InPlace(Case):
             DoubleArray.over(fixed)
 
     @needs_numpy
+    def test_an_ndarray_of_bytes_has_a_fixed_size(self):
+        x = DoubleArray.over(numpy.frombuffer(bytearray(struct.pack("5d", 0, 3, 1, 1, 2)), dtype="u1"))
+        z, count = DoubleArray([0, 5, 5, 5, 6]), Ref(4)
+        with self.fails(10):
+            terreno.Ordena_terreno_y_quita_repetidos(count, x, z)
+        self.assertEqual((count.value, list(x), list(z)), (4, [0, 3, 1, 1, 2], [0, 5, 5, 5, 6]))
+
+    @needs_numpy
     def test_a_view_of_what_is_followed_locks_it(self):
         made = DoubleArray.over(numpy.zeros(3))
         with made.view():
@@ -286,6 +300,8 @@ class Slices(Case):
                 self.made[part]
         with self.assertRaises(TypeError):
             self.made[1.5:]
+        with self.fails(9):
+            DoubleArray([1.0], lower=2**31 - 1)[2**31:]
 
     def test_as_many_elements_are_assigned(self):
         self.made[11:13] = [7, True]

@@ -125,6 +125,10 @@ class Columns(Case):
         self.assertEqual(got.result.tolist(), [True, False])
         self.assertEqual((list(got.written["xi"]), list(got.written["yi"])), ([0.5, 8.5], [0.5, 0.0]))
 
+    def test_a_negative_zero_is_kept(self):
+        got = bulk(algorismos.Intersec_XY_2lineas, [0.0], 0, 1, 1, 0, 1, 1, 2, -0.0, [-0.0]).written
+        self.assertEqual(column_bits([got["xi"][0], got["yi"][0]]), column_bits([-0.0, -0.0]))
+
     def test_arrays_are_the_same_in_every_row(self):
         x, y = DoubleArray([0, 0, 10, 10, 0, 0]), DoubleArray([0, 0, 0, 10, 10, 0])
         inside = bulk(api.Pto_in_Poligono, x, y, 4, [5.0, 15.0, 0.0], [5.0, 5.0, 0.0])
@@ -210,10 +214,36 @@ class Failing(Case):
         with self.assertRaises(ValueError):
             bulk(algorismos.Azimut, [1], [2], failures="ignore")
 
+    def test_a_row_that_cannot_be_converted_fails_alone(self):
+        got = bulk(algorismos.An360, [1e300, 400.0, "x"], failures="mask")
+        self.assertEqual((list(got.numbers), got.failed.tolist()), ([6, 0, 13], [True, False, True]))
+        self.assertEqual(got.result[1], algorismos.An360(400.0))
+        got = bulk(algorismos.Azimut, [None, -1.0], [0, 0], [7.5, 7.5], failures="mask")
+        self.assertEqual((list(got.numbers), list(got.written["aZ"])), ([13, 0], [7.5, 300.0]))
+        with self.fails(6) as caught:
+            bulk(algorismos.Distancia_Punto_Punto_l, [1, 2**40], 0, 0, 0)
+        self.assertEqual((caught.exception.row, caught.exception.parameter), (1, "X1"))
+
+    def test_texts_are_read_as_numbers_as_by_the_member(self):
+        got = bulk(algorismos.Longitud_Linea, ["0", "0"], 0.0, 0.0, 0.0, "3", "4")
+        self.assertEqual(list(got.result), [algorismos.Longitud_Linea("0", 0.0, 0.0, 0.0, "3", "4")] * 2)
+        got = bulk(algorismos.Atn2, [1.0], "5")
+        self.same_bits(got.result[0], algorismos.Atn2(1.0, "5"))
+
+    def test_what_is_refused_in_a_row_is_told_by_its_parameter(self):
+        for given, number, parameter in ((([1, 2],), 449, "dy"), (([1, 2], "x"), 13, "dy")):
+            with self.subTest(given), self.fails(number) as caught:
+                bulk(algorismos.Azimut, *given)
+            self.assertEqual((caught.exception.row, caught.exception.parameter), (0, parameter))
+        with self.fails(91) as caught:
+            bulk(algorismos.Linea_a_puntos, None, [0.0], 0.0, 1.0, 1.0)
+        self.assertEqual(caught.exception.parameter, "f")
+
     def test_an_element_that_is_no_number_is_13_with_its_parameter(self):
         with self.fails(13) as caught:
             bulk(algorismos.Azimut, [1.0, None], [1.0, 2.0])
-        self.assertEqual((caught.exception.member, caught.exception.parameter), ("Azimut", "dx"))
+        failure = caught.exception
+        self.assertEqual((failure.member, failure.parameter, failure.row), ("Azimut", "dx", 1))
 
     def test_a_number_that_does_not_fit_is_6_with_its_parameter(self):
         with self.fails(6) as caught:

@@ -41,6 +41,11 @@ class Creating(Case):
     def test_a_class_makes_its_own_objects(self):
         self.assertEqual(orv2_geo.cgeo_FuncDeriv().RPi, 0.0)
 
+    def test_a_class_takes_no_arguments(self):
+        for given, named in (((1,), {}), ((), {"x": 1})):
+            with self.assertRaises(TypeError):
+                orv2_geo.cgeo_Algorismos(*given, **named)
+
     def test_a_class_that_is_not_there_is_no_attribute(self):
         for name in ("cgeo_Nada", "nada"):
             with self.assertRaises(AttributeError):
@@ -170,6 +175,29 @@ class Members(Case):
         thread.start()
         thread.join()
         self.assertEqual(raised, [5])
+
+    def test_on_another_thread_nothing_of_the_arguments_runs(self):
+        ran, raised = [], []
+
+        class Number:
+            def __float__(self):
+                ran.append(self)
+                return 1.0
+
+        def work():
+            for given in ((Number(), 0, Ref()), ([], 0, Ref()), (Ref("x"), 2.0, Ref()), (1, 0, 5)):
+                for call in (self.algorismos.Azimut, lambda *g: self.algorismos.Azimut(g[0], dy=g[1], aZ=g[2]),
+                             lambda *g: self.algorismos.call("Azimut", *g),
+                             lambda *g: orv2_geo.bulk(self.algorismos.Azimut, [g[0]], [1.0])):
+                    try:
+                        call(*given)
+                    except orv2_geo.RunFailure as failure:
+                        raised.append((failure.number, failure.source))
+
+        thread = threading.Thread(target=work)
+        thread.start()
+        thread.join()
+        self.assertEqual((ran, raised), ([], [(5, ALGORISMOS)] * 16))
 
     def test_each_thread_has_its_objects(self):
         answers = []

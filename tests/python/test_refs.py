@@ -68,6 +68,8 @@ class Reckoning(Case):
                             (2 ** b, 4), (-a, -7.0), (+a, 7.0), (abs(Ref(-3)), 3), (round(Ref(2.567), 2), 2.57),
                             (round(Ref(2.5)), 2), (Ref("a") + "b", "ab")):
             self.assertEqual((got, type(got)), (wanted, type(wanted)))
+        self.assertEqual((divmod(a, b), divmod(9, b)), ((3.0, 1.0), (4, 1)))
+        self.assertEqual([f(Ref(2.5)) for f in (math.trunc, math.floor, math.ceil)], [2, 2, 3])
         with self.assertRaises(ZeroDivisionError):
             a / 0
 

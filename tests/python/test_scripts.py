@@ -117,6 +117,23 @@ class LostAnswers(Case):
             algorismos.Azimut(1.0, 0.0, 0.0)
         self.assertEqual(len(caught), 2)
 
+    def test_through_the_package_it_is_still_the_callers(self):
+        levels = DoubleArray([0, 5, 1])
+        with warnings.catch_warnings(record=True) as caught:
+            warnings.simplefilter("default", GeoWarning)
+            algorismos.call("Azimut", 1, 0, 5)
+            algorismos.call("Azimut", 1, 0, 5)
+            terreno.call("TF_DistaOrigen_estan_ordenadas", levels)
+            orv2_geo.bulk(algorismos.Pto_en_Poligono_d, levels, levels, [0, 0], 0, 0)
+        self.assertEqual([one.filename for one in caught], [__file__] * 4)
+        self.assertEqual(len({one.lineno for one in caught}), 4)
+
+    def test_a_text_that_is_no_number_is_13_and_no_warning(self):
+        with warnings.catch_warnings():
+            warnings.simplefilter("error", GeoWarning)
+            with self.fails(13):
+                algorismos.Azimut(1, 0, "abc")
+
     def test_made_an_error_it_stops_the_call(self):
         with warnings.catch_warnings():
             warnings.simplefilter("error", GeoWarning)

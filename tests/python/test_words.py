@@ -58,6 +58,9 @@ class Words(Case):
             (algorismos.Linea_a_puntos, (None, 0, 0, 1, 1),
              "Linea_a_puntos(f, X1, Y1, X2, Y2): f must be an object that has what the member calls, "
              "not None (91, Variable de objeto no establecida)"),
+            (algorismos.Linea_a_puntos, (3, 0, 0, 1, 1),
+             "Linea_a_puntos(f, X1, Y1, X2, Y2): f must be an object that has what the member calls, "
+             "not 3 (13, No coinciden los tipos)"),
             (ordena.SwapStrings, (Ref("a"), 5, 0),
              "SwapStrings(String1, String2, SwpVal): String2 must be a text, not 5 "
              "(13, No coinciden los tipos)"),
