@@ -44,7 +44,7 @@ std::uint16_t type_of_class(PyTypeObject* of) {
   return ORV2_NONE;
 }
 
-// ---- Storage ----------------------------------------------------------------------------
+// ---- Storage ------------------------------------------------------------------------
 
 Storage* new_storage(std::size_t element) {
   void* const memory = PyMem_RawMalloc(sizeof(Storage));
@@ -138,7 +138,7 @@ std::int32_t resize(void* context, std::int32_t old_lower, std::uint32_t old_cou
   return 0;
 }
 
-// ---- Arrays as they are -------------------------------------------------------------------
+// ---- Arrays as they are -------------------------------------------------------------
 
 bool describe(Array* array, orv2_array_info& info) {
   return is_made(array) && succeeded(library.orv2_array_describe(array->handle, &info));
@@ -225,7 +225,7 @@ PyObject* all_listed(Array* array) {
   return listed(array, info, 0, info.count);
 }
 
-// ---- Making ---------------------------------------------------------------------------------
+// ---- Making -------------------------------------------------------------------------
 
 orv2_array_info shape(std::uint16_t type, bool allocated, std::int32_t lower, std::uint32_t count,
                       std::uint16_t dimensions) {
@@ -409,7 +409,7 @@ PyObject* sized(PyObject* of, PyObject* arguments) {
   return done ? made.release() : nullptr;
 }
 
-// ---- Over a buffer ------------------------------------------------------------------------------
+// ---- Over a buffer ------------------------------------------------------------------
 
 // RunFailure 13 for a buffer of another element type than its own or bytes.
 bool has_own_elements(const Py_buffer& view, const Kind& kind) {
@@ -488,7 +488,7 @@ PyObject* get_base(PyObject* self, void*) {
   return base;
 }
 
-// ---- Buffers ------------------------------------------------------------------------------------
+// ---- Buffers ------------------------------------------------------------------------
 
 // What a view of an array needs beside its elements; lives as long as the view.
 struct Shape {
@@ -530,8 +530,7 @@ void release_buffer(PyObject* self, Py_buffer* view) {
 
 PyObject* view(PyObject* self, PyObject*) { return PyMemoryView_FromObject(self); }
 
-// ---- Properties
-// -----------------------------------------------------------------------------------
+// ---- Properties ---------------------------------------------------------------------
 
 PyObject* get_lower(PyObject* self, void*) {
   orv2_array_info info{};
@@ -566,8 +565,7 @@ Py_ssize_t length(PyObject* self) {
   return describe(array_of(self), info) ? static_cast<Py_ssize_t>(info.count) : -1;
 }
 
-// ---- Elements and slices
-// ----------------------------------------------------------------------------
+// ---- Elements and slices ------------------------------------------------------------
 
 // A slice in the array's own indexes: from the first up to, and without, the last.
 struct Slice {
@@ -723,8 +721,7 @@ PyObject* reversed(PyObject* self, PyObject*) {
 
 PyObject* tolist(PyObject* self, PyObject*) { return all_listed(array_of(self)); }
 
-// ---- Bounds and locks
-// ---------------------------------------------------------------------------------
+// ---- Bounds and locks ---------------------------------------------------------------
 
 PyObject* resize_array(PyObject* self, PyObject* arguments, PyObject* named) {
   static char names[][6] = {"lower", "upper", "keep"};
@@ -764,8 +761,7 @@ PyObject* unlock(PyObject* self, PyObject*) {
                                  : nullptr;
 }
 
-// ---- Showing, comparing, copying
-// ------------------------------------------------------------------------
+// ---- Showing, comparing, copying ----------------------------------------------------
 
 constexpr std::uint32_t shown_whole = 12;  // more elements than these are shown by their ends
 
@@ -841,8 +837,7 @@ PyObject* of_type(PyObject* of, PyObject*) {
   return of;
 }
 
-// ---- The types
-// --------------------------------------------------------------------------------------------
+// ---- The types ----------------------------------------------------------------------
 
 template <class F>
 PyCFunction method(F* function) {

@@ -46,7 +46,7 @@ void give_up(Elements& room) {
   room.data = nullptr;
 }
 
-// ---- From buffers -----------------------------------------------------------------------
+// ---- From buffers -------------------------------------------------------------------
 
 // A wide number as an element: false when it does not fit.
 bool fitted(double wide, double& element) {
@@ -179,7 +179,7 @@ bool from_buffer(PyObject* given, std::uint16_t type, Elements& found, bool& wel
   return conversion != nullptr;
 }
 
-// ---- From lists -------------------------------------------------------------------------
+// ---- From lists ---------------------------------------------------------------------
 
 // Elements may run code of Python's, which may change the list: it is asked anew each time.
 template <class T>

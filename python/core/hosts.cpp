@@ -16,7 +16,7 @@ namespace {
 
 std::atomic<long> lent_count{0};
 
-// ---- What is lent ------------------------------------------------------------------------
+// ---- What is lent -------------------------------------------------------------------
 
 // An object that the library has a handle of, for as long as the library has it.
 struct Loan {
@@ -89,7 +89,7 @@ Owned target_of(void* context) {
   return Owned(target);
 }
 
-// ---- What the library hands to a callback ----------------------------------------------
+// ---- What the library hands to a callback -------------------------------------------
 
 Owned by_value(const orv2_value& value) {
   if (is_scalar(value.tag)) {

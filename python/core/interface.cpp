@@ -10,7 +10,7 @@ namespace orv2_geo::python {
 
 namespace {
 
-// ---- Boxes and forms of a thread --------------------------------------------------------------
+// ---- Boxes and forms of a thread ----------------------------------------------------
 
 // A callback's body under the interpreter's lock: 0, or the number that it ends with.
 template <class Body>
@@ -100,8 +100,7 @@ PyObject* set_owner_window(PyObject*, PyObject* window) {
   return none_after(library.orv2_set_owner_window(wanted));
 }
 
-// ---- What a form is made of
-// ----------------------------------------------------------------------
+// ---- What a form is made of ---------------------------------------------------------
 
 // The form at an address. False, with an exception, for what is no address.
 bool form_in(PyObject* given, orv2_form*& form) {
@@ -228,8 +227,7 @@ PyObject* form_focus(PyObject*, PyObject* given) {
   return well ? text(name) : nullptr;
 }
 
-// ---- What a person does on it
-// --------------------------------------------------------------------
+// ---- What a person does on it -------------------------------------------------------
 
 template <class Action>
 PyObject* acted(Action&& action) {
@@ -269,8 +267,7 @@ PyObject* form_act(PyObject*, PyObject* arguments) {
   });
 }
 
-// ---- Failures in words
-// --------------------------------------------------------------------------------
+// ---- Failures in words --------------------------------------------------------------
 
 // Lets `explain` look at the RunFailure in flight; whatever it does, that one goes on.
 template <class Explain>

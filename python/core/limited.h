@@ -16,7 +16,7 @@
 
 extern "C" {
 
-// ---- Buffers: 3.11 -----------------------------------------------------------
+// ---- Buffers: 3.11 ------------------------------------------------------------------
 
 struct Py_buffer {
   void* buf;
@@ -36,13 +36,13 @@ PyAPI_FUNC(int) PyObject_CheckBuffer(PyObject* object);
 PyAPI_FUNC(int) PyObject_GetBuffer(PyObject* exporter, Py_buffer* view, int flags);
 PyAPI_FUNC(void) PyBuffer_Release(Py_buffer* view);
 
-// ---- Raw memory, which needs no lock of the interpreter: 3.13 ------------------
+// ---- Raw memory, which needs no lock of the interpreter: 3.13 -----------------------
 
 PyAPI_FUNC(void*) PyMem_RawMalloc(size_t bytes);
 PyAPI_FUNC(void*) PyMem_RawCalloc(size_t count, size_t bytes);
 PyAPI_FUNC(void) PyMem_RawFree(void* memory);
 
-// ---- The quick calling convention: 3.12 ----------------------------------------
+// ---- The quick calling convention: 3.12 ---------------------------------------------
 
 PyAPI_FUNC(PyObject*) PyVectorcall_Call(PyObject* callable, PyObject* tuple, PyObject* named);
 

@@ -75,7 +75,7 @@ class Units {
 /// The str of these units.
 PyObject* text_of_units(const std::uint16_t* units, std::size_t count);
 
-// ---- Inline ---------------------------------------------------------------------------
+// ---- Inline -------------------------------------------------------------------------
 
 inline bool stored_at_once(PyObject* value, std::uint16_t type, Cell& cell) {
   PyTypeObject* const of = Py_TYPE(value);

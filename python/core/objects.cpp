@@ -63,7 +63,7 @@ PyObject* call_in_general(Member* member, orv2_handle handle, PyObject* const* g
                 });
 }
 
-// ---- The way of numbers ---------------------------------------------------------------------
+// ---- The way of numbers -------------------------------------------------------------
 
 // Variables of a call, given back whatever happens.
 class Used {
@@ -132,7 +132,7 @@ PyObject* call_with_numbers(Member* member, orv2_handle handle, PyObject* const*
   return taken_answer(result).release();
 }
 
-// ---- Named arguments ----------------------------------------------------------------------------
+// ---- Named arguments ----------------------------------------------------------------
 
 PyObject* wrong_name(const Member* member, const char* words, PyObject* name) {
   PyErr_Format(PyExc_TypeError, words, member->name, name);
@@ -168,8 +168,7 @@ PyObject* call_with_names(Member* member, orv2_handle handle, PyObject* const* g
   return call_in_general(member, handle, placed.data(), last);
 }
 
-// ---- Members as Python sees them
-// --------------------------------------------------------------------
+// ---- Members as Python sees them ----------------------------------------------------
 
 PyObject* not_an_object(const Member* member) {
   PyErr_Format(PyExc_TypeError, "%U is called on an object of its class", member->qualified_name);
@@ -351,8 +350,7 @@ PyType_Spec member_spec = {
     Py_TPFLAGS_DEFAULT | Py_TPFLAGS_HAVE_GC | Py_TPFLAGS_METHOD_DESCRIPTOR | type_has_vectorcall,
     member_slots};
 
-// ---- Objects as Python sees them
-// --------------------------------------------------------------------------
+// ---- Objects as Python sees them ----------------------------------------------------
 
 Object* bare_object(PyTypeObject* of) {
   auto* const allocate = reinterpret_cast<allocfunc>(PyType_GetSlot(of, Py_tp_alloc));

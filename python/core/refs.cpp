@@ -23,7 +23,7 @@ std::size_t size_of(std::uint16_t type) {
   }
 }
 
-// ---- Texts and objects in a call -------------------------------------------------------
+// ---- Texts and objects in a call ----------------------------------------------------
 
 Owned text_at(Ref* ref) {
   const std::uint16_t* units = nullptr;
@@ -82,7 +82,7 @@ bool is_kept_from_here(const Ref* ref) {
   return (ref->type == ORV2_TEXT || ref->type == ORV2_OBJECT) && is_elsewhere(ref);
 }
 
-// ---- A value outside a call ------------------------------------------------------------
+// ---- A value outside a call ---------------------------------------------------------
 
 // A float in its own memory, anything else as it is.
 void keep(Ref* ref, PyObject* value) {
@@ -91,7 +91,7 @@ void keep(Ref* ref, PyObject* value) {
   now.swap_with(ref);
 }
 
-// ---- The type ---------------------------------------------------------------------------
+// ---- The type -----------------------------------------------------------------------
 
 PyObject* ref_new(PyTypeObject* of, PyObject*, PyObject*) {
   auto* const allocate = reinterpret_cast<allocfunc>(PyType_GetSlot(of, Py_tp_alloc));
@@ -151,7 +151,7 @@ int set_value(PyObject* self, PyObject* value, void*) {
   return write(ref_in(self), value) ? 0 : -1;
 }
 
-// ---- As a number ------------------------------------------------------------------------
+// ---- As a number --------------------------------------------------------------------
 
 // Refs in Refs, and one that holds itself, end as any recursion does.
 class Deeper {
@@ -229,7 +229,7 @@ PyObject* show(PyObject* self) {
   return value ? PyUnicode_FromFormat("Ref(%R)", value.get()) : nullptr;
 }
 
-// ---- Methods ----------------------------------------------------------------------------
+// ---- Methods ------------------------------------------------------------------------
 
 PyObject* format(PyObject* self, PyObject* spec) {
   if (!PyUnicode_Check(spec)) {
@@ -370,7 +370,7 @@ bool write(Ref* ref, PyObject* value) {
   return true;
 }
 
-// ---- Contents ---------------------------------------------------------------------------
+// ---- Contents -----------------------------------------------------------------------
 
 Contents::~Contents() {
   if (type_ == ORV2_TEXT && own_text_) release(cell_.handle);
@@ -428,7 +428,7 @@ bool Contents::enter(std::uint16_t of_type, PyObject* value) {
   return true;
 }
 
-// ---- In a call --------------------------------------------------------------------------
+// ---- In a call ----------------------------------------------------------------------
 
 // The first call that has the variable gives it its type.
 bool Bound::begin(Ref* ref, std::uint16_t type) {
