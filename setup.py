@@ -44,7 +44,8 @@ def compiled():
 class FromCMake(build_ext):
     def run(self):
         if self.editable_mode:
-            raise SystemExit("orv2_geo is used in its own tree with PYTHONPATH=python, after a build")
+            raise SystemExit("orv2_geo is used in its own tree with PYTHONPATH=python, "
+                             "after a build")
         installed = WORK / "installed"
         package = pathlib.Path(self.build_lib, "orv2_geo")
         for old in (installed, package):

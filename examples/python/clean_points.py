@@ -86,7 +86,8 @@ def inside(points: list[Point], ring: list[Point]) -> list[bool]:
 def write_points(path: pathlib.Path, points: list[Point]) -> None:
     with path.open("w", encoding="utf-8", newline="") as file:
         lines = csv.writer(file, lineterminator="\n")
-        lines.writerows((p.number, f"{p.x:.3f}", f"{p.y:.3f}", f"{p.z:.3f}", p.code) for p in points)
+        for p in points:
+            lines.writerow((p.number, f"{p.x:.3f}", f"{p.y:.3f}", f"{p.z:.3f}", p.code))
 
 
 def plot(path: pathlib.Path, points: list[Point], ring: list[Point], within: list[bool]) -> None:
@@ -112,7 +113,8 @@ def options() -> argparse.Namespace:
     parser = argparse.ArgumentParser(description=(__doc__ or "").splitlines()[0])
     parser.add_argument("points", type=pathlib.Path)
     parser.add_argument("-o", "--output", type=pathlib.Path, help="where the points that stay go")
-    parser.add_argument("--tolerance", type=float, default=0.05, help="in metres; 0.05 when left out")
+    parser.add_argument("--tolerance", type=float, default=0.05,
+                        help="in metres; 0.05 when left out")
     parser.add_argument("--boundary", default="LINDERO", help="the code of the boundary's points")
     parser.add_argument("--plot", type=pathlib.Path, help="a picture of the points, PNG or SVG")
     return parser.parse_args()

@@ -38,8 +38,8 @@ console = _OwnInterface("console", _CONSOLE)
 console.__doc__ = """Boxes are lines on standard error; forms leave as their cancel button would."""
 
 screen = _OwnInterface("screen", _SYSTEM)
-screen.__doc__ = """Boxes and forms are windows where there is a screen, and wait for a person; else as
-on the console."""
+screen.__doc__ = """Boxes and forms are windows where there is a screen, and wait for a person;
+else as on the console."""
 
 
 class _Installed(threading.local):
