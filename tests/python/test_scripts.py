@@ -89,18 +89,26 @@ class Boxes(Case):
         self.assertEqual((done.returncode, done.stdout), (0, "2.0\n"), done.stderr)
         self.assertIn("no screen is available", done.stderr)
 
-    def test_what_a_host_installed_before_stays(self):
-        told = []
-
-        class Host:
-            def error_box(self, text, flags, caption):
-                told.append(text)
-
-        self.addCleanup(orv2_geo.set_user_interface, None)
-        orv2_geo.set_user_interface(Host())
-        orv2_geo.create("Orv2_Geo.cgeo_Algorismos").Pto_en_Poligono_d(
-            DoubleArray(), DoubleArray(), 0, 0.0, 0.0)
-        self.assertEqual(told, ["obsoleto"])
+    def test_what_a_host_of_the_process_installed_before_stays(self):
+        script = """
+import ctypes, sys, warnings, orv2_geo
+warnings.simplefilter("error")
+library = ctypes.CDLL(sys.argv[1])
+Box = ctypes.CFUNCTYPE(ctypes.c_int32, ctypes.c_void_p, ctypes.c_char_p, ctypes.c_int32,
+                       ctypes.c_char_p)
+class Interface(ctypes.Structure):
+    _fields_ = [("size", ctypes.c_size_t), ("context", ctypes.c_void_p), ("error_box", Box),
+                ("show_modal", ctypes.c_void_p), ("handle_events", ctypes.c_void_p)]
+box = Box(lambda context, text, flags, caption: print(text.decode()) or 0)
+own = Interface(ctypes.sizeof(Interface), None, box, None, None)
+assert library.orv2_set_user_interface(ctypes.byref(own)) == 0
+orv2_geo.load(sys.argv[1])
+polygon = orv2_geo.DoubleArray(), orv2_geo.DoubleArray()
+print(orv2_geo.cgeo_Algorismos().Pto_en_Poligono_d(*polygon, 0, 0.0, 0.0))
+"""
+        done = subprocess.run([sys.executable, "-c", script, LIBRARY], timeout=60, text=True,
+                              stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
+        self.assertEqual((done.returncode, done.stdout), (0, "obsoleto\nFalse\n"))
 
 
 class LostAnswers(Case):
