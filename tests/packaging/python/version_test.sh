@@ -13,6 +13,14 @@ env -i PYTHONPATH="$wheel" PYTHONDONTWRITEBYTECODE=1 "$python" "$here/smoke.py" 
 
 cd "$here/../../python"
 for module in test_*.py; do
+  case "$module" in
+    test_torture* | test_differential* | test_help* | test_examples*)
+      # The long ones, and those of what no version changes.
+      if [ -z "${ORV2_EVERY_MODULE:-}" ]; then
+        echo "$module is left to the Python that the build found (ORV2_EVERY_MODULE=1: here too)"
+        continue
+      fi ;;
+  esac
   echo "$module"
   "$python" -m unittest -v "${module%.py}"
 done
