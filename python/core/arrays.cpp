@@ -741,14 +741,7 @@ PyObject* resize_array(PyObject* self, PyObject* arguments, PyObject* named) {
   const std::int32_t status = library.orv2_array_resize(
       array_of(self)->handle, lower, upper, static_cast<std::int16_t>(keep != 0 ? -1 : 0));
   if (!frame.ended_well(status)) return nullptr;
-  Py_INCREF(Py_None);
-  return Py_None;
-}
-
-PyObject* none_after(std::int32_t status) {
-  if (!succeeded(status)) return nullptr;
-  Py_INCREF(Py_None);
-  return Py_None;
+  return none();
 }
 
 PyObject* lock(PyObject* self, PyObject*) {
@@ -832,11 +825,6 @@ PyObject* reduce(PyObject* self, PyObject*) {
                   : nullptr;
 }
 
-PyObject* of_type(PyObject* of, PyObject*) {
-  Py_INCREF(of);
-  return of;
-}
-
 // ---- The types ----------------------------------------------------------------------
 
 template <class F>
@@ -909,11 +897,6 @@ constexpr const char* shared_words =
 
 constexpr unsigned int flags = Py_TPFLAGS_DEFAULT | Py_TPFLAGS_BASETYPE;
 
-template <class T>
-void* slot(T* function) {
-  return reinterpret_cast<void*>(function);
-}
-
 PyTypeObject* made_base() {
   static const std::string words = std::string("What the five arrays share.\n\n") + shared_words;
   static PyType_Slot slots[] = {
@@ -982,18 +965,6 @@ bool is_made(Array* array) {
 
 bool can_be_resized(const Array* array) noexcept {
   return array->storage == nullptr || !array->storage->fixed;
-}
-
-PyTypeObject* array_class(std::uint16_t type) noexcept { return kind_of(type).type; }
-
-Owned new_array(std::uint16_t type, std::int32_t lower, std::uint32_t count, void** data) {
-  void* const memory = PyMem_RawMalloc(std::max<std::size_t>(1, kind_of(type).size * count));
-  if (memory == nullptr) {
-    raise(number::out_of_memory);
-    return {};
-  }
-  *data = memory;
-  return Owned(over_elements(kind_of(type).type, type, shape(type, true, lower, count, 1), memory));
 }
 
 bool make_arrays(PyObject* module) {

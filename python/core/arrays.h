@@ -38,13 +38,6 @@ bool is_made(Array* array);
 /// Whether the array can be given another size at all.
 bool can_be_resized(const Array* array) noexcept;
 
-/// The class of an array type.
-PyTypeObject* array_class(std::uint16_t type) noexcept;
-
-/// An array of doubles or of another number type over new memory, uninitialised; the
-/// elements are at `data`. Empty, with an exception, on failure.
-Owned new_array(std::uint16_t type, std::int32_t lower, std::uint32_t count, void** data);
-
 /// A buffer's elements, converted to a type as the elements of a list would be.
 /// Answers with false, without an exception, for what has no buffer of numbers.
 struct Elements {

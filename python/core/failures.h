@@ -119,4 +119,20 @@ class Frame {
   std::int32_t number_ = 0;
 };
 
+/// A callback's body under the interpreter's lock: 0, or the number that it ends with.
+template <class Body>
+std::int32_t answering(Body&& body) {
+  const Locked with_the_lock;
+  if (Frame::interrupted()) return number::host_object_failed;
+  return body() ? 0 : Frame::answer_for_exception();
+}
+
+/// None, for a function that answers with nothing.
+inline PyObject* none() noexcept {
+  Py_INCREF(Py_None);
+  return Py_None;
+}
+/// None, or the failure behind a status other than 0.
+inline PyObject* none_after(std::int32_t status) { return succeeded(status) ? none() : nullptr; }
+
 }  // namespace orv2_geo::python

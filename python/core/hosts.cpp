@@ -161,14 +161,6 @@ bool give(orv2_value* result, PyObject* answer) {
   return PyList_Size(kept.get()) == 0 || Frame::keep_answer(kept.get());
 }
 
-// A callback's body under the interpreter's lock: 0, or the number that it ends with.
-template <class Body>
-std::int32_t answering(Body&& body) {
-  const Locked with_the_lock;
-  if (Frame::interrupted()) return number::host_object_failed;
-  return body() ? 0 : Frame::answer_for_exception();
-}
-
 std::int32_t set_property(void* context, const char* name, const orv2_value* value) {
   return answering([&] {
     const Owned target = target_of(context);

@@ -12,14 +12,6 @@ namespace {
 
 // ---- Boxes and forms of a thread ----------------------------------------------------
 
-// A callback's body under the interpreter's lock: 0, or the number that it ends with.
-template <class Body>
-std::int32_t shown_by(Body&& body) {
-  const Locked with_the_lock;
-  if (Frame::interrupted()) return number::host_object_failed;
-  return body() ? 0 : Frame::answer_for_exception();
-}
-
 // The failure that the box tells of as (number, description, source), else None.
 Owned told_failure() {
   orv2_failure told{};
@@ -32,7 +24,7 @@ Owned told_failure() {
 }
 
 std::int32_t error_box(void*, const char* text, std::int32_t flags, const char* caption) {
-  return shown_by([&] {
+  return answering([&] {
     const Owned failure = told_failure();
     const Owned words = failure ? text_of_c(text) : Owned();
     if (!words) return false;
@@ -44,7 +36,7 @@ std::int32_t error_box(void*, const char* text, std::int32_t flags, const char* 
 }
 
 std::int32_t show_modal(void*, orv2_form* form) {
-  return shown_by([&] {
+  return answering([&] {
     const Owned address(PyLong_FromVoidPtr(form));
     if (!address) return false;
     return static_cast<bool>(
@@ -53,7 +45,7 @@ std::int32_t show_modal(void*, orv2_form* form) {
 }
 
 std::int32_t handle_events(void*) {
-  return shown_by(
+  return answering(
       [] { return static_cast<bool>(Owned(PyObject_CallObject(lent.handle_events, nullptr))); });
 }
 
@@ -76,13 +68,6 @@ std::int32_t install(long who) {
     default: return library.orv2_set_user_interface(nullptr);
   }
 }
-
-PyObject* none() {
-  Py_INCREF(Py_None);
-  return Py_None;
-}
-
-PyObject* none_after(std::int32_t status) { return succeeded(status) ? none() : nullptr; }
 
 // install_interface(who): from now on, on this thread.
 PyObject* install_interface(PyObject*, PyObject* who) {

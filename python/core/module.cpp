@@ -118,8 +118,7 @@ PyObject* release_handle(PyObject*, PyObject* given) {
   orv2_handle handle = 0;
   if (!number_in(given, handle)) return nullptr;
   release(handle);
-  Py_INCREF(Py_None);
-  return Py_None;
+  return none();
 }
 
 // find_member(object, name, kind): the position. RunFailure 438.
@@ -201,8 +200,7 @@ PyObject* framed(PyObject*, PyObject* arguments) {
   const long status = PyLong_AsLong(answer.get());
   if (status == -1 && PyErr_Occurred() != nullptr) return nullptr;
   if (!frame.ended_well(static_cast<std::int32_t>(status))) return nullptr;
-  Py_INCREF(Py_None);
-  return Py_None;
+  return none();
 }
 
 // use(name, object): what Python's side lends.
@@ -231,8 +229,7 @@ PyObject* use(PyObject*, PyObject* arguments) {
     Py_INCREF(object);
     PyObject* const before = std::exchange(one.place, object);
     if (before != Py_None) Py_DECREF(before);  // None at the start, which is nobody's
-    Py_INCREF(Py_None);
-    return Py_None;
+    return none();
   }
   PyErr_Format(PyExc_KeyError, "%s", name);
   return nullptr;

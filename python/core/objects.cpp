@@ -332,11 +332,6 @@ PyGetSetDef member_properties[] = {
     {nullptr, nullptr, nullptr, nullptr, nullptr},
 };
 
-template <class T>
-void* slot(T* function) {
-  return reinterpret_cast<void*>(function);
-}
-
 PyType_Slot member_slots[] = {
     {Py_tp_new, slot(member_new)},           {Py_tp_dealloc, slot(member_dealloc)},
     {Py_tp_traverse, slot(member_traverse)}, {Py_tp_clear, slot(member_clear)},
@@ -492,8 +487,7 @@ PyObject* expect_own_thread(PyObject*, PyObject* object) {
   if (!handle_of_object(object, handle) || !is_on_own_thread(object_of(object))) {
     return raise(number::invalid_call);
   }
-  Py_INCREF(Py_None);
-  return Py_None;
+  return none();
 }
 
 // adopted(class, handle): the object behind a handle, with a reference of its own.

@@ -150,4 +150,16 @@ inline Owned taken_exception() noexcept {
   return Owned(value);
 }
 
+/// A function as an entry of a type's slots.
+template <class Function>
+void* slot(Function* function) {
+  return reinterpret_cast<void*>(function);
+}
+
+/// __class_getitem__ of a class that is generic for an editor alone: the class itself.
+inline PyObject* of_type(PyObject* of, PyObject*) noexcept {
+  Py_INCREF(of);
+  return of;
+}
+
 }  // namespace orv2_geo::python

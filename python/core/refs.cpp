@@ -261,11 +261,6 @@ PyObject* reduce(PyObject* self, PyObject*) {
   return value ? Py_BuildValue("O(O)", Py_TYPE(self), value.get()) : nullptr;
 }
 
-PyObject* of_type(PyObject* of, PyObject*) {
-  Py_INCREF(of);
-  return of;
-}
-
 PyMethodDef methods[] = {
     {"__format__", format, METH_O, nullptr},
     {"__round__", rounded, METH_VARARGS, nullptr},
@@ -297,11 +292,6 @@ constexpr const char* description =
     "    bearing = Ref(0.0)\n"
     "    algorismos.Azimut(1.0, 0.0, bearing)\n"
     "    bearing.value";
-
-template <class T>
-void* slot(T* function) {
-  return reinterpret_cast<void*>(function);
-}
 
 PyType_Slot slots[] = {
     {Py_tp_doc, const_cast<char*>(description)},

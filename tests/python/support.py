@@ -9,6 +9,13 @@ from ctypes import c_char_p, c_double, c_float, c_int16, c_int32, c_uint16, c_ui
 
 import orv2_geo
 
+try:
+    import numpy
+except ImportError:
+    numpy = None
+
+needs_numpy = unittest.skipIf(numpy is None, "NumPy is not installed for this Python")
+
 LIBRARY = os.environ["ORV2_TEST_LIBRARY"]
 orv2_geo.load(LIBRARY)
 

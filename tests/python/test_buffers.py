@@ -4,20 +4,12 @@ import array
 import ctypes
 import gc
 import struct
-import unittest
 from fractions import Fraction
 
-from support import Case
+from support import Case, needs_numpy, numpy
 
 import orv2_geo
 from orv2_geo import DoubleArray, LongArray, Ref, ShortArray, SingleArray, StringArray
-
-try:
-    import numpy
-except ImportError:
-    numpy = None
-
-needs_numpy = unittest.skipIf(numpy is None, "NumPy is not installed for this Python")
 
 ordena = orv2_geo.create("Orv2_Geo.cgeo_Ordena")
 matrices = orv2_geo.create("Orv2_Geo.cgeo_Matrices")

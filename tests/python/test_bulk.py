@@ -4,19 +4,11 @@ import array
 import math
 import random
 import struct
-import unittest
 
-from support import Case
+from support import Case, needs_numpy, numpy
 
 import orv2_geo
 from orv2_geo import DoubleArray, LongArray, Ref, ShortArray, SingleArray, bulk
-
-try:
-    import numpy
-except ImportError:
-    numpy = None
-
-needs_numpy = unittest.skipIf(numpy is None, "NumPy is not installed for this Python")
 
 algorismos = orv2_geo.create("Orv2_Geo.cgeo_Algorismos")
 functions = orv2_geo.create("Orv2_Geo.cgeo_FuncDeriv")
