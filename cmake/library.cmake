@@ -28,12 +28,35 @@ endif()
 
 add_library(orv2_geo SHARED)
 target_link_libraries(orv2_geo PRIVATE orv2_geo_objects ${CMAKE_DL_LIBS})
-target_include_directories(orv2_geo PUBLIC
-  $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>
-  $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
-target_compile_features(orv2_geo PUBLIC cxx_std_20)
 set(exports ${PROJECT_SOURCE_DIR}/cmake/exports.map)
 target_link_options(orv2_geo PRIVATE -Wl,--version-script=${exports} -Wl,--no-undefined)
 set_target_properties(orv2_geo PROPERTIES
   VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR} LINK_DEPENDS ${exports})
-add_library(Orv2_Geo::orv2_geo ALIAS orv2_geo)
+
+# The same objects as an archive. The module for the screen belongs to the shared library:
+# a program that holds the archive has its boxes on the console.
+add_library(orv2_geo_static STATIC EXCLUDE_FROM_ALL $<TARGET_OBJECTS:orv2_geo_objects>)
+target_link_libraries(orv2_geo_static PRIVATE ${CMAKE_DL_LIBS})
+set_target_properties(orv2_geo_static PROPERTIES OUTPUT_NAME orv2_geo EXPORT_NAME orv2_geo)
+
+# Each for C++, and for C alone: without the headers' demand for C++20.
+foreach(kind "" _static)
+  add_library(orv2_geo_c${kind} INTERFACE)
+  target_link_libraries(orv2_geo_c${kind} INTERFACE $<LINK_ONLY:orv2_geo${kind}>)
+  set_target_properties(orv2_geo_c${kind} PROPERTIES EXPORT_NAME c)
+  foreach(library orv2_geo${kind} orv2_geo_c${kind})
+    target_include_directories(${library} INTERFACE
+      $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>
+      $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
+  endforeach()
+  target_compile_features(orv2_geo${kind} INTERFACE cxx_std_20)
+endforeach()
+
+# As a part of another project it has the names of its package.
+if(BUILD_SHARED_LIBS OR NOT DEFINED BUILD_SHARED_LIBS)
+  add_library(Orv2Geo::orv2_geo ALIAS orv2_geo)
+  add_library(Orv2Geo::c ALIAS orv2_geo_c)
+else()
+  add_library(Orv2Geo::orv2_geo ALIAS orv2_geo_static)
+  add_library(Orv2Geo::c ALIAS orv2_geo_c_static)
+endif()

@@ -13,7 +13,9 @@ refuse() {
   return 1
 }
 
-exported() { nm -D --defined-only --demangle "$library" | sed 's/^[0-9a-f]* . //'; }
+# Without the versions, which are names of their own too.
+exported() { nm -D --defined-only --demangle "$library" | grep -v ' A ' |
+  sed 's/^[0-9a-f]* . //; s/@@ORV2_.*//'; }
 
 # The functions that the header declares, and the ones that the library has.
 declared() { tr '\n' ' ' <"$1" | grep -o 'ORV2_CALL [a-z0-9_]* orv2_[a-z_]*(' |
