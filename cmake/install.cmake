@@ -13,7 +13,7 @@ if(ORV2_STATIC)
     ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
 endif()
 if(TARGET orv2_geo_qt)
-  install(TARGETS orv2_geo_qt LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+  install(TARGETS orv2_geo_qt LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/orv2_geo)
 endif()
 
 # A test compares this list with what the two doors reach.

@@ -13,6 +13,9 @@ namespace orv2_geo {
 inline constexpr std::uint32_t screen_module_version = 2;
 
 inline constexpr const char* screen_module_file = "liborv2_geo_qt.so";
+/// Below the library's own folder, where an installation has it; a build and a wheel
+/// have the two beside each other.
+inline constexpr const char* screen_module_folder = "orv2_geo/";
 inline constexpr const char* screen_module_factory = "orv2_geo_screen";
 
 /// Which library is asking: two copies of it in one process share no forms.

@@ -22,8 +22,9 @@ void* opened_module() {
   if (dladdr(reinterpret_cast<const void*>(&system_user_interface), &here) != 0) {
     const std::string library = here.dli_fname;
     const std::string folder = library.substr(0, library.rfind('/') + 1);
-    if (!folder.empty()) {
-      void* module = dlopen((folder + screen_module_file).c_str(), mode);
+    for (const char* below : {"", screen_module_folder}) {
+      if (folder.empty()) break;
+      void* module = dlopen((folder + below + screen_module_file).c_str(), mode);
       if (module != nullptr) return module;
     }
   }
