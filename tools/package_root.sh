@@ -22,6 +22,7 @@ fi
 rm -rf --one-file-system "$root"
 cp -a "$root.plain" "$root"
 # The root asks the same servers as the machine.
+rm -f "$root/etc/apt/sources.list"
 cp -r /etc/apt/apt.conf.d /etc/apt/sources.list* /etc/apt/trusted.gpg.d "$root/etc/apt/"
 cp /etc/resolv.conf "$root/etc/" 2> /dev/null || true
 take_proxies
