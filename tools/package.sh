@@ -28,6 +28,49 @@ make_deb() {
   ls "$work"/*.deb
 }
 
+# The server's entry points for a client's linker, under the names that the processor's calls have.
+entry_points() {
+  awk -v sized="$1" '
+    BEGIN { sizes["DllGetClassObject"] = 12 }
+    $2 == "PRIVATE" { print $1 (sized ? "@" sizes[$1] + 0 : ""); next }
+    { print }' orv2_geo/com/Orv2_Geo.def
+}
+
+# make_server WORD GCC_MACHINE MSVC_MACHINE SIZED: builds that server and puts it into its folder.
+make_server() {
+  local build=build/windows-$1 folder=$work/$name/$1 gcc=$2 msvc=$3
+  cmake --preset "windows-$1" -DORV2_WARNINGS_ARE_ERRORS="${ORV2_WARNINGS_ARE_ERRORS:-OFF}"
+  cmake --build --preset "windows-$1" --target orv2_geo
+  mkdir -p "$folder/lib"
+  cp "$build"/bin/Orv2_Geo.{dll,manifest,tlb} "$folder"
+  "$gcc-strip" "$folder/Orv2_Geo.dll"
+  entry_points "$4" > "$folder/lib/entry_points.def"
+  "$gcc-dlltool" --kill-at -d "$folder/lib/entry_points.def" -l "$folder/lib/libOrv2_Geo.dll.a"
+  llvm-dlltool --kill-at -m "$msvc" -d "$folder/lib/entry_points.def" -l "$folder/lib/Orv2_Geo.lib"
+  rm "$folder/lib/entry_points.def"
+}
+
+make_windows() {
+  local work=build/package/windows name=orv2-geo-$version-windows
+  tools/setup.sh windows
+  tools/setup.sh packages
+  rm -rf "$work"
+  mkdir -p "$work/$name/include" "$work/$name/examples"
+  {
+    make_server x64 x86_64-w64-mingw32 i386:x86-64 ''
+    make_server x86 i686-w64-mingw32 i386 1
+  } > "$work/build.log" 2>&1 || { tail -n 60 "$work/build.log" >&2; exit 1; }
+  cp build/windows-x64/com/Orv2_Geo{_h.h,.idl} "$work/$name/include"
+  cp examples/windows/{survey_report.vbs,client.cpp,sample_report.txt,client_output.txt} \
+    examples/survey_report/sample_survey.csv "$work/$name/examples"
+  # With the line ends that the system's own editors and its command interpreter ask for.
+  for file in packaging/windows/*; do sed 's/$/\r/' "$file" > "$work/$name/$(basename "$file")"; done
+  sed 's/$/\r/' LICENSE > "$work/$name/LICENSE.txt"
+  sed 's/$/\r/' CHANGELOG.md > "$work/$name/CHANGELOG.md"
+  (cd "$work" && zip -q -r "$name.zip" "$name")
+  ls "$work/$name.zip"
+}
+
 case "${1:-}" in
   deb) make_deb ;;
   windows) make_windows ;;

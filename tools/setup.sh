@@ -16,7 +16,8 @@ screen=(qt6-base-dev qt6-translations-l10n libxcb1-dev xvfb openbox twm xdotool 
 # For wheels of the Python package, and for its tests with other packages.
 python=(python3-setuptools python3-wheel python3-venv python3-pip python3-numpy python3-matplotlib mypy debootstrap)
 # For packages, for what they promise, and for the zip of what belongs to Windows.
-packages_of_ours=(debhelper dh-python lintian fakeroot pkgconf gdb help2man zip llvm lld debootstrap)
+packages_of_ours=(debhelper dh-python lintian fakeroot pkgconf gdb help2man zip unzip clang llvm lld
+  debootstrap)
 # For what belongs to Windows.
 windows=(g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix mingw-w64-tools googletest
   wine wine64 libwine-dev debootstrap xvfb openbox xdotool xclip x11-utils fonts-liberation fonts-wine)

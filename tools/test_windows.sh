@@ -14,10 +14,11 @@ preset="windows-$word"
 tools/setup.sh windows
 
 if [ ! -e build/release/vectors.txt ]; then
-  cmake --preset release
+  cmake --preset release -DORV2_WARNINGS_ARE_ERRORS="${ORV2_WARNINGS_ARE_ERRORS:-OFF}"
   cmake --build --preset release --target vectors
 fi
-cmake --preset "$preset"
+tools/package.sh windows
+cmake --preset "$preset" -DORV2_WARNINGS_ARE_ERRORS="${ORV2_WARNINGS_ARE_ERRORS:-OFF}"
 
 # The screen has a second try, as in tools/test.sh.
 run_tests() {
@@ -34,7 +35,7 @@ if [ "${2:-}" != --quick ]; then
 fi
 
 targets=(orv2_geo com_tests early_bound component_client)
-tests='wine|com.*|early_bound.*|example.*'
+tests='wine|com.*|early_bound.*|example.*|packaging_zip'
 if [ "$word" = x64 ]; then
   targets+=(platform_tests ui_win32_tests screen_host)
   tests+='|wine_es|wine_96|platform.*|ui_win32'
