@@ -24,6 +24,10 @@ if(WIN32)
   target_compile_definitions(orv2_flags INTERFACE
     UNICODE _UNICODE WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601 WINVER=0x0601)
 endif()
+if(CMAKE_SYSTEM_PROCESSOR STREQUAL "aarch64" AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  # Notes about compilers before gcc 10, which this library never met.
+  target_compile_options(orv2_flags INTERFACE -Wno-psabi)
+endif()
 if(ORV2_WARNINGS_ARE_ERRORS)
   target_compile_options(orv2_flags INTERFACE -Werror)
 endif()

@@ -22,14 +22,7 @@ if(CMAKE_CROSSCOMPILING)
   endif()
 endif()
 
-# The test framework from its sources: no package of it is built for Windows.
-set(googletest /usr/src/googletest/googletest CACHE PATH "Sources of the test framework")
-if(NOT EXISTS ${googletest}/src/gtest-all.cc)
-  message(FATAL_ERROR "The tests take the sources of googletest (tools/setup.sh windows)")
-endif()
-add_library(gtest_main STATIC EXCLUDE_FROM_ALL ${googletest}/src/gtest-all.cc ${googletest}/src/gtest_main.cc)
-target_include_directories(gtest_main SYSTEM PUBLIC ${googletest}/include PRIVATE ${googletest})
-add_library(GTest::gtest_main ALIAS gtest_main)
+include(googletest.cmake)
 # What the tests expect of elementary functions is what the system's run-time answers.
 set(system_support ${CMAKE_CURRENT_SOURCE_DIR}/support/windows_run_time.cpp)
 add_compile_options(-fno-builtin-sin -fno-builtin-cos -fno-builtin-tan -fno-builtin-pow)

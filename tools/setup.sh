@@ -18,6 +18,8 @@ python=(python3-setuptools python3-wheel python3-venv python3-pip python3-numpy 
 # For packages, for what they promise, and for the zip of what belongs to Windows.
 packages_of_ours=(debhelper dh-python lintian fakeroot pkgconf gdb help2man zip unzip clang llvm lld
   debootstrap)
+# For other processors.
+cross=(g++-aarch64-linux-gnu g++-i686-linux-gnu qemu-user googletest)
 # For what belongs to Windows.
 windows=(g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix mingw-w64-tools googletest
   wine wine64 libwine-dev debootstrap xvfb openbox xdotool xclip x11-utils fonts-liberation fonts-wine)
@@ -29,9 +31,10 @@ case "${1:-build}" in
   screen) packages+=("${screen[@]}") ;;
   python) packages+=("${python[@]}") ;;
   windows) packages+=("${windows[@]}") ;;
+  cross) packages+=("${cross[@]}") ;;
   packages) packages+=("${packages_of_ours[@]}") ;;
   all) packages+=("${checks[@]}" "${bench[@]}" "${screen[@]}" "${python[@]}" "${windows[@]}" "${packages_of_ours[@]}") ;;
-  *) echo "usage: tools/setup.sh [build|checks|bench|screen|python|windows|packages|all]" >&2; exit 2 ;;
+  *) echo "usage: tools/setup.sh [build|checks|bench|screen|python|windows|packages|cross|all]" >&2; exit 2 ;;
 esac
 
 as_root() {

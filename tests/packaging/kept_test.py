@@ -2,6 +2,7 @@
 """Compares what stays from one release to the next with the files that hold it.
 
     kept_test.py [--write] LIBRARY SOURCE COMPILER INTERFACE_TEXT VECTORS
+    kept_test.py --results VECTORS      those of a library for another processor
 
 The folder kept/ holds, beside this file:
   symbols.txt     what the shared library exports, with versions; weak functions, of which
@@ -93,29 +94,37 @@ def results(vectors):
     return ["{} {}".format(key, digest.hexdigest()) for key, digest in digests.items()]
 
 
+def changes(name, lines):
+    """Whether the file holds other lines; what differs is printed."""
+    if len(lines) < 10:
+        sys.exit("too little is known for " + name)
+    change = list(difflib.unified_diff((KEPT / name).read_text(encoding="utf-8").splitlines(),
+                                       lines, "kept", "now", lineterm=""))
+    print("FAILED" if change else "ok", name)
+    print("\n".join(change[:60]))
+    return bool(change)
+
+
 def main(arguments):
+    if arguments[0] == "--results":
+        return changes("results.txt", results(pathlib.Path(arguments[1])))
     write = arguments[0] == "--write"
     library, source, compiler, interface_text, vectors = map(
         str, map(pathlib.Path.absolute, map(pathlib.Path, arguments[1 if write else 0:])))
     layouts, tables = described(source, compiler)
-    failed = False
-    for name, lines in (("symbols.txt", symbols(library)),
-                        ("functions.txt", functions(source, compiler)),
-                        ("layouts.txt", layouts), ("vtables.txt", tables),
-                        ("Orv2_Geo.idl", output(interface_text, "idl").splitlines()),
-                        ("results.txt", results(pathlib.Path(vectors)))):
-        if len(lines) < 10:
-            sys.exit("too little is known for " + name)
-        file = KEPT / name
-        if write:
-            file.write_text("\n".join(lines) + "\n", encoding="utf-8")
-            continue
-        change = list(difflib.unified_diff(file.read_text(encoding="utf-8").splitlines(), lines,
-                                           "kept", "now", lineterm=""))
-        print("FAILED" if change else "ok", name)
-        print("\n".join(change[:60]))
-        failed |= bool(change)
-    return failed
+    now = {
+        "symbols.txt": symbols(library),
+        "functions.txt": functions(source, compiler),
+        "layouts.txt": layouts,
+        "vtables.txt": tables,
+        "Orv2_Geo.idl": output(interface_text, "idl").splitlines(),
+        "results.txt": results(pathlib.Path(vectors)),
+    }
+    if write:
+        for name, lines in now.items():
+            (KEPT / name).write_text("\n".join(lines) + "\n", encoding="utf-8")
+        return 0
+    return any([changes(name, lines) for name, lines in now.items()])
 
 
 if __name__ == "__main__":
