@@ -26,10 +26,6 @@ include(googletest.cmake)
 # What the tests expect of elementary functions is what the system's run-time answers.
 set(system_support ${CMAKE_CURRENT_SOURCE_DIR}/support/windows_run_time.cpp)
 add_compile_options(-fno-builtin-sin -fno-builtin-cos -fno-builtin-tan -fno-builtin-pow)
-if(CMAKE_SIZEOF_VOID_P EQUAL 4)
-  # Sizes are drawn from random numbers of 64 bits.
-  add_compile_options(-Wno-error=conversion)
-endif()
 # A test needs no library beside it.
 link_libraries(-static)
 set(system_libraries ole32 oleaut32 uuid user32 gdi32 comctl32 advapi32)
