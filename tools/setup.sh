@@ -15,6 +15,8 @@ screen=(qt6-base-dev qt6-translations-l10n libxcb1-dev xvfb openbox twm xdotool 
   libxfixes3 fonts-liberation)
 # For wheels of the Python package, and for its tests with other packages.
 python=(python3-setuptools python3-wheel python3-venv python3-pip python3-numpy python3-matplotlib mypy debootstrap)
+# For the documentation site and its pictures.
+docs=(mkdocs mkdocs-material python3-pymdownx python3-matplotlib fonts-dejavu-core)
 # For what belongs to Windows.
 windows=(g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix mingw-w64-tools googletest
   wine wine64 libwine-dev debootstrap xvfb openbox xdotool xclip x11-utils fonts-liberation fonts-wine)
@@ -25,9 +27,10 @@ case "${1:-build}" in
   bench) packages+=("${bench[@]}") ;;
   screen) packages+=("${screen[@]}") ;;
   python) packages+=("${python[@]}") ;;
+  docs) packages+=("${docs[@]}") ;;
   windows) packages+=("${windows[@]}") ;;
-  all) packages+=("${checks[@]}" "${bench[@]}" "${screen[@]}" "${python[@]}" "${windows[@]}") ;;
-  *) echo "usage: tools/setup.sh [build|checks|bench|screen|python|windows|all]" >&2; exit 2 ;;
+  all) packages+=("${checks[@]}" "${bench[@]}" "${screen[@]}" "${python[@]}" "${docs[@]}" "${windows[@]}") ;;
+  *) echo "usage: tools/setup.sh [build|checks|bench|screen|python|docs|windows|all]" >&2; exit 2 ;;
 esac
 
 as_root() {
