@@ -4,16 +4,13 @@ import csv
 import pathlib
 
 import orv2_geo
-from orv2_geo import DoubleArray, LongArray, Progress, Ref
-from style import FILL, FIRST, INK, SECOND, SOFT, THIRD, arrow, dot, line, panels, plan
+from orv2_geo import LongArray, Progress, Ref
+from style import FILL, FIRST, SECOND, SOFT, THIRD, arrow, dot, line, panels, plan
+from surfaces import counted
 
 SURVEY = pathlib.Path(__file__).resolve().parents[2] / "examples/survey_report/sample_survey.csv"
 matrices = orv2_geo.cgeo_Matrices()
 ordena = orv2_geo.cgeo_Ordena()
-
-
-def counted(values):
-    return DoubleArray([0.0, *values])
 
 
 def kept_numbers(xs, ys, zs, tolerance):

@@ -2,7 +2,7 @@
 
 import orv2_geo
 from orv2_geo import DoubleArray, Ref
-from style import FILL, FIRST, INK, SECOND, SOFT, THIRD, arrow, dot, line, panels, plan
+from style import FILL, FIRST, SECOND, SOFT, THIRD, dot, line, panels, plan
 
 algorismos = orv2_geo.cgeo_Algorismos()
 terreno = orv2_geo.cgeo_Terreno()

@@ -10,7 +10,7 @@ import re
 import sys
 
 from mkdocs.structure.files import File
-from mkdocs.structure.nav import Navigation
+from mkdocs.structure.nav import Link, Navigation, Section
 
 sys.path.insert(0, str(pathlib.Path(__file__).parent))
 import reference  # noqa: E402
@@ -18,6 +18,7 @@ import reference  # noqa: E402
 TABS = {"cpp": "C++", "c": "C", "python": "Python", "vbs": "Script", "sh": "Shell", "cmake": "CMake",
         "bat": "Command prompt"}
 OUTPUT = {"en": "It prints", "es": "Escribe"}
+ENGLISH_ALONE = {"Referencia (en inglés)": "reference/", "Por dentro (en inglés)": "layout|members"}
 FENCE = r"```(\w+)\n(.*?)^```\n"
 RUN = re.compile(rf"^(?:{FENCE}\s*)+", re.M | re.S)
 
@@ -97,6 +98,17 @@ def destination(path, page):
 
 def language_of(page):
     return "es" if page.file.src_uri.startswith("es/") else "en"
+
+
+def on_nav(nav, config, files):
+    """In Spanish the parts that stand in English alone are links to the other language's pages."""
+    english, spanish = nav.items
+    for title, parts in ENGLISH_ALONE.items():
+        found = [page for section in english.children if isinstance(section, Section)
+                 for page in section.children if re.match(parts, page.file.src_uri)]
+        spanish.children.append(Section(title, [Link(page.title or page.file.name, page.url)
+                                                for page in found]))
+    return nav
 
 
 def on_page_context(context, page, config, nav):

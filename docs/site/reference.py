@@ -10,10 +10,13 @@ import argparse
 import pathlib
 import re
 import sys
+import textwrap
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 sys.path.insert(0, str(ROOT / "python"))
 import make_help  # noqa: E402
+
+WIDTH = 76  # of a signature: a page's column
 
 LENGTH = "length"
 ELEVATION = "elevation"
@@ -200,9 +203,11 @@ def escaped(text):
 def signature(member):
     if make_help.is_property(member):
         return f"{CPP_TYPES[member.result]} {member.name};"
-    parameters = ", ".join(cpp_parameter(one) for one in member.parameters)
+    parameters = ", ".join(cpp_parameter(one).replace(" ", "\0") for one in member.parameters)
     result = "void" if member.result == "none" else CPP_TYPES[member.result]
-    return make_help.wrapped(f"{result} {member.name}({parameters}) const;", hanging="    ")
+    text = f"{result} {member.name}({parameters}) const;"
+    lines = textwrap.wrap(text, WIDTH, subsequent_indent="    ", break_long_words=False)
+    return "\n".join(lines).replace("\0", " ")
 
 
 def cpp_parameter(one):

@@ -17,7 +17,7 @@ sys.path.insert(0, str(ROOT / "docs" / "site"))
 import reference  # noqa: E402
 
 # For those who work on the library, and pages that are made or measured from it.
-ENGLISH_ALONE = {"docs/layout.md", "docs/members.md", "docs/removal.md"}
+ENGLISH_ALONE = {"docs/layout.md", "docs/members.md"}
 TYPES = {1: "i16", 2: "i32", 3: "f32", 4: "f64", 5: "bool", 6: "text", 7: "object", 8: "variant",
          9: "DoubleArray", 10: "SingleArray", 11: "LongArray", 12: "ShortArray", 13: "StringArray"}
 BYREF = 0x100
@@ -36,10 +36,12 @@ def expect(holds, what):
 
 
 def skeleton(text):
-    """Levels of headings, examples with what is said of them, and pictures, in their order."""
+    """What both languages share, in its order: levels of headings, examples with what is said of
+    them, pictures, and the figures in the rows of tables."""
     parts, end = [], 0
     for fence in [*FENCE.finditer(text), None]:
         between = text[end:fence.start() if fence else len(text)]
+        parts += [re.sub(r"\D", "", row) for row in re.findall(r"^\|.*", between, re.M)]
         parts += re.findall(r"^(#+) |(<!-- .*? -->)|!\[[^\]]*\]\([^)]*?([\w.]+)\)", between, re.M)
         if fence:
             parts.append(fence.groups())
