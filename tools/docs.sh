@@ -12,7 +12,9 @@ if [ "${1:-}" = pictures ]; then
   cmake --build --preset release --target orv2_geo orv2_geo_python_package
   PYTHONPATH=python /usr/bin/python3 docs/pictures/draw.py docs/pictures
 fi
-/usr/bin/mkdocs build --strict --clean --quiet
+# A warning stops it; what it says besides is of interest only then.
+mkdir -p build
+/usr/bin/mkdocs build --strict --clean > build/docs.log 2>&1 || { cat build/docs.log >&2; exit 1; }
 echo "build/docs/index.html"
 if [ "${1:-}" = serve ]; then
   exec python3 -m http.server --bind 127.0.0.1 --directory build/docs 8000

@@ -20,6 +20,9 @@ TABS = {"cpp": "C++", "c": "C", "python": "Python", "vbs": "Script", "sh": "Shel
 OUTPUT = {"en": "It prints", "es": "Escribe"}
 ENGLISH_ALONE = {"Referencia (en inglés)": "reference/", "Por dentro (en inglés)": "layout|members"}
 FENCE = r"```(\w+)\n(.*?)^```\n"
+# The class's list of members in the sources is its page of the reference on the site.
+MEMBERS = re.compile(r"members\.md#(cgeo_\w+)")
+CLASSES = {name.lower(): name for name in reference.class_names(reference.ROOT)}
 RUN = re.compile(rf"^(?:{FENCE}\s*)+", re.M | re.S)
 
 known = set()
@@ -44,6 +47,8 @@ def on_files(files, config):
 
 def on_page_markdown(markdown, page, config, files):
     text = RUN.sub(lambda run: examples(run[0], language_of(page)), markdown)
+    if page.file.src_uri != "members.md":
+        text = MEMBERS.sub(lambda found: f"reference/{CLASSES[found[1]]}.md", text)
     return re.sub(r"(!?)\[([^\]]+)\]\(([^)\s]+)\)", lambda found: link(found, page), text)
 
 
@@ -74,12 +79,14 @@ def fenced(name, code, language):
 
 
 def link(found, page):
-    """The link as it is where it leads to a page or a picture; its words where it leaves the site."""
+    """Its words where it leads to a file of the repository that is no part of the site. Any other
+    stays: one that leads nowhere is for the builder to complain about."""
     picture, words, target = found.groups()
     path = target.partition("#")[0]
     if picture or not path or re.match(r"[a-z]+:", path) or destination(path, page) in known:
         return found[0]
-    return words
+    beside = pathlib.Path(page.file.abs_src_path).parent
+    return words if (beside / path).exists() else found[0]
 
 
 def destination(path, page):

@@ -279,6 +279,10 @@ def pages(source):
     return {f"{one.name}.md": page(one, classes) for one in classes}
 
 
+def class_names(source):
+    return [one.name for one in make_help.read_classes(source)]
+
+
 def write(source, out):
     out.mkdir(parents=True, exist_ok=True)
     for name, text in pages(source).items():

@@ -3,8 +3,9 @@
 
     pages_test.py LIBRARY
 
-Both languages have the same headings and the same examples; the failures are the library's own list;
-the reference tells of every member of the catalogue what it means, with units, writes and how it fails.
+Both languages have the same headings and the same examples, and links lead somewhere; the failures
+are the library's own list; the reference tells of every member of the catalogue what it means, with
+units, what it writes and how it fails.
 """
 
 import ctypes
@@ -67,6 +68,15 @@ def compare_languages():
     known = {spanish(page) for page in english_pages()}
     for page in (ROOT / "docs" / "es").rglob("*.md"):
         expect(page in known, f"{page.relative_to(ROOT)} stands in English")
+
+
+def follow_links():
+    """In the sources, as a browser of files shows them."""
+    for page in [*english_pages(), *map(spanish, english_pages())]:
+        if page.exists():
+            text = FENCE.sub("", page.read_text(encoding="utf-8"))
+            for link in re.findall(r"\]\(([^)#\s]+)", text):
+                expect((page.parent / link).exists(), f"{page.relative_to(ROOT)}: {link} is there")
 
 
 # ---- The library ------------------------------------------------------------
@@ -169,6 +179,7 @@ def compare_reference(library):
 def main():
     library = ctypes.CDLL(sys.argv[1])
     compare_languages()
+    follow_links()
     compare_failures(library)
     compare_reference(library)
     print("FAILED" if failed else "ok", "the pages")

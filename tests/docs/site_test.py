@@ -61,7 +61,7 @@ def wrong_links(path, page, pages):
 def main():
     site = pathlib.Path(sys.argv[1]).resolve()
     shutil.rmtree(site, ignore_errors=True)
-    subprocess.run(["/usr/bin/mkdocs", "build", "--strict", "--quiet", "--site-dir", site], cwd=ROOT,
+    subprocess.run(["/usr/bin/mkdocs", "build", "--strict", "--site-dir", site], cwd=ROOT,
                    check=True)
     paths = [path for path in site.rglob("*.html") if path.name != "404.html"]
     pages = {path: Page(path.read_text(encoding="utf-8")) for path in paths}
