@@ -66,7 +66,7 @@ def touching():
     """The edge of the tolerance: outside for one member, inside for the other."""
     figure, both = panels(2, height=2.4)
     ends, tolerance = (0.0, 0.0, 8.0, 0.0), 1.0
-    points = ((2.0, 0.5), (4.0, 1.0), (6.0, 1.5), (9.0, 0.0))
+    points = ((2.0, 0.5, (7, -4)), (4.0, 1.0, (0, 5)), (6.0, 1.5, (0, 5)), (9.0, 0.0, (5, 3)))
     for axes, name in ((both[0], "Toca_Punto_Recta"), (both[1], "Toca_Punto_Recta_SN")):
         plan(axes, f"{name}, tolerancia = 1")
         half = [math.pi * i / 60 for i in range(61)]
@@ -75,10 +75,10 @@ def touching():
         axes.fill(xs, ys, color=FILL)
         line(axes, [*xs, xs[0]], [*ys, ys[0]], SOFT, linewidth=0.8, linestyle="--")
         line(axes, ends[::2], ends[1::2], INK, linewidth=2.2)
-        for px, py in points:
+        for px, py, at in points:
             answer = getattr(algorismos, name)(px, py, *ends, tolerance)
             dot(axes, px, py, FIRST if answer else SECOND, f"{answer:g}" if name[-1] == "a"
-                else str(answer), (0, 5))
+                else str(answer), at)
         axes.set_xlim(-1.5, 11)
         axes.set_ylim(-1.3, 2.6)
     return figure

@@ -45,11 +45,11 @@ def index():
 
 def repeated_points():
     """The anchored box of the sweep in X: what is in it is one spot with its first point."""
-    figure, axes = panels(height=2.9)
+    figure, axes = panels(height=3.1)
     axes.set_aspect("equal")
     tolerance = 1.0
-    xs = [0.0, 0.55, 1.15, 3.0, 3.3, 3.6, 6.0, 6.1, 6.2]
-    ys = [1.0, 1.3, 1.2, 1.0, 2.6, 1.4, 1.0, 3.0, 1.2]
+    xs = [0.0, 0.5, 1.3, 3.0, 3.3, 3.6, 6.0, 6.2, 6.5]
+    ys = [1.0, 1.3, 1.2, 1.0, 2.4, 1.4, 1.0, 2.4, 1.2]
     zs = [10.0, 12.0, 9.0, 8.0, 5.0, 11.0, 7.0, 4.0, 6.0]
     kept = kept_numbers(xs, ys, zs, tolerance)
     for x, y in ((xs[0], ys[0]), (xs[3], ys[3])):
@@ -61,10 +61,10 @@ def repeated_points():
         axes.plot([x], [y], "o", color=FIRST if stays else SECOND, markersize=6,
                   fillstyle="full" if stays else "none", markeredgewidth=1.6)
         axes.annotate(f"{i}", (x, y), xytext=(-3, 7), textcoords="offset points", fontsize=8)
-        axes.annotate(f"Z {z:g}", (x, y), xytext=(-7, -14), textcoords="offset points", fontsize=6.5,
+        axes.annotate(f"Z {z:g}", (x, y), xytext=(-9, -15), textcoords="offset points", fontsize=7,
                       color=SOFT)
     axes.set_xlim(-1.3, 7.6)
-    axes.set_ylim(-0.4, 3.9)
+    axes.set_ylim(-0.2, 2.95)
     axes.spines[["top", "right"]].set_visible(False)
     axes.set_xlabel("X")
     axes.set_ylabel("Y")

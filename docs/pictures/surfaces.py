@@ -80,7 +80,7 @@ def cleaned_profile():
         for i, point in enumerate(points, 1):
             at.setdefault(point, []).append(str(i))
         for point, numbers in at.items():
-            dot(axes, *point, colour, ", ".join(numbers), (4, 4))
+            dot(axes, *point, colour, ", ".join(numbers), (-7, 6))
         axes.set_title(f"Ptos = {len(points)}", fontsize=9)
         axes.set_xlim(-2, 34)
         axes.set_ylim(99.3, 105.2)
