@@ -18,7 +18,8 @@ HEAD = """# Members
 
 Every public class with its members in interface order; positions count from 0. `&` marks a parameter by
 reference. Meaning, units, what is written and failures stand beside each declaration in the class's
-header. This page is made from the catalogue by `tools/make_member_list.py`.
+header, and in the reference of the site that `tools/docs.sh` builds. This page is made from the catalogue
+by `tools/make_member_list.py`.
 """
 
 

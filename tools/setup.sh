@@ -2,7 +2,7 @@
 # Installs what building, testing and looking at this project takes on Debian 12.
 set -euo pipefail
 
-packages=(
+wanted=(
   g++ cmake ninja-build python3 python3-dev locales
   libgtest-dev
 )
@@ -15,8 +15,10 @@ screen=(qt6-base-dev qt6-translations-l10n libxcb1-dev xvfb openbox twm xdotool 
   libxfixes3 fonts-liberation)
 # For wheels of the Python package, and for its tests with other packages.
 python=(python3-setuptools python3-wheel python3-venv python3-pip python3-numpy python3-matplotlib mypy debootstrap)
+# For the documentation site and its pictures.
+docs=(mkdocs mkdocs-material python3-pymdownx python3-matplotlib fonts-dejavu-core)
 # For packages, for what they promise, and for the zip of what belongs to Windows.
-packages_of_ours=(debhelper dh-python lintian fakeroot pkgconf gdb help2man zip unzip clang llvm lld
+packages=(debhelper dh-python lintian fakeroot pkgconf gdb help2man zip unzip clang llvm lld
   debootstrap)
 # For other processors.
 cross=(g++-aarch64-linux-gnu g++-i686-linux-gnu qemu-user googletest)
@@ -24,25 +26,32 @@ cross=(g++-aarch64-linux-gnu g++-i686-linux-gnu qemu-user googletest)
 windows=(g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix mingw-w64-tools googletest
   wine wine64 libwine-dev debootstrap xvfb openbox xdotool xclip x11-utils fonts-liberation fonts-wine)
 
-case "${1:-build}" in
-  build) ;;
-  checks) packages+=("${checks[@]}") ;;
-  bench) packages+=("${bench[@]}") ;;
-  screen) packages+=("${screen[@]}") ;;
-  python) packages+=("${python[@]}") ;;
-  windows) packages+=("${windows[@]}") ;;
-  cross) packages+=("${cross[@]}") ;;
-  packages) packages+=("${packages_of_ours[@]}") ;;
-  all) packages+=("${checks[@]}" "${bench[@]}" "${screen[@]}" "${python[@]}" "${windows[@]}" "${packages_of_ours[@]}") ;;
-  *) echo "usage: tools/setup.sh [build|checks|bench|screen|python|windows|packages|cross|all]" >&2; exit 2 ;;
+# Those that `all` brings; what is for other processors is asked for by its name.
+groups=(checks bench screen python docs packages windows)
+group="${1:-build}"
+case "$group" in
+  build) chosen=() ;;
+  all) chosen=("${groups[@]}") ;;
+  cross) chosen=(cross) ;;
+  *)
+    if [[ " ${groups[*]} " != *" $group "* ]]; then
+      (IFS='|'; echo "usage: tools/setup.sh [build|${groups[*]}|cross|all]" >&2)
+      exit 2
+    fi
+    chosen=("$group")
+    ;;
 esac
+for name in "${chosen[@]}"; do
+  declare -n list="$name"
+  wanted+=("${list[@]}")
+done
 
 as_root() {
   if [ "$(id -u)" -eq 0 ]; then "$@"; else sudo "$@"; fi
 }
 
 missing=()
-for package in "${packages[@]}"; do
+for package in "${wanted[@]}"; do
   dpkg-query -W -f '${Status}' "$package" 2>/dev/null | grep -q 'ok installed' || missing+=("$package")
 done
 if [ ${#missing[@]} -ne 0 ]; then

@@ -1,49 +1,34 @@
 #!/usr/bin/env python3
-"""The README's examples, as they are printed there.
+"""The README's example in Python, as it is printed there.
 
     readme_examples.py COMMAND [ARGUMENT...]
 
-gives the Python one to a Python, without an environment and in an empty folder, and
-compares what it prints with what the README promises.
+gives it to a Python, without an environment and in an empty folder, and compares what it prints with
+what the README shows.
 """
 
 import pathlib
-import re
 import shutil
 import subprocess
 import sys
 import tempfile
 
-README = (pathlib.Path(__file__).parents[2] / "README.md").read_text(encoding="utf-8")
-BLOCKS = re.findall(r"^```(\w+)\n(.*?)^```$", README, re.M | re.S)
-
-
-def block(language, sign):
-    return next(text for name, text in BLOCKS if name == language and sign in text)
-
-
-def promised(example, comment):
-    """The first word of the comment beside each print line."""
-    return re.findall(r"print.*" + comment + r" *([^\s:]+)", example)
-
-
-def python_program():
-    """What the Python example gives to its interpreter."""
-    return re.search(r"<<'END'\n(.*?)^END$", block("sh", "import orv2_geo"), re.M | re.S)[1]
+sys.path.insert(0, str(pathlib.Path(__file__).parents[1] / "docs"))
+import pages  # noqa: E402
 
 
 def runs(command, environment=None):
     """Whether a Python runs the example as the README says. Says so."""
-    program = python_program()
+    example = next(one for one in pages.examples_of(pages.ROOT / "README.md")
+                   if one.language == "python")
     with tempfile.TemporaryDirectory() as empty:
-        done = subprocess.run([*command, "-"], input=program, env=environment or {}, cwd=empty,
+        done = subprocess.run([*command, "-"], input=example.code, env=environment or {}, cwd=empty,
                               stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True,
                               check=False)
-    wanted = promised(program, "#")
-    same = done.returncode == 0 and bool(wanted) and done.stdout.split() == wanted
+    same = done.returncode == 0 and done.stdout == example.output
     print("ok" if same else "FAILED", "the README's example under", *command, flush=True)
     if not same:
-        print("wanted", wanted, "and got", done.stdout)
+        print("wanted", example.output, "and got", done.stdout)
     return same
 
 
