@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Builds for another processor and runs the rooms' tests there, under qemu: whether every member
+# Builds for another processor and runs the rooms' tests there (arm64 under qemu): whether every member
 # gives the same bits.
 #
 #   tools/test_other.sh arm64|x86

@@ -1,4 +1,4 @@
-# Builds for another processor with Debian's cross compilers; tests run under qemu's user mode.
+# Builds for another processor with Debian's cross compilers.
 set(CMAKE_SYSTEM_NAME Linux)
 set(triple ${CMAKE_SYSTEM_PROCESSOR}-linux-gnu)
 set(CMAKE_C_COMPILER ${triple}-gcc)
@@ -8,4 +8,3 @@ set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
-set(CMAKE_CROSSCOMPILING_EMULATOR ${emulator};-L;/usr/${triple})
