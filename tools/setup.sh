@@ -5,6 +5,7 @@ set -euo pipefail
 packages=(
   g++ cmake ninja-build python3 python3-dev locales
   libgtest-dev
+  libcli11-dev libgeos-dev
 )
 # For the checks of a developer: formats, lint, sanitizers under both compilers.
 checks=(clang clang-format clang-tidy libclang-rt-14-dev ccache)

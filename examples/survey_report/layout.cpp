@@ -12,15 +12,20 @@ namespace {
 
 constexpr std::string_view gap = "  ";
 
-std::string padded(const std::string& cell, std::size_t width, Align align) {
-  const std::string blanks(width - display_width(cell), ' ');
-  return align == Align::right ? blanks + cell : cell + blanks;
+void put_padded(Writer& out, std::string_view cell, std::size_t width, Align align) {
+  const std::size_t blanks = width - std::min(width, display_width(cell));
+  if (align == Align::right) out.repeat(blanks, ' ');
+  out << cell;
+  if (align == Align::left) out.repeat(blanks, ' ');
 }
 
-void end_line(std::string& text) {
+void end_line(Writer& out) {
+  std::string& text = out.buffer();
   text.erase(text.find_last_not_of(' ') + 1);
-  text += '\n';
+  out << '\n';
 }
+
+bool is_control(char letter) { return static_cast<unsigned char>(letter) < 0x20 || letter == 0x7F; }
 
 // The longest finite number has 309 digits before the point, the smallest 324
 // after it and 16 more.
@@ -28,26 +33,39 @@ using Room = std::array<char, 400>;
 
 }  // namespace
 
-std::string fixed(double value, int decimals) {
+void append_fixed(std::string& text, double value, int decimals) {
   Room room;
   const auto [end, error] = std::to_chars(room.data(), room.data() + room.size(), value,
                                           std::chars_format::fixed, decimals);
-  std::string text(room.data(), end);
-  const bool is_zero = text.find_first_not_of("-0.") == std::string::npos;
-  if (is_zero && text.starts_with('-')) text.erase(0, 1);
+  const std::string_view digits(room.data(), static_cast<std::size_t>(end - room.data()));
+  const bool no_sign =
+      digits.starts_with('-') && digits.find_first_not_of("-0.") == std::string_view::npos;
+  text += no_sign ? digits.substr(1) : digits;
+}
+
+std::string fixed(double value, int decimals) {
+  std::string text;
+  append_fixed(text, value, decimals);
   return text;
 }
 
-std::string exact(double value, int decimals) {
+void append_exact(std::string& text, double value, int decimals) {
   Room room;
   const auto [end, error] =
       std::to_chars(room.data(), room.data() + room.size(), value, std::chars_format::fixed);
-  const std::string text(room.data(), end);
-  const std::size_t point = std::min(text.find('.'), text.size());
+  const std::string_view digits(room.data(), static_cast<std::size_t>(end - room.data()));
+  text += digits;
+  const std::size_t point = std::min(digits.find('.'), digits.size());
   const std::size_t needed = point + 1 + static_cast<std::size_t>(decimals);
-  if (decimals == 0 || text.size() >= needed) return text;
-  return text + (point == text.size() ? "." : "") +
-         std::string(needed - std::max(text.size(), point + 1), '0');
+  if (decimals == 0 || digits.size() >= needed) return;
+  if (point == digits.size()) text += '.';
+  text.append(needed - std::max(digits.size(), point + 1), '0');
+}
+
+std::string exact(double value, int decimals) {
+  std::string text;
+  append_exact(text, value, decimals);
+  return text;
 }
 
 std::string azimuth_text(double azimuth) {
@@ -55,44 +73,58 @@ std::string azimuth_text(double azimuth) {
   return text == "400.0000" ? fixed(0.0, 4) : text;
 }
 
+TableRows::TableRows(std::vector<Column> columns, std::vector<std::size_t> widths)
+    : columns_(std::move(columns)), widths_(std::move(widths)) {
+  for (std::size_t i = 0; i < columns_.size(); ++i) {
+    widths_[i] = std::max(widths_[i], display_width(columns_[i].heading));
+  }
+}
+
+void TableRows::head(Writer& out) const {
+  std::vector<std::string_view> headings;
+  for (const Column& column : columns_) headings.push_back(column.heading);
+  row(out, headings);
+  for (std::size_t i = 0; i < widths_.size(); ++i) {
+    if (i > 0) out << gap;
+    out.repeat(widths_[i], '-');
+  }
+  out << '\n';
+}
+
+void TableRows::row(Writer& out, std::span<const std::string_view> cells) const {
+  for (std::size_t i = 0; i < columns_.size(); ++i) {
+    if (i > 0) out << gap;
+    const bool plain = std::none_of(cells[i].begin(), cells[i].end(), is_control);
+    put_padded(out, plain ? cells[i] : without_controls(cells[i]), widths_[i], columns_[i].align);
+  }
+  end_line(out);
+  out.pause();
+}
+
 void Table::add(std::vector<std::string> cells) {
   cells.resize(columns_.size());
-  for (const std::string& cell : cells) cells_.push_back(without_controls(cell));
+  for (std::string& cell : cells) cells_.push_back(std::move(cell));
 }
 
 std::vector<std::size_t> Table::widths() const {
-  std::vector<std::size_t> widths;
-  for (std::size_t i = 0; i < columns_.size(); ++i) {
-    std::size_t width = display_width(columns_[i].heading);
-    for (std::size_t j = i; j < cells_.size(); j += columns_.size()) {
-      width = std::max(width, display_width(cells_[j]));
-    }
-    widths.push_back(width);
+  std::vector<std::size_t> widths(columns_.size());
+  for (std::size_t i = 0; i < cells_.size(); ++i) {
+    std::size_t& width = widths[i % columns_.size()];
+    width = std::max(width, display_width(cells_[i]));
   }
   return widths;
 }
 
 std::string Table::text() const {
-  const std::vector<std::size_t> width = widths();
-  std::string headings;
-  std::string rule;
-  for (std::size_t i = 0; i < columns_.size(); ++i) {
-    const std::string_view before = i == 0 ? "" : gap;
-    headings.append(before).append(padded(columns_[i].heading, width[i], columns_[i].align));
-    rule.append(before).append(width[i], '-');
-  }
-  end_line(headings);
-  end_line(rule);
-  std::string text = headings + rule;
+  const TableRows rows(columns_, widths());
+  Writer out;
+  rows.head(out);
+  std::vector<std::string_view> cells(columns_.size());
   for (std::size_t row = 0; row < cells_.size(); row += columns_.size()) {
-    std::string line;
-    for (std::size_t i = 0; i < columns_.size(); ++i) {
-      line.append(i == 0 ? "" : gap).append(padded(cells_[row + i], width[i], columns_[i].align));
-    }
-    end_line(line);
-    text += line;
+    for (std::size_t i = 0; i < cells.size(); ++i) cells[i] = cells_[row + i];
+    rows.row(out, cells);
   }
-  return text;
+  return out.take();
 }
 
 }  // namespace survey_report

@@ -13,6 +13,7 @@
 #include "survey_report/svg.h"
 #include "survey_report/symbols.h"
 #include "survey_report/utf8.h"
+#include "survey_report/words.h"
 
 namespace survey_report {
 
@@ -162,7 +163,7 @@ class PlanNeeds final : public SheetNeeds {
     const double across = size_of(box_.x) / (frame.width() - 2 * padding) * millimetres_;
     const double up = size_of(box_.y) / (frame.height() - 2 * padding) * millimetres_;
     const double scale = std::max(across, up);
-    if (!std::isfinite(scale)) throw DrawingFault("the points are too far apart for a plan");
+    if (!std::isfinite(scale)) throw DrawingFault(words::points_too_far_apart.text());
     return std::isfinite(millimetres_ / scale) ? scale : 0.0;  // next to nothing is no size
   }
 
@@ -537,20 +538,21 @@ class Plan {
   }
 
   void study_legend() {
-    const std::string ring = study_.boundary.is_hull ? "Convex hull" : "Boundary";
-    legend_line(ring_paint(), ring);
-    legend_line(section_paint, "Section line");
+    const Word& ring = study_.boundary.is_hull ? words::convex_hull : words::boundary;
+    legend_line(ring_paint(), ring.text());
+    legend_line(section_paint, words::section_line.text());
     Place at = legend_row();
     legend_entry(symbol_of_group(0).outline(at, cut_reach),
-                 R"(fill="#ffffff" stroke="#c00000" stroke-width="0.4")", at, "Cut, by its number");
+                 R"(fill="#ffffff" stroke="#c00000" stroke-width="0.4")", at,
+                 words::cut_by_number.text());
     at = legend_row();
-    legend_entry(node_mark(at), node_paint, at, "Grid node, elevation");
+    legend_entry(node_mark(at), node_paint, at, words::node_entry.text());
   }
 
   void area_legend() {
-    legend_line(area_paint, "Work area");
+    legend_line(area_paint, words::work_area.text());
     const Place at = legend_row();
-    legend_entry(circle(at, 1.1 + inside_gap), inside_paint, at, "Point inside it");
+    legend_entry(circle(at, 1.1 + inside_gap), inside_paint, at, words::inside_entry.text());
   }
 
   void legend_line(std::string_view paint, const std::string& text) {
@@ -588,22 +590,23 @@ class Plan {
     };
     svg_.open_group(R"(id="title-block")");
     draw_cell(svg_, row(9), survey_.file_name, 4.0, true);
-    draw_cell(svg_, row(8), "Plan, scale " + scale_text(scaled_.scale), 4.0, true);
+    draw_cell(svg_, row(8), words::plan_scale.with({scale_text(scaled_.scale)}), 4.0, true);
     for (const std::string& text :
-         {"Sheet " + scaled_.sheet.text(), "X east, Y north, " + unit_text(options_), points_text(),
-          left_out_text(labels_left_out_)}) {
+         {words::sheet.with({scaled_.sheet.text()}), words::x_east.with({unit_text(options_)}),
+          points_text(), left_out_text(labels_left_out_)}) {
       draw_cell(svg_, row(5.5), text, least_letters);
     }
     const Rect last = row(6);
-    draw_cell(svg_, {last.left, last.top, middle, last.bottom}, "Date", least_letters);
-    draw_cell(svg_, {middle, last.top, last.right, last.bottom}, "Drawn", least_letters);
+    draw_cell(svg_, {last.left, last.top, middle, last.bottom}, words::date.view(), least_letters);
+    draw_cell(svg_, {middle, last.top, last.right, last.bottom}, words::drawn.view(),
+              least_letters);
     svg_.path(outline_of(block), thick_black);
     svg_.close_group();
   }
 
   std::string points_text() const {
     const std::size_t count = survey_.points.size();
-    return std::to_string(count) + (count == 1 ? " point" : " points");
+    return std::to_string(count) + ' ' + (count == 1 ? words::point : words::points).text();
   }
 
   void north_arrow() {

@@ -12,6 +12,7 @@
 #include "survey_report/layout.h"
 #include "survey_report/relief.h"
 #include "survey_report/rounding.h"
+#include "survey_report/words.h"
 
 namespace survey_report {
 
@@ -102,7 +103,7 @@ void put_in_order(Terrain& terrain) {
   const orv2_geo::cgeo_Terreno library;
   library.Ordena_terreno_y_quita_repetidos(terrain.count, terrain.distances, terrain.elevations);
   if (!library.TF_DistaOrigen_estan_ordenadas(terrain.distances)) {
-    throw std::range_error("the distances of the profile are not in order");
+    throw std::range_error(words::distances_not_in_order.text());
   }
 }
 
@@ -126,7 +127,7 @@ void describe(Profile& profile, const Terrain& terrain) {
 
 std::vector<double> station_distances(const Range& range, double step) {
   if ((range.max - range.min) / step > most_stations - 2.0) {
-    throw ChoiceFault("--stations gives more than " + fixed(most_stations, 0) + " stations");
+    throw ChoiceFault(words::too_many_stations.with({fixed(most_stations, 0)}));
   }
   const double apart = 1e-6 * step;  // a multiple nearer to an end is that end
   std::vector<double> distances = {range.min};

@@ -14,6 +14,7 @@
 #include "orv2_geo/orv2_geo.hpp"
 #include "survey_report/failure_words.h"
 #include "survey_report/point_arrays.h"
+#include "survey_report/words.h"
 
 namespace survey_report {
 
@@ -110,7 +111,7 @@ Places kept_of(const Points& points, double tolerance) {
   const orv2_geo::ObjectRef progress(new UnseenProgress);
   orv2_geo::cgeo_Matrices().Quita_Puntos_Repetidos_XYZ_con_indice1(
       count, arrays.x, arrays.y, arrays.z, numbers, progress, tolerance, false);
-  if (count < 1) throw std::range_error("the library's search failed");
+  if (count < 1) throw std::range_error(words::search_failed.text());
   Places kept;
   for (std::int32_t i = 1; i <= count; ++i)
     kept.push_back(static_cast<std::size_t>(numbers(i)) - 1);

@@ -7,6 +7,7 @@
 #include "survey_report/points.h"
 #include "survey_report/study.h"
 #include "survey_report/traverse.h"
+#include "survey_report/writer.h"
 
 namespace survey_report {
 
@@ -45,10 +46,11 @@ std::string reason_for_no_profile(const Study& study);
 std::string area_section(const Survey& survey, const Study& study);
 
 /// A row a point: its coordinates, and the leg to the next point.
-std::string traverse_section(const Survey& survey, const Traverse& traverse);
+void write_traverse_section(Writer& out, const Survey& survey, const Traverse& traverse);
 
 /// All sections, blank lines between each two; `dialog` is the dialog_section,
 /// empty where there was no dialog.
-std::string report(const Survey& survey, const Study& study, const std::string& dialog = {});
+void write_report(Writer& out, const Survey& survey, const Study& study, const Traverse& traverse,
+                  const std::string& dialog = {});
 
 }  // namespace survey_report

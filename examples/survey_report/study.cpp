@@ -5,6 +5,7 @@
 #include "orv2_geo/frame/run_failure.h"
 #include "survey_report/failure_words.h"
 #include "survey_report/layout.h"
+#include "survey_report/words.h"
 
 namespace survey_report {
 
@@ -18,12 +19,12 @@ bool has_size(const Box& box) {
 
 double checked_step(const Box& box, double step) {
   if (node_count(box, step) <= most_nodes) return step;
-  throw ChoiceFault("--grid gives more than " + fixed(most_nodes, 0) + " nodes");
+  throw ChoiceFault(words::grid_too_fine.with({fixed(most_nodes, 0)}));
 }
 
 void work_out(Study& study, const std::vector<SurveyPoint>& points, const StudyOptions& options) {
   const Box box = box_of(study.boundary.vertices);
-  if (!has_size(box)) throw std::range_error("the boundary is too large");
+  if (!has_size(box)) throw std::range_error(words::boundary_too_large.text());
   study.perimeter = perimeter_of(study.boundary);
   study.section = section_of(study.boundary, options.section.value_or(default_section(box)));
   const double step = options.grid_step.value_or(default_step(box));

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "survey_report/svg.h"
+#include "survey_report/words.h"
 
 namespace survey_report {
 
@@ -61,7 +62,7 @@ std::vector<CodeGroup> by_code(const std::vector<SurveyPoint>& points) {
   for (std::size_t i = 0; i < points.size(); ++i) codes[points[i].code].push_back(i);
   std::vector<CodeGroup> groups;
   for (auto& [code, members] : codes) {
-    groups.push_back({code.empty() ? "no code" : code, std::move(members)});
+    groups.push_back({code.empty() ? words::no_code.text() : code, std::move(members)});
   }
   return groups;
 }
@@ -81,7 +82,7 @@ std::vector<CodeGroup> code_groups(const std::vector<SurveyPoint>& points) {
     return a.points.size() > b.points.size();
   });
   if (groups.size() <= most_codes) return groups;
-  CodeGroup other{"other", {}};
+  CodeGroup other{words::other_codes.text(), {}};
   for (std::size_t i = most_codes; i < groups.size(); ++i) {
     other.points.insert(other.points.end(), groups[i].points.begin(), groups[i].points.end());
   }

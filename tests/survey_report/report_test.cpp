@@ -4,6 +4,8 @@
 
 #include <utility>
 
+#include "tests/survey_report/written.h"
+
 namespace survey_report {
 namespace {
 
