@@ -152,10 +152,9 @@ class Files {
   std::vector<fs::path> gone_;
 };
 
-using Draw = std::string (*)(const Survey& survey, const Study& study,
-                             const DrawingOptions& options);
+using Draw = Drawing (*)(const Survey& survey, const Study& study, const DrawingOptions& options);
 
-std::string drawing_of(const Command& command, const Figures& figures, Draw draw) try {
+Drawing drawing_of(const Command& command, const Figures& figures, Draw draw) try {
   return draw(figures.survey, figures.study, command.drawings);
 } catch (const ChoiceFault& fault) {
   throw UsageFault(fault.what());
@@ -166,17 +165,20 @@ Content content_of(std::string text) {
 }
 
 // A drawing that the user names must be made; of those of a folder the report tells which
-// cannot.
-void add_drawing(Files& files, const Command& command, const Figures& figures,
-                 const std::optional<std::string>& named, std::string_view in_folder,
-                 Draw draw) try {
-  if (!named && !command.output) return;
-  const std::string drawing = drawing_of(command, figures, draw);
-  if (named) files.add(*named, content_of(drawing));
-  if (command.output) files.add(fs::path(*command.output) / in_folder, content_of(drawing));
+// cannot. How many points it shows, if it is made.
+std::optional<std::size_t> add_drawing(Files& files, const Command& command, const Figures& figures,
+                                       const std::optional<std::string>& named,
+                                       std::string_view in_folder, Draw draw) try {
+  if (!named && !command.output) return std::nullopt;
+  const Drawing drawing = drawing_of(command, figures, draw);
+  const Content content = [&](Writer& out) { out << svg_head << drawing.svg; };
+  if (named) files.add(*named, content);
+  if (command.output) files.add(fs::path(*command.output) / in_folder, content);
+  return drawing.points_drawn;
 } catch (const DrawingFault& fault) {
   if (named) throw failed(*command.input, fault.what());
   files.remove(fs::path(*command.output) / in_folder);
+  return std::nullopt;
 }
 
 void add_tables(Files& files, const std::string& folder, const Figures& figures) {
@@ -223,10 +225,13 @@ void run(const Command& command) {
   std::optional<Folder> folder;
   if (command.output) folder.emplace(*command.output);
   Files files;
-  add_drawing(files, command, figures, command.plan, plan_file, plan_of);
+  ReportNotes notes;
+  const std::optional<std::size_t> drawn =
+      add_drawing(files, command, figures, command.plan, plan_file, plan_of);
+  if (drawn) notes.plan = plan_note(*drawn, survey.points.size());
   add_drawing(files, command, figures, command.profile, profile_file, profile_drawing_of);
-  const std::string dialog = keep(files, command, figures);
-  const Content report = [&](Writer& out) { write_report(out, survey, study, traverse, dialog); };
+  notes.dialog = keep(files, command, figures);
+  const Content report = [&](Writer& out) { write_report(out, survey, study, traverse, notes); };
   if (command.output) {
     add_tables(files, *command.output, figures);
     files.add(fs::path(*command.output) / report_file, report);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
 #include <optional>
 #include <string_view>
 #include <vector>
@@ -12,6 +13,7 @@
 #include "survey_report/scale.h"
 #include "survey_report/svg.h"
 #include "survey_report/symbols.h"
+#include "survey_report/thinning.h"
 #include "survey_report/utf8.h"
 #include "survey_report/words.h"
 
@@ -52,6 +54,7 @@ constexpr std::string_view area_paint =
     R"(fill="none" stroke="#b8860b" stroke-width="0.5" stroke-dasharray="2.2 1.2")";
 constexpr std::string_view inside_paint = R"(fill="#ffd966")";
 
+constexpr Lettering point_letters{.size = least_letters, .halo = true};
 constexpr double label_gap = 0.5;  // between labels in a row
 constexpr double cut_size = 3.6;
 constexpr double cut_reach = 1.1;
@@ -250,19 +253,22 @@ class Plan {
         groups_(code_groups(survey.points)),
         nodes_(nodes_to_draw(study.relief, mapping_.scale())),
         reach_(survey.points.size() > many_points ? 0.6 : 0.9),
+        drawn_(points_to_draw()),
         area_is_drawn_(can_draw_area()),
+        is_drawn_(survey.points.size()),
         is_inside_(survey.points.size()) {
+    for (const std::size_t point : drawn_) is_drawn_[point] = true;
     if (!area_is_drawn_) return;
     for (const std::size_t point : study.area.inside) is_inside_[point] = true;
   }
 
-  std::string drawn() {
+  Drawing drawn() {
     const Sheet& sheet = scaled_.sheet;
     svg_.rectangle({0, 0}, sheet.width(), sheet.height(), R"(fill="#ffffff")");
     svg_.path(outline_of(layout_.border), thick_black);
     svg_.path(outline_of(layout_.key), thin_black);
     frame();
-    svg_.open_group(R"~(clip-path="url(#inside)")~");
+    svg_.open_group(R"~(clip-path="url(#frame)")~");
     take_room();
     lines();
     area();
@@ -273,11 +279,24 @@ class Plan {
     scale_bar();
     north_arrow();
     title_block();
-    return svg_.document(sheet.width(), sheet.height(), survey_.file_name);
+    return {svg_.element(sheet.width(), sheet.height(), survey_.file_name), drawn_.size()};
   }
 
  private:
   Place on_sheet(const SurveyPoint& point) const { return mapping_.on_sheet({point.x, point.y}); }
+
+  // Of a crowd the rare codes come first.
+  std::vector<std::size_t> points_to_draw() const {
+    std::vector<Place> places;
+    places.reserve(survey_.points.size());
+    for (const SurveyPoint& point : survey_.points) places.push_back(on_sheet(point));
+    std::vector<std::size_t> order;
+    order.reserve(places.size());
+    for (auto group = groups_.rbegin(); group != groups_.rend(); ++group) {
+      order.insert(order.end(), group->points.begin(), group->points.end());
+    }
+    return thinned(places, order, layout_.frame, 2 * reach_, most_symbols);
+  }
 
   bool can_draw_area() const {
     const std::vector<Place> ring = on_sheet(study_.area.vertices);
@@ -304,7 +323,7 @@ class Plan {
   void frame() {
     const Rect& f = layout_.frame;
     svg_.path(outline_of(f), thin_black);
-    svg_.clip("inside", {f.left, f.top}, f.width(), f.height());
+    svg_.clip("frame", {f.left, f.top}, f.width(), f.height());
     const Box visible = mapping_.visible();
     const double step = tick_step(visible, mapping_.scale());
     const std::vector<double> columns = multiples(visible.x, step);
@@ -363,7 +382,7 @@ class Plan {
 
   // Symbols and lines come before every label.
   void take_room() {
-    for (std::size_t i = 0; i < survey_.points.size(); ++i) {
+    for (const std::size_t i : drawn_) {
       board_.occupy(around(on_sheet(survey_.points[i]), reach_of(i)));
     }
     if (area_is_drawn_ && study_.area.vertices == pulled_in(study_.area.vertices)) {
@@ -439,7 +458,7 @@ class Plan {
     svg_.close_group();
     svg_.open_group(R"(id="inside" fill="#ffd966")");
     for (const std::size_t point : study_.area.inside) {
-      svg_.path(circle(on_sheet(survey_.points[point]), reach_of(point)));
+      if (is_drawn_[point]) svg_.path(circle(on_sheet(survey_.points[point]), reach_of(point)));
     }
     svg_.close_group();
   }
@@ -449,11 +468,16 @@ class Plan {
     svg_.open_group(R"(id="points")");
     for (std::size_t i = 0; i < groups_.size(); ++i) {
       const Symbol& symbol = symbol_of_group(i);
-      svg_.open_group(symbol.paint);
-      for (const std::size_t point : groups_[i].points) {
-        svg_.path(symbol.outline(on_sheet(survey_.points[point]), reach_));
+      std::vector<std::size_t> drawn = groups_[i].points;
+      std::erase_if(drawn, [&](std::size_t point) { return !is_drawn_[point]; });
+      for (const auto& [code, members] : points_by_code(survey_.points, drawn)) {
+        svg_.open_code(code, symbol.paint);
+        for (const std::size_t point : members) {
+          svg_.titled_path(symbol.outline(on_sheet(survey_.points[point]), reach_),
+                           point_title(survey_.points[point]));
+        }
+        svg_.close_group();
       }
-      svg_.close_group();
     }
     svg_.close_group();
   }
@@ -467,11 +491,30 @@ class Plan {
       label(mapping_.on_sheet(node.place), node_reach, sheet_value(node.elevation, 2),
             {.size = least_letters, .colour = grey, .halo = true});
     }
-    for (std::size_t i = 0; i < survey_.points.size(); ++i) {
-      const SurveyPoint& point = survey_.points[i];
-      label(on_sheet(point), reach_of(i), point.number, {.size = least_letters, .halo = true});
-    }
+    point_labels();
     svg_.close_group();
+  }
+
+  // In the order of the survey they find room, by their codes they are drawn.
+  void point_labels() {
+    std::map<std::size_t, LabelRoom> rooms;
+    std::vector<std::size_t> labelled;
+    for (const std::size_t i : drawn_) {
+      const SurveyPoint& point = survey_.points[i];
+      const std::optional<LabelRoom> room =
+          room_for(on_sheet(point), reach_of(i), point.number, point_letters);
+      if (!room) continue;
+      rooms.emplace(i, *room);
+      labelled.push_back(i);
+    }
+    labels_left_out_ += survey_.points.size() - labelled.size();
+    for (const auto& [code, members] : points_by_code(survey_.points, labelled)) {
+      svg_.open_code(code);
+      for (const std::size_t i : members) {
+        draw_label(rooms.at(i), survey_.points[i].number, point_letters);
+      }
+      svg_.close_group();
+    }
   }
 
   void cuts() {
@@ -490,14 +533,18 @@ class Plan {
       ++labels_left_out_;
       return;
     }
-    if (room->leader) {
-      svg_.path(path_through({room->leader->from, room->leader->to}, false), leader_paint);
+    draw_label(*room, text, lettering);
+  }
+
+  void draw_label(const LabelRoom& room, std::string_view text, const Lettering& lettering) {
+    if (room.leader) {
+      svg_.path(path_through({room.leader->from, room.leader->to}, false), leader_paint);
     }
     Lettering centred = lettering;
     centred.anchor = Anchor::middle;
     const double below = letter_reach(text, lettering.size).below;
-    svg_.text({(room->box.left + room->box.right) / 2, room->box.bottom - label_gap / 2 - below},
-              text, centred);
+    svg_.text({(room.box.left + room.box.right) / 2, room.box.bottom - label_gap / 2 - below}, text,
+              centred);
   }
 
   std::optional<LabelRoom> room_for(const Place& at, double reach, std::string_view text,
@@ -606,6 +653,9 @@ class Plan {
 
   std::string points_text() const {
     const std::size_t count = survey_.points.size();
+    if (drawn_.size() < count) {
+      return words::points_drawn.with({std::to_string(drawn_.size()), std::to_string(count)});
+    }
     return std::to_string(count) + ' ' + (count == 1 ? words::point : words::points).text();
   }
 
@@ -631,7 +681,9 @@ class Plan {
   std::vector<CodeGroup> groups_;
   std::vector<Node> nodes_;
   double reach_;
+  std::vector<std::size_t> drawn_;  // points, by their places in the survey
   bool area_is_drawn_;
+  std::vector<bool> is_drawn_;
   std::vector<bool> is_inside_;
   std::size_t rows_used_ = 0;
   std::size_t labels_left_out_ = 0;
@@ -644,7 +696,7 @@ double scale_bar_length(double scale) {
   return round_down((1.0 + 1e-9) * longest_bar / scale);  // 50 mm are not lost to rounding
 }
 
-std::string plan_of(const Survey& survey, const Study& study, const DrawingOptions& options) {
+Drawing plan_of(const Survey& survey, const Study& study, const DrawingOptions& options) {
   return Plan(survey, study, options).drawn();
 }
 

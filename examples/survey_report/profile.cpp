@@ -67,14 +67,14 @@ std::vector<Foot> feet_beside(const std::vector<SurveyPoint>& points, const Sect
   return feet;
 }
 
-std::optional<double> elevation_of(const Foot& foot, const std::vector<SurveyPoint>& points,
+std::optional<double> elevation_of(const Foot& foot, const PointIndex& index,
                                    const Boundary& boundary, const Section& axis) {
-  if (foot.offset <= on_the_axis * axis.length) return points[foot.point].z;
+  if (foot.offset <= on_the_axis * axis.length) return index.points()[foot.point].z;
   const Place place = place_at(axis, foot.distance);
   if (!contains(boundary, place)) return std::nullopt;
-  const std::optional<Triangle> triangle = triangle_around(place, points);
+  const std::optional<Triangle> triangle = triangle_around(place, index);
   if (!triangle) return std::nullopt;
-  return elevation_at(place, *triangle, points);
+  return elevation_at(place, *triangle, index.points());
 }
 
 // ---- The library's view of a profile: numbered from 1
@@ -111,9 +111,19 @@ bool has_length(const Terrain& terrain) {
   return terrain.count > 1 && terrain.distances(1) < terrain.distances(terrain.count);
 }
 
-void describe(Profile& profile, const Terrain& terrain) {
+// The first of the points found that lies there.
+std::size_t point_at(double distance, double elevation, const std::vector<ProfilePoint>& found) {
+  const auto at = std::find_if(found.begin(), found.end(), [&](const ProfilePoint& point) {
+    return point.distance == distance && point.elevation == elevation;
+  });
+  return (at == found.end() ? found.front() : *at).point;
+}
+
+void describe(Profile& profile, const Terrain& terrain, const std::vector<ProfilePoint>& found) {
   for (std::int32_t i = 1; i <= terrain.count; ++i) {
-    profile.terrain.push_back({terrain.distances(i), terrain.elevations(i)});
+    const double distance = terrain.distances(i);
+    const double elevation = terrain.elevations(i);
+    profile.terrain.push_back({distance, elevation, point_at(distance, elevation, found)});
     if (i == 1) continue;
     profile.widest_gap =
         std::max(profile.widest_gap, terrain.distances(i) - terrain.distances(i - 1));
@@ -158,10 +168,11 @@ std::vector<Station> stations_of(const Terrain& terrain, const Section& axis, do
 
 std::vector<ProfilePoint> points_on(const Section& axis, const std::vector<SurveyPoint>& points,
                                     const Boundary& boundary, double corridor) {
+  const PointIndex index(points);
   std::vector<ProfilePoint> found;
   for (const Foot& foot : feet_beside(points, axis, corridor)) {
-    const std::optional<double> elevation = elevation_of(foot, points, boundary, axis);
-    if (elevation) found.push_back({foot.distance, *elevation});
+    const std::optional<double> elevation = elevation_of(foot, index, boundary, axis);
+    if (elevation) found.push_back({foot.distance, *elevation, foot.point});
   }
   return found;
 }
@@ -172,7 +183,7 @@ void work_out(Profile& profile, const std::vector<ProfilePoint>& found, const Se
   Terrain terrain = terrain_of(found);
   put_in_order(terrain);
   if (!has_length(terrain)) return;
-  describe(profile, terrain);
+  describe(profile, terrain, found);
   const double length = terrain.distances(terrain.count) - terrain.distances(1);
   profile.step = step.value_or(default_station_step(length));
   profile.stations = stations_of(terrain, axis, profile.step);

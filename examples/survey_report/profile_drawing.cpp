@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
 #include <string_view>
 #include <vector>
 
@@ -193,7 +194,7 @@ class ProfileDrawing {
         across_(options.millimetres() / scaled_.scale),
         up_(across_ * heights_.exaggeration) {}
 
-  std::string drawn() {
+  Drawing drawn() {
     const Sheet& sheet = scaled_.sheet;
     svg_.rectangle({0, 0}, sheet.width(), sheet.height(), R"(fill="#ffffff")");
     const Rect& b = layout_.border;
@@ -206,8 +207,9 @@ class ProfileDrawing {
     datum();
     rows();
     title_block();
-    return svg_.document(sheet.width(), sheet.height(),
-                         words::profile_title.with({survey_.file_name}));
+    return {
+        svg_.element(sheet.width(), sheet.height(), words::profile_title.with({survey_.file_name})),
+        profile_.terrain.size()};
   }
 
  private:
@@ -263,8 +265,23 @@ class ProfileDrawing {
     svg_.path(path_through(line, false), terrain_paint);
     svg_.close_group();
     svg_.open_group(R"(id="terrain-points" fill="#7a4a12")");
-    for (const Place& place : line) svg_.path(circle(place, point_reach));
+    terrain_points(line);
     svg_.close_group();
+  }
+
+  void terrain_points(const std::vector<Place>& line) {
+    std::map<std::string_view, std::vector<std::size_t>> codes;
+    for (std::size_t i = 0; i < line.size(); ++i) {
+      codes[survey_.points[profile_.terrain[i].point].code].push_back(i);
+    }
+    for (const auto& [code, members] : codes) {
+      svg_.open_code(code);
+      for (const std::size_t i : members) {
+        svg_.titled_path(circle(line[i], point_reach),
+                         point_title(survey_.points[profile_.terrain[i].point]));
+      }
+      svg_.close_group();
+    }
   }
 
   void ordinates() {
@@ -338,7 +355,7 @@ class ProfileDrawing {
     const auto cell = [&](double left, double right, int row, int rows) {
       return Rect{left, block.top + row * title_row, right, block.top + (row + rows) * title_row};
     };
-    svg_.open_group(R"(id="title-block")");
+    svg_.open_group(R"(id="profile-title-block")");
     draw_cell(svg_, cell(block.left, second, 0, 2), survey_.file_name, 4.5, true);
     draw_cell(svg_, cell(block.left, second, 2, 1), words::longitudinal_profile.view(),
               least_letters);
@@ -394,8 +411,8 @@ ProfileHeights profile_heights(double scale, const Range& elevations, double roo
   return heights;
 }
 
-std::string profile_drawing_of(const Survey& survey, const Study& study,
-                               const DrawingOptions& options) {
+Drawing profile_drawing_of(const Survey& survey, const Study& study,
+                           const DrawingOptions& options) {
   if (!study.complete() || study.profile.stations.empty()) {
     throw DrawingFault(words::no_profile.with({reason_for_no_profile(study)}));
   }

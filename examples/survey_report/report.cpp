@@ -267,12 +267,21 @@ std::size_t width_of(const Range& range) {
   return std::max(length_text(range.min).size(), length_text(range.max).size());
 }
 
+void widen(Range& range, double value) {
+  range = {std::min(range.min, value), std::max(range.max, value)};
+}
+
 std::vector<std::size_t> traverse_widths(const Survey& survey, const Traverse& traverse) {
   std::size_t number = 0;
   std::size_t code = 0;
+  const SurveyPoint& first = survey.points.front();
+  Extents extents{{first.x, first.x}, {first.y, first.y}, {first.z, first.z}};
   for (const SurveyPoint& point : survey.points) {
     number = std::max(number, display_width(point.number));
     code = std::max(code, display_width(point.code));
+    widen(extents.x, point.x);
+    widen(extents.y, point.y);
+    widen(extents.z, point.z);
   }
   std::size_t azimuth = 0;
   Range distances;
@@ -280,20 +289,26 @@ std::vector<std::size_t> traverse_widths(const Survey& survey, const Traverse& t
     if (leg.azimuth) azimuth = std::max(azimuth, azimuth_text(*leg.azimuth).size());
     distances.max = std::max(distances.max, leg.distance);
   }
-  const Extents extents = extents_of(survey.points);
   return {number,  width_of(extents.x), width_of(extents.y), width_of(extents.z), code,
           azimuth, width_of(distances)};
 }
 
 }  // namespace
 
-std::string heading_section(const Survey& survey, const Traverse& traverse) {
+std::string plan_note(std::size_t drawn, std::size_t points) {
+  if (drawn == points) return {};
+  return words::points_drawn_note.with({std::to_string(drawn), std::to_string(points)});
+}
+
+std::string heading_section(const Survey& survey, const Traverse& traverse,
+                            const ReportNotes& notes) {
   Facts facts;
   facts.add(words::points_title,
             words::read_as.with({std::to_string(survey.points.size()), field_names(survey.order)}));
   facts.add(words::traverse,
             words::in_plan.with({length_text(traverse.length),
                                  counted(traverse.legs.size(), words::leg, words::legs)}));
+  if (!notes.plan.empty()) facts.add(words::plan_title, notes.plan);
   return titled(words::survey_report.with({without_controls(survey.file_name)})) + facts.text() +
          '\n' + extents_table(survey.points);
 }
@@ -425,10 +440,11 @@ void write_traverse_section(Writer& out, const Survey& survey, const Traverse& t
 }
 
 void write_report(Writer& out, const Survey& survey, const Study& study, const Traverse& traverse,
-                  const std::string& dialog) {
+                  const ReportNotes& notes) {
   constexpr std::string_view apart = "\n\n";
-  out << heading_section(survey, traverse) << apart << repeats_section(survey, study) << apart;
-  if (!dialog.empty()) out << dialog << apart;
+  out << heading_section(survey, traverse, notes) << apart << repeats_section(survey, study)
+      << apart;
+  if (!notes.dialog.empty()) out << notes.dialog << apart;
   out << boundary_section(study) << apart << relief_section(survey, study) << apart
       << profile_section(study) << apart << area_section(survey, study) << apart;
   write_traverse_section(out, survey, traverse);

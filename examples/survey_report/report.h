@@ -18,9 +18,19 @@ struct Survey {
   std::vector<SurveyPoint> points;  ///< at least one
 };
 
-/// File, number of points, length of the traverse, and the extremes with the
+/// What the report tells of what was made beside it; empty for what there is not.
+struct ReportNotes {
+  std::string dialog;  ///< the dialog_section
+  std::string plan;    ///< which points a plan leaves out
+};
+
+/// How a report says that a plan shows not all points; empty where it does.
+std::string plan_note(std::size_t drawn, std::size_t points);
+
+/// File, number of points, length of the traverse, notes, and the extremes with the
 /// points that hold them.
-std::string heading_section(const Survey& survey, const Traverse& traverse);
+std::string heading_section(const Survey& survey, const Traverse& traverse,
+                            const ReportNotes& notes = {});
 
 /// Points measured more than once, a row a pair, and how many the library would remove.
 std::string repeats_section(const Survey& survey, const Study& study);
@@ -48,9 +58,8 @@ std::string area_section(const Survey& survey, const Study& study);
 /// A row a point: its coordinates, and the leg to the next point.
 void write_traverse_section(Writer& out, const Survey& survey, const Traverse& traverse);
 
-/// All sections, blank lines between each two; `dialog` is the dialog_section,
-/// empty where there was no dialog.
+/// All sections, blank lines between each two.
 void write_report(Writer& out, const Survey& survey, const Study& study, const Traverse& traverse,
-                  const std::string& dialog = {});
+                  const ReportNotes& notes = {});
 
 }  // namespace survey_report

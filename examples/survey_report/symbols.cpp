@@ -4,6 +4,7 @@
 #include <map>
 #include <utility>
 
+#include "survey_report/layout.h"
 #include "survey_report/svg.h"
 #include "survey_report/words.h"
 
@@ -74,6 +75,24 @@ std::string circle(const Place& at, double reach) {
   const std::string arc = " a " + r + ' ' + r + " 0 1 0 ";
   return "M " + sheet_number(at.x - reach) + ' ' + sheet_number(at.y) + arc +
          sheet_number(2 * reach) + " 0" + arc + sheet_number(-2 * reach) + " 0 Z";
+}
+
+std::map<std::string_view, std::vector<std::size_t>> points_by_code(
+    const std::vector<SurveyPoint>& points, const std::vector<std::size_t>& chosen) {
+  std::map<std::string_view, std::vector<std::size_t>> codes;
+  for (const std::size_t i : chosen) codes[points[i].code].push_back(i);
+  return codes;
+}
+
+std::string point_title(const SurveyPoint& point) {
+  constexpr int decimals = 3;
+  std::string title = point.number + (point.code.empty() ? "" : " " + point.code) + ": X ";
+  append_fixed(title, point.x, decimals);
+  title += ", Y ";
+  append_fixed(title, point.y, decimals);
+  title += ", Z ";
+  append_fixed(title, point.z, decimals);
+  return title;
 }
 
 std::vector<CodeGroup> code_groups(const std::vector<SurveyPoint>& points) {

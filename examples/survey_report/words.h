@@ -233,6 +233,10 @@ inline constexpr Word assumed{"{1} assumed", "{1} (supuestos)"};
 inline constexpr Word no_labels_left_out{"no labels left out", "ningún rótulo omitido"};
 inline constexpr Word label_left_out{"{1} label left out", "{1} rótulo omitido"};
 inline constexpr Word labels_left_out{"{1} labels left out", "{1} rótulos omitidos"};
+inline constexpr Word points_drawn{"{1} of {2} points drawn", "{1} de {2} puntos dibujados"};
+inline constexpr Word plan_title{"Plan", "Plano"};
+inline constexpr Word points_drawn_note{"{1} of {2} points are drawn, as others would cover them",
+                                        "se dibujan {1} de {2} puntos, pues otros los taparían"};
 inline constexpr Word convex_hull{"Convex hull", "Envolvente convexa"};
 inline constexpr Word section_line{"Section line", "Línea de sección"};
 inline constexpr Word cut_by_number{"Cut, by its number", "Corte, con su número"};

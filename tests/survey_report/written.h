@@ -17,7 +17,7 @@ inline std::string point_file(const std::vector<SurveyPoint>& points, FieldOrder
 inline std::string report(const Survey& survey, const Study& study,
                           const std::string& dialog = {}) {
   return text_of([&](Writer& out) {
-    write_report(out, survey, study, traverse_through(survey.points), dialog);
+    write_report(out, survey, study, traverse_through(survey.points), {dialog, {}});
   });
 }
 
