@@ -16,6 +16,8 @@ screen=(qt6-base-dev qt6-translations-l10n libxcb1-dev xvfb openbox twm xdotool 
   libxfixes3 fonts-liberation)
 # For wheels of the Python package, and for its tests with other packages.
 python=(python3-setuptools python3-wheel python3-venv python3-pip python3-numpy python3-matplotlib mypy debootstrap)
+# For reading the survey report's CAD drawings back.
+report=(python3-ezdxf)
 # For what belongs to Windows.
 windows=(g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix mingw-w64-tools googletest
   wine wine64 libwine-dev debootstrap xvfb openbox xdotool xclip x11-utils fonts-liberation fonts-wine)
@@ -26,9 +28,10 @@ case "${1:-build}" in
   bench) packages+=("${bench[@]}") ;;
   screen) packages+=("${screen[@]}") ;;
   python) packages+=("${python[@]}") ;;
+  report) packages+=("${report[@]}") ;;
   windows) packages+=("${windows[@]}") ;;
-  all) packages+=("${checks[@]}" "${bench[@]}" "${screen[@]}" "${python[@]}" "${windows[@]}") ;;
-  *) echo "usage: tools/setup.sh [build|checks|bench|screen|python|windows|all]" >&2; exit 2 ;;
+  all) packages+=("${checks[@]}" "${bench[@]}" "${screen[@]}" "${python[@]}" "${report[@]}" "${windows[@]}") ;;
+  *) echo "usage: tools/setup.sh [build|checks|bench|screen|python|report|windows|all]" >&2; exit 2 ;;
 esac
 
 as_root() {

@@ -1,8 +1,12 @@
 // survey_report: tells, draws and tabulates what a point file holds.
+#include <unistd.h>
+
+#include <chrono>
 #include <cstdio>
 #include <deque>
 #include <exception>
 #include <filesystem>
+#include <memory>
 #include <new>
 #include <optional>
 #include <span>
@@ -13,6 +17,7 @@
 #include <utility>
 #include <vector>
 
+#include "survey_report/dxf.h"
 #include "survey_report/exit_code.h"
 #include "survey_report/extremes.h"
 #include "survey_report/failure_words.h"
@@ -21,8 +26,10 @@
 #include "survey_report/plan.h"
 #include "survey_report/points.h"
 #include "survey_report/profile_drawing.h"
+#include "survey_report/progress_bar.h"
 #include "survey_report/repeats.h"
 #include "survey_report/report.h"
+#include "survey_report/stages.h"
 #include "survey_report/study.h"
 #include "survey_report/tables.h"
 #include "survey_report/traverse.h"
@@ -53,9 +60,10 @@ DataFault failed(const std::string& file, const std::string& why) {
 constexpr std::string_view report_file = "report.txt";
 constexpr std::string_view plan_file = "plan.svg";
 constexpr std::string_view profile_file = "profile.svg";
+constexpr std::string_view dxf_file = "survey.dxf";
 
 std::vector<std::string_view> folder_files() {
-  std::vector<std::string_view> names = {report_file, plan_file, profile_file};
+  std::vector<std::string_view> names = {report_file, plan_file, profile_file, dxf_file};
   for (const TableFile& table : table_files) names.push_back(table.name);
   return names;
 }
@@ -106,9 +114,10 @@ void check_apart(const Command& command) {
 
 // ---- The survey
 
-Survey load_survey(const std::string& file, FieldOrder order) {
+Survey load_survey(const std::string& file, FieldOrder order, Progress& progress) {
+  progress.begin(stages::reading);
   const std::string bytes = load(file);
-  PointFile read = read_points(bytes, order);
+  PointFile read = read_points(bytes, order, progress);
   if (!read.bad_lines.empty()) {
     throw DataFault(read.bad_lines.front().code, messages(file, read.bad_lines));
   }
@@ -126,8 +135,8 @@ Traverse traverse_on(const std::string& file, const Survey& survey) try {
                   messages(file, {{fault.line(), 0, fault.what(), ExitCode::failed}}));
 }
 
-Study study_on(const Survey& survey, const StudyOptions& options) try {
-  return study_of(survey.points, options);
+Study study_on(const Survey& survey, const StudyOptions& options, Progress& progress) try {
+  return study_of(survey.points, options, progress);
 } catch (const ChoiceFault& fault) {
   throw UsageFault(fault.what());
 }
@@ -214,11 +223,27 @@ std::string keep(Files& files, const Command& command, const Figures& figures) {
   return {};
 }
 
+// Nothing is shown where standard error is no terminal.
+std::unique_ptr<Progress> progress_on_terminal() {
+  if (isatty(fileno(stderr)) == 0) return std::make_unique<Progress>();
+  const auto write = [](std::string_view text) {
+    std::fwrite(text.data(), 1, text.size(), stderr);
+    std::fflush(stderr);
+  };
+  const auto clock = [] {
+    return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch())
+        .count();
+  };
+  return std::make_unique<ProgressBar>(write, clock);
+}
+
 void run(const Command& command) {
   if (command.help) return print(content_of(help_text()));
   check_apart(command);
-  const Survey survey = load_survey(*command.input, command.order);
-  const Study study = study_on(survey, command.study);
+  const std::unique_ptr<Progress> progress = progress_on_terminal();
+  const Survey survey = load_survey(*command.input, command.order, *progress);
+  const Study study = study_on(survey, command.study, *progress);
+  progress->begin(stages::traverse);
   const Traverse traverse = traverse_on(*command.input, survey);
   const Figures figures{survey, study, traverse};
   if (command.extremes_dialog) show_extremes(survey.points);
@@ -226,6 +251,7 @@ void run(const Command& command) {
   if (command.output) folder.emplace(*command.output);
   Files files;
   ReportNotes notes;
+  progress->begin(stages::drawing);
   const std::optional<std::size_t> drawn =
       add_drawing(files, command, figures, command.plan, plan_file, plan_of);
   if (drawn) notes.plan = plan_note(*drawn, survey.points.size());
@@ -233,7 +259,14 @@ void run(const Command& command) {
   notes.dialog = keep(files, command, figures);
   const Content report = [&](Writer& out) { write_report(out, survey, study, traverse, notes); };
   if (command.output) {
+    progress->begin(stages::dxf);
+    files.add(fs::path(*command.output) / dxf_file, [&](Writer& out) { write_dxf(out, figures); });
+    if (survey.points.size() > most_point_texts) {
+      notes.dxf = words::no_texts_note.with({std::to_string(most_point_texts)});
+    }
+    progress->begin(stages::tables);
     add_tables(files, *command.output, figures);
+    progress->begin(stages::report);
     files.add(fs::path(*command.output) / report_file, report);
   } else {
     print(report);

@@ -204,6 +204,10 @@ void set_stations(Command& command, std::string_view value) {
   command.study.station_step = positive_in("--stations", value);
 }
 
+void set_contours(Command& command, std::string_view value) {
+  command.study.contour_step = positive_in("--contours", value);
+}
+
 void set_area(Command& command, std::string_view value) {
   command.study.area.vertices = area_in(value);
 }
@@ -249,6 +253,7 @@ constexpr ValueOption value_options[] = {
     {"--grid", words::step_value, words::a_step, words::help_grid, set_grid},
     {"--corridor", words::width_value, words::a_width, words::help_corridor, set_corridor},
     {"--stations", words::step_value, words::a_step, words::help_stations, set_stations},
+    {"--contours", words::step_value, words::a_step, words::help_contours, set_contours},
     {"--area", words::area_form, words::area_form, words::help_area, set_area},
     {"--area-code", words::code_value, words::a_code, words::help_area_code, set_area_code},
     {"--repeats", words::tolerance_value, words::a_tolerance, words::help_repeats, set_repeats},

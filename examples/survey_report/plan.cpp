@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <map>
+#include <numeric>
 #include <optional>
 #include <string_view>
 #include <vector>
@@ -28,12 +29,18 @@ constexpr double tick_length = 1.6;
 constexpr double beyond_the_points = 0.1;  // of the section line, at most
 constexpr double far_off = 1e9;            // on the sheet: no such area is drawn
 constexpr std::size_t many_points = 600;
+constexpr std::size_t most_of_rare_code = 500;
 constexpr std::size_t longest_coordinate = 14;
 constexpr std::size_t longest_entry = 19;  // of the legend
 constexpr double nearest_nodes = 14.0;     // on the sheet; of a finer grid only some are drawn
 constexpr double label_across = 9.0;       // about what a label of a point takes
 constexpr double label_up = 4.5;
 
+constexpr double nearest_bends = 0.1;     // of a contour on the sheet
+constexpr double label_distance = 120.0;  // between labels of a contour, at least
+
+constexpr std::string_view contour_paint = R"(fill="none" stroke="#a0703c" stroke-width="0.13")";
+constexpr std::string_view index_paint = R"(fill="none" stroke="#a0703c" stroke-width="0.35")";
 constexpr std::string_view grey = "#777777";
 constexpr std::string_view red = "#c00000";
 constexpr std::string_view thin_black = R"(fill="none" stroke="#222222" stroke-width="0.25")";
@@ -285,17 +292,27 @@ class Plan {
  private:
   Place on_sheet(const SurveyPoint& point) const { return mapping_.on_sheet({point.x, point.y}); }
 
-  // Of a crowd the rare codes come first.
+  // Of a crowd the points of rare codes come first.
   std::vector<std::size_t> points_to_draw() const {
     std::vector<Place> places;
     places.reserve(survey_.points.size());
     for (const SurveyPoint& point : survey_.points) places.push_back(on_sheet(point));
-    std::vector<std::size_t> order;
-    order.reserve(places.size());
-    for (auto group = groups_.rbegin(); group != groups_.rend(); ++group) {
-      order.insert(order.end(), group->points.begin(), group->points.end());
-    }
+    std::vector<std::size_t> order(places.size());
+    std::iota(order.begin(), order.end(), std::size_t{0});
+    const std::vector<bool> rare = points_of_rare_codes();
+    std::stable_partition(order.begin(), order.end(), [&](std::size_t i) { return rare[i]; });
     return thinned(places, order, layout_.frame, 2 * reach_, most_symbols);
+  }
+
+  std::vector<bool> points_of_rare_codes() const {
+    std::vector<bool> rare(survey_.points.size());
+    for (const CodeGroup& group : groups_) {
+      for (const auto& [code, members] : points_by_code(survey_.points, group.points)) {
+        if (members.size() > most_of_rare_code) continue;
+        for (const std::size_t i : members) rare[i] = true;
+      }
+    }
+    return rare;
   }
 
   bool can_draw_area() const {
@@ -423,6 +440,7 @@ class Plan {
 
   void lines() {
     if (!study_.complete()) return;
+    contours();
     svg_.open_group(R"(id="boundary")");
     svg_.path(path_through(on_sheet(study_.boundary.vertices), true), ring_paint());
     svg_.close_group();
@@ -432,6 +450,67 @@ class Plan {
               section_paint);
     svg_.close_group();
     nodes();
+  }
+
+  void contours() {
+    svg_.open_group(R"(id="contours" fill="none" stroke="#a0703c" stroke-linejoin="round")");
+    for (const bool is_index : {false, true}) {
+      svg_.open_group(is_index ? R"(id="index-contours" stroke-width="0.35")"
+                               : R"(id="plain-contours" stroke-width="0.13")");
+      for (const Contour& contour : study_.contours.lines) {
+        if (contour.is_index == is_index) svg_.path(contour_path(contour));
+      }
+      svg_.close_group();
+    }
+    svg_.close_group();
+    contour_labels();
+  }
+
+  // Without what is too near to its neighbour to be seen.
+  std::string contour_path(const Contour& contour) const {
+    std::vector<Place> line = on_sheet(contour.line);
+    const Place last = line.back();
+    Place kept = line.front();
+    const auto too_near = [&](const Place& place) {
+      if (place == line.front() || std::hypot(place.x - kept.x, place.y - kept.y) > nearest_bends) {
+        kept = place;
+        return false;
+      }
+      return true;
+    };
+    std::erase_if(line, too_near);
+    if (line.back() != last) line.push_back(last);
+    return path_through(line, contour.is_closed);
+  }
+
+  // The elevation stands on the line, once or more where it is long.
+  void contour_labels() {
+    svg_.open_group(R"(id="contour-labels")");
+    const int decimals = decimals_for(study_.contours.step);
+    for (const Contour& contour : study_.contours.lines) {
+      if (contour.is_index) contour_label(contour, sheet_value(contour.level, decimals));
+    }
+    svg_.close_group();
+  }
+
+  void contour_label(const Contour& contour, const std::string& text) {
+    const double half = text_width(text, least_letters) / 2 + label_gap;
+    double since = label_distance / 2;  // along the line
+    std::optional<Place> before;
+    for (const Place& at : on_sheet(contour.line)) {
+      if (before) since += std::hypot(at.x - before->x, at.y - before->y);
+      before = at;
+      const Rect box{at.x - half, at.y - least_letters / 2, at.x + half, at.y + least_letters / 2};
+      const Rect& f = layout_.frame;
+      const bool inside = box.left > f.left + 1 && box.right < f.right - 1 && box.top > f.top + 1 &&
+                          box.bottom < f.bottom - 1;
+      if (since < label_distance || !inside || !board_.is_free(box)) continue;
+      since = 0.0;
+      board_.occupy(box);
+      svg_.text(
+          {at.x, at.y + 0.36 * least_letters}, text,
+          {.size = least_letters, .anchor = Anchor::middle, .colour = "#a0703c", .halo = true});
+    }
   }
 
   std::string_view ring_paint() const {
@@ -580,6 +659,7 @@ class Plan {
       legend_entry(symbol.outline(at, 1.1), symbol.paint, at, entry_text(groups_[i]));
     }
     if (study_.complete()) study_legend();
+    if (!study_.contours.lines.empty()) contour_legend();
     if (area_is_drawn_) area_legend();
     svg_.close_group();
   }
@@ -594,6 +674,12 @@ class Plan {
                  words::cut_by_number.text());
     at = legend_row();
     legend_entry(node_mark(at), node_paint, at, words::node_entry.text());
+  }
+
+  void contour_legend() {
+    const double step = study_.contours.step;
+    legend_line(contour_paint, words::contour_entry.with({fixed(step, decimals_for(step))}));
+    legend_line(index_paint, words::index_entry.text());
   }
 
   void area_legend() {

@@ -25,6 +25,7 @@ constexpr std::size_t fields_held = fields_allowed + 1;
 constexpr std::size_t characters_shown = 40;
 constexpr std::size_t longest_number = 400;  // of characters; past every double's exact digits
 constexpr int fewest_decimals = 3;
+constexpr std::size_t lines_a_look = 16384;  // between two words on the progress
 
 // What is wrong with the line at hand, and at which of its bytes.
 class LineFault : public std::runtime_error {
@@ -313,12 +314,16 @@ class Reader {
  public:
   Reader(FieldOrder order, const Parting& parting) : order_(order), parting_(parting) {}
 
-  void read(std::string_view text) {
-    file_.points.reserve(static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n') + 1));
+  void read(std::string_view text, Progress& progress) {
+    const auto about = static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n') + 1);
+    file_.points.reserve(about);
     std::string_view line;
     for (Lines lines(text); lines.next(line);) {
       line_ = lines.number();
       if (!holds_nothing(line)) filled_line(line);
+      if (line_ % lines_a_look == 0) {
+        progress.reach(static_cast<double>(line_) / static_cast<double>(about));
+      }
     }
   }
 
@@ -442,13 +447,13 @@ class Reader {
 
 }  // namespace
 
-PointFile read_points(std::string_view bytes, FieldOrder order) {
+PointFile read_points(std::string_view bytes, FieldOrder order, Progress& progress) {
   const Decoded decoded(bytes);
   if (decoded.fault()) return {{}, {*decoded.fault()}};
   const Parting parting = parting_of(decoded.text());
   if (parting.fault) return {{}, {*parting.fault}};
   Reader reader(order, parting);
-  reader.read(decoded.text());
+  reader.read(decoded.text(), progress);
   return reader.take_file();
 }
 

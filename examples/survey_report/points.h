@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "survey_report/bad_line.h"
+#include "survey_report/progress.h"
 #include "survey_report/writer.h"
 
 namespace survey_report {
@@ -45,7 +46,8 @@ struct PointFile {
 ///   - Lines end in LF or CRLF, or all of them in CR.
 ///   - Alphabets are those of Decoded.
 /// Every other line that is not a point is listed among the bad ones.
-PointFile read_points(std::string_view bytes, FieldOrder order);
+PointFile read_points(std::string_view bytes, FieldOrder order,
+                      Progress& progress = unseen_progress());
 
 /// Writes a point file that reads back as these points, bit for bit, under a header:
 /// coordinates with three decimals or as many more as they need, a field in quotes where it

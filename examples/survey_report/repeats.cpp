@@ -14,6 +14,7 @@
 #include "orv2_geo/orv2_geo.hpp"
 #include "survey_report/failure_words.h"
 #include "survey_report/point_arrays.h"
+#include "survey_report/progress_indicator.h"
 #include "survey_report/words.h"
 
 namespace survey_report {
@@ -104,21 +105,12 @@ class PairSearch {
 
 // ---- The library's removal
 
-// The library asks for a progress indicator; this one shows nothing.
-class UnseenProgress final : public orv2_geo::LateBound {
- public:
-  orv2_geo::Variant call(std::string_view, std::span<const orv2_geo::Argument>) override {
-    orv2_geo::raise(orv2_geo::failure::no_such_member);
-  }
-  void set_property(std::string_view, const orv2_geo::Variant&) override {}
-};
-
-Places kept_of(const Points& points, double tolerance) {
+Places kept_of(const Points& points, double tolerance, Progress& shown) {
   const PointArrays arrays(points);
   std::int32_t count = arrays.count;
   orv2_geo::LongArray numbers(0, count);
   for (std::int32_t i = 1; i <= count; ++i) numbers(i) = i;
-  const orv2_geo::ObjectRef progress(new UnseenProgress);
+  const orv2_geo::ObjectRef progress(new ProgressIndicator(shown));
   orv2_geo::cgeo_Matrices().Quita_Puntos_Repetidos_XYZ_con_indice1(
       count, arrays.x, arrays.y, arrays.z, numbers, progress, tolerance, false);
   if (count < 1) throw std::range_error(words::search_failed.text());
@@ -166,14 +158,14 @@ struct DialogArrays : PointArrays {
 
 }  // namespace
 
-Repeats repeats_of(const Points& points, double tolerance) {
+Repeats repeats_of(const Points& points, double tolerance, Progress& progress) {
   Repeats repeats;
   repeats.tolerance = tolerance;
   repeats.pairs = PairSearch(points, tolerance).take_pairs(most_pairs);
   repeats.too_many_pairs = repeats.pairs.size() > most_pairs;
   if (repeats.too_many_pairs) repeats.pairs.clear();
   try {
-    repeats.kept = kept_of(points, tolerance);
+    repeats.kept = kept_of(points, tolerance, progress);
   } catch (const orv2_geo::RunFailure& failure) {
     repeats.fault = words_of(failure);
   } catch (const std::range_error& fault) {

@@ -184,6 +184,14 @@ std::string inside_table(const Survey& survey, const std::vector<std::size_t>& i
   return table.text();
 }
 
+std::string triangles_text(const Survey& survey, const Contours& contours) {
+  const std::string text = words::between_spots.with(
+      {std::to_string(contours.triangles), std::to_string(contours.points),
+       counted(survey.points.size(), words::point, words::points)});
+  if (contours.left_out == 0) return text;
+  return words::triangles_left_out.with({text, std::to_string(contours.left_out)});
+}
+
 std::string inside_text(const Survey& survey, const WorkArea& area) {
   if (!area.fault.empty()) return words::not_computed_inside.with({area.fault});
   return words::so_many_inside.with({std::to_string(area.inside.size()),
@@ -309,6 +317,7 @@ std::string heading_section(const Survey& survey, const Traverse& traverse,
             words::in_plan.with({length_text(traverse.length),
                                  counted(traverse.legs.size(), words::leg, words::legs)}));
   if (!notes.plan.empty()) facts.add(words::plan_title, notes.plan);
+  if (!notes.dxf.empty()) facts.add(words::dxf_title, notes.dxf);
   return titled(words::survey_report.with({without_controls(survey.file_name)})) + facts.text() +
          '\n' + extents_table(survey.points);
 }
@@ -369,6 +378,26 @@ std::string relief_section(const Survey& survey, const Study& study) {
     text += words::slope_dash.view();
   }
   return text + '\n' + nodes_table(survey, relief) + '\n' + summary_text(relief);
+}
+
+std::string contours_section(const Survey& survey, const Study& study) {
+  const std::string text = titled(words::contours.view());
+  const std::string reason = reason_for_none(study);
+  if (!reason.empty()) return text + reason;
+  const Contours& contours = study.contours;
+  if (!contours.fault.empty()) return text + words::no_profile_reason.with({contours.fault});
+  Facts facts;
+  const std::size_t lines = contours.lines.size();
+  const Word& line = lines == 1 ? words::contour_line : words::contour_lines;
+  facts.add(words::contour_step, words::contour_levels.with({step_text(contours.step),
+                                                             line.with({std::to_string(lines)})}));
+  if (lines > 0) {
+    facts.add(words::lowest, length_text(contours.lines.front().level));
+    facts.add(words::highest, length_text(contours.lines.back().level));
+  }
+  facts.add(words::triangles, triangles_text(survey, contours));
+  const bool all = survey.points.size() <= most_triangulated;
+  return text + facts.text() + (all ? "" : words::thinned_triangles.text());
 }
 
 std::string reason_for_no_profile(const Study& study) {
@@ -446,7 +475,8 @@ void write_report(Writer& out, const Survey& survey, const Study& study, const T
       << apart;
   if (!notes.dialog.empty()) out << notes.dialog << apart;
   out << boundary_section(study) << apart << relief_section(survey, study) << apart
-      << profile_section(study) << apart << area_section(survey, study) << apart;
+      << contours_section(survey, study) << apart << profile_section(study) << apart
+      << area_section(survey, study) << apart;
   write_traverse_section(out, survey, traverse);
 }
 

@@ -22,6 +22,7 @@ struct Survey {
 struct ReportNotes {
   std::string dialog;  ///< the dialog_section
   std::string plan;    ///< which points a plan leaves out
+  std::string dxf;     ///< what of the points a CAD drawing leaves out
 };
 
 /// How a report says that a plan shows not all points; empty where it does.
@@ -45,6 +46,9 @@ std::string boundary_section(const Study& study);
 
 /// A row a grid node: elevation, slope and the triangle they are taken from.
 std::string relief_section(const Survey& survey, const Study& study);
+
+/// The contours: their step, levels and triangles.
+std::string contours_section(const Survey& survey, const Study& study);
 
 /// The profile along the section line, a row a station.
 std::string profile_section(const Study& study);

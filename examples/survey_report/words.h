@@ -170,6 +170,22 @@ inline constexpr Word about_profile{
     "El terreno tiene un punto frente a cada uno de esos puntos: con su propia cota si está\n"
     "sobre el eje, y si no con la del triángulo de tres puntos que rodea el pie en el eje.\n"
     "De uno al siguiente es recto.\n"};
+inline constexpr Word contours{"Contours", "Curvas de nivel"};
+inline constexpr Word contour_step{"Step", "Equidistancia"};
+inline constexpr Word contour_levels{"{1}, every fifth level an index contour: {2}",
+                                     "{1}, una de cada cinco es maestra: {2}"};
+inline constexpr Word contour_line{"{1} line", "{1} línea"};
+inline constexpr Word contour_lines{"{1} lines", "{1} líneas"};
+inline constexpr Word triangles{"Triangles", "Triángulos"};
+inline constexpr Word between_spots{"{1} between {2} places of {3}",
+                                    "{1} entre {2} lugares de {3}"};
+inline constexpr Word triangles_left_out{"{1}; {2} with a side outside the boundary are left out",
+                                         "{1}; se omiten {2} con un lado fuera del lindero"};
+inline constexpr Word thinned_triangles{
+    "Of so many points a part makes the triangles, spread over the survey.\n",
+    "De tantos puntos forma los triángulos una parte, repartida por el levantamiento.\n"};
+inline constexpr Word contour_entry{"Contour, step {1}", "Curva de nivel, cada {1}"};
+inline constexpr Word index_entry{"Index contour", "Curva maestra"};
 inline constexpr Word work_area{"Work area", "Zona de trabajo"};
 inline constexpr Word so_many_inside{"{1} of {2}, to a hundredth", "{1} de {2}, a la centésima"};
 inline constexpr Word as_given{"as given", "la indicada"};
@@ -212,6 +228,10 @@ inline constexpr Word points_too_far_apart{"the points are too far apart for a p
 inline constexpr Word no_profile{"no profile: {1}", "no hay perfil: {1}"};
 inline constexpr Word repeated_points_fault{"repeated points: {1}", "puntos repetidos: {1}"};
 
+inline constexpr Word no_triangles{"no triangles between the points",
+                                   "no hay triángulos entre los puntos"};
+inline constexpr Word level_terrain{"the terrain is level", "el terreno es llano"};
+
 // ---- Choices that do not fit the survey
 
 inline constexpr Word grid_too_fine{"--grid gives more than {1} nodes",
@@ -220,6 +240,8 @@ inline constexpr Word too_many_stations{"--stations gives more than {1} stations
                                         "--stations da más de {1} estaciones"};
 inline constexpr Word area_code_too_few{"--area-code gives fewer than three vertices",
                                         "--area-code da menos de tres vértices"};
+inline constexpr Word too_many_levels{"--contours gives more than {1} levels",
+                                      "--contours da más de {1} curvas"};
 inline constexpr Word scale_does_not_fit{
     "{1} {2} does not fit {3}: the largest round scale that does is {4}",
     "{1} {2} no cabe en {3}: la mayor escala redonda que cabe es {4}"};
@@ -235,6 +257,7 @@ inline constexpr Word label_left_out{"{1} label left out", "{1} rótulo omitido"
 inline constexpr Word labels_left_out{"{1} labels left out", "{1} rótulos omitidos"};
 inline constexpr Word points_drawn{"{1} of {2} points drawn", "{1} de {2} puntos dibujados"};
 inline constexpr Word plan_title{"Plan", "Plano"};
+inline constexpr Word dxf_title{"DXF", "DXF"};
 inline constexpr Word points_drawn_note{"{1} of {2} points are drawn, as others would cover them",
                                         "se dibujan {1} de {2} puntos, pues otros los taparían"};
 inline constexpr Word convex_hull{"Convex hull", "Envolvente convexa"};
@@ -320,6 +343,21 @@ inline constexpr Word a_drawing_file{"a CAD drawing, not a point file",
                                      "es un dibujo de CAD, no un fichero de puntos"};
 inline constexpr Word no_memory{"not enough memory", "no hay memoria suficiente"};
 
+// ---- Layers of a CAD drawing, in letters that they may have
+
+inline constexpr Word boundary_layer{"BOUNDARY", "POLIGONAL_LINDERO"};
+inline constexpr Word section_layer{"SECTION_LINE", "LINEA_DE_SECCION"};
+inline constexpr Word area_layer{"WORK_AREA", "ZONA_DE_TRABAJO"};
+inline constexpr Word contours_layer{"CONTOURS", "CURVAS_DE_NIVEL"};
+inline constexpr Word index_layer{"INDEX_CONTOURS", "CURVAS_MAESTRAS"};
+inline constexpr Word profile_layer{"PROFILE", "PERFIL"};
+inline constexpr Word profile_lines_layer{"PROFILE_LINES", "PERFIL_LINEAS"};
+inline constexpr Word profile_texts_layer{"PROFILE_TEXTS", "PERFIL_TEXTOS"};
+inline constexpr Word dxf_profile{"Longitudinal profile, exaggeration {1}, lowest {2}",
+                                  "Perfil longitudinal, exageración {1}, cota mínima {2}"};
+inline constexpr Word no_texts_note{"without texts of the points, which are more than {1}",
+                                    "sin textos de los puntos, que son más de {1}"};
+
 // ---- Files
 
 inline constexpr Word cannot_read{"cannot read {1}: {2}", "no se puede leer {1}: {2}"};
@@ -334,6 +372,24 @@ inline constexpr Word no_space{"No space left on device", "No queda espacio en e
 inline constexpr Word file_too_large{"File too large", "El fichero es demasiado grande"};
 inline constexpr Word input_output_error{"Input/output error", "Error de entrada o salida"};
 inline constexpr Word read_only{"Read-only file system", "Sistema de ficheros de solo lectura"};
+
+// ---- What is being done
+
+inline constexpr Word reading{"reading the points", "leyendo los puntos"};
+inline constexpr Word finding_boundary{"finding the boundary", "buscando el lindero"};
+inline constexpr Word finding_repeats{"looking for repeated points", "buscando puntos repetidos"};
+inline constexpr Word finding_inside{"looking into the work area", "mirando la zona de trabajo"};
+inline constexpr Word computing_relief{"computing elevations and slopes",
+                                       "calculando cotas y pendientes"};
+inline constexpr Word computing_profile{"computing the profile", "calculando el perfil"};
+inline constexpr Word computing_traverse{"computing azimuths and distances",
+                                         "calculando acimutes y distancias"};
+inline constexpr Word computing_contours{"computing the contours",
+                                         "calculando las curvas de nivel"};
+inline constexpr Word drawing{"drawing", "dibujando"};
+inline constexpr Word writing_dxf{"writing the CAD drawing", "escribiendo el dibujo de CAD"};
+inline constexpr Word writing_tables{"writing the tables", "escribiendo las tablas"};
+inline constexpr Word writing_report{"writing the report", "escribiendo el informe"};
 
 // ---- Options
 
@@ -425,9 +481,9 @@ inline constexpr Word help_northing{"the lines of FILE are number, Y, X, Z, code
                                     "las líneas de FICHERO son número, Y, X, Z,\ncódigo"};
 inline constexpr Word help_output{
     "write into FOLDER, which is made if need be,\neach file whole or not at all: report.txt,\n"
-    "plan.svg, profile.svg and tables in CSV; if\nnot given, the report is printed",
+    "plan.svg, profile.svg, survey.dxf and tables in\nCSV; if not given, the report is printed",
     "escribir en CARPETA, que se crea si hace falta,\ncada fichero entero o nada: report.txt,\n"
-    "plan.svg, profile.svg y tablas en CSV; si\nfalta, se imprime el informe"};
+    "plan.svg, profile.svg, survey.dxf y tablas en\nCSV; si falta, se imprime el informe"};
 inline constexpr Word help_plan{"draw a plan to FILE, in SVG, whole or not at\nall",
                                 "dibujar un plano en FICHERO, en SVG, entero o\nnada"};
 inline constexpr Word help_profile{"draw the profile to FILE, in SVG, whole or not\nat all",
@@ -474,6 +530,11 @@ inline constexpr Word help_stations{
     "the step of the stations along the profile; if\nnot given, a round one that makes 8 to 20 "
     "of\nthem",
     "el intervalo de las estaciones del perfil; si\nfalta, uno redondo que da de 8 a 20"};
+inline constexpr Word help_contours{
+    "the step of the contour lines on the plan; if\nnot given, a round one that makes 10 to 20 of\n"
+    "them; every fifth is an index contour",
+    "la equidistancia de las curvas de nivel del\nplano; si falta, una redonda que da de 10 a 20;\n"
+    "una de cada cinco es maestra"};
 inline constexpr Word help_area{
     "the vertices of the work area; if not given, a\nrectangle over the middle half of the "
     "boundary",

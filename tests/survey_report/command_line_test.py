@@ -130,6 +130,9 @@ class Options(InAFolder):
             (["good.csv", "--stations=x"], '--stations "x" is not a positive number'),
             (["good.csv", "--stations=5", "--stations=5"], "more than one --stations is given"),
             (["good.csv", "--stations"], "--stations needs a step"),
+            (["good.csv", "--contours", "0"], '--contours "0" is not a positive number'),
+            (["good.csv", "--contours=5", "--contours=5"], "more than one --contours is given"),
+            (["good.csv", "--contours"], "--contours needs a step"),
             (["good.csv", "--corridor", "-1"], '--corridor "-1" is not a positive number'),
             (["good.csv", "--corridor=5", "--corridor=5"], "more than one --corridor is given"),
             (["good.csv", "--corridor"], "--corridor needs a width"),
@@ -243,6 +246,14 @@ class BoundaryAndRelief(InAFolder):
     def test_a_grid_too_fine(self):
         self.assert_fails(run("square.csv", "--grid", "0.001"), 2,
                           "survey_report: --grid gives more than 40000 nodes" + Options.HINT)
+
+    def test_contours_have_the_step_of_the_user(self):
+        self.assertIn("Step       0.5, every fifth level an index contour: ",
+                      self.report("--contours=0.5"))
+
+    def test_too_many_contours(self):
+        self.assert_fails(run("square.csv", "--contours", "0.001"), 2,
+                          "survey_report: --contours gives more than 400 levels" + Options.HINT)
 
     def test_too_many_stations(self):
         self.assert_fails(run("square.csv", "--section=0,0,100,0", "--stations", "0.001"), 2,
@@ -458,6 +469,42 @@ class Plan(InAFolder):
         for text in (name, "1<2", "<&> (1)", "]]> (1)"):
             self.assertIn(text, texts)
 
+    def test_symbols_stand_in_groups_of_their_codes_with_titles(self):
+        name = self.write("codes.csv", '1<2,0,0,0.5,"<&>"\n2,5,5,0,"\'""\x01"\n3,9,2,1,\n4,1,8,1,"<&>"\n')
+        root = self.plan(name)
+        [points] = self.group(root, "points")
+        groups = {group.get("data-code"): group for group in points.iter(self.SVG + "g")
+                  if group.get("class") == "code"}
+        self.assertEqual(sorted(groups), ["", "'\" ", "<&>"])
+        titles = [[title.text for title in group.iter(self.SVG + "title")]
+                  for group in (groups["<&>"], groups["'\" "], groups[""])]
+        self.assertEqual(titles, [
+            ["1<2 <&>: X 0.000, Y 0.000, Z 0.500", "4 <&>: X 1.000, Y 8.000, Z 1.000"],
+            ["2 '\" : X 5.000, Y 5.000, Z 0.000"], ["3: X 9.000, Y 2.000, Z 1.000"]])
+        [labels] = self.group(root, "labels")
+        labelled = {group.get("data-code"): [text.text for text in group.iter(self.SVG + "text")]
+                    for group in labels.iter(self.SVG + "g") if group.get("class") == "code"}
+        self.assertEqual(labelled, {"<&>": ["1<2", "4"], "'\" ": ["2"], "": ["3"]})
+
+    def test_no_name_of_a_group_is_used_twice_even_with_the_profile(self):
+        run("square.csv", "--section=0,0,100,0", "--plan=plan.svg", "--profile=profile.svg")
+        names = [element.get("id") for file in ("plan.svg", "profile.svg")
+                 for element in ElementTree.parse(file).getroot().iter() if element.get("id")]
+        self.assertEqual(len(names), len(set(names)))
+
+    def test_a_large_survey_is_thinned_and_said_to_be(self):
+        self.write("large.csv", "".join(f"{i},{i % 200},{i // 200},{i % 7},C{i % 3}\n"
+                                        for i in range(25000)))
+        root = self.plan("large.csv", "--sheet=A4")
+        [points] = self.group(root, "points")
+        drawn = len(list(points.iter(self.SVG + "path")))
+        self.assertLess(drawn, 20001)
+        texts = [text.text for text in root.iter(self.SVG + "text")]
+        self.assertIn(f"{drawn} of 25000 points drawn", texts)
+        report = run("large.csv", "--sheet=A4", "--plan=plan.svg").stdout.decode()
+        self.assertIn(f"Plan      {drawn} of 25000 points are drawn, as others would cover them\n",
+                      report)
+
     def test_sheet_and_scale_are_the_users(self):
         for arguments, scale, size in (
                 (["--scale=1:1000"], "1:1000", ("297mm", "210mm")),
@@ -577,7 +624,7 @@ class BadData(InAFolder):
 
 FOLDER = ["extremes.csv", "grid_nodes.csv", "plan.svg", "points.csv", "points_in_area.csv",
           "profile.svg", "profile_stations.csv", "repeated_pairs.csv", "report.txt",
-          "section_cuts.csv"]
+          "section_cuts.csv", "survey.dxf"]
 NO_PROFILE = [name for name in FOLDER if name != "profile.svg"]
 
 
@@ -753,6 +800,8 @@ class Languages(InAFolder):
         for folder, found in words.items():
             for file in pathlib.Path(folder).iterdir():
                 text = file.read_text(encoding="utf-8")
+                if file.suffix == ".dxf":  # layers and texts: the other test reads them
+                    continue
                 if file.suffix == ".svg":
                     text = "\n".join(ElementTree.fromstring(text.encode()).itertext())
                 found.update(re.findall(r"[^\W\d_]+", text.lower()))

@@ -16,8 +16,10 @@ inline std::string point_file(const std::vector<SurveyPoint>& points, FieldOrder
 /// All sections of the report.
 inline std::string report(const Survey& survey, const Study& study,
                           const std::string& dialog = {}) {
+  ReportNotes notes;
+  notes.dialog = dialog;
   return text_of([&](Writer& out) {
-    write_report(out, survey, study, traverse_through(survey.points), {dialog, {}});
+    write_report(out, survey, study, traverse_through(survey.points), notes);
   });
 }
 
