@@ -138,7 +138,6 @@ class Dxf {
  public:
   Dxf(Writer& out, const Figures& figures)
       : pairs_(out),
-        figures_(figures),
         points_(figures.survey.points),
         study_(figures.study),
         extents_(extents_of(points_)),
@@ -335,7 +334,6 @@ class Dxf {
   }
 
   Pairs pairs_;
-  const Figures& figures_;
   const std::vector<SurveyPoint>& points_;
   const Study& study_;
   Extents extents_;

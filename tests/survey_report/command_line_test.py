@@ -799,9 +799,9 @@ class Languages(InAFolder):
         words = {folder: set() for folder in ("es", "en")}
         for folder, found in words.items():
             for file in pathlib.Path(folder).iterdir():
-                text = file.read_text(encoding="utf-8")
-                if file.suffix == ".dxf":  # layers and texts: the other test reads them
+                if file.suffix == ".dxf":  # its layers are another test's
                     continue
+                text = file.read_text(encoding="utf-8")
                 if file.suffix == ".svg":
                     text = "\n".join(ElementTree.fromstring(text.encode()).itertext())
                 found.update(re.findall(r"[^\W\d_]+", text.lower()))
