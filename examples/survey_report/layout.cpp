@@ -3,6 +3,9 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cmath>
+#include <cstdint>
+#include <limits>
 
 #include "survey_report/utf8.h"
 
@@ -27,6 +30,46 @@ void end_line(Writer& out) {
 
 bool is_control(char letter) { return static_cast<unsigned char>(letter) < 0x20 || letter == 0x7F; }
 
+// ---- Numbers of few decimals, without the long way that any number needs
+
+constexpr int most_quick_decimals = 4;
+constexpr std::array<int, most_quick_decimals + 1> powers_of_ten = {1, 10, 100, 1000, 10000};
+constexpr double largest_quick = 1e11;  // times a power of ten it has 15 digits, which doubles hold
+
+// A whole number of 10^-decimals.
+void append_units(std::string& text, bool negative, std::uint64_t units, int decimals) {
+  std::array<char, 24> room;
+  const auto [end, error] = std::to_chars(room.data(), room.data() + room.size(), units);
+  const std::string_view digits(room.data(), static_cast<std::size_t>(end - room.data()));
+  const auto behind = static_cast<std::size_t>(decimals);
+  if (negative) text += '-';
+  if (digits.size() <= behind) text.append(behind + 1 - digits.size(), '0');
+  text += digits;
+  if (behind > 0) text.insert(text.size() - behind, 1, '.');
+}
+
+// A product with 10^4 is exact in 64 bits, so that it is rounded but once.
+bool append_fixed_quickly(std::string& text, double value, int decimals) {
+  if constexpr (std::numeric_limits<long double>::digits < 64) return false;
+  if (decimals > most_quick_decimals || !(std::abs(value) < largest_quick)) return false;
+  const long double exactly =
+      static_cast<long double>(std::abs(value)) * powers_of_ten[static_cast<std::size_t>(decimals)];
+  const auto units = static_cast<std::uint64_t>(std::llrint(exactly));
+  append_units(text, std::signbit(value) && units != 0, units, decimals);
+  return true;
+}
+
+// Of no more than 15 digits only one number is nearest to a double, and so the shortest.
+bool append_exact_quickly(std::string& text, double value, int decimals) {
+  if (decimals == 0 || decimals > most_quick_decimals) return false;
+  if (!(std::abs(value) < largest_quick)) return false;
+  const double power = powers_of_ten[static_cast<std::size_t>(decimals)];
+  const auto units = static_cast<std::uint64_t>(std::llrint(std::abs(value) * power));
+  if (static_cast<double>(units) / power != std::abs(value)) return false;
+  append_units(text, std::signbit(value), units, decimals);
+  return true;
+}
+
 // The longest finite number has 309 digits before the point, the smallest 324
 // after it and 16 more.
 using Room = std::array<char, 400>;
@@ -34,6 +77,7 @@ using Room = std::array<char, 400>;
 }  // namespace
 
 void append_fixed(std::string& text, double value, int decimals) {
+  if (append_fixed_quickly(text, value, decimals)) return;
   Room room;
   const auto [end, error] = std::to_chars(room.data(), room.data() + room.size(), value,
                                           std::chars_format::fixed, decimals);
@@ -50,6 +94,7 @@ std::string fixed(double value, int decimals) {
 }
 
 void append_exact(std::string& text, double value, int decimals) {
+  if (append_exact_quickly(text, value, decimals)) return;
   Room room;
   const auto [end, error] =
       std::to_chars(room.data(), room.data() + room.size(), value, std::chars_format::fixed);
