@@ -5,6 +5,7 @@ set -euo pipefail
 wanted=(
   g++ cmake ninja-build python3 python3-dev locales
   libgtest-dev
+  libcli11-dev libgeos-dev
 )
 # For the checks of a developer: formats, lint, sanitizers under both compilers.
 checks=(clang clang-format clang-tidy libclang-rt-14-dev ccache)
@@ -15,6 +16,8 @@ screen=(qt6-base-dev qt6-translations-l10n libxcb1-dev xvfb openbox twm xdotool 
   libxfixes3 fonts-liberation)
 # For wheels of the Python package, and for its tests with other packages.
 python=(python3-setuptools python3-wheel python3-venv python3-pip python3-numpy python3-matplotlib mypy debootstrap)
+# For reading the survey report's CAD drawings back.
+report=(python3-ezdxf)
 # For the documentation site and its pictures.
 docs=(mkdocs mkdocs-material python3-pymdownx python3-matplotlib fonts-dejavu-core)
 # For packages, for what they promise, and for the zip of what belongs to Windows.
@@ -27,7 +30,7 @@ windows=(g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix mingw-w64-tools goo
   wine wine64 libwine-dev debootstrap xvfb openbox xdotool xclip x11-utils fonts-liberation fonts-wine)
 
 # Those that `all` brings; what is for other processors is asked for by its name.
-groups=(checks bench screen python docs packages windows)
+groups=(checks bench screen python report docs packages windows)
 group="${1:-build}"
 case "$group" in
   build) chosen=() ;;

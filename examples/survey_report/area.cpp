@@ -11,6 +11,7 @@
 #include "survey_report/failure_words.h"
 #include "survey_report/layout.h"
 #include "survey_report/utf8.h"
+#include "survey_report/words.h"
 
 namespace survey_report {
 
@@ -34,18 +35,16 @@ std::vector<Place> middle_of(const Box& box) {
 
 WorkArea chosen(const std::vector<SurveyPoint>& points, const Boundary& boundary,
                 const AreaChoice& choice) {
-  if (!choice.vertices.empty()) return {"as given", choice.vertices, {}, {}};
+  if (!choice.vertices.empty()) return {words::as_given.text(), choice.vertices, {}, {}};
   if (choice.code) {
-    const std::string origin = "points whose code begins with " + without_controls(*choice.code);
+    const std::string origin =
+        words::points_with_code.with({words::points.view(), without_controls(*choice.code)});
     const std::vector<Place> ring = ring_through(places_coded(points, *choice.code));
     if (ring.size() >= fewest_vertices) return {origin, ring, {}, {}};
-    throw ChoiceFault("--area-code gives fewer than three vertices");
+    throw ChoiceFault(words::area_code_too_few.text());
   }
   if (boundary.vertices.empty()) return {};
-  return {"rectangle over the middle half of the boundary",
-          middle_of(box_of(boundary.vertices)),
-          {},
-          {}};
+  return {words::middle_half.text(), middle_of(box_of(boundary.vertices)), {}, {}};
 }
 
 bool is_near(const SurveyPoint& point, const Box& box) {
@@ -57,7 +56,7 @@ std::vector<std::size_t> points_in(const std::vector<SurveyPoint>& points,
                                    const std::vector<Place>& ring) {
   const Box box = box_of(ring);
   if (!(larger_side(box) < largest_area)) {
-    throw std::range_error("the area is larger than " + fixed(largest_area, 0));
+    throw std::range_error(words::area_larger_than.with({fixed(largest_area, 0)}));
   }
   const Place origin{box.x.min, box.y.min};
   const Chain chain(ring, origin);
@@ -68,7 +67,7 @@ std::vector<std::size_t> points_in(const std::vector<SurveyPoint>& points,
     std::int16_t no_region = 0;
     const bool is_inside = library.Pto_in_Poligono(
         chain.x, chain.y, chain.count, points[i].x - origin.x, points[i].y - origin.y, no_region);
-    if (no_region != 0) throw std::range_error("the system makes no region of the area");
+    if (no_region != 0) throw std::range_error(words::no_region.text());
     if (is_inside) inside.push_back(i);
   }
   return inside;

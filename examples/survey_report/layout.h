@@ -1,21 +1,27 @@
 // layout.h: numbers and tables for a fixed-pitch font.
 #pragma once
 
+#include <cstddef>
 #include <deque>
+#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
+
+#include "survey_report/writer.h"
 
 namespace survey_report {
 
 /// `value`, which is finite, with so many decimals and "." as decimal sign,
 /// whatever the locale. What rounds to zero has no sign.
 std::string fixed(double value, int decimals);
+void append_fixed(std::string& text, double value, int decimals);
 
 /// `value`, which is finite, with the decimals that make it read back as it is,
 /// and no fewer than `decimals`.
 std::string exact(double value, int decimals);
+void append_exact(std::string& text, double value, int decimals);
 
 /// An azimuth of 400 to the circle with four decimals; what rounds to the full
 /// circle is 0.0000.
@@ -28,6 +34,23 @@ struct Column {
   Align align = Align::left;
 };
 
+/// The rows of a table whose widths are known before its cells.
+class TableRows {
+ public:
+  /// A column is at least as wide as its heading.
+  TableRows(std::vector<Column> columns, std::vector<std::size_t> widths);
+
+  /// Headings and a rule; lines have no blanks at their end.
+  void head(Writer& out) const;
+
+  /// A row of one cell a column, UTF-8.
+  void row(Writer& out, std::span<const std::string_view> cells) const;
+
+ private:
+  std::vector<Column> columns_;
+  std::vector<std::size_t> widths_;
+};
+
 /// A table whose columns are as wide as their widest cell, heading included.
 class Table {
  public:
@@ -36,14 +59,14 @@ class Table {
   /// Adds a row of one cell a column, UTF-8.
   void add(std::vector<std::string> cells);
 
-  /// Headings, a rule, and the rows; lines have no blanks at their end.
+  /// Headings, a rule, and the rows.
   std::string text() const;
 
  private:
   std::vector<std::size_t> widths() const;
 
   std::vector<Column> columns_;
-  std::deque<std::string> cells_;  // row by row; of a million rows a vector each would be much
+  std::deque<std::string> cells_;  // row by row
 };
 
 }  // namespace survey_report

@@ -1,8 +1,13 @@
-// survey_report: prints what a point file holds.
+// survey_report: tells, draws and tabulates what a point file holds.
+#include <unistd.h>
+
+#include <chrono>
 #include <cstdio>
 #include <deque>
 #include <exception>
 #include <filesystem>
+#include <memory>
+#include <new>
 #include <optional>
 #include <span>
 #include <stdexcept>
@@ -12,6 +17,8 @@
 #include <utility>
 #include <vector>
 
+#include "survey_report/dxf.h"
+#include "survey_report/exit_code.h"
 #include "survey_report/extremes.h"
 #include "survey_report/failure_words.h"
 #include "survey_report/options.h"
@@ -19,237 +26,278 @@
 #include "survey_report/plan.h"
 #include "survey_report/points.h"
 #include "survey_report/profile_drawing.h"
+#include "survey_report/progress_bar.h"
 #include "survey_report/repeats.h"
 #include "survey_report/report.h"
+#include "survey_report/stages.h"
 #include "survey_report/study.h"
+#include "survey_report/tables.h"
 #include "survey_report/traverse.h"
+#include "survey_report/words.h"
 
 namespace survey_report {
 namespace {
 
-constexpr std::string_view help_text = R"(Usage: survey_report [options] FILE
-
-Prints a survey: its extremes, its repeated points, its boundary with a section
-line across it, elevations and slopes at the nodes of a grid, a longitudinal
-profile along the section line, the points inside a work area, and all points
-with azimuth and distance from each to the next. On request it draws a plan and
-the profile.
-
-FILE is a point file, one point a line: number, X, Y, Z, code. The code may be
-left out. A header line, blank lines and lines that start with # may be there.
-The decimal sign is a point. Azimuths are in gon: 400 to the circle, 0 along
-+Y, clockwise.
-
-Options:
-  --northing-first    the lines of FILE are number, Y, X, Z, code
-  -o, --output FILE   write the report to FILE, whole or not at all
-  --plan FILE         draw a plan to FILE, in SVG, whole or not at all
-  --profile FILE      draw the profile to FILE, in SVG, whole or not at all
-  --sheet FORMAT      draw on a sheet of A4, A3, A2 or A1; if not given, on the
-                      smallest with room for most labels
-  --scale 1:N         the scale of the plan; if not given, the largest round one
-                      that the sheet has room for
-  --profile-scale 1:N the scale of the profile's distances; if not given, a
-                      large round one; elevations are drawn 1, 2, 5, 10, ...
-                      times as large, to a round scale that fills the sheet
-  --unit UNIT         the unit of lengths, for the scales: m, ft (0.3048 m) or
-                      us-ft (1200/3937 m); if not given, m is assumed
-  --boundary CODE     the boundary is the points whose code begins with CODE
-                      (LINDERO if not given), in their order; where these are
-                      fewer than three, the convex hull of all points
-  --section X1,Y1,X2,Y2
-                      the ends of the section line; if not given, from west to
-                      east through the middle of the boundary; it is the axis
-                      of the profile
-  --grid STEP         the step of the grid; if not given, a round one that
-                      makes about 8 x 8 nodes
-  --corridor WIDTH    the profile is made at the points that lie as near as
-                      WIDTH to the section line, on either side; if not given,
-                      half of the step that the grid has by itself
-  --stations STEP     the step of the stations along the profile; if not given,
-                      a round one that makes 8 to 20 of them
-  --area X1,Y1,X2,Y2,X3,Y3,...
-                      the vertices of the work area; if not given, a rectangle
-                      over the middle half of the boundary
-  --area-code CODE    the vertices of the work area are the points whose code
-                      begins with CODE, in their order
-  --repeats TOLERANCE
-                      two points are a pair of repeated points when they are
-                      nearer than TOLERANCE in X and in Y (0.02 if not given)
-  --kept FILE         write a copy of the survey without its repeated points to
-                      FILE, as a point file, whole or not at all; report and
-                      drawings are of all points
-  --repetidos         choose the points for that copy in the library's dialog,
-                      with the tolerance typed there; it goes to the present
-                      folder under the name of FILE with _kept.csv if --kept is
-                      not given; a dialog that is cancelled, as it is without a
-                      screen, writes none
-  --ver               show the extremes in the library's dialog, for two points
-                      or more
-  -h, --help          print this help and stop
-  --                  what follows is FILE, even if it starts with -
-
-The status is 0 when the report was written, 1 when the data or a file were at
-fault (nothing is printed then but the messages), 2 when the options were.
-)";
-
-constexpr int bad_data = 1;
-constexpr int bad_usage = 2;
+namespace fs = std::filesystem;
 
 // Data that cannot be reported; the message is complete, with its line ends.
 class DataFault : public std::runtime_error {
  public:
-  using std::runtime_error::runtime_error;
+  DataFault(ExitCode code, const std::string& what) : std::runtime_error(what), code_(code) {}
+
+  ExitCode code() const noexcept { return code_; }
+
+ private:
+  ExitCode code_;
 };
 
-// ---- The report
+DataFault failed(const std::string& file, const std::string& why) {
+  return {ExitCode::failed, file + ": " + why + '\n'};
+}
 
-bool same_file(const std::string& a, const std::string& b) {
+// ---- What is written beside what
+
+constexpr std::string_view report_file = "report.txt";
+constexpr std::string_view plan_file = "plan.svg";
+constexpr std::string_view profile_file = "profile.svg";
+constexpr std::string_view dxf_file = "survey.dxf";
+
+std::vector<std::string_view> folder_files() {
+  std::vector<std::string_view> names = {report_file, plan_file, profile_file, dxf_file};
+  for (const TableFile& table : table_files) names.push_back(table.name);
+  return names;
+}
+
+bool same_file(const fs::path& a, const fs::path& b) {
   std::error_code not_there;
-  if (std::filesystem::exists(a, not_there) && std::filesystem::exists(b, not_there)) {
-    return std::filesystem::equivalent(a, b, not_there) &&
-           std::filesystem::is_regular_file(a, not_there);
+  if (fs::exists(a, not_there) && fs::exists(b, not_there)) {
+    return fs::equivalent(a, b, not_there) && fs::is_regular_file(a, not_there);
   }
-  const auto full = [&](const std::string& name) {
-    return std::filesystem::weakly_canonical(std::filesystem::absolute(name), not_there);
+  const auto full = [&](const fs::path& name) {
+    return fs::weakly_canonical(fs::absolute(name), not_there);
   };
   return full(a) == full(b);
 }
 
-// What is written must not take the place of the survey or of each other.
-void check_apart(const Command& command) {
-  struct Named {
-    const std::optional<std::string>& file;
-    const char* name;   // as another's
-    const char* names;  // as the subject
-  };
-  const Named files[] = {{command.input, "the point file", ""},
-                         {command.output, "the output file", "the output file is "},
-                         {command.plan, "the --plan file", "--plan names "},
-                         {command.profile, "the --profile file", "--profile names "},
-                         {command.kept, "", "--kept names "}};
-  for (const Named& later : files) {
-    for (const Named* earlier = files; earlier != &later; ++earlier) {
-      if (!earlier->file || !later.file || !same_file(*earlier->file, *later.file)) continue;
-      throw UsageFault(std::string(later.names) + earlier->name);
-    }
-  }
-}
-
-Survey load_survey(const std::string& file, FieldOrder order) {
-  PointFile read = read_points(load(file), order);
-  if (!read.bad_lines.empty()) throw DataFault(messages(file, read.bad_lines));
-  if (read.points.empty()) throw DataFault(file + ": no points\n");
-  return {std::filesystem::path(file).filename().string(), order, std::move(read.points)};
-}
-
-std::string report_on(const std::string& file, const Survey& survey, const Study& study,
-                      const std::string& dialog) try {
-  return report(survey, study, dialog);
-} catch (const LegFault& fault) {
-  throw DataFault(messages(file, {{fault.line(), fault.what()}}));
-}
-
-Study study_on(const Survey& survey, const StudyOptions& options) try {
-  return study_of(survey.points, options);
-} catch (const ChoiceFault& fault) {
-  throw UsageFault(fault.what());
-}
-
-using Draw = std::string (*)(const Survey& survey, const Study& study,
-                             const DrawingOptions& options);
-
-std::string drawing_on(const Command& command, const Survey& survey, const Study& study,
-                       Draw draw) try {
-  return draw(survey, study, command.drawings);
-} catch (const ChoiceFault& fault) {
-  throw UsageFault(fault.what());
-} catch (const DrawingFault& fault) {
-  throw DataFault(*command.input + ": " + fault.what() + '\n');
-}
-
-void put_report(const std::optional<std::string>& file, const std::string& text) {
-  if (file) {
-    save(*file, text);
-  } else {
-    print(text);
-  }
-}
-
-// A file that is written beside the report.
-struct Beside {
-  std::string file;
-  std::string text;
+// A file that is read or written, and what it is called.
+struct NamedFile {
+  fs::path file;
+  std::string name;
 };
 
-// These take their names last: where the report fails, there is none.
-void put(const Command& command, const std::string& text, const std::vector<Beside>& beside) {
-  std::deque<Replacement> files;
-  for (const Beside& other : beside) files.emplace_back(other.file, other.text);
-  put_report(command.output, text);
-  for (Replacement& file : files) file.commit();
+void refuse_same(const std::optional<std::string>& file, std::string_view option,
+                 std::vector<NamedFile>& others) {
+  if (!file) return;
+  for (const NamedFile& other : others) {
+    if (!same_file(*file, other.file)) continue;
+    throw UsageFault(words::names_the_same.with({option, other.name}));
+  }
+  others.push_back({*file, words::option_file.with({option})});
 }
 
-std::vector<Beside> drawings_of(const Command& command, const Survey& survey, const Study& study) {
-  std::vector<Beside> drawings;
-  const auto add = [&](const std::optional<std::string>& file, Draw draw) {
-    if (file) drawings.push_back({*file, drawing_on(command, survey, study, draw)});
-  };
-  add(command.plan, plan_of);
-  add(command.profile, profile_drawing_of);
-  return drawings;
+// What is written must not take the place of the survey or of each other.
+void check_apart(const Command& command) {
+  std::vector<NamedFile> others = {{*command.input, words::point_file.text()}};
+  if (command.output) {
+    for (const std::string_view name : folder_files()) {
+      const fs::path file = fs::path(*command.output) / name;
+      if (same_file(file, *command.input)) {
+        throw UsageFault(words::output_writes_over.with({file.string()}));
+      }
+      others.push_back({file, words::file_of_folder.with({name})});
+    }
+  }
+  refuse_same(command.plan, "--plan", others);
+  refuse_same(command.profile, "--profile", others);
+  refuse_same(command.kept, "--kept", others);
+}
+
+// ---- The survey
+
+Survey load_survey(const std::string& file, FieldOrder order, Progress& progress) {
+  progress.begin(stages::reading);
+  const std::string bytes = load(file);
+  PointFile read = read_points(bytes, order, progress);
+  if (!read.bad_lines.empty()) {
+    throw DataFault(read.bad_lines.front().code, messages(file, read.bad_lines));
+  }
+  if (read.points.empty()) {
+    const Word& word = bytes.empty() ? words::empty_file : words::no_points_read;
+    throw DataFault(ExitCode::no_points, file + ": " + word.text() + '\n');
+  }
+  return {fs::path(file).filename().string(), order, std::move(read.points)};
+}
+
+Traverse traverse_on(const std::string& file, const Survey& survey) try {
+  return traverse_through(survey.points);
+} catch (const LegFault& fault) {
+  throw DataFault(ExitCode::failed,
+                  messages(file, {{fault.line(), 0, fault.what(), ExitCode::failed}}));
+}
+
+Study study_on(const Survey& survey, const StudyOptions& options, Progress& progress) try {
+  return study_of(survey.points, options, progress);
+} catch (const ChoiceFault& fault) {
+  throw UsageFault(fault.what());
+}
+
+// ---- What is written
+
+// Files on their way. They take their names together, last of all.
+class Files {
+ public:
+  void add(const fs::path& file, const Content& content) { files_.emplace_back(file, content); }
+  // What an earlier run left there would be taken for this one's.
+  void remove(const fs::path& file) { gone_.push_back(file); }
+
+  void commit() {
+    for (Replacement& file : files_) file.commit();
+    std::error_code not_there;
+    for (const fs::path& file : gone_) fs::remove(file, not_there);
+  }
+
+ private:
+  std::deque<Replacement> files_;
+  std::vector<fs::path> gone_;
+};
+
+using Draw = Drawing (*)(const Survey& survey, const Study& study, const DrawingOptions& options);
+
+Drawing drawing_of(const Command& command, const Figures& figures, Draw draw) try {
+  return draw(figures.survey, figures.study, command.drawings);
+} catch (const ChoiceFault& fault) {
+  throw UsageFault(fault.what());
+}
+
+Content content_of(std::string text) {
+  return [kept = std::move(text)](Writer& out) { out << kept; };
+}
+
+// A drawing that the user names must be made; of those of a folder the report tells which
+// cannot. How many points it shows, if it is made.
+std::optional<std::size_t> add_drawing(Files& files, const Command& command, const Figures& figures,
+                                       const std::optional<std::string>& named,
+                                       std::string_view in_folder, Draw draw) try {
+  if (!named && !command.output) return std::nullopt;
+  const Drawing drawing = drawing_of(command, figures, draw);
+  const Content content = [&](Writer& out) { out << svg_head << drawing.svg; };
+  if (named) files.add(*named, content);
+  if (command.output) files.add(fs::path(*command.output) / in_folder, content);
+  return drawing.points_drawn;
+} catch (const DrawingFault& fault) {
+  if (named) throw failed(*command.input, fault.what());
+  files.remove(fs::path(*command.output) / in_folder);
+  return std::nullopt;
+}
+
+void add_tables(Files& files, const std::string& folder, const Figures& figures) {
+  for (const TableFile& table : table_files) {
+    files.add(fs::path(folder) / table.name, [&](Writer& out) { table.write(out, figures); });
+  }
 }
 
 DialogRemoval removal_on(const std::string& file, const Survey& survey) try {
   return remove_in_dialog(survey.points);
 } catch (const orv2_geo::RunFailure& failure) {
-  throw DataFault(file + ": repeated points: " + words_of(failure) + '\n');
+  throw failed(file, words::repeated_points_fault.with({words_of(failure)}));
 }
 
-std::vector<SurveyPoint> kept_on(const std::string& file, const Survey& survey,
-                                 const Study& study) {
-  const std::string& fault = study.repeats.fault;
-  if (!fault.empty()) throw DataFault(file + ": repeated points: " + fault + '\n');
-  return kept_points(survey.points, study.repeats);
+std::vector<SurveyPoint> kept_on(const std::string& file, const Figures& figures) {
+  const std::string& fault = figures.study.repeats.fault;
+  if (!fault.empty()) throw failed(file, words::repeated_points_fault.with({fault}));
+  return kept_points(figures.survey.points, figures.study.repeats);
 }
 
-Beside kept_file(const Command& command, const std::vector<SurveyPoint>& kept) {
-  return {*command.kept, point_file(kept, command.order)};
+void add_kept(Files& files, const Command& command, const std::vector<SurveyPoint>& kept) {
+  files.add(*command.kept, [&](Writer& out) { write_point_file(out, kept, command.order); });
+}
+
+// The points that stay, in their file. The dialog's section of the report, where there is one.
+std::string keep(Files& files, const Command& command, const Figures& figures) {
+  if (command.removal_dialog) {
+    const DialogRemoval removal = removal_on(*command.input, figures.survey);
+    if (removal.confirmed) add_kept(files, command, removal.kept);
+    return dialog_section(figures.survey, removal, *command.kept);
+  }
+  if (command.kept) add_kept(files, command, kept_on(*command.input, figures));
+  return {};
+}
+
+// Nothing is shown where standard error is no terminal.
+std::unique_ptr<Progress> progress_on_terminal() {
+  if (isatty(fileno(stderr)) == 0) return std::make_unique<Progress>();
+  const auto write = [](std::string_view text) {
+    std::fwrite(text.data(), 1, text.size(), stderr);
+    std::fflush(stderr);
+  };
+  const auto clock = [] {
+    return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch())
+        .count();
+  };
+  return std::make_unique<ProgressBar>(write, clock);
 }
 
 void run(const Command& command) {
-  if (command.help) return print(help_text);
+  if (command.help) return print(content_of(help_text()));
   check_apart(command);
-  const std::string& file = *command.input;
-  const Survey survey = load_survey(file, command.order);
-  const Study study = study_on(survey, command.study);
-  std::vector<Beside> beside = drawings_of(command, survey, study);
+  const std::unique_ptr<Progress> progress = progress_on_terminal();
+  const Survey survey = load_survey(*command.input, command.order, *progress);
+  const Study study = study_on(survey, command.study, *progress);
+  progress->begin(stages::traverse);
+  const Traverse traverse = traverse_on(*command.input, survey);
+  const Figures figures{survey, study, traverse};
   if (command.extremes_dialog) show_extremes(survey.points);
-  std::string dialog;
-  if (command.removal_dialog) {
-    const DialogRemoval removal = removal_on(file, survey);
-    dialog = dialog_section(survey, removal, *command.kept);
-    if (removal.confirmed) beside.push_back(kept_file(command, removal.kept));
-  } else if (command.kept) {
-    beside.push_back(kept_file(command, kept_on(file, survey, study)));
+  std::optional<Folder> folder;
+  if (command.output) folder.emplace(*command.output);
+  Files files;
+  ReportNotes notes;
+  progress->begin(stages::drawing);
+  const std::optional<std::size_t> drawn =
+      add_drawing(files, command, figures, command.plan, plan_file, plan_of);
+  if (drawn) notes.plan = plan_note(*drawn, survey.points.size());
+  add_drawing(files, command, figures, command.profile, profile_file, profile_drawing_of);
+  notes.dialog = keep(files, command, figures);
+  const Content report = [&](Writer& out) { write_report(out, survey, study, traverse, notes); };
+  if (command.output) {
+    progress->begin(stages::dxf);
+    files.add(fs::path(*command.output) / dxf_file, [&](Writer& out) { write_dxf(out, figures); });
+    if (survey.points.size() > most_point_texts) {
+      notes.dxf = words::no_texts_note.with({std::to_string(most_point_texts)});
+    }
+    progress->begin(stages::tables);
+    add_tables(files, *command.output, figures);
+    progress->begin(stages::report);
+    files.add(fs::path(*command.output) / report_file, report);
+  } else {
+    print(report);
   }
-  put(command, report_on(file, survey, study, dialog), beside);
+  files.commit();
+  if (folder) folder->keep();
 }
 
-void complain(const std::string& message) { std::fputs(message.c_str(), stderr); }
+// ---- How it ends
+
+int ended(ExitCode code, const std::string& message) {
+  std::fputs(message.c_str(), stderr);
+  return static_cast<int>(code);
+}
+
+std::string by_program(const std::string& message) { return "survey_report: " + message + '\n'; }
 
 int status_of(std::span<const char* const> words) try {
+  choose_language(words);
   run(command_of(words));
-  return 0;
+  return static_cast<int>(ExitCode::done);
 } catch (const UsageFault& fault) {
-  complain(std::string("survey_report: ") + fault.what() + "\nTry survey_report --help\n");
-  return bad_usage;
+  return ended(ExitCode::wrong_options, by_program(fault.what()) + words::try_help.text() + '\n');
 } catch (const DataFault& fault) {
-  complain(fault.what());
-  return bad_data;
+  return ended(fault.code(), fault.what());
+} catch (const FileFault& fault) {
+  return ended(fault.code(), by_program(fault.what()));
+} catch (const std::bad_alloc&) {
+  return ended(ExitCode::no_memory, by_program(words::no_memory.text()));
 } catch (const std::exception& fault) {
-  complain(std::string("survey_report: ") + fault.what() + '\n');
-  return bad_data;
+  return ended(ExitCode::failed, by_program(fault.what()));
 }
 
 }  // namespace

@@ -21,8 +21,8 @@ class UsageFault : public std::runtime_error {
 struct Command {
   bool help = false;
   FieldOrder order = FieldOrder::x_first;
-  std::optional<std::string> input;  ///< there, unless help is asked for
-  std::optional<std::string> output;
+  std::optional<std::string> input;   ///< there, unless help is asked for
+  std::optional<std::string> output;  ///< a folder
   std::optional<std::string> plan;
   std::optional<std::string> profile;
   std::optional<std::string> kept;  ///< there when the dialog is asked for
@@ -32,8 +32,14 @@ struct Command {
   StudyOptions study;
 };
 
-/// Reads the words after the program's name from left to right, up to a call
-/// for help. Throws UsageFault.
+/// Sets the language that the words after the program's name ask for, or else that of the
+/// locale, before anything is said.
+void choose_language(std::span<const char* const> words);
+
+/// Reads those words. Throws UsageFault.
 Command command_of(std::span<const char* const> words);
+
+/// What --help prints.
+std::string help_text();
 
 }  // namespace survey_report

@@ -6,14 +6,26 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <system_error>
+
+#include "survey_report/exit_code.h"
+#include "survey_report/writer.h"
 
 namespace survey_report {
 
 /// A file that cannot be read or written. The message names it and says why.
 class FileFault : public std::runtime_error {
  public:
-  using std::runtime_error::runtime_error;
+  FileFault(ExitCode code, const std::string& what) : std::runtime_error(what), code_(code) {}
+
+  ExitCode code() const noexcept { return code_; }
+
+ private:
+  ExitCode code_;
 };
+
+/// What the system says of an error, in the present language where it is a usual one.
+std::string words_of(const std::error_code& error);
 
 /// The bytes of a file.
 std::string load(const std::filesystem::path& file);
@@ -23,12 +35,12 @@ std::string load(const std::filesystem::path& file);
 class Replacement {
  public:
   /// Throws FileFault. A device or a pipe is not touched before commit().
-  Replacement(const std::filesystem::path& file, std::string_view text);
+  Replacement(const std::filesystem::path& file, const Content& content);
   Replacement(const Replacement&) = delete;
   Replacement& operator=(const Replacement&) = delete;
   ~Replacement();
 
-  /// The file becomes `text`. Throws FileFault.
+  /// The file gets that content. Throws FileFault.
   void commit();
 
  private:
@@ -39,12 +51,23 @@ class Replacement {
   std::unique_ptr<Partial> partial_;  // none for a device
 };
 
-/// Writes `text` as the content of `file`: all of it, or the file stays as it
-/// was. The text goes to a new file beside it, which then takes its name; a
-/// device or a pipe is written directly. A link is followed.
-void save(const std::filesystem::path& file, std::string_view text);
+/// A folder that is made where there is none, with those above it. Without keep()
+/// it goes away again, if it was made here and nothing is in it.
+class Folder {
+ public:
+  /// Throws FileFault.
+  explicit Folder(std::filesystem::path folder);
+  Folder(const Folder&) = delete;
+  Folder& operator=(const Folder&) = delete;
+  ~Folder();
 
-/// Writes `text` on standard output and sees that it arrives.
-void print(std::string_view text);
+  void keep() { made_.clear(); }
+
+ private:
+  std::filesystem::path made_;
+};
+
+/// Writes on standard output and sees that it arrives.
+void print(const Content& content);
 
 }  // namespace survey_report

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
+#include <numeric>
 #include <optional>
 #include <string_view>
 #include <vector>
@@ -12,7 +14,9 @@
 #include "survey_report/scale.h"
 #include "survey_report/svg.h"
 #include "survey_report/symbols.h"
+#include "survey_report/thinning.h"
 #include "survey_report/utf8.h"
+#include "survey_report/words.h"
 
 namespace survey_report {
 
@@ -25,12 +29,18 @@ constexpr double tick_length = 1.6;
 constexpr double beyond_the_points = 0.1;  // of the section line, at most
 constexpr double far_off = 1e9;            // on the sheet: no such area is drawn
 constexpr std::size_t many_points = 600;
+constexpr std::size_t most_of_rare_code = 500;
 constexpr std::size_t longest_coordinate = 14;
 constexpr std::size_t longest_entry = 19;  // of the legend
 constexpr double nearest_nodes = 14.0;     // on the sheet; of a finer grid only some are drawn
 constexpr double label_across = 9.0;       // about what a label of a point takes
 constexpr double label_up = 4.5;
 
+constexpr double nearest_bends = 0.1;     // of a contour on the sheet
+constexpr double label_distance = 120.0;  // between labels of a contour, at least
+
+constexpr std::string_view contour_paint = R"(fill="none" stroke="#a0703c" stroke-width="0.13")";
+constexpr std::string_view index_paint = R"(fill="none" stroke="#a0703c" stroke-width="0.35")";
 constexpr std::string_view grey = "#777777";
 constexpr std::string_view red = "#c00000";
 constexpr std::string_view thin_black = R"(fill="none" stroke="#222222" stroke-width="0.25")";
@@ -51,6 +61,7 @@ constexpr std::string_view area_paint =
     R"(fill="none" stroke="#b8860b" stroke-width="0.5" stroke-dasharray="2.2 1.2")";
 constexpr std::string_view inside_paint = R"(fill="#ffd966")";
 
+constexpr Lettering point_letters{.size = least_letters, .halo = true};
 constexpr double label_gap = 0.5;  // between labels in a row
 constexpr double cut_size = 3.6;
 constexpr double cut_reach = 1.1;
@@ -162,7 +173,7 @@ class PlanNeeds final : public SheetNeeds {
     const double across = size_of(box_.x) / (frame.width() - 2 * padding) * millimetres_;
     const double up = size_of(box_.y) / (frame.height() - 2 * padding) * millimetres_;
     const double scale = std::max(across, up);
-    if (!std::isfinite(scale)) throw DrawingFault("the points are too far apart for a plan");
+    if (!std::isfinite(scale)) throw DrawingFault(words::points_too_far_apart.text());
     return std::isfinite(millimetres_ / scale) ? scale : 0.0;  // next to nothing is no size
   }
 
@@ -249,19 +260,22 @@ class Plan {
         groups_(code_groups(survey.points)),
         nodes_(nodes_to_draw(study.relief, mapping_.scale())),
         reach_(survey.points.size() > many_points ? 0.6 : 0.9),
+        drawn_(points_to_draw()),
         area_is_drawn_(can_draw_area()),
+        is_drawn_(survey.points.size()),
         is_inside_(survey.points.size()) {
+    for (const std::size_t point : drawn_) is_drawn_[point] = true;
     if (!area_is_drawn_) return;
     for (const std::size_t point : study.area.inside) is_inside_[point] = true;
   }
 
-  std::string drawn() {
+  Drawing drawn() {
     const Sheet& sheet = scaled_.sheet;
     svg_.rectangle({0, 0}, sheet.width(), sheet.height(), R"(fill="#ffffff")");
     svg_.path(outline_of(layout_.border), thick_black);
     svg_.path(outline_of(layout_.key), thin_black);
     frame();
-    svg_.open_group(R"~(clip-path="url(#inside)")~");
+    svg_.open_group(R"~(clip-path="url(#frame)")~");
     take_room();
     lines();
     area();
@@ -272,11 +286,34 @@ class Plan {
     scale_bar();
     north_arrow();
     title_block();
-    return svg_.document(sheet.width(), sheet.height(), survey_.file_name);
+    return {svg_.element(sheet.width(), sheet.height(), survey_.file_name), drawn_.size()};
   }
 
  private:
   Place on_sheet(const SurveyPoint& point) const { return mapping_.on_sheet({point.x, point.y}); }
+
+  // Of a crowd the points of rare codes come first.
+  std::vector<std::size_t> points_to_draw() const {
+    std::vector<Place> places;
+    places.reserve(survey_.points.size());
+    for (const SurveyPoint& point : survey_.points) places.push_back(on_sheet(point));
+    std::vector<std::size_t> order(places.size());
+    std::iota(order.begin(), order.end(), std::size_t{0});
+    const std::vector<bool> rare = points_of_rare_codes();
+    std::stable_partition(order.begin(), order.end(), [&](std::size_t i) { return rare[i]; });
+    return thinned(places, order, layout_.frame, 2 * reach_, most_symbols);
+  }
+
+  std::vector<bool> points_of_rare_codes() const {
+    std::vector<bool> rare(survey_.points.size());
+    for (const CodeGroup& group : groups_) {
+      for (const auto& [code, members] : points_by_code(survey_.points, group.points)) {
+        if (members.size() > most_of_rare_code) continue;
+        for (const std::size_t i : members) rare[i] = true;
+      }
+    }
+    return rare;
+  }
 
   bool can_draw_area() const {
     const std::vector<Place> ring = on_sheet(study_.area.vertices);
@@ -303,7 +340,7 @@ class Plan {
   void frame() {
     const Rect& f = layout_.frame;
     svg_.path(outline_of(f), thin_black);
-    svg_.clip("inside", {f.left, f.top}, f.width(), f.height());
+    svg_.clip("frame", {f.left, f.top}, f.width(), f.height());
     const Box visible = mapping_.visible();
     const double step = tick_step(visible, mapping_.scale());
     const std::vector<double> columns = multiples(visible.x, step);
@@ -362,7 +399,7 @@ class Plan {
 
   // Symbols and lines come before every label.
   void take_room() {
-    for (std::size_t i = 0; i < survey_.points.size(); ++i) {
+    for (const std::size_t i : drawn_) {
       board_.occupy(around(on_sheet(survey_.points[i]), reach_of(i)));
     }
     if (area_is_drawn_ && study_.area.vertices == pulled_in(study_.area.vertices)) {
@@ -403,6 +440,7 @@ class Plan {
 
   void lines() {
     if (!study_.complete()) return;
+    contours();
     svg_.open_group(R"(id="boundary")");
     svg_.path(path_through(on_sheet(study_.boundary.vertices), true), ring_paint());
     svg_.close_group();
@@ -412,6 +450,67 @@ class Plan {
               section_paint);
     svg_.close_group();
     nodes();
+  }
+
+  void contours() {
+    svg_.open_group(R"(id="contours" fill="none" stroke="#a0703c" stroke-linejoin="round")");
+    for (const bool is_index : {false, true}) {
+      svg_.open_group(is_index ? R"(id="index-contours" stroke-width="0.35")"
+                               : R"(id="plain-contours" stroke-width="0.13")");
+      for (const Contour& contour : study_.contours.lines) {
+        if (contour.is_index == is_index) svg_.path(contour_path(contour));
+      }
+      svg_.close_group();
+    }
+    svg_.close_group();
+    contour_labels();
+  }
+
+  // Without what is too near to its neighbour to be seen.
+  std::string contour_path(const Contour& contour) const {
+    std::vector<Place> line = on_sheet(contour.line);
+    const Place last = line.back();
+    Place kept = line.front();
+    const auto too_near = [&](const Place& place) {
+      if (place == line.front() || std::hypot(place.x - kept.x, place.y - kept.y) > nearest_bends) {
+        kept = place;
+        return false;
+      }
+      return true;
+    };
+    std::erase_if(line, too_near);
+    if (line.back() != last) line.push_back(last);
+    return path_through(line, contour.is_closed);
+  }
+
+  // The elevation stands on the line, once or more where it is long.
+  void contour_labels() {
+    svg_.open_group(R"(id="contour-labels")");
+    const int decimals = decimals_for(study_.contours.step);
+    for (const Contour& contour : study_.contours.lines) {
+      if (contour.is_index) contour_label(contour, sheet_value(contour.level, decimals));
+    }
+    svg_.close_group();
+  }
+
+  void contour_label(const Contour& contour, const std::string& text) {
+    const double half = text_width(text, least_letters) / 2 + label_gap;
+    double since = label_distance / 2;  // along the line
+    std::optional<Place> before;
+    for (const Place& at : on_sheet(contour.line)) {
+      if (before) since += std::hypot(at.x - before->x, at.y - before->y);
+      before = at;
+      const Rect box{at.x - half, at.y - least_letters / 2, at.x + half, at.y + least_letters / 2};
+      const Rect& f = layout_.frame;
+      const bool inside = box.left > f.left + 1 && box.right < f.right - 1 && box.top > f.top + 1 &&
+                          box.bottom < f.bottom - 1;
+      if (since < label_distance || !inside || !board_.is_free(box)) continue;
+      since = 0.0;
+      board_.occupy(box);
+      svg_.text(
+          {at.x, at.y + 0.36 * least_letters}, text,
+          {.size = least_letters, .anchor = Anchor::middle, .colour = "#a0703c", .halo = true});
+    }
   }
 
   std::string_view ring_paint() const {
@@ -438,7 +537,7 @@ class Plan {
     svg_.close_group();
     svg_.open_group(R"(id="inside" fill="#ffd966")");
     for (const std::size_t point : study_.area.inside) {
-      svg_.path(circle(on_sheet(survey_.points[point]), reach_of(point)));
+      if (is_drawn_[point]) svg_.path(circle(on_sheet(survey_.points[point]), reach_of(point)));
     }
     svg_.close_group();
   }
@@ -448,11 +547,16 @@ class Plan {
     svg_.open_group(R"(id="points")");
     for (std::size_t i = 0; i < groups_.size(); ++i) {
       const Symbol& symbol = symbol_of_group(i);
-      svg_.open_group(symbol.paint);
-      for (const std::size_t point : groups_[i].points) {
-        svg_.path(symbol.outline(on_sheet(survey_.points[point]), reach_));
+      std::vector<std::size_t> drawn = groups_[i].points;
+      std::erase_if(drawn, [&](std::size_t point) { return !is_drawn_[point]; });
+      for (const auto& [code, members] : points_by_code(survey_.points, drawn)) {
+        svg_.open_code(code, symbol.paint);
+        for (const std::size_t point : members) {
+          svg_.titled_path(symbol.outline(on_sheet(survey_.points[point]), reach_),
+                           point_title(survey_.points[point]));
+        }
+        svg_.close_group();
       }
-      svg_.close_group();
     }
     svg_.close_group();
   }
@@ -466,11 +570,30 @@ class Plan {
       label(mapping_.on_sheet(node.place), node_reach, sheet_value(node.elevation, 2),
             {.size = least_letters, .colour = grey, .halo = true});
     }
-    for (std::size_t i = 0; i < survey_.points.size(); ++i) {
-      const SurveyPoint& point = survey_.points[i];
-      label(on_sheet(point), reach_of(i), point.number, {.size = least_letters, .halo = true});
-    }
+    point_labels();
     svg_.close_group();
+  }
+
+  // In the order of the survey they find room, by their codes they are drawn.
+  void point_labels() {
+    std::map<std::size_t, LabelRoom> rooms;
+    std::vector<std::size_t> labelled;
+    for (const std::size_t i : drawn_) {
+      const SurveyPoint& point = survey_.points[i];
+      const std::optional<LabelRoom> room =
+          room_for(on_sheet(point), reach_of(i), point.number, point_letters);
+      if (!room) continue;
+      rooms.emplace(i, *room);
+      labelled.push_back(i);
+    }
+    labels_left_out_ += survey_.points.size() - labelled.size();
+    for (const auto& [code, members] : points_by_code(survey_.points, labelled)) {
+      svg_.open_code(code);
+      for (const std::size_t i : members) {
+        draw_label(rooms.at(i), survey_.points[i].number, point_letters);
+      }
+      svg_.close_group();
+    }
   }
 
   void cuts() {
@@ -489,14 +612,18 @@ class Plan {
       ++labels_left_out_;
       return;
     }
-    if (room->leader) {
-      svg_.path(path_through({room->leader->from, room->leader->to}, false), leader_paint);
+    draw_label(*room, text, lettering);
+  }
+
+  void draw_label(const LabelRoom& room, std::string_view text, const Lettering& lettering) {
+    if (room.leader) {
+      svg_.path(path_through({room.leader->from, room.leader->to}, false), leader_paint);
     }
     Lettering centred = lettering;
     centred.anchor = Anchor::middle;
     const double below = letter_reach(text, lettering.size).below;
-    svg_.text({(room->box.left + room->box.right) / 2, room->box.bottom - label_gap / 2 - below},
-              text, centred);
+    svg_.text({(room.box.left + room.box.right) / 2, room.box.bottom - label_gap / 2 - below}, text,
+              centred);
   }
 
   std::optional<LabelRoom> room_for(const Place& at, double reach, std::string_view text,
@@ -532,25 +659,33 @@ class Plan {
       legend_entry(symbol.outline(at, 1.1), symbol.paint, at, entry_text(groups_[i]));
     }
     if (study_.complete()) study_legend();
+    if (!study_.contours.lines.empty()) contour_legend();
     if (area_is_drawn_) area_legend();
     svg_.close_group();
   }
 
   void study_legend() {
-    const std::string ring = study_.boundary.is_hull ? "Convex hull" : "Boundary";
-    legend_line(ring_paint(), ring);
-    legend_line(section_paint, "Section line");
+    const Word& ring = study_.boundary.is_hull ? words::convex_hull : words::boundary;
+    legend_line(ring_paint(), ring.text());
+    legend_line(section_paint, words::section_line.text());
     Place at = legend_row();
     legend_entry(symbol_of_group(0).outline(at, cut_reach),
-                 R"(fill="#ffffff" stroke="#c00000" stroke-width="0.4")", at, "Cut, by its number");
+                 R"(fill="#ffffff" stroke="#c00000" stroke-width="0.4")", at,
+                 words::cut_by_number.text());
     at = legend_row();
-    legend_entry(node_mark(at), node_paint, at, "Grid node, elevation");
+    legend_entry(node_mark(at), node_paint, at, words::node_entry.text());
+  }
+
+  void contour_legend() {
+    const double step = study_.contours.step;
+    legend_line(contour_paint, words::contour_entry.with({fixed(step, decimals_for(step))}));
+    legend_line(index_paint, words::index_entry.text());
   }
 
   void area_legend() {
-    legend_line(area_paint, "Work area");
+    legend_line(area_paint, words::work_area.text());
     const Place at = legend_row();
-    legend_entry(circle(at, 1.1 + inside_gap), inside_paint, at, "Point inside it");
+    legend_entry(circle(at, 1.1 + inside_gap), inside_paint, at, words::inside_entry.text());
   }
 
   void legend_line(std::string_view paint, const std::string& text) {
@@ -588,22 +723,26 @@ class Plan {
     };
     svg_.open_group(R"(id="title-block")");
     draw_cell(svg_, row(9), survey_.file_name, 4.0, true);
-    draw_cell(svg_, row(8), "Plan, scale " + scale_text(scaled_.scale), 4.0, true);
+    draw_cell(svg_, row(8), words::plan_scale.with({scale_text(scaled_.scale)}), 4.0, true);
     for (const std::string& text :
-         {"Sheet " + scaled_.sheet.text(), "X east, Y north, " + unit_text(options_), points_text(),
-          left_out_text(labels_left_out_)}) {
+         {words::sheet.with({scaled_.sheet.text()}), words::x_east.with({unit_text(options_)}),
+          points_text(), left_out_text(labels_left_out_)}) {
       draw_cell(svg_, row(5.5), text, least_letters);
     }
     const Rect last = row(6);
-    draw_cell(svg_, {last.left, last.top, middle, last.bottom}, "Date", least_letters);
-    draw_cell(svg_, {middle, last.top, last.right, last.bottom}, "Drawn", least_letters);
+    draw_cell(svg_, {last.left, last.top, middle, last.bottom}, words::date.view(), least_letters);
+    draw_cell(svg_, {middle, last.top, last.right, last.bottom}, words::drawn.view(),
+              least_letters);
     svg_.path(outline_of(block), thick_black);
     svg_.close_group();
   }
 
   std::string points_text() const {
     const std::size_t count = survey_.points.size();
-    return std::to_string(count) + (count == 1 ? " point" : " points");
+    if (drawn_.size() < count) {
+      return words::points_drawn.with({std::to_string(drawn_.size()), std::to_string(count)});
+    }
+    return std::to_string(count) + ' ' + (count == 1 ? words::point : words::points).text();
   }
 
   void north_arrow() {
@@ -628,7 +767,9 @@ class Plan {
   std::vector<CodeGroup> groups_;
   std::vector<Node> nodes_;
   double reach_;
+  std::vector<std::size_t> drawn_;  // points, by their places in the survey
   bool area_is_drawn_;
+  std::vector<bool> is_drawn_;
   std::vector<bool> is_inside_;
   std::size_t rows_used_ = 0;
   std::size_t labels_left_out_ = 0;
@@ -641,7 +782,7 @@ double scale_bar_length(double scale) {
   return round_down((1.0 + 1e-9) * longest_bar / scale);  // 50 mm are not lost to rounding
 }
 
-std::string plan_of(const Survey& survey, const Study& study, const DrawingOptions& options) {
+Drawing plan_of(const Survey& survey, const Study& study, const DrawingOptions& options) {
   return Plan(survey, study, options).drawn();
 }
 

@@ -12,8 +12,9 @@ namespace survey_report {
 /// where one unit of the survey takes `scale` millimetres.
 double scale_bar_length(double scale);
 
-/// A drawing at a round scale, as SVG in millimetres of the sheet. Throws
-/// DrawingFault, and ChoiceFault where the scale of the user does not fit.
-std::string plan_of(const Survey& survey, const Study& study, const DrawingOptions& options = {});
+/// A drawing at a round scale, as SVG in millimetres of the sheet. Of a large survey it shows
+/// so many points as can be told apart, and says how many. Throws DrawingFault, and
+/// ChoiceFault where the scale of the user does not fit.
+Drawing plan_of(const Survey& survey, const Study& study, const DrawingOptions& options = {});
 
 }  // namespace survey_report

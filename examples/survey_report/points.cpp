@@ -1,6 +1,7 @@
 #include "survey_report/points.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cmath>
 #include <optional>
@@ -8,37 +9,52 @@
 #include <system_error>
 #include <utility>
 
+#include "survey_report/decoding.h"
 #include "survey_report/layout.h"
 #include "survey_report/utf8.h"
+#include "survey_report/words.h"
 
 namespace survey_report {
 
 namespace {
 
-constexpr std::string_view utf8_mark = "\xEF\xBB\xBF";
 constexpr std::string_view blanks = " \t";
 constexpr std::size_t fields_needed = 4;   // all but the code
 constexpr std::size_t fields_allowed = 5;  // with the code
-constexpr std::size_t bad_lines_shown = 20;
+constexpr std::size_t fields_held = fields_allowed + 1;
 constexpr std::size_t characters_shown = 40;
+constexpr std::size_t longest_number = 400;  // of characters; past every double's exact digits
 constexpr int fewest_decimals = 3;
+constexpr std::size_t lines_a_look = 16384;  // between two words on the progress
 
-// What is wrong with the line at hand.
+// What is wrong with the line at hand, and at which of its bytes.
 class LineFault : public std::runtime_error {
  public:
-  using std::runtime_error::runtime_error;
+  LineFault(ExitCode code, std::size_t at, const std::string& what)
+      : std::runtime_error(what), code_(code), at_(at) {}
+
+  ExitCode code() const { return code_; }
+  std::size_t at() const { return at_; }
+
+ private:
+  ExitCode code_;
+  std::size_t at_;
 };
 
-using Fields = std::vector<std::string>;
+bool is_blank(char letter) { return letter == ' ' || letter == '\t'; }
 
 std::string_view after_blanks(std::string_view text) {
-  return text.substr(std::min(text.find_first_not_of(blanks), text.size()));
+  std::size_t at = 0;
+  while (at < text.size() && is_blank(text[at])) ++at;
+  return text.substr(at);
 }
 
-std::string_view trimmed(std::string_view text) {
-  text = after_blanks(text);
-  return text.substr(0, text.find_last_not_of(blanks) + 1);
+std::string_view before_blanks(std::string_view text) {
+  while (!text.empty() && is_blank(text.back())) text.remove_suffix(1);
+  return text;
 }
+
+std::string_view trimmed(std::string_view text) { return before_blanks(after_blanks(text)); }
 
 // A field as a message quotes it: on one line, and not too long.
 std::string quoted(std::string_view field) {
@@ -50,110 +66,176 @@ std::string quoted(std::string_view field) {
 
 // ---- Fields of a line
 
-// Takes a quoted field; its blanks stay, and two quotes inside are one.
-std::string take_quoted(std::string_view& rest) {
-  std::string field;
-  rest.remove_prefix(1);
-  for (;;) {
-    const std::size_t quote = rest.find('"');
-    if (quote == std::string_view::npos) throw LineFault("a quoted field has no closing quote");
-    field += rest.substr(0, quote);
-    rest.remove_prefix(quote + 1);
-    if (!rest.starts_with('"')) break;
-    field += '"';
-    rest.remove_prefix(1);
-  }
-  rest = after_blanks(rest);
-  if (!rest.empty() && !rest.starts_with(',')) {
-    throw LineFault("text after the closing quote of " + quoted(field));
-  }
-  return field;
-}
+struct Field {
+  std::string_view text;
+  std::size_t at = 0;  // in the line, in bytes
+};
 
-std::string take_plain(std::string_view& rest) {
-  const std::string_view field = rest.substr(0, rest.find(','));
-  rest.remove_prefix(field.size());
-  return std::string(trimmed(field));
-}
+// What parts the fields of a file.
+struct Separator {
+  char letter;  // a blank: one or more blanks and tabs
+  Word name;
+};
 
-Fields fields_of(std::string_view line) {
-  Fields fields;
-  for (;;) {
-    line = after_blanks(line);
-    fields.push_back(line.starts_with('"') ? take_quoted(line) : take_plain(line));
-    if (line.empty()) return fields;
-    line.remove_prefix(1);  // the comma
+constexpr Separator separators[] = {
+    {',', words::commas}, {';', words::semicolons}, {'\t', words::tabs}, {' ', words::blanks}};
+
+// The fields of one line. Those behind the ones that a point may have are only counted.
+class Fields {
+ public:
+  // Throws LineFault.
+  void split(std::string_view line, char separator) {
+    line_ = line;
+    rest_ = line;
+    separator_ = separator;
+    count_ = 0;
+    skip_blanks();
+    do take();
+    while (!rest_.empty() && pass_separator());
   }
-}
+
+  std::size_t count() const { return count_; }
+  const Field& operator[](std::size_t i) const { return fields_[i]; }
+
+ private:
+  bool between_blanks() const { return separator_ == ' '; }
+
+  // A separating tab is no blank.
+  void skip_blanks() {
+    while (!rest_.empty() && is_blank(rest_.front()) && rest_.front() != separator_)
+      rest_.remove_prefix(1);
+    if (between_blanks()) rest_ = after_blanks(rest_);
+  }
+
+  // False at blanks that end the line.
+  bool pass_separator() {
+    if (!between_blanks()) rest_.remove_prefix(1);
+    skip_blanks();
+    return !between_blanks() || !rest_.empty();
+  }
+
+  void take() {
+    const std::size_t at = line_.size() - rest_.size();
+    const std::size_t i = std::min(count_, fields_held - 1);
+    const std::string_view text = rest_.starts_with('"') ? take_quoted(i) : take_plain();
+    if (count_ < fields_held) fields_[i] = {text, at};
+    ++count_;
+  }
+
+  std::size_t plain_length() const {
+    if (!between_blanks()) return std::min(rest_.find(separator_), rest_.size());
+    if (count_ + 1 == fields_allowed) return rest_.size();
+    return std::min(rest_.find_first_of(blanks), rest_.size());
+  }
+
+  std::string_view take_plain() {
+    const std::string_view field = rest_.substr(0, plain_length());
+    rest_.remove_prefix(field.size());
+    return before_blanks(field);
+  }
+
+  // Its blanks stay, and two quotes inside are one.
+  std::string_view take_quoted(std::size_t i) {
+    std::string& field = unquoted_[i];
+    field.clear();
+    const std::size_t start = line_.size() - rest_.size();
+    rest_.remove_prefix(1);
+    for (;;) {
+      const std::size_t quote = rest_.find('"');
+      if (quote == std::string_view::npos) {
+        throw LineFault(ExitCode::bad_line, start, words::no_closing_quote.text());
+      }
+      field += rest_.substr(0, quote);
+      rest_.remove_prefix(quote + 1);
+      if (!rest_.starts_with('"')) break;
+      field += '"';
+      rest_.remove_prefix(1);
+    }
+    end_quoted(field);
+    return field;
+  }
+
+  void end_quoted(const std::string& field) {
+    const bool parted = rest_.empty() || (between_blanks() && is_blank(rest_.front()));
+    if (parted) return;
+    skip_blanks();
+    if (rest_.empty() || rest_.front() == separator_) return;
+    throw LineFault(ExitCode::bad_line, line_.size() - rest_.size(),
+                    words::text_after_quote.with({quoted(field)}));
+  }
+
+  std::string_view line_;
+  std::string_view rest_;
+  char separator_ = ',';
+  std::size_t count_ = 0;
+  std::array<Field, fields_held> fields_;
+  std::array<std::string, fields_held> unquoted_;
+};
 
 // ---- Numbers
 
-// Reads the whole field, whatever the locale; the error is empty when the
-// field is a number that a double can hold.
-std::errc read_number(std::string_view field, double& value) {
+enum class Sign { none, point, comma };
+
+const Word& name_of(Sign sign) {
+  return sign == Sign::comma ? words::decimal_comma : words::decimal_point;
+}
+
+struct Number {
+  std::errc error = std::errc::invalid_argument;
+  double value = 0.0;
+  Sign sign = Sign::none;
+};
+
+// Reads the whole field, whatever the locale; the error is empty when it is a number that a
+// double can hold.
+Number read_plain_number(std::string_view field, Sign sign) {
   if (field.starts_with('+') && !field.starts_with("+-")) field.remove_prefix(1);
+  Number number;
+  number.sign = sign;
   const char* const end = field.data() + field.size();
-  const auto [stop, error] = std::from_chars(field.data(), end, value);
-  return stop == end ? error : std::errc::invalid_argument;
+  const auto [stop, error] = std::from_chars(field.data(), end, number.value);
+  if (stop == end) number.error = error;
+  return number;
+}
+
+Number read_number(std::string_view field) {
+  const std::size_t sign = field.find_first_of(".,");
+  if (sign == field.npos) return read_plain_number(field, Sign::none);
+  if (field[sign] == '.') return read_plain_number(field, Sign::point);
+  std::array<char, longest_number> room;
+  if (field.size() > room.size() || field.find('.', sign) != field.npos) return {};
+  std::copy(field.begin(), field.end(), room.begin());
+  room[sign] = '.';
+  return read_plain_number({room.data(), field.size()}, Sign::comma);
 }
 
 bool reads_as_number(std::string_view field) {
-  double ignored = 0.0;
-  return read_number(field, ignored) != std::errc::invalid_argument;
+  return read_number(field).error != std::errc::invalid_argument;
 }
 
-double coordinate(std::string_view name, std::string_view field) {
-  const std::string subject(name);
-  if (field.empty()) throw LineFault(subject + " is empty");
-  double value = 0.0;
-  const std::errc error = read_number(field, value);
-  if (error == std::errc::result_out_of_range) {
-    throw LineFault(subject + ' ' + quoted(field) + " is out of range");
+// ---- Which separator a file has
+
+// Whether the line is a point, if that parts its fields.
+bool is_point(std::string_view line, char separator, Fields& fields) try {
+  fields.split(line, separator);
+  if (fields.count() < fields_needed || fields.count() > fields_allowed) return false;
+  for (std::size_t i = 1; i < fields_needed; ++i) {
+    if (!reads_as_number(fields[i].text)) return false;
   }
-  if (error != std::errc{}) throw LineFault(subject + ' ' + quoted(field) + " is not a number");
-  if (!std::isfinite(value)) throw LineFault(subject + ' ' + quoted(field) + " is not finite");
-  return value;
+  return true;
+} catch (const LineFault&) {
+  return false;
 }
 
-// ---- Lines
-
-void check_utf8(std::string_view line) {
-  const std::optional<std::size_t> at = first_byte_not_utf8(line);
-  if (!at) return;
-  constexpr std::string_view digits = "0123456789ABCDEF";
-  const auto byte = static_cast<unsigned char>(line[*at]);
-  throw LineFault(std::string("not UTF-8 text (byte ") + digits[byte / 16] + digits[byte % 16] +
-                  " in column " + std::to_string(*at + 1) + ")");
-}
-
-void check_count(const Fields& fields, FieldOrder order) {
-  const std::string count =
-      std::to_string(fields.size()) + (fields.size() == 1 ? " field" : " fields");
-  const std::string names(field_names(order));
-  const std::string without_code = names.substr(0, names.rfind(','));
-  if (fields.size() < fields_needed)
-    throw LineFault(count + ", but " + without_code + " are needed");
-  if (fields.size() > fields_allowed)
-    throw LineFault(count + ", but only " + names + " are allowed");
-}
-
-SurveyPoint point_of(const Fields& fields, FieldOrder order) {
-  check_count(fields, order);
-  if (fields[0].empty()) throw LineFault("the point number is empty");
-  const bool x_first = order == FieldOrder::x_first;
-  SurveyPoint point;
-  point.number = fields[0];
-  (x_first ? point.x : point.y) = coordinate(x_first ? "X" : "Y", fields[1]);
-  (x_first ? point.y : point.x) = coordinate(x_first ? "Y" : "X", fields[2]);
-  point.z = coordinate("Z", fields[3]);
-  if (fields.size() > fields_needed) point.code = fields[4];
-  return point;
-}
-
-bool is_header(const Fields& fields) {
-  if (fields.size() < fields_needed) return false;
-  const auto is_title = [](const std::string& f) { return !f.empty() && !reads_as_number(f); };
-  return std::all_of(fields.begin() + 1, fields.begin() + fields_needed, is_title);
+// What may part the fields of a line. Between tabs and the like a line that also reads between
+// blanks is one of tabs.
+std::vector<const Separator*> separators_of(std::string_view line, Fields& fields) {
+  std::vector<const Separator*> found;
+  for (const Separator& separator : separators) {
+    if (separator.letter == ' ' && !found.empty()) continue;
+    if (is_point(line, separator.letter, fields)) found.push_back(&separator);
+  }
+  return found;
 }
 
 bool holds_nothing(std::string_view line) {
@@ -161,95 +243,252 @@ bool holds_nothing(std::string_view line) {
   return line.empty() || line.starts_with('#');
 }
 
-std::string_view take_line(std::string_view& text) {
-  std::string_view line = text.substr(0, text.find('\n'));
-  text.remove_prefix(std::min(line.size() + 1, text.size()));
-  if (line.ends_with('\r')) line.remove_suffix(1);
-  return line;
+// ---- Lines
+
+class Lines {
+ public:
+  explicit Lines(std::string_view text)
+      : rest_(text), end_(text.find('\n') == text.npos ? '\r' : '\n') {}
+
+  bool next(std::string_view& line) {
+    if (rest_.empty()) return false;
+    line = rest_.substr(0, rest_.find(end_));
+    rest_.remove_prefix(std::min(line.size() + 1, rest_.size()));
+    if (line.ends_with('\r')) line.remove_suffix(1);
+    ++number_;
+    return true;
+  }
+
+  std::size_t number() const { return number_; }
+
+ private:
+  std::string_view rest_;
+  char end_;
+  std::size_t number_ = 0;
+};
+
+// What parts the fields, and the line that told it.
+struct Parting {
+  const Separator* separator = nullptr;
+  std::size_t line = 0;
+  std::optional<BadLine> fault;
+};
+
+std::string name_of(const Separator& separator) { return separator.name.text(); }
+
+// Of a file without any point: what its first line is full of.
+const Separator* likely_separator(std::string_view line) {
+  const auto count = [&](const Separator& separator) {
+    return std::count(line.begin(), line.end(), separator.letter);
+  };
+  const auto last = std::end(separators) - 1;  // blanks are a guess, where there is nothing else
+  const auto best =
+      std::max_element(std::begin(separators), last,
+                       [&](const Separator& a, const Separator& b) { return count(a) < count(b); });
+  return count(*best) > 0 || count(*last) < 3 ? best : last;
+}
+
+Parting parting_of(std::string_view text) {
+  Parting parting;
+  Fields fields;
+  std::string_view line;
+  std::string_view first;
+  for (Lines lines(text); lines.next(line);) {
+    if (holds_nothing(line)) continue;
+    if (first.empty()) first = line;
+    const std::vector<const Separator*> found = separators_of(line, fields);
+    if (found.size() == 1) return {found.front(), lines.number(), std::nullopt};
+    if (found.size() < 2 || parting.fault) continue;
+    parting.fault =
+        BadLine{lines.number(), 1,
+                words::ambiguous_separators.with({name_of(*found[0]), name_of(*found[1])}),
+                ExitCode::mixed};
+  }
+  parting.separator = likely_separator(first);
+  return parting;
 }
 
 // Reads a file line by line; only the first line that holds something may be a
 // header.
 class Reader {
  public:
-  explicit Reader(FieldOrder order) : order_(order) {}
+  Reader(FieldOrder order, const Parting& parting) : order_(order), parting_(parting) {}
 
-  void line(std::string_view line) {
-    ++line_;
-    if (holds_nothing(line)) return;
-    try {
-      filled_line(line);
-    } catch (const LineFault& fault) {
-      file_.bad_lines.push_back({line_, fault.what()});
+  void read(std::string_view text, Progress& progress) {
+    const auto about = static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n') + 1);
+    file_.points.reserve(about);
+    std::string_view line;
+    for (Lines lines(text); lines.next(line);) {
+      line_ = lines.number();
+      if (!holds_nothing(line)) filled_line(line);
+      if (line_ % lines_a_look == 0) {
+        progress.reach(static_cast<double>(line_) / static_cast<double>(about));
+      }
     }
-    header_possible_ = false;
   }
 
   PointFile take_file() { return std::move(file_); }
 
  private:
   void filled_line(std::string_view line) {
-    check_utf8(line);
-    const Fields fields = fields_of(line);
-    if (header_possible_ && is_header(fields)) return;
-    SurveyPoint point = point_of(fields, order_);
+    try {
+      read_line(line);
+    } catch (const LineFault& fault) {
+      file_.bad_lines.push_back(bad_line(line, fault));
+    }
+    header_possible_ = false;
+  }
+
+  void read_line(std::string_view line) {
+    check_line_end(line);
+    fields_.split(line, parting_.separator->letter);
+    if (header_possible_ && is_header()) return;
+    file_.points.push_back(point());
+  }
+
+  // Inside quotes a return is a letter.
+  static void check_line_end(std::string_view line) {
+    const std::size_t at = line.find('\r');
+    if (at == line.npos || std::count(line.begin(), line.begin() + at, '"') % 2 != 0) return;
+    throw LineFault(ExitCode::mixed, at, words::mixed_line_ends.text());
+  }
+
+  // A line that would be a point in another file is told to be one.
+  BadLine bad_line(std::string_view line, const LineFault& fault) {
+    const BadLine plain{line_, column_of(line, fault.at()), fault.what(), fault.code()};
+    if (parting_.line == 0 || fault.code() == ExitCode::mixed) return plain;
+    const std::vector<const Separator*> others = separators_of(line, fields_);
+    const auto& here = *parting_.separator;
+    if (others.empty() || others.front()->letter == here.letter) return plain;
+    const std::size_t at = line.find(others.front()->letter);
+    return {line_, column_of(line, at == line.npos ? 0 : at),
+            words::mixed_separators.with(
+                {name_of(*others.front()), name_of(here), std::to_string(parting_.line)}),
+            ExitCode::mixed};
+  }
+
+  bool is_header() const {
+    if (fields_.count() < fields_needed) return false;
+    for (std::size_t i = 1; i < fields_needed; ++i) {
+      if (fields_[i].text.empty() || reads_as_number(fields_[i].text)) return false;
+    }
+    return true;
+  }
+
+  void check_count() const {
+    const std::size_t count = fields_.count();
+    const std::string fields =
+        std::to_string(count) + ' ' + (count == 1 ? words::field : words::fields).text();
+    const std::string names(field_names(order_));
+    if (count < fields_needed) {
+      const Field& last = fields_[count - 1];
+      throw LineFault(ExitCode::few_columns, last.at + last.text.size(),
+                      words::fields_needed.with({fields, names.substr(0, names.rfind(','))}));
+    }
+    if (count > fields_allowed) {
+      throw LineFault(ExitCode::many_columns, fields_[fields_allowed].at,
+                      words::fields_allowed.with({fields, names}));
+    }
+  }
+
+  SurveyPoint point() {
+    if (fields_.count() < fields_needed || fields_.count() > fields_allowed) check_count();
+    if (fields_[0].text.empty()) {
+      throw LineFault(ExitCode::bad_line, fields_[0].at, words::no_point_number.text());
+    }
+    const bool x_first = order_ == FieldOrder::x_first;
+    SurveyPoint point;
+    point.number = fields_[0].text;
+    (x_first ? point.x : point.y) = coordinate(x_first ? "X" : "Y", fields_[1]);
+    (x_first ? point.y : point.x) = coordinate(x_first ? "Y" : "X", fields_[2]);
+    point.z = coordinate("Z", fields_[3]);
+    if (fields_.count() > fields_needed) point.code = fields_[4].text;
     point.line = line_;
-    file_.points.push_back(std::move(point));
+    return point;
+  }
+
+  double coordinate(std::string_view name, const Field& field) {
+    const auto fail = [&](const Word& what) {
+      throw LineFault(ExitCode::bad_number, field.at, what.with({name, quoted(field.text)}));
+    };
+    if (field.text.empty()) {
+      throw LineFault(ExitCode::bad_number, field.at, words::is_empty.with({name}));
+    }
+    const Number number = read_number(field.text);
+    if (number.error == std::errc::result_out_of_range) fail(words::out_of_range);
+    if (number.error != std::errc{}) fail(words::not_a_number);
+    if (!std::isfinite(number.value)) fail(words::not_finite);
+    if (number.sign != Sign::none) agree(number.sign, name, field);
+    return number.value;
+  }
+
+  // All lines have one decimal sign.
+  void agree(Sign sign, std::string_view name, const Field& field) {
+    if (sign_ == sign) return;
+    if (sign_ != Sign::none) {
+      throw LineFault(
+          ExitCode::mixed, field.at,
+          words::mixed_decimals.with({name, quoted(field.text), name_of(sign).view(),
+                                      std::to_string(sign_line_), name_of(sign_).view()}));
+    }
+    sign_ = sign;
+    sign_line_ = line_;
   }
 
   FieldOrder order_;
+  const Parting& parting_;
+  Fields fields_;
   std::size_t line_ = 0;
   bool header_possible_ = true;
+  Sign sign_ = Sign::none;
+  std::size_t sign_line_ = 0;
   PointFile file_;
 };
 
-// ---- Writing
-
-std::string written(std::string_view field) {
-  const bool plain = trimmed(field) == field && field.find_first_of(",\"#\r") == field.npos;
-  if (plain) return std::string(field);
-  std::string text = "\"";
-  for (const char c : field) text.append(c == '"' ? 2 : 1, c);
-  return text + '"';
-}
-
 }  // namespace
 
-PointFile read_points(std::string_view text, FieldOrder order) {
-  if (text.starts_with(utf8_mark)) text.remove_prefix(utf8_mark.size());
-  Reader reader(order);
-  while (!text.empty()) reader.line(take_line(text));
+PointFile read_points(std::string_view bytes, FieldOrder order, Progress& progress) {
+  const Decoded decoded(bytes);
+  if (decoded.fault()) return {{}, {*decoded.fault()}};
+  const Parting parting = parting_of(decoded.text());
+  if (parting.fault) return {{}, {*parting.fault}};
+  Reader reader(order, parting);
+  reader.read(decoded.text(), progress);
   return reader.take_file();
 }
 
-std::string point_file(const std::vector<SurveyPoint>& points, FieldOrder order) {
-  const bool x_first = order == FieldOrder::x_first;
-  std::string text = x_first ? "Number,X,Y,Z,Code\n" : "Number,Y,X,Z,Code\n";
-  for (const SurveyPoint& point : points) {
-    text += written(point.number) + ',' + exact(x_first ? point.x : point.y, fewest_decimals) +
-            ',' + exact(x_first ? point.y : point.x, fewest_decimals) + ',' +
-            exact(point.z, fewest_decimals) + ',' + written(point.code) + '\n';
+void write_field(Writer& out, std::string_view field) {
+  const bool plain = trimmed(field) == field && field.find_first_of(",\"#;\r\n") == field.npos;
+  if (plain) {
+    out << field;
+    return;
   }
-  return text;
+  out << '"';
+  for (const char c : field) {
+    if (c == '"') out << '"';
+    out << c;
+  }
+  out << '"';
+}
+
+void write_point_file(Writer& out, const std::vector<SurveyPoint>& points, FieldOrder order) {
+  const bool x_first = order == FieldOrder::x_first;
+  out << words::number.view() << (x_first ? ",X,Y,Z," : ",Y,X,Z,") << words::code.view() << '\n';
+  for (const SurveyPoint& point : points) {
+    write_field(out, point.number);
+    for (const double value : {x_first ? point.x : point.y, x_first ? point.y : point.x, point.z}) {
+      out << ',';
+      append_exact(out.buffer(), value, fewest_decimals);
+    }
+    out << ',';
+    write_field(out, point.code);
+    out << '\n';
+    out.pause();
+  }
 }
 
 std::string_view field_names(FieldOrder order) {
-  return order == FieldOrder::x_first ? "number, X, Y, Z, code" : "number, Y, X, Z, code";
-}
-
-std::string messages(std::string_view file, const std::vector<BadLine>& bad_lines) {
-  const std::string name(file);
-  const std::size_t shown = std::min(bad_lines.size(), bad_lines_shown);
-  std::string text;
-  for (std::size_t i = 0; i < shown; ++i) {
-    text += name + ':' + std::to_string(bad_lines[i].line) + ": " + bad_lines[i].what + '\n';
-  }
-  const std::size_t others = bad_lines.size() - shown;
-  if (others > 0) {
-    text += name + ": and " + std::to_string(others) +
-            (others == 1 ? " more bad line\n" : " more bad lines\n");
-  }
-  return text;
+  return (order == FieldOrder::x_first ? words::fields_x_first : words::fields_y_first).view();
 }
 
 }  // namespace survey_report

@@ -6,6 +6,10 @@
 #include <string_view>
 #include <vector>
 
+#include "survey_report/bad_line.h"
+#include "survey_report/progress.h"
+#include "survey_report/writer.h"
+
 namespace survey_report {
 
 /// Which coordinate a point file gives first.
@@ -25,39 +29,37 @@ struct SurveyPoint {
   std::size_t line = 0;  ///< where the point stands in its file, from 1
 };
 
-/// A line that is neither a point nor one of the lines without points.
-struct BadLine {
-  std::size_t line = 0;
-  std::string what;
-};
-
 struct PointFile {
   std::vector<SurveyPoint> points;
   std::vector<BadLine> bad_lines;
 };
 
-/// Reads the text of a point file: one point a line, fields between commas,
-/// blanks around fields ignored, decimal sign "." everywhere.
-///   - The code may be left out. A field that holds commas stands in quotes, a
-///     quote inside it is doubled.
+/// Reads a point file: one point a line.
+///   - Fields stand between commas, semicolons, tabs or blanks; which, the lines tell, all
+///     alike. Blanks around fields are ignored; between blanks, the code is the rest of a line.
+///   - The decimal sign is a point, or a comma where commas part no fields; one in all lines.
+///   - The code may be left out. A field that holds separators stands in quotes, a quote
+///     inside it is doubled.
 ///   - Blank lines and lines that start with # are passed over.
-///   - The first other line is a header when it has the fields of a point,
-///     and each of X, Y and Z has a text there that does not read as a number.
-///   - Lines end in LF or CRLF; a UTF-8 mark at the start is passed over.
+///   - The first other line is a header when it has the fields of a point, and each of X, Y
+///     and Z has a text there that does not read as a number.
+///   - Lines end in LF or CRLF, or all of them in CR.
+///   - Alphabets are those of Decoded.
 /// Every other line that is not a point is listed among the bad ones.
-PointFile read_points(std::string_view text, FieldOrder order);
+PointFile read_points(std::string_view bytes, FieldOrder order,
+                      Progress& progress = unseen_progress());
 
-/// The text of a point file that reads back as these points, bit for bit, under
-/// a header: coordinates with three decimals or as many more as they need, a
-/// field in quotes where it would read as something else without.
-std::string point_file(const std::vector<SurveyPoint>& points, FieldOrder order);
+/// Writes a point file that reads back as these points, bit for bit, under a header:
+/// coordinates with three decimals or as many more as they need, a field in quotes where it
+/// would read as something else without.
+void write_point_file(Writer& out, const std::vector<SurveyPoint>& points, FieldOrder order);
+
+/// A field as tables between commas have it: in quotes where it would read as something else
+/// without.
+void write_field(Writer& out, std::string_view field);
 
 /// The names of the fields in the order of the file: "number, X, Y, Z, code".
 std::string_view field_names(FieldOrder order);
-
-/// Bad lines as messages, "file:17: what", one a line. After the first twenty
-/// the others are counted.
-std::string messages(std::string_view file, const std::vector<BadLine>& bad_lines);
 
 /// The smallest and the largest of one coordinate.
 struct Range {

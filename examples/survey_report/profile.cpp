@@ -12,6 +12,7 @@
 #include "survey_report/layout.h"
 #include "survey_report/relief.h"
 #include "survey_report/rounding.h"
+#include "survey_report/words.h"
 
 namespace survey_report {
 
@@ -66,14 +67,14 @@ std::vector<Foot> feet_beside(const std::vector<SurveyPoint>& points, const Sect
   return feet;
 }
 
-std::optional<double> elevation_of(const Foot& foot, const std::vector<SurveyPoint>& points,
+std::optional<double> elevation_of(const Foot& foot, const PointIndex& index,
                                    const Boundary& boundary, const Section& axis) {
-  if (foot.offset <= on_the_axis * axis.length) return points[foot.point].z;
+  if (foot.offset <= on_the_axis * axis.length) return index.points()[foot.point].z;
   const Place place = place_at(axis, foot.distance);
   if (!contains(boundary, place)) return std::nullopt;
-  const std::optional<Triangle> triangle = triangle_around(place, points);
+  const std::optional<Triangle> triangle = triangle_around(place, index);
   if (!triangle) return std::nullopt;
-  return elevation_at(place, *triangle, points);
+  return elevation_at(place, *triangle, index.points());
 }
 
 // ---- The library's view of a profile: numbered from 1
@@ -102,7 +103,7 @@ void put_in_order(Terrain& terrain) {
   const orv2_geo::cgeo_Terreno library;
   library.Ordena_terreno_y_quita_repetidos(terrain.count, terrain.distances, terrain.elevations);
   if (!library.TF_DistaOrigen_estan_ordenadas(terrain.distances)) {
-    throw std::range_error("the distances of the profile are not in order");
+    throw std::range_error(words::distances_not_in_order.text());
   }
 }
 
@@ -110,9 +111,19 @@ bool has_length(const Terrain& terrain) {
   return terrain.count > 1 && terrain.distances(1) < terrain.distances(terrain.count);
 }
 
-void describe(Profile& profile, const Terrain& terrain) {
+// The first of the points found that lies there.
+std::size_t point_at(double distance, double elevation, const std::vector<ProfilePoint>& found) {
+  const auto at = std::find_if(found.begin(), found.end(), [&](const ProfilePoint& point) {
+    return point.distance == distance && point.elevation == elevation;
+  });
+  return (at == found.end() ? found.front() : *at).point;
+}
+
+void describe(Profile& profile, const Terrain& terrain, const std::vector<ProfilePoint>& found) {
   for (std::int32_t i = 1; i <= terrain.count; ++i) {
-    profile.terrain.push_back({terrain.distances(i), terrain.elevations(i)});
+    const double distance = terrain.distances(i);
+    const double elevation = terrain.elevations(i);
+    profile.terrain.push_back({distance, elevation, point_at(distance, elevation, found)});
     if (i == 1) continue;
     profile.widest_gap =
         std::max(profile.widest_gap, terrain.distances(i) - terrain.distances(i - 1));
@@ -126,7 +137,7 @@ void describe(Profile& profile, const Terrain& terrain) {
 
 std::vector<double> station_distances(const Range& range, double step) {
   if ((range.max - range.min) / step > most_stations - 2.0) {
-    throw ChoiceFault("--stations gives more than " + fixed(most_stations, 0) + " stations");
+    throw ChoiceFault(words::too_many_stations.with({fixed(most_stations, 0)}));
   }
   const double apart = 1e-6 * step;  // a multiple nearer to an end is that end
   std::vector<double> distances = {range.min};
@@ -157,10 +168,11 @@ std::vector<Station> stations_of(const Terrain& terrain, const Section& axis, do
 
 std::vector<ProfilePoint> points_on(const Section& axis, const std::vector<SurveyPoint>& points,
                                     const Boundary& boundary, double corridor) {
+  const PointIndex index(points);
   std::vector<ProfilePoint> found;
   for (const Foot& foot : feet_beside(points, axis, corridor)) {
-    const std::optional<double> elevation = elevation_of(foot, points, boundary, axis);
-    if (elevation) found.push_back({foot.distance, *elevation});
+    const std::optional<double> elevation = elevation_of(foot, index, boundary, axis);
+    if (elevation) found.push_back({foot.distance, *elevation, foot.point});
   }
   return found;
 }
@@ -171,7 +183,7 @@ void work_out(Profile& profile, const std::vector<ProfilePoint>& found, const Se
   Terrain terrain = terrain_of(found);
   put_in_order(terrain);
   if (!has_length(terrain)) return;
-  describe(profile, terrain);
+  describe(profile, terrain, found);
   const double length = terrain.distances(terrain.count) - terrain.distances(1);
   profile.step = step.value_or(default_station_step(length));
   profile.stations = stations_of(terrain, axis, profile.step);

@@ -20,6 +20,7 @@ constexpr double most_stations = 400.0;
 struct ProfilePoint {
   double distance = 0.0;  ///< along the axis, from its start
   double elevation = 0.0;
+  std::size_t point = 0;  ///< the survey's point beside the axis there, by its place
 };
 
 struct Station {

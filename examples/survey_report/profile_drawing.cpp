@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
 #include <string_view>
 #include <vector>
 
@@ -10,6 +11,7 @@
 #include "survey_report/scale.h"
 #include "survey_report/svg.h"
 #include "survey_report/symbols.h"
+#include "survey_report/words.h"
 
 namespace survey_report {
 
@@ -47,9 +49,10 @@ struct ProfileLayout {
   ProfileLayout(const Sheet& sheet, double texts)
       : border(sheet.border()),
         title_block{border.left, border.bottom - 3 * title_row, border.right, border.bottom},
-        station_row{"Station", title_block.top - 3.0 - number_height, title_block.top - 3.0},
-        distance_row{"Distance", station_row.top - texts - 4.0, station_row.top},
-        elevation_row{"Elevation", distance_row.top - texts - 4.0, distance_row.top},
+        station_row{words::station.view(), title_block.top - 3.0 - number_height,
+                    title_block.top - 3.0},
+        distance_row{words::distance.view(), station_row.top - texts - 4.0, station_row.top},
+        elevation_row{words::elevation.view(), distance_row.top - texts - 4.0, distance_row.top},
         graph{border.left + beside_graph, border.top + above_graph, border.right - 5.0,
               elevation_row.top - 2.0} {}
 
@@ -135,7 +138,7 @@ class ProfileNeeds final : public SheetNeeds {
     const double scale = std::max(length / layout.room_across() * millimetres_,
                                   height / layout.room_up() * millimetres_);
     const bool finite = std::isfinite(scale) && std::isfinite(millimetres_ / scale);
-    if (!finite) throw DrawingFault("the terrain has no scale for a profile");
+    if (!finite) throw DrawingFault(words::no_scale_for_profile.text());
     return scale;
   }
 
@@ -191,7 +194,7 @@ class ProfileDrawing {
         across_(options.millimetres() / scaled_.scale),
         up_(across_ * heights_.exaggeration) {}
 
-  std::string drawn() {
+  Drawing drawn() {
     const Sheet& sheet = scaled_.sheet;
     svg_.rectangle({0, 0}, sheet.width(), sheet.height(), R"(fill="#ffffff")");
     const Rect& b = layout_.border;
@@ -204,8 +207,9 @@ class ProfileDrawing {
     datum();
     rows();
     title_block();
-    return svg_.document(sheet.width(), sheet.height(),
-                         "Longitudinal profile: " + survey_.file_name);
+    return {
+        svg_.element(sheet.width(), sheet.height(), words::profile_title.with({survey_.file_name})),
+        profile_.terrain.size()};
   }
 
  private:
@@ -222,8 +226,8 @@ class ProfileDrawing {
   }
 
   void notes() {
-    std::string text = "Distances from the start of the section line. Dots: points of the terrain.";
-    if (!study_.section.cuts.empty()) text += " Red: cuts of the boundary, by their numbers.";
+    std::string text = words::profile_notes.text();
+    if (!study_.section.cuts.empty()) text += words::profile_cuts_note.view();
     svg_.text({layout_.border.left + 3.0, layout_.border.top + 5.0}, text,
               {.size = least_letters, .colour = "#555555"});
   }
@@ -261,8 +265,23 @@ class ProfileDrawing {
     svg_.path(path_through(line, false), terrain_paint);
     svg_.close_group();
     svg_.open_group(R"(id="terrain-points" fill="#7a4a12")");
-    for (const Place& place : line) svg_.path(circle(place, point_reach));
+    terrain_points(line);
     svg_.close_group();
+  }
+
+  void terrain_points(const std::vector<Place>& line) {
+    std::map<std::string_view, std::vector<std::size_t>> codes;
+    for (std::size_t i = 0; i < line.size(); ++i) {
+      codes[survey_.points[profile_.terrain[i].point].code].push_back(i);
+    }
+    for (const auto& [code, members] : codes) {
+      svg_.open_code(code);
+      for (const std::size_t i : members) {
+        svg_.titled_path(circle(line[i], point_reach),
+                         point_title(survey_.points[profile_.terrain[i].point]));
+      }
+      svg_.close_group();
+    }
   }
 
   void ordinates() {
@@ -300,7 +319,7 @@ class ProfileDrawing {
     svg_.open_group(R"(id="datum")");
     svg_.path(path_through({{graph_.left, graph_.bottom}, {graph_.right, graph_.bottom}}, false),
               datum_paint);
-    side_text(graph_.bottom, "Datum " + level_text(heights_.datum), true);
+    side_text(graph_.bottom, words::datum.with({level_text(heights_.datum)}), true);
     svg_.close_group();
   }
 
@@ -336,24 +355,26 @@ class ProfileDrawing {
     const auto cell = [&](double left, double right, int row, int rows) {
       return Rect{left, block.top + row * title_row, right, block.top + (row + rows) * title_row};
     };
-    svg_.open_group(R"(id="title-block")");
+    svg_.open_group(R"(id="profile-title-block")");
     draw_cell(svg_, cell(block.left, second, 0, 2), survey_.file_name, 4.5, true);
-    draw_cell(svg_, cell(block.left, second, 2, 1), "Longitudinal profile", least_letters);
+    draw_cell(svg_, cell(block.left, second, 2, 1), words::longitudinal_profile.view(),
+              least_letters);
     draw_cell(svg_, cell(second, third, 0, 1), scales_text(), 3.4, true);
     draw_cell(svg_, cell(second, third, 1, 1),
-              "Exaggeration " + fixed(heights_.exaggeration, 0) + ", " + unit_text(options_),
+              words::exaggeration.with({fixed(heights_.exaggeration, 0), unit_text(options_)}),
               least_letters);
     draw_cell(svg_, cell(second, third, 2, 1), left_out_text(labels_left_out_), least_letters);
-    draw_cell(svg_, cell(third, block.right, 0, 1), "Sheet " + scaled_.sheet.text(), least_letters);
-    draw_cell(svg_, cell(third, block.right, 1, 1), "Date", least_letters);
-    draw_cell(svg_, cell(third, block.right, 2, 1), "Drawn", least_letters);
+    draw_cell(svg_, cell(third, block.right, 0, 1), words::sheet.with({scaled_.sheet.text()}),
+              least_letters);
+    draw_cell(svg_, cell(third, block.right, 1, 1), words::date.view(), least_letters);
+    draw_cell(svg_, cell(third, block.right, 2, 1), words::drawn.view(), least_letters);
     svg_.rectangle({block.left, block.top}, block.width(), block.height(), thick_black);
     svg_.close_group();
   }
 
   std::string scales_text() const {
-    return "Scale " + scale_text(scaled_.scale) + ", vertical " +
-           scale_text(scaled_.scale / heights_.exaggeration);
+    return words::profile_scales.with(
+        {scale_text(scaled_.scale), scale_text(scaled_.scale / heights_.exaggeration)});
   }
 
   const Survey& survey_;
@@ -390,10 +411,10 @@ ProfileHeights profile_heights(double scale, const Range& elevations, double roo
   return heights;
 }
 
-std::string profile_drawing_of(const Survey& survey, const Study& study,
-                               const DrawingOptions& options) {
+Drawing profile_drawing_of(const Survey& survey, const Study& study,
+                           const DrawingOptions& options) {
   if (!study.complete() || study.profile.stations.empty()) {
-    throw DrawingFault("no profile: " + reason_for_no_profile(study));
+    throw DrawingFault(words::no_profile.with({reason_for_no_profile(study)}));
   }
   return ProfileDrawing(survey, study, options).drawn();
 }

@@ -25,7 +25,7 @@ ProfileHeights profile_heights(double scale, const Range& elevations, double roo
 /// A drawing at round scales, as SVG in millimetres of the sheet. Throws
 /// DrawingFault when the study has no profile, and ChoiceFault where the scale of
 /// the user does not fit.
-std::string profile_drawing_of(const Survey& survey, const Study& study,
-                               const DrawingOptions& options = {});
+Drawing profile_drawing_of(const Survey& survey, const Study& study,
+                           const DrawingOptions& options = {});
 
 }  // namespace survey_report

@@ -17,39 +17,6 @@ constexpr double nodes_a_side = 8.0;
 constexpr double most_nodes_a_side = 64.0;
 constexpr double thinnest = 0.02;  // height of a triangle over its longest side
 
-// ---- Nearest points
-
-// A point seen from a node: small numbers keep digits.
-struct Near {
-  std::size_t index = 0;
-  double x = 0.0;
-  double y = 0.0;
-  double squared = 0.0;
-};
-
-bool nearer(const Near& a, const Near& b) {
-  return std::pair(a.squared, a.index) < std::pair(b.squared, b.index);
-}
-
-// Of points in one spot the first alone counts.
-void add_if_nearer(std::vector<Near>& nearest, const Near& near) {
-  if (nearest.size() == candidates && !nearer(near, nearest.back())) return;
-  const auto same_spot = [&](const Near& n) { return n.x == near.x && n.y == near.y; };
-  if (std::any_of(nearest.begin(), nearest.end(), same_spot)) return;
-  nearest.insert(std::upper_bound(nearest.begin(), nearest.end(), near, nearer), near);
-  if (nearest.size() > candidates) nearest.pop_back();
-}
-
-std::vector<Near> nearest_to(const Place& place, const std::vector<SurveyPoint>& points) {
-  std::vector<Near> nearest;
-  for (std::size_t i = 0; i < points.size(); ++i) {
-    const double x = points[i].x - place.x;
-    const double y = points[i].y - place.y;
-    add_if_nearer(nearest, {i, x, y, x * x + y * y});
-  }
-  return nearest;
-}
-
 // ---- Triangles around the origin, which is the node
 
 double side(const Near& a, const Near& b) { return std::hypot(b.x - a.x, b.y - a.y); }
@@ -149,9 +116,8 @@ std::vector<Place> grid_places(const Box& box, double step) {
   return places;
 }
 
-std::optional<Triangle> triangle_around(const Place& place,
-                                        const std::vector<SurveyPoint>& points) {
-  const std::vector<Near> nearest = nearest_to(place, points);
+std::optional<Triangle> triangle_around(const Place& place, const PointIndex& index) {
+  const std::vector<Near> nearest = index.nearest(place, candidates);
   Smallest smallest;
   for (std::size_t i = 0; i < nearest.size(); ++i) {
     for (std::size_t j = i + 1; j < nearest.size(); ++j) {
@@ -182,9 +148,10 @@ double elevation_at(const Place& place, Triangle triangle, const std::vector<Sur
 Relief relief_of(const std::vector<SurveyPoint>& points, const Boundary& boundary, double step) {
   Relief relief{step, {}};
   const double lowest = extents_of(points).z.min;
+  const PointIndex index(points);
   for (const Place& place : grid_places(box_of(boundary.vertices), step)) {
     if (!contains(boundary, place)) continue;
-    const std::optional<Triangle> triangle = triangle_around(place, points);
+    const std::optional<Triangle> triangle = triangle_around(place, index);
     if (!triangle) continue;
     relief.nodes.push_back({place, *triangle, elevation_at(place, *triangle, points),
                             slope_of(*triangle, points, lowest)});

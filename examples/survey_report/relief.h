@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "survey_report/boundary.h"
+#include "survey_report/point_index.h"
 #include "survey_report/points.h"
 
 namespace survey_report {
@@ -52,7 +53,7 @@ std::vector<Place> grid_places(const Box& box, double step);
 
 /// Of the points nearest to a place, the three with the smallest perimeter
 /// around it that form no sliver.
-std::optional<Triangle> triangle_around(const Place& place, const std::vector<SurveyPoint>& points);
+std::optional<Triangle> triangle_around(const Place& place, const PointIndex& index);
 
 /// The elevation at a place of the triangle around it. Throws RunFailure when the
 /// library refuses it.

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
-#include <numeric>
+#include <memory_resource>
 #include <set>
 #include <span>
 #include <stdexcept>
@@ -14,6 +14,8 @@
 #include "orv2_geo/orv2_geo.hpp"
 #include "survey_report/failure_words.h"
 #include "survey_report/point_arrays.h"
+#include "survey_report/progress_indicator.h"
+#include "survey_report/words.h"
 
 namespace survey_report {
 
@@ -35,12 +37,21 @@ RepeatedPair pair_of(const Points& points, std::size_t a, std::size_t b) {
   return {first, second, std::hypot(to.x - from.x, to.y - from.y), to.z - from.z};
 }
 
-Places from_west_to_east(const Points& points) {
-  Places places(points.size());
-  std::iota(places.begin(), places.end(), std::size_t{0});
-  std::stable_sort(places.begin(), places.end(),
-                   [&](std::size_t a, std::size_t b) { return points[a].x < points[b].x; });
-  return places;
+// A point, and where it stands in the survey.
+struct InX {
+  double x;
+  std::uint32_t place;
+};
+
+std::vector<InX> from_west_to_east(const Points& points) {
+  std::vector<InX> order(points.size());
+  for (std::size_t i = 0; i < points.size(); ++i) {
+    order[i] = {points[i].x, static_cast<std::uint32_t>(i)};
+  }
+  std::sort(order.begin(), order.end(), [](const InX& a, const InX& b) {
+    return std::tie(a.x, a.place) < std::tie(b.x, b.place);
+  });
+  return order;
 }
 
 // Walks the points eastwards. Those behind that are still near in X stand in a
@@ -48,12 +59,12 @@ Places from_west_to_east(const Points& points) {
 class PairSearch {
  public:
   PairSearch(const Points& points, double tolerance)
-      : points_(points), tolerance_(tolerance), places_(from_west_to_east(points)) {}
+      : points_(points), tolerance_(tolerance), order_(from_west_to_east(points)) {}
 
   std::vector<RepeatedPair> take_pairs(std::size_t most) {
-    for (const std::size_t place : places_) {
+    for (const auto& [x, place] : order_) {
       if (pairs_.size() > most) break;
-      leave_behind(points_[place].x);
+      leave_behind(x);
       meet(place);
       strip_.emplace(points_[place].y, place);
     }
@@ -65,8 +76,8 @@ class PairSearch {
 
  private:
   void leave_behind(double x) {
-    while (!strip_.empty() && !(x < points_[places_[west_]].x + tolerance_)) {
-      strip_.erase({points_[places_[west_]].y, places_[west_]});
+    while (!strip_.empty() && !(x < order_[west_].x + tolerance_)) {
+      strip_.erase({points_[order_[west_].place].y, order_[west_].place});
       ++west_;
     }
   }
@@ -85,36 +96,31 @@ class PairSearch {
 
   const Points& points_;
   double tolerance_;
-  Places places_;
-  std::size_t west_ = 0;  // of the strip's points the westernmost, by its place in places_
-  std::set<std::pair<double, std::size_t>> strip_;
+  std::vector<InX> order_;
+  std::size_t west_ = 0;  // of the strip's points the westernmost, by its place in order_
+  std::pmr::unsynchronized_pool_resource pool_;
+  std::pmr::set<std::pair<double, std::size_t>> strip_{&pool_};
   std::vector<RepeatedPair> pairs_;
 };
 
 // ---- The library's removal
 
-// The library asks for a progress indicator; this one shows nothing.
-class UnseenProgress final : public orv2_geo::LateBound {
- public:
-  orv2_geo::Variant call(std::string_view, std::span<const orv2_geo::Argument>) override {
-    orv2_geo::raise(orv2_geo::failure::no_such_member);
-  }
-  void set_property(std::string_view, const orv2_geo::Variant&) override {}
-};
-
-Places kept_of(const Points& points, double tolerance) {
+Places kept_of(const Points& points, double tolerance, Progress& shown) {
   const PointArrays arrays(points);
   std::int32_t count = arrays.count;
   orv2_geo::LongArray numbers(0, count);
   for (std::int32_t i = 1; i <= count; ++i) numbers(i) = i;
-  const orv2_geo::ObjectRef progress(new UnseenProgress);
+  const orv2_geo::ObjectRef progress(new ProgressIndicator(shown));
   orv2_geo::cgeo_Matrices().Quita_Puntos_Repetidos_XYZ_con_indice1(
       count, arrays.x, arrays.y, arrays.z, numbers, progress, tolerance, false);
-  if (count < 1) throw std::range_error("the library's search failed");
+  if (count < 1) throw std::range_error(words::search_failed.text());
+  std::vector<bool> stays(points.size());
+  for (std::int32_t i = 1; i <= count; ++i) stays[static_cast<std::size_t>(numbers(i)) - 1] = true;
   Places kept;
-  for (std::int32_t i = 1; i <= count; ++i)
-    kept.push_back(static_cast<std::size_t>(numbers(i)) - 1);
-  std::sort(kept.begin(), kept.end());
+  kept.reserve(static_cast<std::size_t>(count));
+  for (std::size_t i = 0; i < stays.size(); ++i) {
+    if (stays[i]) kept.push_back(i);
+  }
   return kept;
 }
 
@@ -152,14 +158,14 @@ struct DialogArrays : PointArrays {
 
 }  // namespace
 
-Repeats repeats_of(const Points& points, double tolerance) {
+Repeats repeats_of(const Points& points, double tolerance, Progress& progress) {
   Repeats repeats;
   repeats.tolerance = tolerance;
   repeats.pairs = PairSearch(points, tolerance).take_pairs(most_pairs);
   repeats.too_many_pairs = repeats.pairs.size() > most_pairs;
   if (repeats.too_many_pairs) repeats.pairs.clear();
   try {
-    repeats.kept = kept_of(points, tolerance);
+    repeats.kept = kept_of(points, tolerance, progress);
   } catch (const orv2_geo::RunFailure& failure) {
     repeats.fault = words_of(failure);
   } catch (const std::range_error& fault) {

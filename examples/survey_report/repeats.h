@@ -44,7 +44,9 @@ struct Repeats {
   }
 };
 
-Repeats repeats_of(const std::vector<SurveyPoint>& points, double tolerance);
+/// The library tells `progress` how far it is.
+Repeats repeats_of(const std::vector<SurveyPoint>& points, double tolerance,
+                   Progress& progress = unseen_progress());
 
 std::vector<SurveyPoint> kept_points(const std::vector<SurveyPoint>& points,
                                      const Repeats& repeats);

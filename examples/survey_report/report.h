@@ -7,6 +7,7 @@
 #include "survey_report/points.h"
 #include "survey_report/study.h"
 #include "survey_report/traverse.h"
+#include "survey_report/writer.h"
 
 namespace survey_report {
 
@@ -17,9 +18,20 @@ struct Survey {
   std::vector<SurveyPoint> points;  ///< at least one
 };
 
-/// File, number of points, length of the traverse, and the extremes with the
+/// What the report tells of what was made beside it; empty for what there is not.
+struct ReportNotes {
+  std::string dialog;  ///< the dialog_section
+  std::string plan;    ///< which points a plan leaves out
+  std::string dxf;     ///< what of the points a CAD drawing leaves out
+};
+
+/// How a report says that a plan shows not all points; empty where it does.
+std::string plan_note(std::size_t drawn, std::size_t points);
+
+/// File, number of points, length of the traverse, notes, and the extremes with the
 /// points that hold them.
-std::string heading_section(const Survey& survey, const Traverse& traverse);
+std::string heading_section(const Survey& survey, const Traverse& traverse,
+                            const ReportNotes& notes = {});
 
 /// Points measured more than once, a row a pair, and how many the library would remove.
 std::string repeats_section(const Survey& survey, const Study& study);
@@ -35,6 +47,9 @@ std::string boundary_section(const Study& study);
 /// A row a grid node: elevation, slope and the triangle they are taken from.
 std::string relief_section(const Survey& survey, const Study& study);
 
+/// The contours: their step, levels and triangles.
+std::string contours_section(const Survey& survey, const Study& study);
+
 /// The profile along the section line, a row a station.
 std::string profile_section(const Study& study);
 
@@ -45,10 +60,10 @@ std::string reason_for_no_profile(const Study& study);
 std::string area_section(const Survey& survey, const Study& study);
 
 /// A row a point: its coordinates, and the leg to the next point.
-std::string traverse_section(const Survey& survey, const Traverse& traverse);
+void write_traverse_section(Writer& out, const Survey& survey, const Traverse& traverse);
 
-/// All sections, blank lines between each two; `dialog` is the dialog_section,
-/// empty where there was no dialog.
-std::string report(const Survey& survey, const Study& study, const std::string& dialog = {});
+/// All sections, blank lines between each two.
+void write_report(Writer& out, const Survey& survey, const Study& study, const Traverse& traverse,
+                  const ReportNotes& notes = {});
 
 }  // namespace survey_report

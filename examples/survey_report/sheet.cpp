@@ -9,6 +9,7 @@
 #include "survey_report/layout.h"
 #include "survey_report/scale.h"
 #include "survey_report/utf8.h"
+#include "survey_report/words.h"
 
 namespace survey_report {
 
@@ -54,16 +55,15 @@ ScaledSheet with_scale(const SheetNeeds& needs, const std::vector<Paper>& allowe
     if (scaled) return *scaled;
   }
   const Paper& largest = allowed.back();
-  throw ChoiceFault(std::string(option) + ' ' + scale_text(scale) + " does not fit " +
-                    std::string(largest.name) + ": the largest round scale that does is " +
-                    scale_text(round_on(needs, largest).scale));
+  throw ChoiceFault(words::scale_does_not_fit.with(
+      {option, scale_text(scale), largest.name, scale_text(round_on(needs, largest).scale)}));
 }
 
 }  // namespace
 
 std::string unit_text(const DrawingOptions& options) {
-  const std::string name(options.unit.value_or(units.front()).name);
-  return options.unit ? name : name + " assumed";
+  const Word name = options.unit.value_or(units.front()).name;
+  return options.unit ? name.text() : words::assumed.with({name.view()});
 }
 
 std::string Sheet::text() const {
@@ -100,8 +100,9 @@ std::string sheet_value(double value, int decimals, std::size_t longest) {
 }
 
 std::string left_out_text(std::size_t labels) {
-  if (labels == 0) return "no labels left out";
-  return std::to_string(labels) + (labels == 1 ? " label left out" : " labels left out");
+  if (labels == 0) return words::no_labels_left_out.text();
+  const Word& word = labels == 1 ? words::label_left_out : words::labels_left_out;
+  return word.with({std::to_string(labels)});
 }
 
 void draw_cell(Svg& svg, const Rect& cell, std::string_view text, double size, bool bold) {

@@ -13,6 +13,7 @@
 #include "survey_report/boundary.h"
 #include "survey_report/labels.h"
 #include "survey_report/svg.h"
+#include "survey_report/words.h"
 
 namespace survey_report {
 
@@ -38,13 +39,13 @@ constexpr std::array<Paper, 4> papers = {
 /// The unit of a survey's lengths.
 struct Unit {
   std::string_view option;  ///< how the command line names it
-  std::string_view name;    ///< how a sheet names it
+  Word name;                ///< how a sheet names it
   double millimetres;
 };
 
-constexpr std::array<Unit, 3> units = {{{"m", "metres", 1000.0},
-                                        {"ft", "feet", 304.8},
-                                        {"us-ft", "US survey feet", 1200000.0 / 3937.0}}};
+constexpr std::array<Unit, 3> units = {{{"m", words::metres, 1000.0},
+                                        {"ft", words::feet, 304.8},
+                                        {"us-ft", words::us_survey_feet, 1200000.0 / 3937.0}}};
 
 struct DrawingOptions {
   std::optional<Paper> paper;           ///< else the smallest with room for most labels

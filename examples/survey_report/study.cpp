@@ -5,6 +5,8 @@
 #include "orv2_geo/frame/run_failure.h"
 #include "survey_report/failure_words.h"
 #include "survey_report/layout.h"
+#include "survey_report/stages.h"
+#include "survey_report/words.h"
 
 namespace survey_report {
 
@@ -18,32 +20,41 @@ bool has_size(const Box& box) {
 
 double checked_step(const Box& box, double step) {
   if (node_count(box, step) <= most_nodes) return step;
-  throw ChoiceFault("--grid gives more than " + fixed(most_nodes, 0) + " nodes");
+  throw ChoiceFault(words::grid_too_fine.with({fixed(most_nodes, 0)}));
 }
 
-void work_out(Study& study, const std::vector<SurveyPoint>& points, const StudyOptions& options) {
+void work_out(Study& study, const std::vector<SurveyPoint>& points, const StudyOptions& options,
+              Progress& progress) {
   const Box box = box_of(study.boundary.vertices);
-  if (!has_size(box)) throw std::range_error("the boundary is too large");
+  if (!has_size(box)) throw std::range_error(words::boundary_too_large.text());
   study.perimeter = perimeter_of(study.boundary);
   study.section = section_of(study.boundary, options.section.value_or(default_section(box)));
+  progress.begin(stages::relief);
   const double step = options.grid_step.value_or(default_step(box));
   study.relief = relief_of(points, study.boundary, checked_step(box, step));
+  progress.begin(stages::profile);
   study.profile =
       profile_of(points, study.boundary, study.section,
                  options.corridor.value_or(default_corridor(box)), options.station_step);
+  progress.begin(stages::contours);
+  study.contours = contours_of(points, study.boundary, options.contour_step);
 }
 
 }  // namespace
 
-Study study_of(const std::vector<SurveyPoint>& points, const StudyOptions& options) {
+Study study_of(const std::vector<SurveyPoint>& points, const StudyOptions& options,
+               Progress& progress) {
+  progress.begin(stages::boundary);
   Study only_boundary;
   only_boundary.boundary = boundary_of(points, options.boundary_code);
-  only_boundary.repeats = repeats_of(points, options.repeats.value_or(default_tolerance));
+  progress.begin(stages::repeats);
+  only_boundary.repeats = repeats_of(points, options.repeats.value_or(default_tolerance), progress);
+  progress.begin(stages::area);
   only_boundary.area = area_of(points, only_boundary.boundary, options.area);
   if (only_boundary.boundary.vertices.empty()) return only_boundary;
   try {
     Study study = only_boundary;
-    work_out(study, points, options);
+    work_out(study, points, options, progress);
     return study;
   } catch (const orv2_geo::RunFailure& failure) {
     only_boundary.fault = words_of(failure);

@@ -7,6 +7,7 @@
 #include "survey_report/area.h"
 #include "survey_report/boundary.h"
 #include "survey_report/choice_fault.h"
+#include "survey_report/contours.h"
 #include "survey_report/profile.h"
 #include "survey_report/relief.h"
 #include "survey_report/repeats.h"
@@ -21,6 +22,7 @@ struct StudyOptions {
   std::optional<double> corridor;      ///< positive; to either side of the section line
   std::optional<double> station_step;  ///< positive; else a round one
   std::optional<double> repeats;       ///< positive; how near repeated points are
+  std::optional<double> contour_step;  ///< positive; else a round one
   AreaChoice area;
 };
 
@@ -32,6 +34,7 @@ struct Study {
   Section section;
   Relief relief;
   Profile profile;
+  Contours contours;
   /// Why nothing but boundary, area and repeats is known, where the library refused a
   /// computation or a length has no number; else empty.
   std::string fault;
@@ -40,6 +43,7 @@ struct Study {
 };
 
 /// Throws ChoiceFault.
-Study study_of(const std::vector<SurveyPoint>& points, const StudyOptions& options);
+Study study_of(const std::vector<SurveyPoint>& points, const StudyOptions& options,
+               Progress& progress = unseen_progress());
 
 }  // namespace survey_report

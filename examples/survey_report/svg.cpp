@@ -91,6 +91,11 @@ void Svg::open_group(std::string_view attributes) {
   text_ += "<g" + after_blank(attributes) + ">\n";
 }
 
+void Svg::open_code(std::string_view code, std::string_view attributes) {
+  text_ += "<g" + attribute("class", "code") + attribute("data-code", xml_escaped(code)) +
+           after_blank(attributes) + ">\n";
+}
+
 void Svg::line(const Place& from, const Place& to) {
   text_ += "<line" + attribute("x1", from.x) + attribute("y1", from.y) + attribute("x2", to.x) +
            attribute("y2", to.y) + "/>\n";
@@ -106,6 +111,10 @@ void Svg::path(std::string_view data, std::string_view attributes) {
   text_ += "<path" + attribute("d", data) + after_blank(attributes) + "/>\n";
 }
 
+void Svg::titled_path(std::string_view data, std::string_view title) {
+  text_ += "<path" + attribute("d", data) + "><title>" + xml_escaped(title) + "</title></path>\n";
+}
+
 void Svg::clip(std::string_view name, const Place& corner, double width, double height) {
   text_ += "<clipPath" + attribute("id", name) + ">\n";
   rectangle(corner, width, height, {});
@@ -117,20 +126,18 @@ void Svg::text(const Place& at, std::string_view content, const Lettering& lette
            '>' + xml_escaped(content) + "</text>\n";
 }
 
-std::string Svg::document(double width, double height, std::string_view title) const {
+std::string Svg::element(double width, double height, std::string_view title) const {
   const std::string w = sheet_number(width);
   const std::string h = sheet_number(height);
   const std::string head =
-      "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-      "<svg xmlns=\"http://www.w3.org/2000/svg\" version=\"1.1\"" +
-      attribute("width", w + "mm") + attribute("height", h + "mm") +
-      attribute("viewBox", "0 0 " + w + ' ' + h) +
+      "<svg xmlns=\"http://www.w3.org/2000/svg\" version=\"1.1\"" + attribute("width", w + "mm") +
+      attribute("height", h + "mm") + attribute("viewBox", "0 0 " + w + ' ' + h) +
       attribute("font-family", "Liberation Sans, Arial, Helvetica, sans-serif") + ">\n<title>" +
       xml_escaped(title) + "</title>\n";
   constexpr std::string_view tail = "</svg>\n";
-  std::string document;
-  document.reserve(head.size() + text_.size() + tail.size());  // it may be large
-  return document.append(head).append(text_).append(tail);
+  std::string element;
+  element.reserve(head.size() + text_.size() + tail.size());  // it may be large
+  return element.append(head).append(text_).append(tail);
 }
 
 std::string path_through(const std::vector<Place>& places, bool closed) {

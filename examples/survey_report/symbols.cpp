@@ -4,7 +4,9 @@
 #include <map>
 #include <utility>
 
+#include "survey_report/layout.h"
 #include "survey_report/svg.h"
+#include "survey_report/words.h"
 
 namespace survey_report {
 
@@ -61,7 +63,7 @@ std::vector<CodeGroup> by_code(const std::vector<SurveyPoint>& points) {
   for (std::size_t i = 0; i < points.size(); ++i) codes[points[i].code].push_back(i);
   std::vector<CodeGroup> groups;
   for (auto& [code, members] : codes) {
-    groups.push_back({code.empty() ? "no code" : code, std::move(members)});
+    groups.push_back({code.empty() ? words::no_code.text() : code, std::move(members)});
   }
   return groups;
 }
@@ -75,13 +77,31 @@ std::string circle(const Place& at, double reach) {
          sheet_number(2 * reach) + " 0" + arc + sheet_number(-2 * reach) + " 0 Z";
 }
 
+std::map<std::string_view, std::vector<std::size_t>> points_by_code(
+    const std::vector<SurveyPoint>& points, const std::vector<std::size_t>& chosen) {
+  std::map<std::string_view, std::vector<std::size_t>> codes;
+  for (const std::size_t i : chosen) codes[points[i].code].push_back(i);
+  return codes;
+}
+
+std::string point_title(const SurveyPoint& point) {
+  constexpr int decimals = 3;
+  std::string title = point.number + (point.code.empty() ? "" : " " + point.code) + ": X ";
+  append_fixed(title, point.x, decimals);
+  title += ", Y ";
+  append_fixed(title, point.y, decimals);
+  title += ", Z ";
+  append_fixed(title, point.z, decimals);
+  return title;
+}
+
 std::vector<CodeGroup> code_groups(const std::vector<SurveyPoint>& points) {
   std::vector<CodeGroup> groups = by_code(points);
   std::stable_sort(groups.begin(), groups.end(), [](const CodeGroup& a, const CodeGroup& b) {
     return a.points.size() > b.points.size();
   });
   if (groups.size() <= most_codes) return groups;
-  CodeGroup other{"other", {}};
+  CodeGroup other{words::other_codes.text(), {}};
   for (std::size_t i = most_codes; i < groups.size(); ++i) {
     other.points.insert(other.points.end(), groups[i].points.begin(), groups[i].points.end());
   }

@@ -2,7 +2,9 @@
 #pragma once
 
 #include <cstddef>
+#include <map>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "survey_report/boundary.h"
@@ -15,6 +17,13 @@ struct CodeGroup {
   std::string name;                 ///< the code; "no code", "other"
   std::vector<std::size_t> points;  ///< by their place in the survey
 };
+
+/// The points of each code among these, by their places in the survey, codes in order.
+std::map<std::string_view, std::vector<std::size_t>> points_by_code(
+    const std::vector<SurveyPoint>& points, const std::vector<std::size_t>& chosen);
+
+/// A point as a text: its number, code and coordinates.
+std::string point_title(const SurveyPoint& point);
 
 /// The most frequent codes, up to ten, each a group, the most frequent first;
 /// then all others as one, if there are others.

@@ -62,6 +62,12 @@ std::optional<std::size_t> first_byte_not_utf8(std::string_view text) {
   return text.size() - rest.size();
 }
 
+std::size_t column_of(std::string_view line, std::size_t at) {
+  const std::string_view before = line.substr(0, at);
+  const auto begins = [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0) != 0x80; };
+  return static_cast<std::size_t>(std::count_if(before.begin(), before.end(), begins)) + 1;
+}
+
 std::size_t display_width(std::string_view utf8) {
   if (std::all_of(utf8.begin(), utf8.end(), is_ascii)) return utf8.size();  // most texts
   std::size_t width = 0;

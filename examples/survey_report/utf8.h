@@ -15,6 +15,9 @@ std::optional<char32_t> take_character(std::string_view& text);
 /// Where the bytes stop being UTF-8, from 0; nothing when all of them are.
 std::optional<std::size_t> first_byte_not_utf8(std::string_view text);
 
+/// The column, counted in characters from 1, of the byte at that place of a line.
+std::size_t column_of(std::string_view line, std::size_t at);
+
 /// Columns that a UTF-8 text takes: one a character, none for an accent that
 /// is put over the letter before it.
 std::size_t display_width(std::string_view utf8);

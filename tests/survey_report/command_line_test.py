@@ -3,6 +3,7 @@
     command_line_test.py PROGRAM REPOSITORY
 """
 
+import csv
 import os
 import pathlib
 import re
@@ -20,6 +21,8 @@ except ImportError:  # no limits on this system
 
 PROGRAM = ""
 REPOSITORY = pathlib.Path()
+
+os.environ["LC_ALL"] = "C"  # the report's language
 
 GOOD = "1,100,200,600,EJE\n2,110,200,601,POZO\n"
 FULL = pathlib.Path("/dev/full")
@@ -57,69 +60,79 @@ class Options(InAFolder):
 
     def test_wrong_options_give_status_2_and_a_message(self):
         self.write("good.csv", GOOD)
+        self.write("points.csv", GOOD)
         rows = [
             ([], "no point file is given"),
             (["--nothing", "good.csv"], "unknown option --nothing"),
             (["good.csv", "-x"], "unknown option -x"),
             (["good.csv", "-"], "unknown option -"),
-            (["good.csv", "-o"], "-o needs a file name"),
-            (["good.csv", "--output"], "--output needs a file name"),
-            (["good.csv", "--output="], "the output file has an empty name"),
+            (["good.csv", "-o"], "-o needs a folder's name"),
+            (["good.csv", "--output"], "--output needs a folder's name"),
+            (["good.csv", "--output="], "the output folder has an empty name"),
             (["good.csv", "good.csv"], "more than one point file is given"),
-            (["-o", "a", "-o", "b", "good.csv"], "more than one output file is given"),
+            (["-o", "a", "-o", "b", "good.csv"], "more than one --output is given"),
             ([""], "the point file has an empty name"),
-            (["-o", "good.csv", "good.csv"], "the output file is the point file"),
-            (["-o", "./good.csv", "good.csv"], "the output file is the point file"),
+            (["-o", ".", "points.csv"],
+             "--output writes ./points.csv, which is the point file"),
+            (["-o", "../" + pathlib.Path.cwd().name, "points.csv"],
+             f"--output writes ../{pathlib.Path.cwd().name}/points.csv, which is the point file"),
             (["good.csv", "--plan"], "--plan needs a file name"),
             (["good.csv", "--plan="], "the --plan file has an empty name"),
-            (["good.csv", "--plan", "a", "--plan=b"], "more than one --plan file is given"),
+            (["good.csv", "--plan", "a", "--plan=b"], "more than one --plan is given"),
             (["good.csv", "--plan", "./good.csv"], "--plan names the point file"),
-            (["good.csv", "-o", "a", "--plan", "./a"], "--plan names the output file"),
+            (["good.csv", "-o", "a", "--plan", "./a/plan.svg"],
+             "--plan names the file plan.svg of the output folder"),
             (["good.csv", "--profile"], "--profile needs a file name"),
             (["good.csv", "--profile="], "the --profile file has an empty name"),
             (["good.csv", "--profile", "a", "--profile=b"],
-             "more than one --profile file is given"),
+             "more than one --profile is given"),
             (["good.csv", "--profile", "./good.csv"], "--profile names the point file"),
-            (["good.csv", "-o", "a", "--profile", "./a"], "--profile names the output file"),
+            (["good.csv", "-o", "a", "--profile", "a/report.txt"],
+             "--profile names the file report.txt of the output folder"),
             (["good.csv", "--plan", "a", "--profile", "./a"], "--profile names the --plan file"),
             (["good.csv", "--plan=a", "--sheet", "A7"], '--sheet "A7" is not A4, A3, A2 or A1'),
             (["good.csv", "--plan=a", "--sheet"], "--sheet needs a format"),
             (["good.csv", "--sheet=A4", "--sheet=A4"], "more than one --sheet is given"),
-            (["good.csv", "--sheet=A4"], "--sheet needs --plan or --profile"),
+            (["good.csv", "--sheet=A4"], "--sheet needs --plan, --profile or --output"),
             (["good.csv", "--plan=a", "--unit=yd"], '--unit "yd" is not m, ft or us-ft'),
             (["good.csv", "--unit=ft", "--unit=ft"], "more than one --unit is given"),
-            (["good.csv", "--unit=ft"], "--unit needs --plan or --profile"),
+            (["good.csv", "--unit=ft"], "--unit needs --plan, --profile or --output"),
             (["good.csv", "--plan=a", "--scale"], "--scale needs a scale"),
             *((["good.csv", "--plan=a", "--scale", scale],
                f'--scale "{scale}" is not a scale such as 1:500, from 1000:1 to 1:1e15')
               for scale in ("0", "1:0", "0:1", "1:", ":", "1:500:2", "-500", "1:x", "1:1e16", "2000:1",
                             "")),
             (["good.csv", "--scale=1:5", "--scale=1:5"], "more than one --scale is given"),
-            (["good.csv", "--scale=1:5", "--profile=a"], "--scale needs --plan"),
+            (["good.csv", "--scale=1:5", "--profile=a"], "--scale needs --plan or --output"),
             (["good.csv", "--plan=a", "--scale=1:2"],
              "--scale 1:2 does not fit A1: the largest round scale that does is 1:20"),
             (["good.csv", "--plan=a", "--scale=20", "--sheet=A4"],
              "--scale 1:20 does not fit A4: the largest round scale that does is 1:100"),
             (["good.csv", "--profile=a", "--profile-scale=half"],
              '--profile-scale "half" is not a scale such as 1:500, from 1000:1 to 1:1e15'),
-            (["good.csv", "--profile-scale=1:5", "--plan=a"], "--profile-scale needs --profile"),
+            (["good.csv", "--profile-scale=1:5", "--plan=a"], "--profile-scale needs --profile or --output"),
             (["good.csv", "--kept"], "--kept needs a file name"),
             (["good.csv", "--kept="], "the --kept file has an empty name"),
-            (["good.csv", "--kept", "a", "--kept=b"], "more than one --kept file is given"),
+            (["good.csv", "--kept", "a", "--kept=b"], "more than one --kept is given"),
             (["good.csv", "--kept", "./good.csv"], "--kept names the point file"),
-            (["good.csv", "-o", "a", "--kept", "./a"], "--kept names the output file"),
+            (["good.csv", "-o", ".", "--kept", "points.csv"],
+             "--kept names the file points.csv of the output folder"),
             (["good.csv", "--plan", "a", "--kept", "./a"], "--kept names the --plan file"),
             (["good.csv", "--profile", "a", "--kept", "./a"], "--kept names the --profile file"),
-            (["good.csv", "-o", "good_kept.csv", "--repetidos"], "--kept names the output file"),
+            (["good.csv", "--plan", "good_kept.csv", "--repetidos"], "--kept names the --plan file"),
             (["good.csv", "--repeats"], "--repeats needs a tolerance"),
             (["good.csv", "--repeats=0"], '--repeats "0" is not a positive number'),
             (["good.csv", "--repeats", "1cm"], '--repeats "1cm" is not a positive number'),
             (["good.csv", "--repeats=1", "--repeats=1"], "more than one --repeats is given"),
-            (["good.csv", "--ver=1"], "unknown option --ver=1"),
+            (["good.csv", "--language", "fr"], '--language "fr" is not en or es'),
+            (["good.csv", "--language"], "--language needs a language"),
             (["good.csv", "--stations", "0"], '--stations "0" is not a positive number'),
             (["good.csv", "--stations=x"], '--stations "x" is not a positive number'),
             (["good.csv", "--stations=5", "--stations=5"], "more than one --stations is given"),
             (["good.csv", "--stations"], "--stations needs a step"),
+            (["good.csv", "--contours", "0"], '--contours "0" is not a positive number'),
+            (["good.csv", "--contours=5", "--contours=5"], "more than one --contours is given"),
+            (["good.csv", "--contours"], "--contours needs a step"),
             (["good.csv", "--corridor", "-1"], '--corridor "-1" is not a positive number'),
             (["good.csv", "--corridor=5", "--corridor=5"], "more than one --corridor is given"),
             (["good.csv", "--corridor"], "--corridor needs a width"),
@@ -140,7 +153,7 @@ class Options(InAFolder):
             (["good.csv", "--area=0,0,1,0,1,0,0,0"],
              '--area "0,0,1,0,1,0,0,0" has fewer than three vertices'),
             (["good.csv", "--area=0,0,1,0,1,1", "--area=0,0,1,0,1,1"],
-             "more than one --area or --area-code is given"),
+             "more than one --area is given"),
             (["good.csv", "--area=0,0,1,0,1,1", "--area-code=A"],
              "more than one --area or --area-code is given"),
             (["good.csv", "--area-code=A", "--area=0,0,1,0,1,1"],
@@ -173,7 +186,7 @@ class Options(InAFolder):
         for arguments, message in rows:
             with self.subTest(message):
                 self.assert_fails(run(*arguments), 2, "survey_report: " + message + self.HINT)
-        self.assertEqual(self.files(), ["good.csv"])
+        self.assertEqual(self.files(), ["good.csv", "points.csv"])
 
     def test_help_goes_to_standard_output(self):
         for option in ("-h", "--help"):
@@ -233,6 +246,14 @@ class BoundaryAndRelief(InAFolder):
     def test_a_grid_too_fine(self):
         self.assert_fails(run("square.csv", "--grid", "0.001"), 2,
                           "survey_report: --grid gives more than 40000 nodes" + Options.HINT)
+
+    def test_contours_have_the_step_of_the_user(self):
+        self.assertIn("Step       0.5, every fifth level an index contour: ",
+                      self.report("--contours=0.5"))
+
+    def test_too_many_contours(self):
+        self.assert_fails(run("square.csv", "--contours", "0.001"), 2,
+                          "survey_report: --contours gives more than 400 levels" + Options.HINT)
 
     def test_too_many_stations(self):
         self.assert_fails(run("square.csv", "--section=0,0,100,0", "--stations", "0.001"), 2,
@@ -305,8 +326,8 @@ class Repeats(InAFolder):
         self.assertEqual(lines[:2], ["Number,Y,X,Z,Code", "7,100.000,200.000,600.000,EJE"])
 
     def test_none_are_written_where_the_report_fails(self):
-        for arguments in (["-o", "no/report"], ["--plan", "no/plan"]):
-            self.assertEqual(run("twice.csv", "--kept=kept.csv", *arguments).returncode, 1)
+        for arguments in (["-o", "twice.csv/folder"], ["--plan", "no/plan"]):
+            self.assertEqual(run("twice.csv", "--kept=kept.csv", *arguments).returncode, 15)
         self.assertEqual(self.files(), ["twice.csv"])
 
     def test_none_are_written_where_the_library_refuses(self):
@@ -338,8 +359,8 @@ class Repeats(InAFolder):
         self.assert_fails(run("twice.csv", "--ver", "--repetidos", "--area-code=EJE",
                               env=self.NO_SCREEN), 2, "survey_report: --area-code gives fewer than "
                           "three vertices" + Options.HINT)
-        self.assert_fails(run("bad.csv", "--ver", "--repetidos", env=self.NO_SCREEN), 1,
-                          "bad.csv:1: 1 field, but number, X, Y, Z are needed\n")
+        self.assert_fails(run("bad.csv", "--ver", "--repetidos", env=self.NO_SCREEN), 8,
+                          "bad.csv:1:2: 1 field, but number, X, Y, Z are needed\n")
 
 
 class Profile(InAFolder):
@@ -362,9 +383,9 @@ class Profile(InAFolder):
 
     def test_it_may_come_with_a_plan(self):
         arguments = ("square.csv", "--section=0,0,100,0", "--profile=profile.svg",
-                     "--plan=plan.svg", "-o", "report.txt")
+                     "--plan=plan.svg")
         self.assertEqual(run(*arguments).returncode, 0)
-        self.assertEqual(self.files(), ["plan.svg", "profile.svg", "report.txt", "square.csv"])
+        self.assertEqual(self.files(), ["plan.svg", "profile.svg", "square.csv"])
 
     def test_without_points_near_the_section_line_there_is_none(self):
         arguments = ("square.csv", "--section=500,0,500,9", "--corridor=5")
@@ -448,6 +469,42 @@ class Plan(InAFolder):
         for text in (name, "1<2", "<&> (1)", "]]> (1)"):
             self.assertIn(text, texts)
 
+    def test_symbols_stand_in_groups_of_their_codes_with_titles(self):
+        name = self.write("codes.csv", '1<2,0,0,0.5,"<&>"\n2,5,5,0,"\'""\x01"\n3,9,2,1,\n4,1,8,1,"<&>"\n')
+        root = self.plan(name)
+        [points] = self.group(root, "points")
+        groups = {group.get("data-code"): group for group in points.iter(self.SVG + "g")
+                  if group.get("class") == "code"}
+        self.assertEqual(sorted(groups), ["", "'\" ", "<&>"])
+        titles = [[title.text for title in group.iter(self.SVG + "title")]
+                  for group in (groups["<&>"], groups["'\" "], groups[""])]
+        self.assertEqual(titles, [
+            ["1<2 <&>: X 0.000, Y 0.000, Z 0.500", "4 <&>: X 1.000, Y 8.000, Z 1.000"],
+            ["2 '\" : X 5.000, Y 5.000, Z 0.000"], ["3: X 9.000, Y 2.000, Z 1.000"]])
+        [labels] = self.group(root, "labels")
+        labelled = {group.get("data-code"): [text.text for text in group.iter(self.SVG + "text")]
+                    for group in labels.iter(self.SVG + "g") if group.get("class") == "code"}
+        self.assertEqual(labelled, {"<&>": ["1<2", "4"], "'\" ": ["2"], "": ["3"]})
+
+    def test_no_name_of_a_group_is_used_twice_even_with_the_profile(self):
+        run("square.csv", "--section=0,0,100,0", "--plan=plan.svg", "--profile=profile.svg")
+        names = [element.get("id") for file in ("plan.svg", "profile.svg")
+                 for element in ElementTree.parse(file).getroot().iter() if element.get("id")]
+        self.assertEqual(len(names), len(set(names)))
+
+    def test_a_large_survey_is_thinned_and_said_to_be(self):
+        self.write("large.csv", "".join(f"{i},{i % 200},{i // 200},{i % 7},C{i % 3}\n"
+                                        for i in range(25000)))
+        root = self.plan("large.csv", "--sheet=A4")
+        [points] = self.group(root, "points")
+        drawn = len(list(points.iter(self.SVG + "path")))
+        self.assertLess(drawn, 20001)
+        texts = [text.text for text in root.iter(self.SVG + "text")]
+        self.assertIn(f"{drawn} of 25000 points drawn", texts)
+        report = run("large.csv", "--sheet=A4", "--plan=plan.svg").stdout.decode()
+        self.assertIn(f"Plan      {drawn} of 25000 points are drawn, as others would cover them\n",
+                      report)
+
     def test_sheet_and_scale_are_the_users(self):
         for arguments, scale, size in (
                 (["--scale=1:1000"], "1:1000", ("297mm", "210mm")),
@@ -473,28 +530,61 @@ class Plan(InAFolder):
 
     def test_none_is_left_behind_on_failure(self):
         self.write("bad.csv", "x\n")
-        self.assertEqual(run("bad.csv", "--plan", "plan.svg").returncode, 1)
-        self.assertEqual(run("square.csv", "--plan", "plan.svg", "-o", "no/report").returncode, 1)
+        self.assertEqual(run("bad.csv", "--plan", "plan.svg").returncode, 8)
+        self.assertEqual(run("square.csv", "--plan", "plan.svg", "--kept", "no/k").returncode, 15)
         self.assertEqual(run("square.csv", "--plan", "plan.svg", "--grid=1e-9").returncode, 2)
         self.assertEqual(self.files(), ["bad.csv", "square.csv"])
 
     def test_no_report_is_left_behind_without_its_plan(self):
-        self.assert_fails(run("square.csv", "--plan", "no/plan.svg", "-o", "report.txt"), 1,
+        self.assert_fails(run("square.csv", "--plan", "no/plan.svg", "-o", "folder"), 15,
                           "survey_report: cannot write no/plan.svg: No such file or directory\n")
         self.assertEqual(self.files(), ["square.csv"])
 
     def test_an_older_plan_stays_where_the_report_fails(self):
         self.write("plan.svg", "older")
-        self.assertEqual(run("square.csv", "--plan", "plan.svg", "-o", "no/report").returncode, 1)
+        self.assertEqual(run("square.csv", "--plan", "plan.svg", "--kept", "no/k").returncode, 15)
         self.assertEqual(pathlib.Path("plan.svg").read_text(), "older")
 
 
 class BadData(InAFolder):
-    def test_bad_lines_give_status_1_their_numbers_and_nothing_else(self):
+    # What is in the file, the message behind the file's name, and the status.
+    ROWS = [
+        (b"", ": the file is empty", 6),
+        (b"\n", ": no points", 6),
+        (b"# nothing\n", ": no points", 6),
+        (b"Number,X,Y,Z,Code\n", ": no points", 6),
+        (b"\xef\xbb\xbf", ": no points", 6),
+        (b"1,2,x,4\n", ':1:5: Y "x" is not a number', 7),
+        (b"1,2\n", ":1:4: 2 fields, but number, X, Y, Z are needed", 8),
+        (b"1,2,3,4,5,6\n", ":1:11: 6 fields, but only number, X, Y, Z, code are allowed", 9),
+        (b",2,3,4\n", ":1:1: the point number is empty", 10),
+        (b"1,2,3,4\n1;2;3;4\n",
+         ":2:2: semicolons between the fields here, but commas in line 1", 11),
+        (b"1,2\0,3,4\n", ":1:4: not a text file: it holds a zero byte (UTF-16 needs its mark)",
+         12),
+        (b"PK\3\4...", ": a zip file, as spreadsheets are too: unpack it, or save the sheet as CSV",
+         13),
+        (b"1,2,3,4,\x81\n",
+         ":1:9: byte 81 is no character of Windows-1252, and this is not UTF-8", 14),
+    ]
+
+    def test_each_fault_has_its_message_and_its_status(self):
+        for content, message, status in self.ROWS:
+            with self.subTest(message):
+                pathlib.Path("bad.csv").write_bytes(content)
+                self.assert_fails(run("bad.csv"), status, f"bad.csv{message}\n")
+                self.assert_fails(run("bad.csv", "-o", "folder"), status, f"bad.csv{message}\n")
+                self.assertEqual(self.files(), ["bad.csv"])
+
+    def test_the_help_tells_every_status(self):
+        told = re.findall(r"^ +([0-9]+)  ", run("--help").stdout.decode(), re.MULTILINE)
+        self.assertEqual(told, [str(status) for status in range(1, 17)])
+
+    def test_all_bad_lines_are_told_the_first_gives_the_status(self):
         self.write("bad.csv", "1,2,3,4\n1,2,x,4\n1,2,3,4\n1,2,3\n")
-        self.assert_fails(run("bad.csv"), 1,
-                          'bad.csv:2: Y "x" is not a number\n'
-                          "bad.csv:4: 3 fields, but number, X, Y, Z are needed\n")
+        self.assert_fails(run("bad.csv"), 7,
+                          'bad.csv:2:5: Y "x" is not a number\n'
+                          "bad.csv:4:6: 3 fields, but number, X, Y, Z are needed\n")
 
     def test_after_twenty_bad_lines_the_others_are_counted(self):
         self.write("bad.csv", "x\n" * 1000)
@@ -502,18 +592,28 @@ class BadData(InAFolder):
         self.assertEqual(len(messages), 21)
         self.assertEqual(messages[-1], "bad.csv: and 980 more bad lines")
 
-    def test_a_file_without_points(self):
-        for content in ("", "\n", "# nothing\n", "Number,X,Y,Z,Code\n", "\ufeff"):
-            with self.subTest(content):
-                self.write("none.csv", content)
-                self.assert_fails(run("none.csv"), 1, "none.csv: no points\n")
-
     def test_a_file_that_cannot_be_read(self):
-        self.assert_fails(run("gone.csv"), 1,
+        self.assert_fails(run("gone.csv"), 3,
                           "survey_report: cannot read gone.csv: No such file or directory\n")
         os.mkdir("folder")
-        self.assert_fails(run("folder"), 1,
+        self.assert_fails(run("folder"), 4,
                           "survey_report: cannot read folder: Is a directory\n")
+
+    @unittest.skipUnless(os.path.exists("/proc/self/mem"), "no file here that opens but fails")
+    def test_a_file_that_opens_but_fails(self):
+        self.assert_fails(run("/proc/self/mem"), 5,
+                          "survey_report: cannot read /proc/self/mem: Input/output error\n")
+
+    @unittest.skipIf(os.environ.get("ORV2_INSTRUMENTED"), "an instrumented program reserves more")
+    @unittest.skipUnless(resource, "no limits on this system")
+    def test_too_little_memory(self):
+        self.write("large.csv", "1,2,3,4\n" * 4000000)
+
+        def allow_60_megabytes():
+            resource.setrlimit(resource.RLIMIT_AS, (60 << 20, 60 << 20))
+
+        self.assert_fails(run("large.csv", preexec_fn=allow_60_megabytes), 16,
+                          "survey_report: not enough memory\n")
 
     def test_a_failure_of_the_library_names_line_and_points(self):
         self.write("far.csv", "P,X,Y,Z\nA,0,0,0\nB,1e10,1e-300,0\n")
@@ -521,77 +621,197 @@ class BadData(InAFolder):
                           "far.csv:3: azimuth from point A to point B: Desbordamiento "
                           "(failure 6 of Orv2_Geo.cgeo_Algorismos)\n")
 
-    def test_no_output_file_is_left_behind(self):
-        self.write("bad.csv", "x\n")
-        self.assertEqual(run("bad.csv", "-o", "report.txt").returncode, 1)
-        self.assertEqual(self.files(), ["bad.csv"])
 
-    def test_an_older_report_stays(self):
-        self.write("bad.csv", "x\n")
-        self.write("report.txt", "older")
-        self.assertEqual(run("bad.csv", "-o", "report.txt").returncode, 1)
-        self.assertEqual(pathlib.Path("report.txt").read_text(), "older")
+FOLDER = ["extremes.csv", "grid_nodes.csv", "plan.svg", "points.csv", "points_in_area.csv",
+          "profile.svg", "profile_stations.csv", "repeated_pairs.csv", "report.txt",
+          "section_cuts.csv", "survey.dxf"]
+NO_PROFILE = [name for name in FOLDER if name != "profile.svg"]
 
 
-class OutputFile(InAFolder):
+class OutputFolder(InAFolder):
     def setUp(self):
         super().setUp()
+        self.write("square.csv", SQUARE)
         self.write("good.csv", GOOD)
 
-    def test_it_holds_what_standard_output_would(self):
-        printed = run("good.csv").stdout
-        for arguments in (["-o", "report.txt"], ["--output", "report.txt"],
-                          ["--output=report.txt"]):
-            result = run("good.csv", *arguments)
-            self.assertEqual((result.returncode, result.stdout, result.stderr), (0, b"", b""))
-            self.assertEqual(pathlib.Path("report.txt").read_bytes(), printed)
-            self.assertEqual(self.files(), ["good.csv", "report.txt"])
-            os.remove("report.txt")
+    def rows(self, name):
+        with open(name, encoding="utf-8", newline="") as file:
+            return list(csv.reader(file))
 
-    def test_it_takes_the_place_of_an_older_one_and_its_permissions(self):
-        self.write("report.txt", "older")
-        os.chmod("report.txt", 0o600)
-        self.assertEqual(run("good.csv", "-o", "report.txt").returncode, 0)
-        self.assertNotEqual(pathlib.Path("report.txt").read_text(), "older")
-        self.assertEqual(stat.S_IMODE(os.stat("report.txt").st_mode), 0o600)
+    def test_it_is_made_with_those_above_it_and_all_files(self):
+        printed = run("square.csv", "--section=0,0,100,0").stdout
+        for arguments in (["-o", "a/b/c"], ["--output", "a/b/c"], ["--output=a/b/c"]):
+            result = run("square.csv", "--section=0,0,100,0", *arguments)
+            self.assertEqual((result.returncode, result.stdout, result.stderr), (0, b"", b""))
+            self.assertEqual(sorted(os.listdir("a/b/c")), FOLDER)
+            self.assertEqual(pathlib.Path("a/b/c/report.txt").read_bytes(), printed)
+
+    def test_the_drawings_are_those_of_their_own_options(self):
+        run("square.csv", "--section=0,0,100,0", "-o", "all", "--plan=plan.svg",
+            "--profile=profile.svg")
+        for name in ("plan.svg", "profile.svg"):
+            self.assertEqual(pathlib.Path("all", name).read_bytes(), pathlib.Path(name).read_bytes())
+
+    def test_a_drawing_that_cannot_be_made_is_left_out_and_so_is_an_older_one(self):
+        os.mkdir("out")
+        self.write("out/profile.svg", "older")
+        self.write("out/mine.txt", "mine")
+        result = run("good.csv", "-o", "out")
+        self.assertEqual((result.returncode, result.stdout, result.stderr), (0, b"", b""))
+        self.assertEqual(sorted(os.listdir("out")), sorted([*NO_PROFILE, "mine.txt"]))
+
+    def test_what_is_in_the_tables(self):
+        self.write("plot.csv", '1,0,0,5,"A, ""1"""\n2,100,0.12345,6,=B\n2b,100.01,0.12345,7,\n'
+                   "3,99,100,7,C\n4,0,100,8,C\n5,40,60,6,D\n")
+        run("plot.csv", "-o", "out", "--section=-10,50,110,50", "--grid=50", "--stations=50",
+            "--corridor=20")
+        self.assertEqual(self.rows("out/points.csv"), [
+            ["Number", "X", "Y", "Z", "Code", "Azimuth", "Distance"],
+            ["1", "0.000", "0.000", "5.000", 'A, "1"', "99.9214", "100.000"],
+            ["2", "100.000", "0.12345", "6.000", "=B", "100.0000", "0.010"],
+            ["2b", "100.010", "0.12345", "7.000", "", "399.3562", "99.882"],
+            ["3", "99.000", "100.000", "7.000", "C", "300.0000", "99.000"],
+            ["4", "0.000", "100.000", "8.000", "C", "150.0000", "56.569"],
+            ["5", "40.000", "60.000", "6.000", "D", "", ""]])
+        self.assertEqual(self.rows("out/repeated_pairs.csv"), [
+            ["First point", "First code", "Second point", "Second code", "Distance", "Rise",
+             "First would be removed", "Second would be removed"],
+            ["2", "=B", "2b", "", "0.010", "1.000", "1", "0"]])
+        self.assertEqual(self.rows("out/section_cuts.csv"), [
+            ["Cut", "X", "Y", "Distance"],
+            ["1", "0.000", "50.000", "10.000"],
+            ["2", "99.506", "50.000", "109.506"]])
+        nodes = self.rows("out/grid_nodes.csv")
+        self.assertEqual(nodes[0], ["X", "Y", "Elevation", "Slope %", "Vertex 1", "Vertex 2",
+                                    "Vertex 3"])
+        self.assertIn(["50.000", "50.000"], [row[:2] for row in nodes])
+        stations = self.rows("out/profile_stations.csv")
+        self.assertEqual(stations, [["Station", "Distance", "X", "Y", "Elevation"]])
+        self.assertEqual(self.rows("out/points_in_area.csv"), [
+            ["Number", "X", "Y", "Z", "Code"], ["5", "40.000", "60.000", "6.000", "D"]])
+        self.assertEqual(self.rows("out/extremes.csv"), [
+            ["Axis", "Minimum", "Point of the minimum", "Maximum", "Point of the maximum",
+             "Difference"],
+            ["X", "0.000", "1", "100.010", "2b", "100.010"],
+            ["Y", "0.000", "1", "100.000", "3", "100.000"],
+            ["Z", "5.000", "1", "8.000", "4", "3.000"]])
+
+    def test_they_take_the_place_of_older_ones_and_their_permissions(self):
+        os.mkdir("out")
+        self.write("out/report.txt", "older")
+        os.chmod("out/report.txt", 0o600)
+        self.assertEqual(run("good.csv", "-o", "out").returncode, 0)
+        self.assertNotEqual(pathlib.Path("out/report.txt").read_text(), "older")
+        self.assertEqual(stat.S_IMODE(os.stat("out/report.txt").st_mode), 0o600)
 
     def test_a_link_stays_a_link(self):
-        self.write("report.txt", "older")
-        os.symlink("report.txt", "link.txt")
-        self.assertEqual(run("good.csv", "-o", "link.txt").returncode, 0)
-        self.assertTrue(os.path.islink("link.txt"))
-        self.assertNotEqual(pathlib.Path("report.txt").read_text(), "older")
+        self.write("plan.svg", "older")
+        os.symlink("plan.svg", "link.svg")
+        self.assertEqual(run("good.csv", "--plan", "link.svg").returncode, 0)
+        self.assertTrue(os.path.islink("link.svg"))
+        self.assertNotEqual(pathlib.Path("plan.svg").read_text(), "older")
 
     def test_a_file_that_happens_to_have_the_name_of_the_unfinished_one_stays(self):
-        self.write("report.txt.partial0", "mine")
-        self.assertEqual(run("good.csv", "-o", "report.txt").returncode, 0)
-        self.assertEqual(pathlib.Path("report.txt.partial0").read_text(), "mine")
-        self.assertEqual(self.files(), ["good.csv", "report.txt", "report.txt.partial0"])
+        os.mkdir("out")
+        self.write("out/report.txt.partial0", "mine")
+        self.assertEqual(run("good.csv", "-o", "out").returncode, 0)
+        self.assertEqual(pathlib.Path("out/report.txt.partial0").read_text(), "mine")
+        self.assertEqual(sorted(os.listdir("out")), sorted([*NO_PROFILE, "report.txt.partial0"]))
 
-    def test_a_folder_that_is_not_there(self):
-        self.assert_fails(run("good.csv", "-o", "gone/report.txt"), 1,
-                          "survey_report: cannot write gone/report.txt: "
-                          "No such file or directory\n")
+    def test_a_file_is_no_folder(self):
+        for folder in ("square.csv", "square.csv/out"):
+            self.assert_fails(run("good.csv", "-o", folder), 15,
+                              f"survey_report: cannot write {folder}: Not a directory\n")
+        self.assertEqual(self.files(), ["good.csv", "square.csv"])
 
-    def test_a_folder_is_no_output_file(self):
-        os.mkdir("folder")
-        self.assert_fails(run("good.csv", "-o", "folder"), 1,
-                          "survey_report: cannot write folder: Is a directory\n")
-        self.assertEqual(self.files(), ["folder", "good.csv"])
+    def test_a_folder_where_a_file_is_to_be(self):
+        os.makedirs("out/plan.svg")
+        self.assert_fails(run("good.csv", "-o", "out"), 15,
+                          "survey_report: cannot write out/plan.svg: Is a directory\n")
 
     @unittest.skipUnless(resource, "no limits on this system")
-    def test_a_write_that_fails_half_way_leaves_the_older_report(self):
-        self.write("report.txt", "older")
+    def test_a_write_that_fails_half_way_leaves_the_older_files(self):
+        os.mkdir("out")
+        self.write("out/plan.svg", "older")
 
         def allow_100_bytes():
             import signal
             signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
             resource.setrlimit(resource.RLIMIT_FSIZE, (100, 100))
 
-        self.assert_fails(run("good.csv", "-o", "report.txt", preexec_fn=allow_100_bytes), 1,
-                          "survey_report: cannot write report.txt: File too large\n")
-        self.assertEqual(pathlib.Path("report.txt").read_text(), "older")
-        self.assertEqual(self.files(), ["good.csv", "report.txt"])
+        for folder in ("out", "new"):
+            self.assert_fails(run("good.csv", "-o", folder, preexec_fn=allow_100_bytes), 15,
+                              f"survey_report: cannot write {folder}/plan.svg: File too large\n")
+        self.assertEqual(pathlib.Path("out/plan.svg").read_text(), "older")
+        self.assertEqual(os.listdir("out"), ["plan.svg"])
+        self.assertEqual(self.files(), ["good.csv", "out", "square.csv"])
+
+
+class Languages(InAFolder):
+    def setUp(self):
+        super().setUp()
+        self.write("square.csv", SQUARE)
+
+    def report(self, *arguments, **variables):
+        environment = {name: value for name, value in os.environ.items()
+                       if name not in ("LC_ALL", "LC_MESSAGES", "LANG")}
+        return run(*arguments, env={**environment, **variables})
+
+    def test_who_chooses_the_language(self):
+        spanish, english = "Informe del levantamiento: ", "Survey report: "
+        rows = [
+            ([], {}, english),
+            ([], {"LANG": "es_ES.UTF-8"}, spanish),
+            ([], {"LANG": "es"}, spanish),
+            ([], {"LANG": "fr_FR.UTF-8"}, english),
+            ([], {"LC_MESSAGES": "es_MX", "LANG": "en_GB"}, spanish),
+            ([], {"LC_ALL": "C", "LC_MESSAGES": "es_MX", "LANG": "es_ES"}, english),
+            ([], {"LC_ALL": "", "LANG": "es_ES@euro"}, spanish),
+            (["--language", "en"], {"LANG": "es_ES.UTF-8"}, english),
+            (["--language=es"], {}, spanish),
+        ]
+        for arguments, variables, start in rows:
+            with self.subTest((arguments, variables)):
+                result = self.report("square.csv", *arguments, **variables)
+                self.assertTrue(result.stdout.decode().startswith(start))
+
+    def test_messages_are_in_the_language(self):
+        self.write("bad.csv", "1,2,x,4\n")
+        rows = [
+            (["bad.csv"], 7, 'bad.csv:1:5: Y "x" no es un número\n'),
+            (["gone.csv"], 3, "survey_report: no se puede leer gone.csv: No existe el fichero o la "
+             "carpeta\n"),
+            (["square.csv", "--grid=x"], 2, 'survey_report: --grid "x" no es un número positivo\n'
+             "Pruebe survey_report --help\n"),
+            (["square.csv", "--plan"], 2, "survey_report: falta un nombre de fichero tras --plan\n"
+             "Pruebe survey_report --help\n"),
+        ]
+        for arguments, status, message in rows:
+            with self.subTest(message):
+                self.assert_fails(self.report(*arguments, LANG="es_ES.UTF-8"), status, message)
+
+    def test_nothing_on_a_spanish_sheet_or_table_is_english(self):
+        self.report("square.csv", "-o", "es", "--language=es", "--section=0,0,100,0")
+        self.report("square.csv", "-o", "en", "--section=0,0,100,0")
+        self.assertEqual(sorted(os.listdir("es")), sorted(os.listdir("en")))
+        alike = {"x", "y", "z", "n", "a", "m", "mm", "gon", "lindero", "square", "csv", "no",
+                 "longitudinal", "vertical"}
+        words = {folder: set() for folder in ("es", "en")}
+        for folder, found in words.items():
+            for file in pathlib.Path(folder).iterdir():
+                if file.suffix == ".dxf":  # its layers are another test's
+                    continue
+                text = file.read_text(encoding="utf-8")
+                if file.suffix == ".svg":
+                    text = "\n".join(ElementTree.fromstring(text.encode()).itertext())
+                found.update(re.findall(r"[^\W\d_]+", text.lower()))
+        self.assertEqual((words["es"] & words["en"]) - alike, set())
+        self.assertIn("acimut", words["es"])
+
+    def test_the_help_fits_80_columns(self):
+        text = self.report("--help", LANG="es_ES.UTF-8").stdout.decode()
+        self.assertTrue(text.startswith("Uso: survey_report [opciones] FICHERO\n"))
+        self.assertEqual([line for line in text.splitlines() if len(line) > 80], [])
 
 
 @unittest.skipUnless(FULL.exists(), "no full device on this system")
@@ -607,11 +827,12 @@ class FullDevice(InAFolder):
                                         stderr=subprocess.PIPE, check=False)
             self.assertEqual(result.stderr.decode(), "survey_report: cannot write standard output:"
                              " No space left on device\n")
-            self.assertEqual(result.returncode, 1)
+            self.assertEqual(result.returncode, 15)
 
-    def test_output_file(self):
-        self.assert_fails(run("good.csv", "-o", FULL), 1,
-                          "survey_report: cannot write /dev/full: No space left on device\n")
+    def test_a_file(self):
+        result = run("good.csv", "--plan", FULL)
+        self.assertEqual((result.returncode, result.stderr.decode()), (
+            15, "survey_report: cannot write /dev/full: No space left on device\n"))
         self.assertTrue(stat.S_ISCHR(os.stat(FULL).st_mode))
 
 

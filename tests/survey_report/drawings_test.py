@@ -6,6 +6,7 @@
 import csv
 import itertools
 import math
+import os
 import pathlib
 import re
 import subprocess
@@ -16,6 +17,8 @@ from xml.etree import ElementTree
 
 PROGRAM = ""
 SURVEY = ""
+
+os.environ["LC_ALL"] = "C"  # the report's language
 
 SVG = "{http://www.w3.org/2000/svg}"
 SHEETS = {"A4": (297, 210), "A3": (420, 297), "A2": (594, 420), "A1": (841, 594)}

@@ -7,6 +7,7 @@ out again, apart from survey_report.
 import csv
 import itertools
 import math
+import os
 import pathlib
 import re
 import subprocess
@@ -16,6 +17,8 @@ import unittest
 
 PROGRAM = ""
 SURVEY = ""
+
+os.environ["LC_ALL"] = "C"  # the report's language
 
 NO_SUCH_CODE = "no point has this code"  # so that the boundary is the convex hull
 CANDIDATES = 12

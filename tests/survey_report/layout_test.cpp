@@ -2,6 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <cstdint>
+#include <cstdio>
+#include <random>
+
 #include <limits>
 #include <locale>
 
@@ -114,6 +121,44 @@ TEST(Layout, ACellStaysOnItsLine) {
   Table table({{"Code", Align::left}});
   table.add({"A\tB\rC"});
   EXPECT_EQ(table.text(), "Code\n-----\nA B C\n");
+}
+
+// The long way, by the standard library.
+std::string by_printf(double value, int decimals) {
+  std::array<char, 400> room;
+  const int length = std::snprintf(room.data(), room.size(), "%.*f", decimals, value);
+  std::string text(room.data(), static_cast<std::size_t>(length));
+  const bool is_zero = text.find_first_not_of("-0.") == std::string::npos;
+  return is_zero && text.starts_with('-') ? text.substr(1) : text;
+}
+
+TEST(Layout, NumbersOfAllSizesAreRoundedOnceAndToEven) {
+  std::mt19937_64 numbers(11);
+  std::uniform_real_distribution<double> size(-6.0, 14.0);
+  std::uniform_real_distribution<double> part(-1.0, 1.0);
+  for (int i = 0; i < 50000; ++i) {
+    const double value = part(numbers) * std::pow(10.0, size(numbers));
+    const double tie = std::round(value * 16.0) / 16.0;  // half of a last digit, now and then
+    const int decimals = i % 6;
+    ASSERT_EQ(fixed(value, decimals), by_printf(value, decimals));
+    ASSERT_EQ(fixed(tie, decimals), by_printf(tie, decimals));
+  }
+}
+
+TEST(Layout, TheExactTextIsTheShortestWithEnoughDecimals) {
+  std::mt19937_64 numbers(12);
+  std::uniform_int_distribution<std::int64_t> units(-99999999999999, 99999999999999);
+  for (int i = 0; i < 50000; ++i) {
+    const int decimals = 1 + i % 4;
+    const double value = static_cast<double>(units(numbers) >> (i % 40)) / std::pow(10.0, i % 7);
+    std::array<char, 400> room;
+    const auto [end, error] =
+        std::to_chars(room.data(), room.data() + room.size(), value, std::chars_format::fixed);
+    std::string text(room.data(), end);
+    if (text.find('.') == std::string::npos) text += '.';
+    while (text.size() - text.find('.') <= static_cast<std::size_t>(decimals)) text += '0';
+    ASSERT_EQ(exact(value, decimals), text);
+  }
 }
 
 }  // namespace

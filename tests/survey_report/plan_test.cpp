@@ -11,7 +11,7 @@ namespace {
 
 std::string plan_on(std::vector<SurveyPoint> points, const DrawingOptions& options = {}) {
   const Survey survey{"plot.csv", FieldOrder::x_first, std::move(points)};
-  return plan_of(survey, study_of(survey.points, {}), options);
+  return plan_of(survey, study_of(survey.points, {}), options).svg;
 }
 
 // Points of the most frequent code are circles of 0.9 mm, in their group alone.

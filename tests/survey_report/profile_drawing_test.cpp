@@ -65,7 +65,7 @@ std::size_t count_of(const std::string& text, std::string_view part) {
 
 // From cut to cut there are 200 units, 200 mm at 1:1000; 3 units are 60 mm at 1:50.
 TEST(ProfileDrawing, WhatIsOnIt) {
-  const std::string drawing = profile_drawing_of(survey, study_with(50.0));
+  const std::string drawing = profile_drawing_of(survey, study_with(50.0)).svg;
   for (const char* text :
        {R"(font-weight="bold">a&amp;b.csv<)", ">Longitudinal profile<",
         ">Scale 1:1000, vertical 1:50<", ">Exaggeration 20, metres assumed<",
@@ -79,7 +79,7 @@ TEST(ProfileDrawing, WhatIsOnIt) {
 
 // The terrain is 160 units long, 160 mm at 1:1000, and rises 3 units, 60 mm at 1:50.
 TEST(ProfileDrawing, TheTerrainMeasuresWhatTheScalesSay) {
-  const std::string drawing = profile_drawing_of(survey, study_with(50.0));
+  const std::string drawing = profile_drawing_of(survey, study_with(50.0)).svg;
   std::istringstream path(drawing.substr(drawing.find(R"(<g id="terrain">)")));
   std::string skipped;
   Place from;
@@ -92,7 +92,7 @@ TEST(ProfileDrawing, TheTerrainMeasuresWhatTheScalesSay) {
 TEST(ProfileDrawing, TheScaleOfTheUserIsTaken) {
   DrawingOptions options;
   options.profile_scale = 2000.0;
-  const std::string drawing = profile_drawing_of(survey, study_with(50.0), options);
+  const std::string drawing = profile_drawing_of(survey, study_with(50.0), options).svg;
   EXPECT_EQ(count_of(drawing, ">Scale 1:2000, vertical 1:100<"), 1);
   EXPECT_EQ(count_of(drawing, ">Exaggeration 20, metres assumed<"), 1);
   options.profile_scale = 100.0;
@@ -110,7 +110,7 @@ TEST(ProfileDrawing, TheNextScaleIsTakenWhereItFillsTheSheetBetter) {
   study.section = SectionLine{{-20, 40}, {420, 40}};
   study.corridor = 1.0;
   const std::string drawing =
-      profile_drawing_of({"wide.csv", FieldOrder::x_first, wide}, study_of(wide, study));
+      profile_drawing_of({"wide.csv", FieldOrder::x_first, wide}, study_of(wide, study)).svg;
   EXPECT_EQ(count_of(drawing, ">Scale 1:2500, vertical 1:250<"), 1) << drawing;
 }
 
@@ -122,8 +122,8 @@ TEST(ProfileDrawing, NoScaleForNumbersPastEveryDouble) {
 }
 
 TEST(ProfileDrawing, TextsOfStationsDoNotTouch) {
-  const std::string few = profile_drawing_of(survey, study_with(20.0));
-  const std::string many = profile_drawing_of(survey, study_with(0.5));
+  const std::string few = profile_drawing_of(survey, study_with(20.0)).svg;
+  const std::string many = profile_drawing_of(survey, study_with(0.5)).svg;
   const auto ordinates = [](const std::string& drawing) {
     const std::size_t from = drawing.find(R"(<g id="ordinates")");
     return count_of(drawing.substr(from, drawing.find("</g>", from) - from), "<line");

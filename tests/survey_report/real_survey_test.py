@@ -4,12 +4,15 @@
 """
 
 import math
+import os
 import subprocess
 import sys
 import unittest
 
 PROGRAM = ""
 SURVEY = ""
+
+os.environ["LC_ALL"] = "C"  # the report's language
 
 
 def points():

@@ -65,7 +65,7 @@ const TriangleRow triangle_rows[] = {
 
 TEST(Relief, TriangleAroundAPlace) {
   for (const TriangleRow& row : triangle_rows) {
-    std::optional<Triangle> found = triangle_around({0, 0}, row.points);
+    std::optional<Triangle> found = triangle_around({0, 0}, PointIndex(row.points));
     if (found) std::sort(found->begin(), found->end());
     EXPECT_EQ(found, row.triangle) << row.rule;
   }
@@ -73,9 +73,9 @@ TEST(Relief, TriangleAroundAPlace) {
 
 TEST(Relief, OnlyTheTwelveNearestPointsAreLookedAt) {
   std::vector<SurveyPoint> points = {at(-100, 0), at(100, -100), at(100, 100)};
-  EXPECT_TRUE(triangle_around({0, 0}, points).has_value());
+  EXPECT_TRUE(triangle_around({0, 0}, PointIndex(points)).has_value());
   for (int i = 1; i <= 12; ++i) points.push_back(at(i, i));
-  EXPECT_FALSE(triangle_around({0, 0}, points).has_value());
+  EXPECT_FALSE(triangle_around({0, 0}, PointIndex(points)).has_value());
 }
 
 double plane_at(double x, double y) {

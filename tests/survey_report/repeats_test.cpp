@@ -8,6 +8,7 @@
 
 #include "survey_report/report.h"
 #include "tests/platform/recording_interface.h"
+#include "tests/survey_report/written.h"
 
 namespace survey_report {
 namespace {

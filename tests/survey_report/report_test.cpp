@@ -4,6 +4,8 @@
 
 #include <utility>
 
+#include "tests/survey_report/written.h"
+
 namespace survey_report {
 namespace {
 
@@ -75,6 +77,15 @@ TEST(Report, AllOfAShortSurvey) {
             "=====================\n"
             "\n"
             "No node of a grid of 10 lies inside the boundary with three points around it.\n"
+            "\n"
+            "\n"
+            "Contours\n"
+            "========\n"
+            "\n"
+            "Step       0.2, every fifth level an index contour: 11 lines\n"
+            "Lowest     599.200\n"
+            "Highest    601.200\n"
+            "Triangles  1 between 3 places of 4 points\n"
             "\n"
             "\n"
             "Longitudinal profile\n"

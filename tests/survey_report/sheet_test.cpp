@@ -114,8 +114,8 @@ TEST(Sheet, TextsStayInTheirCells) {
   for (const CellRow& row : cell_rows) {
     Svg svg;
     draw_cell(svg, {0, 0, 44, 6}, row.text, row.size);
-    EXPECT_NE(svg.document(1, 1, "").find(row.part), std::string::npos) << row.rule << '\n'
-                                                                        << svg.document(1, 1, "");
+    EXPECT_NE(svg.element(1, 1, "").find(row.part), std::string::npos) << row.rule << '\n'
+                                                                       << svg.element(1, 1, "");
   }
 }
 

@@ -50,7 +50,7 @@ TEST(Svg, Paths) {
 TEST(Svg, ADocumentIsMeasuredInMillimetres) {
   Svg svg;
   svg.text({1, 2}, "a<b", {.size = 3});
-  const std::string document = svg.document(297, 210, "x & y");
+  const std::string document = svg.element(297, 210, "x & y");
   EXPECT_NE(document.find(R"(width="297mm" height="210mm" viewBox="0 0 297 210")"),
             std::string::npos);
   EXPECT_NE(document.find("<title>x &amp; y</title>"), std::string::npos);
