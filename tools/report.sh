@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Sets up, builds and runs the survey report on the sample survey. The report goes to
-# standard output; what is being done before it, to standard error.
+# Sets up, builds and runs the survey report: with the words behind it, or else on the sample
+# survey, into build/sample_report. What is being done is told on standard error.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 log=build-report.log
@@ -13,7 +13,8 @@ build() {
   say "Looking for a compiler and the rest, installing what is missing"
   tools/setup.sh build > "$log"
   say "Configuring"
-  cmake --preset release -DORV2_BUILD_TESTS=OFF -B build/report >> "$log" 2>&1
+  cmake --preset release -DORV2_BUILD_TESTS=OFF \
+    -DORV2_WARNINGS_ARE_ERRORS="${ORV2_WARNINGS_ARE_ERRORS:-OFF}" -B build/report >> "$log" 2>&1
   say "Building (the first time a minute or two)"
   cmake --build build/report 2>&1 | tee -a "$log" | steps
 }
@@ -22,4 +23,8 @@ export -f build say steps
 export log
 bash -euo pipefail -c build || { cat "$log" >&2; exit 1; }
 rm -f "$log"
-build/report/bin/survey_report "${@:-examples/survey_report/sample_survey.csv}"
+if [ $# -ne 0 ]; then
+  exec build/report/bin/survey_report "$@"
+fi
+build/report/bin/survey_report examples/survey_report/sample_survey.csv -o build/sample_report
+say "The sample survey's report, for a browser: build/sample_report/index.html"

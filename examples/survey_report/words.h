@@ -251,7 +251,7 @@ inline constexpr Word scale_does_not_fit{
 inline constexpr Word metres{"metres", "metros"};
 inline constexpr Word feet{"feet", "pies"};
 inline constexpr Word us_survey_feet{"US survey feet", "pies topográficos de EE. UU."};
-inline constexpr Word assumed{"{1} assumed", "{1} (supuestos)"};
+inline constexpr Word assumed{"{1} assumed", "{1} supuestos"};
 inline constexpr Word no_labels_left_out{"no labels left out", "ningún rótulo omitido"};
 inline constexpr Word label_left_out{"{1} label left out", "{1} rótulo omitido"};
 inline constexpr Word labels_left_out{"{1} labels left out", "{1} rótulos omitidos"};
