@@ -22,35 +22,59 @@ constexpr int decimals = 3;
 
 std::string_view language_code() { return present_language() == Language::spanish ? "es" : "en"; }
 
-// Line by line, as XML knows of no control characters inside a text of ours.
-std::string escaped_lines(std::string_view text) {
-  std::string escaped;
-  while (!text.empty()) {
-    const std::size_t end = std::min(text.find('\n'), text.size());
-    escaped += xml_escaped(text.substr(0, end)) + '\n';
-    text.remove_prefix(std::min(end + 1, text.size()));
+// ---- What is told before a table
+
+// The next line, taken off the text.
+std::string_view take_line(std::string_view& text) {
+  const std::size_t end = std::min(text.find('\n'), text.size());
+  const std::string_view line = text.substr(0, end);
+  text.remove_prefix(std::min(end + 1, text.size()));
+  return line;
+}
+
+// A fact: its name, two blanks or more, and what it is.
+constexpr std::string_view fact_gap = "  ";
+
+bool is_fact(std::string_view line) { return line.find(fact_gap) != line.npos; }
+
+void write_fact(Writer& out, std::string_view line) {
+  const std::size_t name = std::min(line.find(fact_gap), line.size());
+  const std::size_t fact = std::min(line.find_first_not_of(' ', name), line.size());
+  out << "<dt>" << xml_escaped(line.substr(0, name)) << "</dt><dd>"
+      << xml_escaped(line.substr(fact)) << "</dd>\n";
+}
+
+// The lines up to a blank one: a list of facts, or a paragraph.
+void write_block(Writer& out, std::string_view& text) {
+  const bool is_list = is_fact(text.substr(0, text.find('\n')));
+  out << (is_list ? "<dl>\n" : "<p>");
+  for (std::string_view line = take_line(text); !line.empty(); line = take_line(text)) {
+    is_list ? write_fact(out, line) : void(out << xml_escaped(line) << '\n');
   }
-  return escaped;
+  out << (is_list ? "</dl>\n" : "</p>\n");
+}
+
+void write_facts(Writer& out, std::string_view text) {
+  if (text.empty()) return;
+  out << "<div class=\"facts\">\n";
+  while (!text.empty()) write_block(out, text);
+  out << "</div>\n";
 }
 
 // ---- Tables
 
-// A table of the page, up to so many rows.
+// A table of the page, up to so many rows; nothing where there are none.
 class HtmlTable final : public TableSink {
  public:
-  explicit HtmlTable(Writer& out) : out_(out) {}
+  /// `title` is the identifier of what names it.
+  HtmlTable(Writer& out, std::string_view title) : out_(out), title_(title) {}
 
   void headings(std::span<const Heading> names) override {
     headings_.assign(names.begin(), names.end());
-    out_ << "<table>\n<thead><tr>";
-    for (const Heading& name : headings_) {
-      out_ << (name.is_number ? "<th scope=\"col\" class=\"number\">" : "<th scope=\"col\">")
-           << xml_escaped(name.text) << "</th>";
-    }
-    out_ << "</tr></thead>\n<tbody>\n";
   }
   bool begin_row() override {
     if (++rows_ > most_rows_on_page) return false;
+    if (rows_ == 1) begin();
     column_ = 0;
     out_ << "<tr>";
     return true;
@@ -75,13 +99,25 @@ class HtmlTable final : public TableSink {
   }
   void flag(bool is_so) override { text((is_so ? words::yes : words::no).view()); }
 
-  void end() { out_ << "</tbody>\n</table>\n"; }
+  void end() {
+    if (rows_ > 0) out_ << "</tbody>\n</table>\n</div>\n";
+  }
   std::size_t rows() const { return rows_; }
 
  private:
+  void begin() {
+    out_ << "<div class=\"scroll\" tabindex=\"0\" role=\"region\" aria-labelledby=\"" << title_
+         << "\">\n<table>\n<thead><tr>";
+    for (const Heading& name : headings_) {
+      out_ << (name.is_number ? "<th scope=\"col\" class=\"number\">" : "<th scope=\"col\">")
+           << xml_escaped(name.text) << "</th>";
+    }
+    out_ << "</tr></thead>\n<tbody>\n";
+  }
   void begin_cell() { out_ << (headings_[column_++].is_number ? "<td class=\"number\">" : "<td>"); }
 
   Writer& out_;
+  std::string_view title_;
   std::vector<Heading> headings_;
   std::size_t column_ = 0;
   std::size_t rows_ = 0;
@@ -116,16 +152,17 @@ void write_code_boxes(Writer& out, const std::vector<SurveyPoint>& points) {
   for (const auto& [code, count] : counts_of_codes(points)) {
     out << "<label><input type=\"checkbox\" checked data-code=\"" << xml_escaped(code) << "\">";
     write_mark(out, symbol_of_group(groups.at(code)));
-    out << (code.empty() ? words::no_code.text() : xml_escaped(code)) << "<span class=\"count\">"
-        << std::to_string(count) << "</span></label>\n";
+    out << "<bdi>" << (code.empty() ? words::no_code.text() : xml_escaped(code))
+        << "</bdi><span class=\"count\">" << std::to_string(count) << "</span></label>\n";
   }
 }
 
 // The groups of a drawing that switch off as a whole, by their identifiers.
-constexpr std::array<std::pair<std::string_view, const Word*>, 6> drawn_groups = {{
+constexpr std::array<std::pair<std::string_view, const Word*>, 7> drawn_groups = {{
     {"boundary", &words::boundary},
     {"section", &words::section_line},
     {"area", &words::work_area},
+    {"inside", &words::points_inside},
     {"nodes", &words::grid_nodes},
     {"contours", &words::contours_title},
     {"labels", &words::labels},
@@ -139,6 +176,11 @@ void write_group_boxes(Writer& out, const std::string& svg) {
   }
 }
 
+void write_code_filter(Writer& out) {
+  out << "<label class=\"filter\">" << words::filter_codes.view()
+      << "<input type=\"search\" data-filter></label>\n";
+}
+
 void write_layers(Writer& out, const PageContent& content) {
   out << "<details class=\"layers\" open hidden>\n<summary>" << words::layers.view()
       << "</summary>\n<fieldset><legend>" << words::drawn_lines.view() << "</legend>\n";
@@ -147,6 +189,7 @@ void write_layers(Writer& out, const PageContent& content) {
       << "</legend>\n<div class=\"tools\" hidden><button type=\"button\" data-layers=\"all\">"
       << words::all.view() << "</button><button type=\"button\" data-layers=\"none\">"
       << words::none.view() << "</button></div>\n";
+  write_code_filter(out);
   write_code_boxes(out, content.figures.survey.points);
   out << "</fieldset>\n</details>\n";
 }
@@ -178,8 +221,8 @@ void write_tools(Writer& out, std::string_view view, bool all_drawn) {
 }
 
 void write_view(Writer& out, std::string_view view, const Word& title, const Drawing& drawing) {
-  out << "<div class=\"view\" id=\"" << view << "\" tabindex=\"0\" role=\"group\" aria-label=\""
-      << title.view() << ". " << words::keys_of_drawing.view() << "\">\n"
+  out << "<div class=\"view\" id=\"" << view << "\" role=\"group\" aria-label=\"" << title.view()
+      << "\" data-keys=\"" << words::keys_of_drawing.view() << "\">\n"
       << drawing.svg << "</div>\n";
 }
 
@@ -232,11 +275,9 @@ const TableOfFigures& table_named(std::string_view file) {
 
 void write_table(Writer& out, std::string_view id, const TableOfFigures& table,
                  const Figures& figures) {
-  out << "<div class=\"scroll\" tabindex=\"0\" role=\"region\" aria-labelledby=\"" << id << "\">\n";
-  HtmlTable rows(out);
+  HtmlTable rows(out, id);
   table.write(rows, figures);
   rows.end();
-  out << "</div>\n";
   if (rows.rows() <= most_rows_on_page) return;
   write_note(out, words::first_rows.with({std::to_string(most_rows_on_page),
                                           std::to_string(rows.rows()), table.file}));
@@ -256,7 +297,7 @@ void write_tables(Writer& out, const Figures& figures) {
       {"repeated_pairs.csv", &words::repeated_points, repeats_facts(survey, study)},
       {"section_cuts.csv", &words::boundary_and_section, boundary_facts(study)},
       {"grid_nodes.csv", &words::elevations_and_slopes, relief_facts(study)},
-      {"profile_stations.csv", &words::longitudinal_profile, profile_facts(study)},
+      {"profile_stations.csv", &words::profile_stations, profile_facts(study)},
       {"points_in_area.csv", &words::work_area, area_facts(survey, study)},
       {"points.csv", &words::traverse, traverse_facts(figures.traverse)},
   }};
@@ -264,7 +305,7 @@ void write_tables(Writer& out, const Figures& figures) {
   for (const TableOnPage& one : tables) {
     const std::string id = "table-" + std::string(one.file.substr(0, one.file.find('.')));
     out << "<h3 id=\"" << id << "\">" << one.title->view() << "</h3>\n";
-    if (!one.facts.empty()) out << "<pre>" << escaped_lines(one.facts) << "</pre>\n";
+    write_facts(out, one.facts);
     write_table(out, id, table_named(one.file), figures);
   }
   out << "</section>\n";
@@ -277,7 +318,8 @@ void write_head(Writer& out, std::string_view title) {
       << "\">\n<head>\n<meta charset=\"utf-8\">\n"
          "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n"
          "<meta http-equiv=\"Content-Security-Policy\" content=\"default-src 'none'; "
-         "style-src 'unsafe-inline'; script-src 'unsafe-inline'\">\n<title>"
+         "style-src 'unsafe-inline'; script-src 'unsafe-inline'; base-uri 'none'; "
+         "form-action 'none'\">\n<title>"
       << xml_escaped(title) << "</title>\n<style>\n"
       << page_styles << "</style>\n</head>\n<body>\n";
 }
@@ -312,8 +354,8 @@ void write_page(Writer& out, const PageContent& content) {
   const std::string title = words::survey_report.with({survey.file_name});
   write_head(out, title);
   out << "<a class=\"skip\" href=\"#tables\">" << words::to_tables.view() << "</a>\n<header>\n<h1>"
-      << xml_escaped(title) << "</h1>\n<pre>"
-      << escaped_lines(heading_facts(survey, content.figures.traverse)) << "</pre>\n";
+      << xml_escaped(title) << "</h1>\n";
+  write_facts(out, heading_facts(survey, content.figures.traverse));
   write_ways(out);
   out << "</header>\n<main>\n";
   write_plan(out, content);
