@@ -23,6 +23,7 @@
 #include "survey_report/failure_words.h"
 #include "survey_report/options.h"
 #include "survey_report/output.h"
+#include "survey_report/page.h"
 #include "survey_report/plan.h"
 #include "survey_report/points.h"
 #include "survey_report/profile_drawing.h"
@@ -57,14 +58,15 @@ DataFault failed(const std::string& file, const std::string& why) {
 
 // ---- What is written beside what
 
+constexpr std::string_view page_file = "index.html";
 constexpr std::string_view report_file = "report.txt";
 constexpr std::string_view plan_file = "plan.svg";
 constexpr std::string_view profile_file = "profile.svg";
 constexpr std::string_view dxf_file = "survey.dxf";
 
 std::vector<std::string_view> folder_files() {
-  std::vector<std::string_view> names = {report_file, plan_file, profile_file, dxf_file};
-  for (const TableFile& table : table_files) names.push_back(table.name);
+  std::vector<std::string_view> names = {page_file, report_file, plan_file, profile_file, dxf_file};
+  for (const TableOfFigures& table : tables_of_figures) names.push_back(table.file);
   return names;
 }
 
@@ -174,16 +176,16 @@ Content content_of(std::string text) {
 }
 
 // A drawing that the user names must be made; of those of a folder the report tells which
-// cannot. How many points it shows, if it is made.
-std::optional<std::size_t> add_drawing(Files& files, const Command& command, const Figures& figures,
-                                       const std::optional<std::string>& named,
-                                       std::string_view in_folder, Draw draw) try {
+// cannot.
+std::optional<Drawing> add_drawing(Files& files, const Command& command, const Figures& figures,
+                                   const std::optional<std::string>& named,
+                                   std::string_view in_folder, Draw draw) try {
   if (!named && !command.output) return std::nullopt;
-  const Drawing drawing = drawing_of(command, figures, draw);
+  Drawing drawing = drawing_of(command, figures, draw);
   const Content content = [&](Writer& out) { out << svg_head << drawing.svg; };
   if (named) files.add(*named, content);
   if (command.output) files.add(fs::path(*command.output) / in_folder, content);
-  return drawing.points_drawn;
+  return drawing;
 } catch (const DrawingFault& fault) {
   if (named) throw failed(*command.input, fault.what());
   files.remove(fs::path(*command.output) / in_folder);
@@ -191,9 +193,22 @@ std::optional<std::size_t> add_drawing(Files& files, const Command& command, con
 }
 
 void add_tables(Files& files, const std::string& folder, const Figures& figures) {
-  for (const TableFile& table : table_files) {
-    files.add(fs::path(folder) / table.name, [&](Writer& out) { table.write(out, figures); });
+  for (const TableOfFigures& table : tables_of_figures) {
+    files.add(fs::path(folder) / table.file, [&](Writer& out) { write_csv(out, table, figures); });
   }
+}
+
+void add_page(Files& files, const std::string& folder, const Figures& figures,
+              const std::optional<Drawing>& plan, const std::optional<Drawing>& profile,
+              const ReportNotes& notes) {
+  std::vector<std::string_view> beside;
+  for (const std::string_view name : folder_files()) {
+    const bool is_there = name == plan_file ? plan.has_value() : name != profile_file || profile;
+    if (is_there && name != page_file) beside.push_back(name);
+  }
+  const PageContent content{figures, plan ? &*plan : nullptr, profile ? &*profile : nullptr,
+                            notes.plan, beside};
+  files.add(fs::path(folder) / page_file, [&](Writer& out) { write_page(out, content); });
 }
 
 DialogRemoval removal_on(const std::string& file, const Survey& survey) try {
@@ -252,10 +267,11 @@ void run(const Command& command) {
   Files files;
   ReportNotes notes;
   progress->begin(stages::drawing);
-  const std::optional<std::size_t> drawn =
+  const std::optional<Drawing> plan =
       add_drawing(files, command, figures, command.plan, plan_file, plan_of);
-  if (drawn) notes.plan = plan_note(*drawn, survey.points.size());
-  add_drawing(files, command, figures, command.profile, profile_file, profile_drawing_of);
+  if (plan) notes.plan = plan_note(plan->points_drawn, survey.points.size());
+  const std::optional<Drawing> profile =
+      add_drawing(files, command, figures, command.profile, profile_file, profile_drawing_of);
   notes.dialog = keep(files, command, figures);
   const Content report = [&](Writer& out) { write_report(out, survey, study, traverse, notes); };
   if (command.output) {
@@ -268,6 +284,7 @@ void run(const Command& command) {
     add_tables(files, *command.output, figures);
     progress->begin(stages::report);
     files.add(fs::path(*command.output) / report_file, report);
+    add_page(files, *command.output, figures, plan, profile, notes);
   } else {
     print(report);
   }

@@ -308,8 +308,8 @@ std::string plan_note(std::size_t drawn, std::size_t points) {
   return words::points_drawn_note.with({std::to_string(drawn), std::to_string(points)});
 }
 
-std::string heading_section(const Survey& survey, const Traverse& traverse,
-                            const ReportNotes& notes) {
+std::string heading_facts(const Survey& survey, const Traverse& traverse,
+                          const ReportNotes& notes) {
   Facts facts;
   facts.add(words::points_title,
             words::read_as.with({std::to_string(survey.points.size()), field_names(survey.order)}));
@@ -318,19 +318,29 @@ std::string heading_section(const Survey& survey, const Traverse& traverse,
                                  counted(traverse.legs.size(), words::leg, words::legs)}));
   if (!notes.plan.empty()) facts.add(words::plan_title, notes.plan);
   if (!notes.dxf.empty()) facts.add(words::dxf_title, notes.dxf);
-  return titled(words::survey_report.with({without_controls(survey.file_name)})) + facts.text() +
-         '\n' + extents_table(survey.points);
+  return facts.text();
 }
 
-std::string repeats_section(const Survey& survey, const Study& study) {
+std::string heading_section(const Survey& survey, const Traverse& traverse,
+                            const ReportNotes& notes) {
+  return titled(words::survey_report.with({without_controls(survey.file_name)})) +
+         heading_facts(survey, traverse, notes) + '\n' + extents_table(survey.points);
+}
+
+std::string repeats_facts(const Survey& survey, const Study& study) {
   const Repeats& repeats = study.repeats;
   Facts facts;
   facts.add(words::tolerance, words::in_x_and_y.with({exact(repeats.tolerance, 0)}));
   facts.add(words::pairs, pairs_text(repeats));
   facts.add(words::points_title, counts_text(survey.points.size(), repeats));
-  const std::string text = titled(words::repeated_points.view()) + facts.text();
+  return facts.text() + (repeats.pairs.empty() ? "" : '\n' + words::about_pairs.text());
+}
+
+std::string repeats_section(const Survey& survey, const Study& study) {
+  const Repeats& repeats = study.repeats;
+  const std::string text = titled(words::repeated_points.view()) + repeats_facts(survey, study);
   if (repeats.pairs.empty()) return text;
-  return text + '\n' + words::about_pairs.text() + '\n' + pairs_table(survey.points, repeats);
+  return text + '\n' + pairs_table(survey.points, repeats);
 }
 
 std::string dialog_section(const Survey& survey, const DialogRemoval& removal,
@@ -348,10 +358,9 @@ std::string dialog_section(const Survey& survey, const DialogRemoval& removal,
          stand_ins_table(survey.points, removal);
 }
 
-std::string boundary_section(const Study& study) {
-  std::string text = titled(words::boundary_and_section.view());
+std::string boundary_facts(const Study& study) {
   const std::string reason = reason_for_none(study);
-  if (!reason.empty()) return text + reason;
+  if (!reason.empty()) return reason;
   const Section& section = study.section;
   Facts facts;
   facts.add(words::boundary, origin_of(study.boundary));
@@ -361,22 +370,30 @@ std::string boundary_section(const Study& study) {
             words::from_to.with({place_text(section.line.from), place_text(section.line.to)}));
   facts.add(words::bearing, words::gon.with({azimuth_text(section.bearing)}));
   facts.add(words::length, length_text(section.length));
-  text += facts.text() + '\n';
-  if (section.cuts.empty()) return text + words::no_cut.text();
-  return text + words::distance_from_start.text() + '\n' + cuts_table(section);
+  return facts.text() + '\n' +
+         (section.cuts.empty() ? words::no_cut : words::distance_from_start).text();
+}
+
+std::string boundary_section(const Study& study) {
+  const std::string text = titled(words::boundary_and_section.view()) + boundary_facts(study);
+  if (!study.complete() || study.section.cuts.empty()) return text;
+  return text + '\n' + cuts_table(study.section);
+}
+
+std::string relief_facts(const Study& study) {
+  const std::string reason = reason_for_none(study);
+  if (!reason.empty()) return reason;
+  const Relief& relief = study.relief;
+  const std::string step = step_text(relief.step);
+  if (relief.nodes.empty()) return words::no_node.with({step});
+  const bool some_level = std::any_of(relief.nodes.begin(), relief.nodes.end(), has_no_slope);
+  return words::about_nodes.with({step}) + (some_level ? words::slope_dash.text() : "");
 }
 
 std::string relief_section(const Survey& survey, const Study& study) {
-  std::string text = titled(words::elevations_and_slopes.view());
-  const std::string reason = reason_for_none(study);
-  if (!reason.empty()) return text + reason;
+  const std::string text = titled(words::elevations_and_slopes.view()) + relief_facts(study);
   const Relief& relief = study.relief;
-  const std::string step = step_text(relief.step);
-  if (relief.nodes.empty()) return text + words::no_node.with({step});
-  text += words::about_nodes.with({step});
-  if (std::any_of(relief.nodes.begin(), relief.nodes.end(), has_no_slope)) {
-    text += words::slope_dash.view();
-  }
+  if (!study.complete() || relief.nodes.empty()) return text;
   return text + '\n' + nodes_table(survey, relief) + '\n' + summary_text(relief);
 }
 
@@ -408,13 +425,13 @@ std::string reason_for_no_profile(const Study& study) {
   return words::too_few_points_near.with({length_text(study.profile.corridor)});
 }
 
-std::string profile_section(const Study& study) {
-  std::string text = titled(words::longitudinal_profile.view());
+std::string profile_facts(const Study& study) {
   const std::string reason = reason_for_none(study);
-  if (!reason.empty()) return text + reason;
+  if (!reason.empty()) return reason;
   const Profile& profile = study.profile;
-  if (profile.stations.empty())
-    return text + words::no_profile_reason.with({reason_for_no_profile(study)});
+  if (profile.stations.empty()) {
+    return words::no_profile_reason.with({reason_for_no_profile(study)});
+  }
   Facts facts;
   facts.add(words::axis, words::section_line_axis.text());
   facts.add(words::terrain, words::terrain_points.with(
@@ -423,13 +440,18 @@ std::string profile_section(const Study& study) {
   facts.add(words::lowest, length_text(profile.lowest));
   facts.add(words::highest, length_text(profile.highest));
   facts.add(words::stations, words::every_and_ends.with({step_text(profile.step)}));
-  return text + facts.text() + '\n' + words::about_profile.text() + '\n' + stations_table(profile);
+  return facts.text() + '\n' + words::about_profile.text();
 }
 
-std::string area_section(const Survey& survey, const Study& study) {
-  const std::string text = titled(words::work_area.view());
+std::string profile_section(const Study& study) {
+  const std::string text = titled(words::longitudinal_profile.view()) + profile_facts(study);
+  if (!study.complete() || study.profile.stations.empty()) return text;
+  return text + '\n' + stations_table(study.profile);
+}
+
+std::string area_facts(const Survey& survey, const Study& study) {
   const WorkArea& area = study.area;
-  if (area.vertices.empty()) return text + words::no_area.text();
+  if (area.vertices.empty()) return words::no_area.text();
   const Box box = box_of(area.vertices);
   Facts facts;
   facts.add(words::area, area.origin);
@@ -437,16 +459,23 @@ std::string area_section(const Survey& survey, const Study& study) {
   facts.add(words::box, words::box_from_to.with({place_text({box.x.min, box.y.min}),
                                                  place_text({box.x.max, box.y.max})}));
   facts.add(words::inside, inside_text(survey, area));
+  return facts.text();
+}
+
+std::string area_section(const Survey& survey, const Study& study) {
+  const std::string text = titled(words::work_area.view()) + area_facts(survey, study);
+  const WorkArea& area = study.area;
   const bool no_rows = !area.fault.empty() || area.inside.empty();
-  return text + facts.text() + (no_rows ? "" : '\n' + inside_table(survey, area.inside));
+  return text + (no_rows ? "" : '\n' + inside_table(survey, area.inside));
+}
+
+std::string traverse_facts(const Traverse& traverse) {
+  const bool some_still = std::any_of(traverse.legs.begin(), traverse.legs.end(), stands_still);
+  return words::about_traverse.text() + (some_still ? words::azimuth_dash.text() : "");
 }
 
 void write_traverse_section(Writer& out, const Survey& survey, const Traverse& traverse) {
-  out << titled(words::traverse.view()) << words::about_traverse.view();
-  if (std::any_of(traverse.legs.begin(), traverse.legs.end(), stands_still)) {
-    out << words::azimuth_dash.view();
-  }
-  out << '\n';
+  out << titled(words::traverse.view()) << traverse_facts(traverse) << '\n';
   const TableRows table({{words::number.text(), Align::right},
                          {"X", Align::right},
                          {"Y", Align::right},

@@ -33,6 +33,16 @@ std::string plan_note(std::size_t drawn, std::size_t points);
 std::string heading_section(const Survey& survey, const Traverse& traverse,
                             const ReportNotes& notes = {});
 
+/// What a section of the report tells before its table.
+std::string heading_facts(const Survey& survey, const Traverse& traverse,
+                          const ReportNotes& notes = {});
+std::string repeats_facts(const Survey& survey, const Study& study);
+std::string boundary_facts(const Study& study);
+std::string relief_facts(const Study& study);
+std::string profile_facts(const Study& study);
+std::string area_facts(const Survey& survey, const Study& study);
+std::string traverse_facts(const Traverse& traverse);
+
 /// Points measured more than once, a row a pair, and how many the library would remove.
 std::string repeats_section(const Survey& survey, const Study& study);
 

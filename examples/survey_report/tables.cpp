@@ -1,7 +1,7 @@
 #include "survey_report/tables.h"
 
 #include <cmath>
-#include <initializer_list>
+#include <string>
 
 #include "survey_report/extremes.h"
 #include "survey_report/layout.h"
@@ -14,35 +14,37 @@ namespace {
 constexpr int decimals = 3;
 constexpr int slope_decimals = 4;
 
-// One row, field by field.
-class Row {
+// Values between commas.
+class CsvTable final : public TableSink {
  public:
-  explicit Row(Writer& out) : out_(out) {}
-  Row(const Row&) = delete;
-  Row& operator=(const Row&) = delete;
-  ~Row() { out_ << '\n'; }
+  explicit CsvTable(Writer& out) : out_(out) {}
 
-  Row& text(std::string_view field) {
-    part();
-    write_field(out_, field);
-    return *this;
+  void headings(std::span<const Heading> names) override {
+    begin_row();
+    for (const Heading& name : names) text(name.text);
+    end_row();
   }
-  Row& exactly(double value) {
+  bool begin_row() override {
+    first_ = true;
+    return true;
+  }
+  void end_row() override {
+    out_ << '\n';
+    out_.pause();
+  }
+  void text(std::string_view cell) override {
+    part();
+    write_field(out_, cell);
+  }
+  void exactly(double value) override {
     part();
     append_exact(out_.buffer(), value, decimals);
-    return *this;
   }
-  // Empty for what has no number.
-  Row& rounded(double value, int digits = decimals) {
+  void rounded(double value, int digits) override {
     part();
     if (std::isfinite(value)) append_fixed(out_.buffer(), value, digits);
-    return *this;
   }
-  Row& count(std::size_t value) { return text(std::to_string(value)); }
-  Row& empty() {
-    part();
-    return *this;
-  }
+  void flag(bool is_so) override { text(is_so ? "1" : "0"); }
 
  private:
   void part() {
@@ -54,10 +56,41 @@ class Row {
   bool first_ = true;
 };
 
-void headings(Writer& out, std::initializer_list<std::string_view> names) {
-  Row row(out);
-  for (const std::string_view name : names) row.text(name);
-}
+// One row, cell by cell, where it is wanted.
+class Row {
+ public:
+  explicit Row(TableSink& table) : table_(table), wanted_(table.begin_row()) {}
+  Row(const Row&) = delete;
+  Row& operator=(const Row&) = delete;
+  ~Row() {
+    if (wanted_) table_.end_row();
+  }
+
+  Row& text(std::string_view cell) {
+    if (wanted_) table_.text(cell);
+    return *this;
+  }
+  Row& exactly(double value) {
+    if (wanted_) table_.exactly(value);
+    return *this;
+  }
+  Row& rounded(double value, int digits = decimals) {
+    if (wanted_) table_.rounded(value, digits);
+    return *this;
+  }
+  Row& flag(bool is_so) {
+    if (wanted_) table_.flag(is_so);
+    return *this;
+  }
+  Row& count(std::size_t value) { return wanted_ ? text(std::to_string(value)) : *this; }
+  Row& empty() { return text({}); }
+
+ private:
+  TableSink& table_;
+  bool wanted_;
+};
+
+constexpr bool as_text = false;
 
 void put_point(Row& row, const SurveyPoint& point) {
   row.text(point.number).exactly(point.x).exactly(point.y).exactly(point.z).text(point.code);
@@ -72,11 +105,11 @@ void put_leg(Row& row, const Leg* leg) {
   row.rounded(leg->distance);
 }
 
-void put_extreme(Writer& out, const Figures& figures, std::string_view name,
+void put_extreme(TableSink& table, const Figures& figures, std::string_view name,
                  double SurveyPoint::*axis, const Range& range) {
   const std::vector<SurveyPoint>& points = figures.survey.points;
   const auto holder = [&](double value) { return points[holder_of(points, axis, value)].number; };
-  Row(out)
+  Row(table)
       .text(name)
       .exactly(range.min)
       .text(holder(range.min))
@@ -87,65 +120,85 @@ void put_extreme(Writer& out, const Figures& figures, std::string_view name,
 
 }  // namespace
 
-void write_points_table(Writer& out, const Figures& figures) {
-  headings(out, {words::number.view(), "X", "Y", "Z", words::code.view(), words::azimuth.view(),
-                 words::distance.view()});
+void write_points_table(TableSink& table, const Figures& figures) {
+  const Heading names[] = {{words::number.view(), as_text},
+                           {"X"},
+                           {"Y"},
+                           {"Z"},
+                           {words::code.view(), as_text},
+                           {words::azimuth.view()},
+                           {words::distance.view()}};
+  table.headings(names);
   const std::vector<Leg>& legs = figures.traverse.legs;
   for (std::size_t i = 0; i < figures.survey.points.size(); ++i) {
-    Row row(out);
+    Row row(table);
     put_point(row, figures.survey.points[i]);
     put_leg(row, i < legs.size() ? &legs[i] : nullptr);
-    out.pause();
   }
 }
 
-void write_pairs_table(Writer& out, const Figures& figures) {
-  headings(out, {words::first_point.view(), words::first_code.view(), words::second_point.view(),
-                 words::second_code.view(), words::distance.view(), words::rise.view(),
-                 words::first_removed.view(), words::second_removed.view()});
+void write_pairs_table(TableSink& table, const Figures& figures) {
+  const Heading names[] = {{words::first_point.view(), as_text},
+                           {words::first_code.view(), as_text},
+                           {words::second_point.view(), as_text},
+                           {words::second_code.view(), as_text},
+                           {words::distance.view()},
+                           {words::rise.view()},
+                           {words::first_removed.view(), as_text},
+                           {words::second_removed.view(), as_text}};
+  table.headings(names);
   const Repeats& repeats = figures.study.repeats;
   const auto removed = [&](std::size_t point) {
-    return repeats.fault.empty() && !repeats.keeps(point) ? "1" : "0";
+    return repeats.fault.empty() && !repeats.keeps(point);
   };
   for (const RepeatedPair& pair : repeats.pairs) {
     const SurveyPoint& first = figures.survey.points[pair.first];
     const SurveyPoint& second = figures.survey.points[pair.second];
-    Row(out)
+    Row(table)
         .text(first.number)
         .text(first.code)
         .text(second.number)
         .text(second.code)
         .rounded(pair.distance)
         .rounded(pair.rise)
-        .text(removed(pair.first))
-        .text(removed(pair.second));
+        .flag(removed(pair.first))
+        .flag(removed(pair.second));
   }
 }
 
-void write_cuts_table(Writer& out, const Figures& figures) {
-  headings(out, {words::cut.view(), "X", "Y", words::distance.view()});
+void write_cuts_table(TableSink& table, const Figures& figures) {
+  const Heading names[] = {{words::cut.view()}, {"X"}, {"Y"}, {words::distance.view()}};
+  table.headings(names);
   std::size_t number = 0;
   for (const Cut& cut : figures.study.section.cuts) {
-    Row(out).count(++number).rounded(cut.place.x).rounded(cut.place.y).rounded(cut.distance);
+    Row(table).count(++number).rounded(cut.place.x).rounded(cut.place.y).rounded(cut.distance);
   }
 }
 
-void write_nodes_table(Writer& out, const Figures& figures) {
-  headings(out, {"X", "Y", words::elevation.view(), words::slope_percent.view(),
-                 words::vertex_1.view(), words::vertex_2.view(), words::vertex_3.view()});
+void write_nodes_table(TableSink& table, const Figures& figures) {
+  const Heading names[] = {{"X"},
+                           {"Y"},
+                           {words::elevation.view()},
+                           {words::slope_percent.view()},
+                           {words::vertex_1.view(), as_text},
+                           {words::vertex_2.view(), as_text},
+                           {words::vertex_3.view(), as_text}};
+  table.headings(names);
   for (const Node& node : figures.study.relief.nodes) {
-    Row row(out);
+    Row row(table);
     row.rounded(node.place.x).rounded(node.place.y).rounded(node.elevation);
     node.slope ? row.rounded(*node.slope, slope_decimals) : row.empty();
     for (const std::size_t i : node.triangle) row.text(figures.survey.points[i].number);
   }
 }
 
-void write_stations_table(Writer& out, const Figures& figures) {
-  headings(out, {words::station.view(), words::distance.view(), "X", "Y", words::elevation.view()});
+void write_stations_table(TableSink& table, const Figures& figures) {
+  const Heading names[] = {
+      {words::station.view()}, {words::distance.view()}, {"X"}, {"Y"}, {words::elevation.view()}};
+  table.headings(names);
   std::size_t number = 0;
   for (const Station& station : figures.study.profile.stations) {
-    Row(out)
+    Row(table)
         .count(++number)
         .rounded(station.distance)
         .rounded(station.place.x)
@@ -154,22 +207,30 @@ void write_stations_table(Writer& out, const Figures& figures) {
   }
 }
 
-void write_inside_table(Writer& out, const Figures& figures) {
-  headings(out, {words::number.view(), "X", "Y", "Z", words::code.view()});
+void write_inside_table(TableSink& table, const Figures& figures) {
+  const Heading names[] = {
+      {words::number.view(), as_text}, {"X"}, {"Y"}, {"Z"}, {words::code.view(), as_text}};
+  table.headings(names);
   for (const std::size_t i : figures.study.area.inside) {
-    Row row(out);
+    Row row(table);
     put_point(row, figures.survey.points[i]);
-    out.pause();
   }
 }
 
-void write_extremes_table(Writer& out, const Figures& figures) {
-  headings(out, {words::axis.view(), words::minimum.view(), words::minimum_point.view(),
-                 words::maximum.view(), words::maximum_point.view(), words::difference.view()});
+void write_extremes_table(TableSink& table, const Figures& figures) {
+  const Heading names[] = {{words::axis.view(), as_text},          {words::minimum.view()},
+                           {words::minimum_point.view(), as_text}, {words::maximum.view()},
+                           {words::maximum_point.view(), as_text}, {words::difference.view()}};
+  table.headings(names);
   const Extents extents = extents_of(figures.survey.points);
-  put_extreme(out, figures, "X", &SurveyPoint::x, extents.x);
-  put_extreme(out, figures, "Y", &SurveyPoint::y, extents.y);
-  put_extreme(out, figures, "Z", &SurveyPoint::z, extents.z);
+  put_extreme(table, figures, "X", &SurveyPoint::x, extents.x);
+  put_extreme(table, figures, "Y", &SurveyPoint::y, extents.y);
+  put_extreme(table, figures, "Z", &SurveyPoint::z, extents.z);
+}
+
+void write_csv(Writer& out, const TableOfFigures& table, const Figures& figures) {
+  CsvTable sink(out);
+  table.write(sink, figures);
 }
 
 }  // namespace survey_report

@@ -582,4 +582,40 @@ inline constexpr Word help_status{
     "El estado es 0 si se escribió todo; con cualquier otro no se escribe nada, y un\n"
     "mensaje en la salida de errores dice por qué:\n"};
 
+// ---- The page
+
+inline constexpr Word to_tables{"To the tables", "Ir a las tablas"};
+inline constexpr Word sections_of_page{"Sections of this page", "Apartados de esta página"};
+inline constexpr Word tables{"Tables", "Tablas"};
+inline constexpr Word files{"Files", "Ficheros"};
+inline constexpr Word extremes{"Extremes", "Extremos"};
+inline constexpr Word layers{"Layers", "Capas"};
+inline constexpr Word drawn_lines{"Lines and labels", "Líneas y rótulos"};
+inline constexpr Word points_by_code{"Points by code", "Puntos por código"};
+inline constexpr Word filter_codes{"Filter", "Filtrar"};
+inline constexpr Word points_inside{"Points in the work area", "Puntos de la zona de trabajo"};
+inline constexpr Word profile_stations{"Stations of the profile", "Estaciones del perfil"};
+inline constexpr Word grid_nodes{"Grid nodes", "Nodos de la cuadrícula"};
+inline constexpr Word contours_title{"Contours", "Curvas de nivel"};
+inline constexpr Word labels{"Labels", "Rótulos"};
+inline constexpr Word all{"All", "Todas"};
+inline constexpr Word none{"None", "Ninguna"};
+inline constexpr Word yes{"yes", "sí"};
+inline constexpr Word no{"no", "no"};
+inline constexpr Word zoom_in{"Zoom in", "Acercar"};
+inline constexpr Word zoom_out{"Zoom out", "Alejar"};
+inline constexpr Word whole{"Whole", "Todo"};
+inline constexpr Word whole_drawing{"The whole drawing", "El dibujo entero"};
+inline constexpr Word find_point{"Point", "Punto"};
+inline constexpr Word find{"Find", "Buscar"};
+inline constexpr Word no_such_point{"No point has that number", "Ningún punto tiene ese número"};
+inline constexpr Word no_such_point_drawn{"No drawn point has that number",
+                                          "Ningún punto dibujado tiene ese número"};
+inline constexpr Word keys_of_drawing{
+    "Arrows move it, plus and minus zoom, 0 shows all of it",
+    "Las flechas lo desplazan, más y menos lo acercan y alejan, 0 lo muestra entero"};
+inline constexpr Word not_drawn{"There is no drawing.", "No hay dibujo."};
+inline constexpr Word first_rows{"The first {1} rows of {2}; all of them are in {3}",
+                                 "Las primeras {1} filas de {2}; están todas en {3}"};
+
 }  // namespace survey_report::words
