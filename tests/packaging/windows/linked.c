@@ -6,7 +6,8 @@ typedef struct {
   unsigned char d[8];
 } guid;
 
-__declspec(dllimport) long __stdcall DllGetClassObject(const guid* of, const guid* as, void** object);
+__declspec(dllimport) long __stdcall DllGetClassObject(const guid* of, const guid* as,
+                                                       void** object);
 __declspec(dllimport) long __stdcall DllCanUnloadNow(void);
 __declspec(dllimport) __declspec(noreturn) void __stdcall ExitProcess(unsigned int status);
 
