@@ -20,6 +20,12 @@ python=(python3-setuptools python3-wheel python3-venv python3-pip python3-numpy 
 windows=(g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix mingw-w64-tools googletest
   wine wine64 libwine-dev debootstrap xvfb openbox xdotool xclip x11-utils fonts-liberation fonts-wine)
 
+# For tests of the survey report's page in a browser. Node 20 or later may be there already.
+report=(chromium poppler-utils)
+for command in node:nodejs npm:npm; do
+  command -v "${command%:*}" >/dev/null || report+=("${command#*:}")
+done
+
 case "${1:-build}" in
   build) ;;
   checks) packages+=("${checks[@]}") ;;
@@ -27,8 +33,10 @@ case "${1:-build}" in
   screen) packages+=("${screen[@]}") ;;
   python) packages+=("${python[@]}") ;;
   windows) packages+=("${windows[@]}") ;;
-  all) packages+=("${checks[@]}" "${bench[@]}" "${screen[@]}" "${python[@]}" "${windows[@]}") ;;
-  *) echo "usage: tools/setup.sh [build|checks|bench|screen|python|windows|all]" >&2; exit 2 ;;
+  report) packages+=("${report[@]}") ;;
+  all) packages+=("${checks[@]}" "${bench[@]}" "${screen[@]}" "${python[@]}" "${windows[@]}"
+    "${report[@]}") ;;
+  *) echo "usage: tools/setup.sh [build|checks|bench|screen|python|windows|report|all]" >&2; exit 2 ;;
 esac
 
 as_root() {
