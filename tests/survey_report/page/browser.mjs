@@ -46,6 +46,10 @@ function fieldsOf(line) {
   return fields.map((field) => (field.startsWith('"') ? field.slice(1, -1).replaceAll('""', '"') : field));
 }
 
+/// The tables that are on the page, in its order.
+export const tables = ["extremes", "repeated_pairs", "section_cuts", "grid_nodes", "profile_stations", "points_in_area",
+  "points"];
+
 /// The rows of a table of a report, without its headings; no field has an end of line.
 export function table(folder, name) {
   const lines = readFileSync(join(folder, name), "utf8").trimEnd().split("\n");

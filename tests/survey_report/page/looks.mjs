@@ -4,7 +4,7 @@ import { execFileSync } from "node:child_process";
 import { readFileSync } from "node:fs";
 import { join } from "node:path";
 import { test } from "node:test";
-import { axe, languages, pointsOf, report, sample, sizes, survey, table, texts, withPage } from "./browser.mjs";
+import { axe, languages, pointsOf, report, sample, sizes, survey, table, tables, texts, withPage } from "./browser.mjs";
 
 const surveys = {
   sample,
@@ -79,8 +79,7 @@ for (const language of languages) {
       assert.ok(await page.locator(section).first().isVisible(), section);
     }
     assert.equal(await page.locator(".scroll tbody tr").count(),
-      ["extremes", "repeated_pairs", "section_cuts", "grid_nodes", "profile_stations", "points_in_area", "points"]
-        .reduce((sum, file) => sum + table(folder, `${file}.csv`).length, 0));
+      tables.reduce((sum, file) => sum + table(folder, `${file}.csv`).length, 0));
     const titles = (await texts(page, "#points path > title")).length;
     assert.equal(titles, pointsOf(folder).length);
   }));

@@ -1,9 +1,8 @@
 // Tables: their rows are those of the files, and each column sorts.
 import assert from "node:assert/strict";
 import { test } from "node:test";
-import { languages, report, sample, survey, table, texts, withPage } from "./browser.mjs";
+import { languages, report, sample, survey, table, tables as files, texts, withPage } from "./browser.mjs";
 
-const files = ["extremes", "repeated_pairs", "section_cuts", "grid_nodes", "profile_stations", "points_in_area", "points"];
 const tableOf = (file) => `[aria-labelledby="table-${file}"] table`;
 
 const rowsOf = (page, file) => page.$$eval(`${tableOf(file)} tbody tr`, (rows) =>
