@@ -16,8 +16,11 @@ screen=(qt6-base-dev qt6-translations-l10n libxcb1-dev xvfb openbox twm xdotool 
   libxfixes3 fonts-liberation)
 # For wheels of the Python package, and for its tests with other packages.
 python=(python3-setuptools python3-wheel python3-venv python3-pip python3-numpy python3-matplotlib mypy debootstrap)
-# For reading the survey report's CAD drawings back.
-report=(python3-ezdxf)
+# For reading the survey report's CAD drawings back, and for its page in a browser. A machine may
+# have node and npm from elsewhere, which their packages here would push out.
+report=(python3-ezdxf chromium poppler-utils)
+command -v node > /dev/null || report+=(nodejs)
+command -v npm > /dev/null || report+=(npm)
 # For the documentation site and its pictures.
 docs=(mkdocs mkdocs-material python3-pymdownx python3-matplotlib fonts-dejavu-core)
 # For packages, for what they promise, and for the zip of what belongs to Windows.

@@ -254,7 +254,7 @@ void write_plan(Writer& out, const PageContent& content) {
 void write_profile(Writer& out, const PageContent& content) {
   begin_section(out, "profile", words::longitudinal_profile);
   if (content.profile == nullptr) {
-    write_note(out, words::no_profile_reason.with({reason_for_no_profile(content.figures.study)}));
+    write_facts(out, words::no_profile_reason.with({reason_for_no_profile(content.figures.study)}));
   } else {
     write_tools(out, "profile-view", false);
     out << "<div class=\"drawing\">\n";

@@ -605,7 +605,7 @@ inline constexpr Word no{"no", "no"};
 inline constexpr Word zoom_in{"Zoom in", "Acercar"};
 inline constexpr Word zoom_out{"Zoom out", "Alejar"};
 inline constexpr Word whole{"Whole", "Todo"};
-inline constexpr Word whole_drawing{"The whole drawing", "El dibujo entero"};
+inline constexpr Word whole_drawing{"Whole drawing", "Todo el dibujo"};
 inline constexpr Word find_point{"Point", "Punto"};
 inline constexpr Word find{"Find", "Buscar"};
 inline constexpr Word no_such_point{"No point has that number", "Ningún punto tiene ese número"};

@@ -25,8 +25,10 @@ function showTip(point, x, y) {
     pointed = point;
     point.symbol.classList.add("pointed");
     const name = document.createElement("bdi");
+    const figures = document.createElement("span");
     name.textContent = point.name;
-    tip.replaceChildren(name, point.figures);
+    figures.textContent = point.figures;
+    tip.replaceChildren(name, ": ", figures);
     tip.hidden = false;
   }
   const { width, height } = tip.getBoundingClientRect();
@@ -189,7 +191,7 @@ class View {
 
 // A title is the number, the code if there is one, and the coordinates.
 function pointOf(symbol, title) {
-  const [, name, figures] = /^(.*)(: X \S+, Y \S+, Z \S+)$/.exec(title);
+  const [, name, figures] = /^(.*): (X \S+, Y \S+, Z \S+)$/.exec(title);
   const { code } = symbol.parentNode.dataset;
   const number = code ? name.slice(0, -code.length - 1) : name;
   const { x, y, width, height } = symbol.getBBox();
