@@ -2,6 +2,7 @@
 # Sets up, builds and runs the survey report: with the words behind it, or else on the sample
 # survey, into build/sample_report. What is being done is told on standard error.
 set -euo pipefail
+caller=$PWD
 cd "$(dirname "$0")/.."
 log=build-report.log
 say() { echo "$@" >&2; }
@@ -24,7 +25,9 @@ export log
 bash -euo pipefail -c build || { cat "$log" >&2; exit 1; }
 rm -f "$log"
 if [ $# -ne 0 ]; then
-  exec build/report/bin/survey_report "$@"
+  program=$PWD/build/report/bin/survey_report
+  cd "$caller"
+  exec "$program" "$@"
 fi
 build/report/bin/survey_report examples/survey_report/sample_survey.csv -o build/sample_report
 say "The sample survey's report, for a browser: build/sample_report/index.html"

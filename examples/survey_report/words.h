@@ -480,10 +480,14 @@ inline constexpr Word language_value{"en|es", "en|es"};
 inline constexpr Word help_northing{"the lines of FILE are number, Y, X, Z, code",
                                     "las líneas de FICHERO son número, Y, X, Z,\ncódigo"};
 inline constexpr Word help_output{
-    "write into FOLDER, which is made if need be,\neach file whole or not at all: report.txt,\n"
-    "plan.svg, profile.svg, survey.dxf and tables in\nCSV; if not given, the report is printed",
-    "escribir en CARPETA, que se crea si hace falta,\ncada fichero entero o nada: report.txt,\n"
-    "plan.svg, profile.svg, survey.dxf y tablas en\nCSV; si falta, se imprime el informe"};
+    "write into FOLDER, which is made if need be,\neach file whole or not at all: index.html, "
+    "which\n"
+    "is the report for a browser, report.txt,\nplan.svg, profile.svg, survey.dxf and tables in\n"
+    "CSV; if not given, the report is printed",
+    "escribir en CARPETA, que se crea si hace falta,\ncada fichero entero o nada: index.html, que "
+    "es\n"
+    "el informe para un navegador, report.txt,\nplan.svg, profile.svg, survey.dxf y tablas en\n"
+    "CSV; si falta, se imprime el informe"};
 inline constexpr Word help_plan{"draw a plan to FILE, in SVG, whole or not at\nall",
                                 "dibujar un plano en FICHERO, en SVG, entero o\nnada"};
 inline constexpr Word help_profile{"draw the profile to FILE, in SVG, whole or not\nat all",
@@ -577,10 +581,10 @@ inline constexpr Word help_help{"print this help and stop", "imprimir esta ayuda
 inline constexpr Word help_dashes{"After -- a word is FILE, even if it starts with -.\n",
                                   "Tras -- una palabra es FICHERO, aunque empiece por -.\n"};
 inline constexpr Word help_status{
-    "The status is 0 when everything was written; at any other nothing is written,\n"
-    "and a message on standard error tells why:\n",
-    "El estado es 0 si se escribió todo; con cualquier otro no se escribe nada, y un\n"
-    "mensaje en la salida de errores dice por qué:\n"};
+    "The status is 0 when everything was written; at any other a message on standard\n"
+    "error tells why it was not:\n",
+    "El estado es 0 si se escribió todo; con cualquier otro, un mensaje en la salida\n"
+    "de errores dice por qué no:\n"};
 
 // ---- The page
 

@@ -1,5 +1,5 @@
 # Installs the build, moves the prefix, builds programs against what is there and runs
-# them. Given: build, generator, consumers (their folder), work, the compilers and flags,
+# them. Given: build, generator, consumers (their folder), work, survey (a point file), the compilers and flags,
 # and pkg_config, which may not be there.
 function(run what)
   execute_process(COMMAND ${ARGN} RESULT_VARIABLE status)
@@ -23,6 +23,10 @@ endfunction()
 file(REMOVE_RECURSE ${work})
 run("installing" ${CMAKE_COMMAND} --install ${build} --prefix ${work}/prefix)
 file(RENAME ${work}/prefix ${work}/moved)
+
+if(EXISTS ${work}/moved/bin/survey_report)
+  run("the installed survey_report" ${work}/moved/bin/survey_report ${survey} -o ${work}/report)
+endif()
 
 foreach(kind shared static)
   consume(${kind} consumer -Dkind=${kind} ${with_cpp})
