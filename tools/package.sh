@@ -66,7 +66,8 @@ make_windows() {
   # With the line ends that the system's own editors and its command interpreter ask for.
   for file in packaging/windows/*; do sed 's/$/\r/' "$file" > "$work/$name/$(basename "$file")"; done
   sed 's/$/\r/' LICENSE > "$work/$name/LICENSE.txt"
-  sed 's/$/\r/' CHANGELOG.md > "$work/$name/CHANGELOG.md"
+  sed 's|docs/policy.md|policy.md|g; s/$/\r/' CHANGELOG.md > "$work/$name/CHANGELOG.md"
+  sed 's/$/\r/' docs/policy.md > "$work/$name/policy.md"
   (cd "$work" && zip -q -r "$name.zip" "$name")
   ls "$work/$name.zip"
 }

@@ -34,6 +34,7 @@
 #include "survey_report/study.h"
 #include "survey_report/tables.h"
 #include "survey_report/traverse.h"
+#include "survey_report/triangulation.h"
 #include "survey_report/words.h"
 
 namespace survey_report {
@@ -198,6 +199,16 @@ void add_tables(Files& files, const std::string& folder, const Figures& figures)
   }
 }
 
+// What the page tells under the plan: what a survey of many points leaves out.
+std::string page_notes(const Survey& survey, const ReportNotes& notes) {
+  std::string text = notes.plan;
+  if (survey.points.size() > most_triangulated) {
+    text += (text.empty() ? "" : ". ") + words::thinned_triangles.text();
+  }
+  if (!notes.dxf.empty()) text += (text.empty() ? "" : " ") + std::string("DXF: ") + notes.dxf;
+  return text;
+}
+
 void add_page(Files& files, const std::string& folder, const Figures& figures,
               const std::optional<Drawing>& plan, const std::optional<Drawing>& profile,
               const ReportNotes& notes) {
@@ -207,7 +218,7 @@ void add_page(Files& files, const std::string& folder, const Figures& figures,
     if (is_there && name != page_file) beside.push_back(name);
   }
   const PageContent content{figures, plan ? &*plan : nullptr, profile ? &*profile : nullptr,
-                            notes.plan, beside};
+                            page_notes(figures.survey, notes), beside};
   files.add(fs::path(folder) / page_file, [&](Writer& out) { write_page(out, content); });
 }
 
