@@ -151,13 +151,12 @@ std::vector<Contour> contours_on(const std::vector<Facet>& facets,
   return lines;
 }
 
-Contours contours_of(const std::vector<SurveyPoint>& points, const Boundary& boundary,
+Contours contours_of(const std::vector<SurveyPoint>& points, const Triangulation& made,
                      const std::optional<double>& step) {
-  const Triangulation made = triangulation_of(points, boundary);
   Contours contours;
   contours.triangles = made.facets.size();
   contours.points = made.points;
-  contours.left_out = made.left_out;
+  contours.left_out = made.outside.size();
   contours.fault = made.fault;
   if (made.facets.empty()) {
     if (contours.fault.empty()) contours.fault = words::no_triangles.text();

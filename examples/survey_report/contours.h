@@ -38,9 +38,9 @@ struct Contours {
 /// A round step that gives about 10 to 20 levels. The range has a size.
 double default_contour_step(const Range& elevations);
 
-/// The contours on the triangles between the points, straight in each. Throws ChoiceFault when
+/// The contours on the triangles inside the boundary, straight in each. Throws ChoiceFault when
 /// the user's step gives too many.
-Contours contours_of(const std::vector<SurveyPoint>& points, const Boundary& boundary,
+Contours contours_of(const std::vector<SurveyPoint>& points, const Triangulation& made,
                      const std::optional<double>& step);
 
 /// The same on given triangles, without their figures.

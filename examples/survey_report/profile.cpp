@@ -67,14 +67,14 @@ std::vector<Foot> feet_beside(const std::vector<SurveyPoint>& points, const Sect
   return feet;
 }
 
-std::optional<double> elevation_of(const Foot& foot, const PointIndex& index,
+std::optional<double> elevation_of(const Foot& foot, const TriangleIndex& triangles,
                                    const Boundary& boundary, const Section& axis) {
-  if (foot.offset <= on_the_axis * axis.length) return index.points()[foot.point].z;
+  if (foot.offset <= on_the_axis * axis.length) return triangles.points()[foot.point].z;
   const Place place = place_at(axis, foot.distance);
   if (!contains(boundary, place)) return std::nullopt;
-  const std::optional<Triangle> triangle = triangle_around(place, index);
+  const std::optional<Triangle> triangle = triangles.around(place);
   if (!triangle) return std::nullopt;
-  return elevation_at(place, *triangle, index.points());
+  return elevation_at(place, *triangle, triangles.points());
 }
 
 // ---- The library's view of a profile: numbered from 1
@@ -166,12 +166,11 @@ std::vector<Station> stations_of(const Terrain& terrain, const Section& axis, do
 
 // ---- All of it
 
-std::vector<ProfilePoint> points_on(const Section& axis, const std::vector<SurveyPoint>& points,
+std::vector<ProfilePoint> points_on(const Section& axis, const TriangleIndex& triangles,
                                     const Boundary& boundary, double corridor) {
-  const PointIndex index(points);
   std::vector<ProfilePoint> found;
-  for (const Foot& foot : feet_beside(points, axis, corridor)) {
-    const std::optional<double> elevation = elevation_of(foot, index, boundary, axis);
+  for (const Foot& foot : feet_beside(triangles.points(), axis, corridor)) {
+    const std::optional<double> elevation = elevation_of(foot, triangles, boundary, axis);
     if (elevation) found.push_back({foot.distance, *elevation, foot.point});
   }
   return found;
@@ -202,12 +201,12 @@ double default_corridor(const Box& box) { return default_step(box) / 2.0; }
 
 double default_station_step(double length) { return round_down(length / fewest_steps); }
 
-Profile profile_of(const std::vector<SurveyPoint>& points, const Boundary& boundary,
-                   const Section& axis, double corridor, const std::optional<double>& step) {
+Profile profile_of(const TriangleIndex& triangles, const Boundary& boundary, const Section& axis,
+                   double corridor, const std::optional<double>& step) {
   try {
     Profile profile;
     profile.corridor = corridor;
-    work_out(profile, points_on(axis, points, boundary, corridor), axis, step);
+    work_out(profile, points_on(axis, triangles, boundary, corridor), axis, step);
     return profile;
   } catch (const orv2_geo::RunFailure& failure) {
     return without_numbers(corridor, words_of(failure));

@@ -8,6 +8,7 @@
 
 #include "survey_report/boundary.h"
 #include "survey_report/points.h"
+#include "survey_report/triangle_index.h"
 
 namespace survey_report {
 
@@ -61,7 +62,7 @@ double default_station_step(double length);
 /// alone, a vertical step. Stations are interpolated along the terrain, never
 /// beyond it; `step` is positive, or left out for the default.
 /// Throws ChoiceFault when the step gives too many stations.
-Profile profile_of(const std::vector<SurveyPoint>& points, const Boundary& boundary,
-                   const Section& axis, double corridor, const std::optional<double>& step);
+Profile profile_of(const TriangleIndex& triangles, const Boundary& boundary, const Section& axis,
+                   double corridor, const std::optional<double>& step);
 
 }  // namespace survey_report

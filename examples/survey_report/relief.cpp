@@ -12,59 +12,8 @@ namespace survey_report {
 
 namespace {
 
-constexpr std::size_t candidates = 12;
 constexpr double nodes_a_side = 8.0;
 constexpr double most_nodes_a_side = 64.0;
-constexpr double thinnest = 0.02;  // height of a triangle over its longest side
-
-// ---- Triangles around the origin, which is the node
-
-double side(const Near& a, const Near& b) { return std::hypot(b.x - a.x, b.y - a.y); }
-
-double perimeter(const Near& a, const Near& b, const Near& c) {
-  return side(a, b) + side(b, c) + side(c, a);
-}
-
-double cross(const Near& a, const Near& b) { return a.x * b.y - a.y * b.x; }
-
-bool around_origin(const Near& a, const Near& b, const Near& c) {
-  const double ab = cross(a, b);
-  const double bc = cross(b, c);
-  const double ca = cross(c, a);
-  return (ab >= 0.0 && bc >= 0.0 && ca >= 0.0) || (ab <= 0.0 && bc <= 0.0 && ca <= 0.0);
-}
-
-double height_over(const Near& apex, const Near& from, const Near& to) {
-  return orv2_geo::cgeo_Algorismos().Distancia_Punto_Linea(apex.x, apex.y, from.x, from.y, to.x,
-                                                           to.y);
-}
-
-bool is_sliver(const Near& a, const Near& b, const Near& c) {
-  const double longest = std::max({side(a, b), side(b, c), side(c, a)});
-  const double height = side(a, b) == longest   ? height_over(c, a, b)
-                        : side(b, c) == longest ? height_over(a, b, c)
-                                                : height_over(b, c, a);
-  return height < thinnest * longest;
-}
-
-// The smallest triangle so far.
-class Smallest {
- public:
-  void offer(const Near& a, const Near& b, const Near& c) {
-    if (!around_origin(a, b, c)) return;
-    const double length = perimeter(a, b, c);
-    if (found_ && length >= length_) return;
-    if (is_sliver(a, b, c)) return;
-    found_ = Triangle{a.index, b.index, c.index};
-    length_ = length;
-  }
-
-  std::optional<Triangle> found() const { return found_; }
-
- private:
-  std::optional<Triangle> found_;
-  double length_ = 0.0;
-};
 
 // ---- What the library says of a triangle
 
@@ -116,19 +65,6 @@ std::vector<Place> grid_places(const Box& box, double step) {
   return places;
 }
 
-std::optional<Triangle> triangle_around(const Place& place, const PointIndex& index) {
-  const std::vector<Near> nearest = index.nearest(place, candidates);
-  Smallest smallest;
-  for (std::size_t i = 0; i < nearest.size(); ++i) {
-    for (std::size_t j = i + 1; j < nearest.size(); ++j) {
-      for (std::size_t k = j + 1; k < nearest.size(); ++k) {
-        smallest.offer(nearest[i], nearest[j], nearest[k]);
-      }
-    }
-  }
-  return smallest.found();
-}
-
 double elevation_at(const Place& place, Triangle triangle, const std::vector<SurveyPoint>& points) {
   // The library looks from the first vertex through the node at the opposite
   // side, so the first is the farthest: never the node itself.
@@ -145,13 +81,13 @@ double elevation_at(const Place& place, Triangle triangle, const std::vector<Sur
       c.y - place.y, c.z, 0.0, 0.0);
 }
 
-Relief relief_of(const std::vector<SurveyPoint>& points, const Boundary& boundary, double step) {
+Relief relief_of(const TriangleIndex& terrain, const Boundary& boundary, double step) {
   Relief relief{step, {}};
+  const std::vector<SurveyPoint>& points = terrain.points();
   const double lowest = extents_of(points).z.min;
-  const PointIndex index(points);
   for (const Place& place : grid_places(box_of(boundary.vertices), step)) {
     if (!contains(boundary, place)) continue;
-    const std::optional<Triangle> triangle = triangle_around(place, index);
+    const std::optional<Triangle> triangle = terrain.around(place);
     if (!triangle) continue;
     relief.nodes.push_back({place, *triangle, elevation_at(place, *triangle, points),
                             slope_of(*triangle, points, lowest)});

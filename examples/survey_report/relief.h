@@ -1,19 +1,15 @@
 // relief.h: elevations and slopes at the nodes of a grid.
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <optional>
 #include <vector>
 
 #include "survey_report/boundary.h"
-#include "survey_report/point_index.h"
 #include "survey_report/points.h"
+#include "survey_report/triangle_index.h"
 
 namespace survey_report {
-
-/// Three points of the survey, by their place in it, from 0.
-using Triangle = std::array<std::size_t, 3>;
 
 struct Node {
   Place place;
@@ -51,17 +47,13 @@ double node_count(const Box& box, double step);
 /// west to east.
 std::vector<Place> grid_places(const Box& box, double step);
 
-/// Of the points nearest to a place, the three with the smallest perimeter
-/// around it that form no sliver.
-std::optional<Triangle> triangle_around(const Place& place, const PointIndex& index);
-
 /// The elevation at a place of the triangle around it. Throws RunFailure when the
 /// library refuses it.
 double elevation_at(const Place& place, Triangle triangle, const std::vector<SurveyPoint>& points);
 
 /// The nodes inside the boundary that have a triangle.
 /// Throws RunFailure when the library refuses an elevation.
-Relief relief_of(const std::vector<SurveyPoint>& points, const Boundary& boundary, double step);
+Relief relief_of(const TriangleIndex& terrain, const Boundary& boundary, double step);
 
 ReliefSummary summary_of(const Relief& relief);
 

@@ -29,15 +29,17 @@ void work_out(Study& study, const std::vector<SurveyPoint>& points, const StudyO
   if (!has_size(box)) throw std::range_error(words::boundary_too_large.text());
   study.perimeter = perimeter_of(study.boundary);
   study.section = section_of(study.boundary, options.section.value_or(default_section(box)));
+  progress.begin(stages::contours);
+  const Triangulation triangulation = triangulation_of(points, study.boundary);
+  study.contours = contours_of(points, triangulation, options.contour_step);
+  const TriangleIndex triangles(points, triangulation);
   progress.begin(stages::relief);
   const double step = options.grid_step.value_or(default_step(box));
-  study.relief = relief_of(points, study.boundary, checked_step(box, step));
+  study.relief = relief_of(triangles, study.boundary, checked_step(box, step));
   progress.begin(stages::profile);
   study.profile =
-      profile_of(points, study.boundary, study.section,
+      profile_of(triangles, study.boundary, study.section,
                  options.corridor.value_or(default_corridor(box)), options.station_step);
-  progress.begin(stages::contours);
-  study.contours = contours_of(points, study.boundary, options.contour_step);
 }
 
 }  // namespace

@@ -189,11 +189,8 @@ void triangulate(Triangulation& made, const std::vector<SurveyPoint>& points,
     const GEOSGeometry* const triangle = GEOSGetGeometryN_r(geos.get(), triangles.get(), i);
     const std::optional<Facet> facet = facet_of(geos, triangle, points, sorted);
     if (!facet) continue;
-    if (inside && !inside->holds(triangle)) {
-      ++made.left_out;
-    } else {
-      made.facets.push_back(*facet);
-    }
+    const bool is_outside = inside && !inside->holds(triangle);
+    (is_outside ? made.outside : made.facets).push_back(*facet);
   }
 }
 

@@ -20,14 +20,14 @@ using Facet = std::array<std::uint32_t, 3>;
 
 struct Triangulation {
   std::vector<Facet> facets;
-  std::size_t points = 0;    ///< points that make the triangles; those in one spot count once
-  std::size_t left_out = 0;  ///< triangles with a side outside the boundary
-  std::string fault;         ///< why there are none; else empty
+  std::vector<Facet> outside;  ///< those with a side outside the boundary
+  std::size_t points = 0;      ///< points that make the triangles; those in one spot count once
+  std::string fault;           ///< why there are none; else empty
 };
 
 /// The Delaunay triangles over the points. Of those in one spot the first of the survey counts.
 /// Where the boundary is one of the survey, not the hull, triangles with a side outside it
-/// are left out.
+/// stand apart.
 Triangulation triangulation_of(const std::vector<SurveyPoint>& points, const Boundary& boundary,
                                std::size_t most = most_triangulated);
 

@@ -87,6 +87,10 @@ TEST(Contours, LinesOnTriangles) {
   }
 }
 
+Triangulation triangles_of(const Points& points) {
+  return triangulation_of(points, boundary_of(points, "LINDERO"));
+}
+
 // z = 2x + 3y on a grid of points: on a plane every place of a contour has its level.
 TEST(Contours, OnAPlaneEveryPlaceHasItsLevel) {
   std::vector<std::array<double, 3>> places;
@@ -94,7 +98,7 @@ TEST(Contours, OnAPlaneEveryPlaceHasItsLevel) {
     for (int y = 0; y < 9; ++y) places.push_back({x * 10.0, y * 10.0, 20.0 * x + 30.0 * y});
   }
   const Points points = points_at(places);
-  const Contours contours = contours_of(points, boundary_of(points, "LINDERO"), 50.0);
+  const Contours contours = contours_of(points, triangles_of(points), 50.0);
   EXPECT_EQ(contours.points, 108U);
   EXPECT_EQ(contours.triangles, 2U * 11U * 8U);
   EXPECT_EQ(contours.lines.size(), 9U);
@@ -107,17 +111,17 @@ TEST(Contours, OnAPlaneEveryPlaceHasItsLevel) {
 }
 
 // The notch of the boundary lies between 5, 4 and its right side.
-TEST(Contours, TrianglesWithASideOutsideTheBoundaryAreLeftOut) {
+TEST(Contours, TrianglesWithASideOutsideTheBoundaryStandApart) {
   Points points = points_at({{0, 0, 0}, {10, 0, 1}, {5, 4, 2}, {10, 10, 3}, {0, 10, 4}});
   for (SurveyPoint& point : points) point.code = "LINDERO";
-  const Triangulation made = triangulation_of(points, boundary_of(points, "LINDERO"));
+  const Triangulation made = triangles_of(points);
   EXPECT_EQ(made.facets.size(), 3U);
-  EXPECT_EQ(made.left_out, 1U);
+  EXPECT_EQ(made.outside.size(), 1U);
 }
 
 TEST(Contours, PointsInOneSpotCountOnceTheFirst) {
   const Points points = points_at({{0, 0, 0}, {10, 0, 1}, {0, 10, 2}, {10, 0, 99}});
-  const Triangulation made = triangulation_of(points, boundary_of(points, "LINDERO"));
+  const Triangulation made = triangles_of(points);
   ASSERT_EQ(made.facets.size(), 1U);
   EXPECT_EQ(made.points, 3U);
   for (const std::uint32_t i : made.facets[0]) EXPECT_NE(i, 3U);
@@ -152,7 +156,7 @@ const NoneRow none_rows[] = {
 TEST(Contours, WhereThereAreNone) {
   for (const NoneRow& row : none_rows) {
     const Points points = points_at(row.points);
-    const Contours contours = contours_of(points, boundary_of(points, "LINDERO"), {});
+    const Contours contours = contours_of(points, triangles_of(points), {});
     EXPECT_EQ(contours.fault, row.fault) << row.rule;
     EXPECT_TRUE(contours.lines.empty()) << row.rule;
   }
@@ -160,7 +164,7 @@ TEST(Contours, WhereThereAreNone) {
 
 TEST(Contours, AStepThatGivesTooManyIsRefused) {
   const Points points = points_at({{0, 0, 0}, {10, 0, 500}, {0, 10, 0}});
-  EXPECT_THROW(contours_of(points, boundary_of(points, "LINDERO"), 1.0), ChoiceFault);
+  EXPECT_THROW(contours_of(points, triangles_of(points), 1.0), ChoiceFault);
 }
 
 }  // namespace

@@ -21,7 +21,6 @@ SURVEY = ""
 os.environ["LC_ALL"] = "C"  # the report's language
 
 NO_SUCH_CODE = "no point has this code"  # so that the boundary is the convex hull
-CANDIDATES = 12
 THINNEST = 0.02
 ON_THE_AXIS = 0.0002
 
@@ -60,24 +59,46 @@ def in_hull(places, place):
     return max([*gaps, angles[0] + 2 * math.pi - angles[-1]]) < math.pi
 
 
+def circle_around(place, spots):
+    """The three spots around the place whose circle holds no other: from three far away,
+    a spot in the circle takes the place of the one that the place can do without."""
+    far = 1e4 * max(math.dist(place, spot[:2]) for spot in spots)
+    seen = [(x - place[0], y - place[1], z) for x, y, z in spots]
+    corners = [(far * math.cos(turn), far * math.sin(turn), None) for turn in (0.1, 2.2, 4.3)]
+    while True:
+        (ax, ay, _), (bx, by, _), (cx, cy, _) = corners
+        # The plane through the corners, each as high as its distance squared.
+        rise_b, rise_c = bx * bx + by * by - ax * ax - ay * ay, cx * cx + cy * cy - ax * ax - ay * ay
+        twice = cross(*corners)
+        east = (rise_b * (cy - ay) - rise_c * (by - ay)) / twice
+        north = (rise_c * (bx - ax) - rise_b * (cx - ax)) / twice
+        above = [(q[0] - ax) * east + (q[1] - ay) * north + ax * ax + ay * ay
+                 - q[0] * q[0] - q[1] * q[1] for q in seen]
+        deepest = max(range(len(seen)), key=above.__getitem__)
+        if seen[deepest] in corners or above[deepest] <= 0:
+            return corners
+        corners = max(([*corners[:i], seen[deepest], *corners[i + 1:]] for i in range(3)),
+                      key=lambda three: min(parts_of(three)))
+
+
+def parts_of(corners):
+    """Of the triangle's area, what lies beside each corner seen from the place, the origin."""
+    a, b, c = corners
+    parts = [cross((0, 0), b, c), cross((0, 0), c, a), cross((0, 0), a, b)]
+    return [part / sum(parts) if sum(parts) else -math.inf for part in parts]
+
+
 def elevation_around(place, points):
-    """In the plane of the three of the nearest points that lie closest around the place."""
-    nearest, spots = [], set()
-    for _, x, y, z, _ in sorted(points, key=lambda p: math.dist(p[1:3], place)):
-        if (x, y) not in spots and len(nearest) < CANDIDATES:
-            spots.add((x, y))
-            nearest.append((x, y, z))
-    best = None
-    for a, b, c in itertools.combinations(nearest, 3):
-        parts = [cross(place, b, c), cross(place, c, a), cross(place, a, b)]
-        if min(parts) < 0 < max(parts):
-            continue
-        sides = [math.dist(a[:2], b[:2]), math.dist(b[:2], c[:2]), math.dist(c[:2], a[:2])]
-        if abs(sum(parts)) / max(sides) < THINNEST * max(sides):
-            continue
-        if best is None or sum(sides) < best[0]:
-            best = (sum(sides), sum(p * q[2] for p, q in zip(parts, (a, b, c))) / sum(parts))
-    return best and best[1]
+    """In the plane of the triangle around the place."""
+    spots = {(x, y): z for _, x, y, z, _ in reversed(points)}
+    corners = circle_around(place, [(*spot, z) for spot, z in spots.items()])
+    if any(z is None for *_, z in corners):
+        return None
+    a, b, c = corners
+    longest = max(math.dist(a[:2], b[:2]), math.dist(b[:2], c[:2]), math.dist(c[:2], a[:2]))
+    if abs(cross(a, b, c)) < THINNEST * longest ** 2:
+        return None
+    return sum(part * z for part, (_, _, z) in zip(parts_of(corners), corners))
 
 
 def terrain_along(line, corridor, points):

@@ -16,7 +16,8 @@ const Boundary wide{{{-900, -900}, {900, -900}, {900, 900}, {-900, 900}}, "EDGE"
 Profile profile_along(const SectionLine& line, const std::vector<SurveyPoint>& points,
                       double corridor, std::optional<double> step = {},
                       const Boundary& boundary = wide) {
-  return profile_of(points, boundary, section_of(boundary, line), corridor, step);
+  const TriangleIndex triangles(points, triangulation_of(points, boundary));
+  return profile_of(triangles, boundary, section_of(boundary, line), corridor, step);
 }
 
 // As "distance:elevation", to a thousandth.

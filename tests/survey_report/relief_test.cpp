@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-
 namespace survey_report {
 namespace {
 
@@ -40,42 +38,8 @@ TEST(Relief, AStepLargerThanTheBoxMayMissIt) {
   EXPECT_TRUE(grid_places({{1, 9}, {1, 9}}, 10).empty());
 }
 
-SurveyPoint at(double x, double y) { return {"1", x, y, 0, "", 1}; }
-
-struct TriangleRow {
-  const char* rule;
-  std::vector<SurveyPoint> points;
-  std::optional<Triangle> triangle;  // in rising order
-};
-
-const TriangleRow triangle_rows[] = {
-    {"the only one", {at(-1, -1), at(1, -1), at(0, 1)}, Triangle{0, 1, 2}},
-    {"none contains the node", {at(1, 1), at(2, 1), at(1, 2)}, std::nullopt},
-    {"two points", {at(-1, 0), at(1, 0)}, std::nullopt},
-    {"points on a line", {at(-1, 0), at(1, 0), at(3, 0)}, std::nullopt},
-    {"three points in two spots", {at(-1, 0), at(1, 0), at(1, 0)}, std::nullopt},
-    {"the smaller of two",
-     {at(-9, -9), at(9, -9), at(0, 9), at(-1, -1), at(1, -1), at(0, 1)},
-     Triangle{3, 4, 5}},
-    {"a sliver does not count",
-     {at(-1, 0.001), at(1, 0.001), at(0, -0.001), at(0, -3)},
-     Triangle{0, 1, 3}},
-    {"a node on a point", {at(0, 0), at(1, 0), at(0, 1)}, Triangle{0, 1, 2}},
-};
-
-TEST(Relief, TriangleAroundAPlace) {
-  for (const TriangleRow& row : triangle_rows) {
-    std::optional<Triangle> found = triangle_around({0, 0}, PointIndex(row.points));
-    if (found) std::sort(found->begin(), found->end());
-    EXPECT_EQ(found, row.triangle) << row.rule;
-  }
-}
-
-TEST(Relief, OnlyTheTwelveNearestPointsAreLookedAt) {
-  std::vector<SurveyPoint> points = {at(-100, 0), at(100, -100), at(100, 100)};
-  EXPECT_TRUE(triangle_around({0, 0}, PointIndex(points)).has_value());
-  for (int i = 1; i <= 12; ++i) points.push_back(at(i, i));
-  EXPECT_FALSE(triangle_around({0, 0}, PointIndex(points)).has_value());
+Relief relief_on(const std::vector<SurveyPoint>& points, const Boundary& boundary, double step) {
+  return relief_of(TriangleIndex(points, triangulation_of(points, boundary)), boundary, step);
 }
 
 double plane_at(double x, double y) {
@@ -96,7 +60,7 @@ std::vector<SurveyPoint> points_on_a_plane() {
 
 TEST(Relief, NodesOnAPlaneHaveItsElevation) {
   const std::vector<SurveyPoint> points = points_on_a_plane();
-  const Relief relief = relief_of(points, boundary_of(points, "EDGE"), 10.0);
+  const Relief relief = relief_on(points, boundary_of(points, "EDGE"), 10.0);
   EXPECT_GT(relief.nodes.size(), 80);
   for (const Node& node : relief.nodes) {
     EXPECT_NEAR(node.elevation, plane_at(node.place.x, node.place.y), 1e-9)
@@ -107,7 +71,7 @@ TEST(Relief, NodesOnAPlaneHaveItsElevation) {
 TEST(Relief, ANodeOnAPointHasItsElevation) {
   const std::vector<SurveyPoint> points = {
       {"1", 0, 0, 7, "", 1}, {"2", 9, 0, 8, "", 2}, {"3", 0, 9, 9, "", 3}};
-  const Relief relief = relief_of(points, {{{-1, -1}, {9, -1}, {-1, 9}}, "EDGE", 3, false}, 100.0);
+  const Relief relief = relief_on(points, {{{-1, -1}, {9, -1}, {-1, 9}}, "EDGE", 3, false}, 100.0);
   ASSERT_EQ(relief.nodes.size(), 1);
   EXPECT_NEAR(relief.nodes[0].elevation, 7.0, 1e-12);
 }
@@ -116,7 +80,7 @@ TEST(Relief, NodesOutsideTheBoundaryAreLeftOut) {
   const std::vector<SurveyPoint> points = points_on_a_plane();
   const Boundary corner{
       {{435025, 4473025}, {435039, 4473025}, {435025, 4473039}}, "EDGE", 3, false};
-  const Relief relief = relief_of(points, corner, 10.0);
+  const Relief relief = relief_on(points, corner, 10.0);
   ASSERT_EQ(relief.nodes.size(), 1);
   EXPECT_EQ(relief.nodes[0].place, (Place{435030, 4473030}));
 }
@@ -125,7 +89,7 @@ TEST(Relief, NodesOutsideTheBoundaryAreLeftOut) {
 TEST(Relief, SlopeInPercent) {
   const std::vector<SurveyPoint> points = {
       {"1", -5, -5, 100, "", 1}, {"2", 5, -5, 100, "", 2}, {"3", 0, 5, 101, "", 3}};
-  const Relief relief = relief_of(points, boundary_of(points, "EDGE"), 100.0);
+  const Relief relief = relief_on(points, boundary_of(points, "EDGE"), 100.0);
   ASSERT_EQ(relief.nodes.size(), 1);
   ASSERT_TRUE(relief.nodes[0].slope.has_value());
   EXPECT_NEAR(*relief.nodes[0].slope, 10.0, 1e-9);

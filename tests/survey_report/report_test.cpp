@@ -179,7 +179,7 @@ TEST(Report, ALevelSquareHasNoSlope) {
   EXPECT_TRUE(relief_section(survey, study)
                   .ends_with("    X      Y  Elevation  Slope %  Triangle\n"
                              "-----  -----  ---------  -------  --------\n"
-                             "6.000  6.000      1.000     0.00  A, B, C\n"
+                             "6.000  6.000      1.000     0.00  A, B, D\n"
                              "\n"
                              "1 node; elevation lowest 1.000, highest 1.000, mean 1.000; "
                              "mean of the slopes 0.00 %\n"))
