@@ -15,4 +15,5 @@ for program in build/bench/bin/*_bench; do
   results+=("$result")
 done
 python3 bench/ratios.py "${results[@]}"
+python3 bench/large_report.py build/bench/bin/survey_report tests/survey_report/make_large_survey.py
 PYTHONPATH=build/bench/python python3 bench/python_call.py build/bench/lib/liborv2_geo.so build/bench/lib/python_loop.so

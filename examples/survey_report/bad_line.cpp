@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "survey_report/utf8.h"
 #include "survey_report/words.h"
 
 namespace survey_report {
@@ -18,7 +19,7 @@ std::string place_of(const BadLine& bad) {
 }  // namespace
 
 std::string messages(std::string_view file, const std::vector<BadLine>& bad_lines) {
-  const std::string name(file);
+  const std::string name = without_controls(file);
   const std::size_t shown = std::min(bad_lines.size(), bad_lines_shown);
   std::string text;
   for (std::size_t i = 0; i < shown; ++i) {

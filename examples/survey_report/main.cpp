@@ -1,9 +1,9 @@
 // survey_report: tells, draws and tabulates what a point file holds.
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
-#include <deque>
 #include <exception>
 #include <filesystem>
 #include <memory>
@@ -21,6 +21,7 @@
 #include "survey_report/exit_code.h"
 #include "survey_report/extremes.h"
 #include "survey_report/failure_words.h"
+#include "survey_report/interruption.h"
 #include "survey_report/options.h"
 #include "survey_report/output.h"
 #include "survey_report/page.h"
@@ -35,6 +36,7 @@
 #include "survey_report/tables.h"
 #include "survey_report/traverse.h"
 #include "survey_report/triangulation.h"
+#include "survey_report/utf8.h"
 #include "survey_report/words.h"
 
 namespace survey_report {
@@ -53,8 +55,12 @@ class DataFault : public std::runtime_error {
   ExitCode code_;
 };
 
+DataFault about(const std::string& file, ExitCode code, const std::string& why) {
+  return {code, messages(file, {{0, 0, why, code}})};
+}
+
 DataFault failed(const std::string& file, const std::string& why) {
-  return {ExitCode::failed, file + ": " + why + '\n'};
+  return about(file, ExitCode::failed, why);
 }
 
 // ---- What is written beside what
@@ -126,7 +132,7 @@ Survey load_survey(const std::string& file, FieldOrder order, Progress& progress
   }
   if (read.points.empty()) {
     const Word& word = bytes.empty() ? words::empty_file : words::no_points_read;
-    throw DataFault(ExitCode::no_points, file + ": " + word.text() + '\n');
+    throw about(file, ExitCode::no_points, word.text());
   }
   return {fs::path(file).filename().string(), order, std::move(read.points)};
 }
@@ -149,18 +155,25 @@ Study study_on(const Survey& survey, const StudyOptions& options, Progress& prog
 // Files on their way. They take their names together, last of all.
 class Files {
  public:
-  void add(const fs::path& file, const Content& content) { files_.emplace_back(file, content); }
+  void add(const fs::path& file, const Content& content) {
+    files_.push_back(std::make_unique<Replacement>(file, content));
+  }
   // What an earlier run left there would be taken for this one's.
   void remove(const fs::path& file) { gone_.push_back(file); }
 
   void commit() {
-    for (Replacement& file : files_) file.commit();
+    check_interruption();
+    // A device may fail: before any older file is gone.
+    std::stable_partition(files_.begin(), files_.end(), is_device);
+    for (const std::unique_ptr<Replacement>& file : files_) file->commit();
     std::error_code not_there;
     for (const fs::path& file : gone_) fs::remove(file, not_there);
   }
 
  private:
-  std::deque<Replacement> files_;
+  static bool is_device(const std::unique_ptr<Replacement>& file) { return file->is_device(); }
+
+  std::vector<std::unique_ptr<Replacement>> files_;
   std::vector<fs::path> gone_;
 };
 
@@ -264,7 +277,7 @@ std::unique_ptr<Progress> progress_on_terminal() {
 }
 
 void run(const Command& command) {
-  if (command.help) return print(content_of(help_text()));
+  if (command.information) return print(content_of(*command.information));
   check_apart(command);
   const std::unique_ptr<Progress> progress = progress_on_terminal();
   const Survey survey = load_survey(*command.input, command.order, *progress);
@@ -310,7 +323,9 @@ int ended(ExitCode code, const std::string& message) {
   return static_cast<int>(code);
 }
 
-std::string by_program(const std::string& message) { return "survey_report: " + message + '\n'; }
+std::string by_program(const std::string& message) {
+  return "survey_report: " + without_controls(message) + '\n';
+}
 
 int status_of(std::span<const char* const> words) try {
   choose_language(words);
@@ -322,6 +337,8 @@ int status_of(std::span<const char* const> words) try {
   return ended(fault.code(), fault.what());
 } catch (const FileFault& fault) {
   return ended(fault.code(), by_program(fault.what()));
+} catch (const Interruption& interruption) {
+  interruption.end();
 } catch (const std::bad_alloc&) {
   return ended(ExitCode::no_memory, by_program(words::no_memory.text()));
 } catch (const std::exception& fault) {

@@ -13,6 +13,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include "orv2_geo/version.h"
 #include "survey_report/exit_code.h"
 #include "survey_report/utf8.h"
 #include "survey_report/words.h"
@@ -225,6 +226,12 @@ void set_language_option(Command&, std::string_view value) {
 
 // ---- Options
 
+std::string version_text() {
+  const std::string point(".");
+  return "survey_report " + std::to_string(ORV2_VERSION_MAJOR) + point +
+         std::to_string(ORV2_VERSION_MINOR) + point + std::to_string(ORV2_VERSION_PATCH);
+}
+
 struct ValueOption {
   const char* names;
   Word value;  // as the help writes it
@@ -288,8 +295,10 @@ class HelpFormat final : public CLI::Formatter {
   }
   std::string make_option(const CLI::Option* option, bool) const override {
     const std::string value = option->get_option_text();
-    return row("  " + option->get_name(false, true) + (value.empty() ? "" : " ") + value, 28,
-               option->get_description());
+    std::string names = option->get_name(false, true);
+    if (const std::size_t comma = names.find(','); comma != names.npos)
+      names.insert(comma + 1, 1, ' ');
+    return row("  " + names + (value.empty() ? "" : " ") + value, 28, option->get_description());
   }
 
  private:
@@ -320,6 +329,7 @@ class CommandLine {
   CommandLine() : app_("", "survey_report") {
     app_.formatter(std::make_shared<HelpFormat>());
     app_.set_help_flag("-h,--help", words::help_help.text());
+    app_.set_version_flag("--version", version_text(), words::help_version.text());
     app_.add_flag("--northing-first")->description(words::help_northing.text());
     for (const ValueOption& option : value_options) {
       add_value(app_, option.names, option.value.text(), option.help.text());
@@ -329,11 +339,9 @@ class CommandLine {
     add_value(app_, "FILE", words::file_value.text(), "");
   }
 
-  std::string help() const { return app_.help(); }
-
   Command read(Words words) {
     parse(words);
-    if (command_.help) return command_;
+    if (command_.information) return command_;
     flags();
     for (const ValueOption& option : value_options) value(option);
     point_file();
@@ -349,7 +357,9 @@ class CommandLine {
     for (const std::string& word : reversed) refuse_no_value(word);
     app_.parse(std::move(reversed));
   } catch (const CLI::CallForHelp&) {
-    command_.help = true;
+    command_.information = app_.help();
+  } catch (const CLI::CallForVersion&) {
+    command_.information = version_text() + '\n';
   } catch (const CLI::ArgumentMismatch&) {  // the last word is an option without its value
     throw UsageFault(words::option_needs.with({words.back(), needed_by(words.back())}));
   } catch (const CLI::ExtrasError&) {
@@ -443,7 +453,5 @@ void choose_language(Words words) {
 }
 
 Command command_of(Words words) { return CommandLine().read(words); }
-
-std::string help_text() { return CommandLine().help(); }
 
 }  // namespace survey_report

@@ -19,9 +19,9 @@ class UsageFault : public std::runtime_error {
 };
 
 struct Command {
-  bool help = false;
+  std::optional<std::string> information;  ///< what --help or --version prints, and nothing else
   FieldOrder order = FieldOrder::x_first;
-  std::optional<std::string> input;   ///< there, unless help is asked for
+  std::optional<std::string> input;   ///< there, unless information is asked for
   std::optional<std::string> output;  ///< a folder
   std::optional<std::string> plan;
   std::optional<std::string> profile;
@@ -38,8 +38,5 @@ void choose_language(std::span<const char* const> words);
 
 /// Reads those words. Throws UsageFault.
 Command command_of(std::span<const char* const> words);
-
-/// What --help prints.
-std::string help_text();
 
 }  // namespace survey_report

@@ -6,6 +6,7 @@
 #include <system_error>
 #include <utility>
 
+#include "survey_report/interruption.h"
 #include "survey_report/words.h"
 
 namespace survey_report {
@@ -35,6 +36,7 @@ FileFault cannot_write(const std::string& name, const std::error_code& error) {
 }
 
 void write_piece(std::FILE* stream, std::string_view text, const std::string& name) {
+  check_interruption();
   errno = 0;
   if (std::fwrite(text.data(), 1, text.size(), stream) == text.size()) return;
   throw cannot_write(name, last_error());
@@ -162,10 +164,14 @@ std::string load(const fs::path& file) {
 Replacement::Replacement(const fs::path& file, const Content& content) : file_(file) {
   std::error_code error;
   const fs::file_status status = fs::status(file, error);
+  if (fs::is_directory(status)) {
+    throw cannot_write(file.string(), std::make_error_code(std::errc::is_a_directory));
+  }
   if (fs::exists(status) && !fs::is_regular_file(status)) {
     text_ = text_of(content);
     return;
   }
+  hold_interruptions();
   const bool is_link = fs::is_symlink(file, error);
   partial_ = std::make_unique<Partial>(is_link ? fs::weakly_canonical(file) : file);
   partial_->write(content);

@@ -34,11 +34,14 @@ std::string load(const std::filesystem::path& file);
 /// stays as it was until commit(); without that nothing is left behind.
 class Replacement {
  public:
-  /// Throws FileFault. A device or a pipe is not touched before commit().
+  /// Throws FileFault, and Interruption. A device or a pipe is not touched before commit().
   Replacement(const std::filesystem::path& file, const Content& content);
   Replacement(const Replacement&) = delete;
   Replacement& operator=(const Replacement&) = delete;
   ~Replacement();
+
+  /// Whether it is a device or a pipe, which has no older content to lose.
+  bool is_device() const { return !partial_; }
 
   /// The file gets that content. Throws FileFault.
   void commit();

@@ -536,8 +536,14 @@ class Plan {
     svg_.path(path_through(on_sheet(study_.area.vertices), true), area_paint);
     svg_.close_group();
     svg_.open_group(R"(id="inside" fill="#ffd966")");
-    for (const std::size_t point : study_.area.inside) {
-      if (is_drawn_[point]) svg_.path(circle(on_sheet(survey_.points[point]), reach_of(point)));
+    std::vector<std::size_t> drawn = study_.area.inside;
+    std::erase_if(drawn, [&](std::size_t point) { return !is_drawn_[point]; });
+    for (const auto& [code, members] : points_by_code(survey_.points, drawn)) {
+      svg_.open_code(code);
+      for (const std::size_t point : members) {
+        svg_.path(circle(on_sheet(survey_.points[point]), reach_of(point)));
+      }
+      svg_.close_group();
     }
     svg_.close_group();
   }

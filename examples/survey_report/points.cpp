@@ -276,16 +276,16 @@ struct Parting {
 
 std::string name_of(const Separator& separator) { return separator.name.text(); }
 
-// Of a file without any point: what its first line is full of.
+// Of a file without any point: what its first line is full of; blanks where it has nothing else.
 const Separator* likely_separator(std::string_view line) {
   const auto count = [&](const Separator& separator) {
     return std::count(line.begin(), line.end(), separator.letter);
   };
-  const auto last = std::end(separators) - 1;  // blanks are a guess, where there is nothing else
+  const auto last = std::end(separators) - 1;
   const auto best =
       std::max_element(std::begin(separators), last,
                        [&](const Separator& a, const Separator& b) { return count(a) < count(b); });
-  return count(*best) > 0 || count(*last) < 3 ? best : last;
+  return count(*best) > 0 || count(*last) == 0 ? best : last;
 }
 
 Parting parting_of(std::string_view text) {
@@ -386,9 +386,21 @@ class Reader {
                       words::fields_needed.with({fields, names.substr(0, names.rfind(','))}));
     }
     if (count > fields_allowed) {
+      const Word& what = has_decimal_commas() ? words::decimal_commas : words::fields_allowed;
       throw LineFault(ExitCode::many_columns, fields_[fields_allowed].at,
-                      words::fields_allowed.with({fields, names}));
+                      what.with({fields, names}));
     }
+  }
+
+  // "1,100,25,200,50,600,75": each coordinate is two whole numbers.
+  bool has_decimal_commas() const {
+    if (parting_.separator->letter != ',') return false;
+    if (fields_.count() < 1 + 2 * 3 || fields_.count() > 2 + 2 * 3) return false;
+    for (std::size_t i = 1; i < fields_held; ++i) {
+      const std::string_view digits = fields_[i].text.substr(fields_[i].text.starts_with('-'));
+      if (digits.empty() || digits.find_first_not_of("0123456789") != digits.npos) return false;
+    }
+    return true;
   }
 
   SurveyPoint point() {

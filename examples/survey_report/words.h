@@ -301,6 +301,9 @@ inline constexpr Word no_point_number{"the point number is empty", "falta el nú
 inline constexpr Word fields_needed{"{1}, but {2} are needed", "{1}, pero hacen falta {2}"};
 inline constexpr Word fields_allowed{"{1}, but only {2} are allowed",
                                      "{1}, pero solo se admiten {2}"};
+inline constexpr Word decimal_commas{
+    "{1}, but only {2} are allowed: with decimal commas, part the fields by semicolons",
+    "{1}, pero solo se admiten {2}: con comas decimales, separe los campos con puntos y coma"};
 inline constexpr Word commas{"commas", "comas"};
 inline constexpr Word semicolons{"semicolons", "puntos y comas"};
 inline constexpr Word tabs{"tabs", "tabuladores"};
@@ -443,7 +446,8 @@ inline constexpr Word about_program{
     "line across it, elevations and slopes at the nodes of a grid, a longitudinal\n"
     "profile along the section line, the points inside a work area, and all points\n"
     "with azimuth and distance from each to the next. With --output it writes all of\n"
-    "that into a folder, with drawings and tables.\n"
+    "that into a folder: a page with plan, contours and profile (index.html), both\n"
+    "drawings (SVG), a CAD drawing (DXF) and tables (CSV).\n"
     "\n"
     "FILE is a point file, one point a line: number, X, Y, Z, code. The code may be\n"
     "left out. A header line, blank lines and lines that start with # may be there.\n"
@@ -455,7 +459,9 @@ inline constexpr Word about_program{
     "una línea de sección que lo cruza, cotas y pendientes en los nodos de una\n"
     "cuadrícula, un perfil longitudinal por la línea de sección, los puntos dentro\n"
     "de una zona de trabajo y todos los puntos con acimut y distancia de cada uno al\n"
-    "siguiente. Con --output escribe todo en una carpeta, con planos y tablas.\n"
+    "siguiente. Con --output escribe todo en una carpeta: una página con plano,\n"
+    "curvas de nivel y perfil (index.html), los dos dibujos (SVG), un dibujo de CAD\n"
+    "(DXF) y tablas (CSV).\n"
     "\n"
     "FICHERO es un fichero de puntos, uno por línea: número, X, Y, Z, código. El\n"
     "código puede faltar. Puede haber una cabecera, líneas vacías y líneas que\n"
@@ -578,6 +584,7 @@ inline constexpr Word help_language{
     "si no "
     "inglés"};
 inline constexpr Word help_help{"print this help and stop", "imprimir esta ayuda y acabar"};
+inline constexpr Word help_version{"print the version and stop", "imprimir la versión y acabar"};
 inline constexpr Word help_dashes{"After -- a word is FILE, even if it starts with -.\n",
                                   "Tras -- una palabra es FICHERO, aunque empiece por -.\n"};
 inline constexpr Word help_status{

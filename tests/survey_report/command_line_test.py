@@ -7,10 +7,13 @@ import csv
 import os
 import pathlib
 import re
+import shutil
+import signal
 import stat
 import subprocess
 import sys
 import tempfile
+import time
 import unittest
 from xml.etree import ElementTree
 
@@ -53,6 +56,14 @@ class InAFolder(unittest.TestCase):
 
     def files(self):
         return sorted(os.listdir())
+
+    @staticmethod
+    def files_in(folder):
+        """Of a folder that may not be there."""
+        try:
+            return sorted(os.listdir(folder))
+        except FileNotFoundError:
+            return []
 
 
 class Options(InAFolder):
@@ -441,7 +452,7 @@ class Plan(InAFolder):
                             ("500,500,600,500,500,600", 0), ("-1e6,-1e6,1e6,-1e6,0,1e6", 5)):
             root = self.plan("square.csv", "--area=" + area)
             [inside] = self.group(root, "inside")
-            self.assertEqual(len(inside), count, area)
+            self.assertEqual(len(list(inside.iter(self.SVG + "path"))), count, area)
             self.assertEqual(len(self.group(root, "area")), 1, area)
 
     def test_an_area_that_cannot_be_tested_or_drawn_is_left_out(self):
@@ -724,10 +735,39 @@ class OutputFolder(InAFolder):
                               f"survey_report: cannot write {folder}: Not a directory\n")
         self.assertEqual(self.files(), ["good.csv", "square.csv"])
 
-    def test_a_folder_where_a_file_is_to_be(self):
-        os.makedirs("out/plan.svg")
-        self.assert_fails(run("good.csv", "-o", "out"), 15,
-                          "survey_report: cannot write out/plan.svg: Is a directory\n")
+    def test_a_folder_where_a_file_is_to_be_leaves_the_older_files(self):
+        run("good.csv", "-o", "all")
+        for name in self.files_in("all"):
+            os.makedirs(f"out/{name}")
+            self.write("out/plan.svg" if name != "plan.svg" else "out/report.txt", "older")
+            before = self.files_in("out")
+            self.assert_fails(run("good.csv", "-o", "out"), 15,
+                              f"survey_report: cannot write out/{name}: Is a directory\n")
+            self.assertEqual(self.files_in("out"), before)
+            shutil.rmtree("out")
+
+    @unittest.skipUnless(FULL.exists(), "no device that is full on this system")
+    def test_a_full_device_leaves_the_older_files(self):
+        os.mkdir("out")
+        self.write("out/plan.svg", "older")
+        self.assert_fails(run("square.csv", "-o", "out", f"--plan={FULL}"), 15,
+                          "survey_report: cannot write /dev/full: No space left on device\n")
+        self.assertEqual(pathlib.Path("out/plan.svg").read_text(), "older")
+        self.assertEqual(self.files_in("out"), ["plan.svg"])
+
+    @unittest.skipIf(os.name == "nt", "no signals on this system")
+    def test_a_request_to_end_leaves_nothing_half_written(self):
+        point = "{0},{1}.5,{2}.25,600,EJE\n"
+        self.write("long.csv", "".join(point.format(i, i * 7919 % 9973, i * 104729 % 9967)
+                                       for i in range(60000)))
+        for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
+            with subprocess.Popen([PROGRAM, "long.csv", "-o", "out"]) as program:
+                while program.poll() is None and not any(".partial" in name for name in self.files_in("out")):
+                    time.sleep(0.001)
+                program.send_signal(number)
+                self.assertEqual(program.wait(timeout=60), -number)
+            self.assertFalse(os.path.exists("out"))
+            self.assertEqual(self.files(), ["good.csv", "long.csv", "square.csv"])
 
     @unittest.skipUnless(resource, "no limits on this system")
     def test_a_write_that_fails_half_way_leaves_the_older_files(self):
@@ -735,7 +775,6 @@ class OutputFolder(InAFolder):
         self.write("out/plan.svg", "older")
 
         def allow_100_bytes():
-            import signal
             signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
             resource.setrlimit(resource.RLIMIT_FSIZE, (100, 100))
 

@@ -176,8 +176,6 @@ const BadRow bad_rows[] = {
      ExitCode::few_columns},
     {"too many fields", "1,2,3,4,A,B\n",
      "f:1:11: 6 fields, but only number, X, Y, Z, code are allowed\n", ExitCode::many_columns},
-    {"decimal commas between commas", "1,2,5,3,5,4,5,A\n",
-     "f:1:11: 8 fields, but only number, X, Y, Z, code are allowed\n", ExitCode::many_columns},
     {"no point number", ",2,3,4\n", "f:1:1: the point number is empty\n", ExitCode::bad_line},
     {"a quote that is not closed", "1,2,3,4,\"A\n", "f:1:9: a quoted field has no closing quote\n",
      ExitCode::bad_line},
@@ -213,7 +211,17 @@ const BadRow bad_rows[] = {
      "ways\n",
      ExitCode::mixed},
     {"a bad number between semicolons", "1;2;x;4\n", "f:1:5: Y \"x\" is not a number\n"},
-    {"two columns between blanks", "100 200\n", "f:1:8: 1 field, but number, X, Y, Z are needed\n",
+    {"decimal commas between commas", "1,100,25,200,50,600,75\n",
+     "f:1:17: 7 fields, but only number, X, Y, Z, code are allowed: with decimal commas, part the "
+     "fields by semicolons\n",
+     ExitCode::many_columns},
+    {"decimal commas between commas, a code", "1,-100,25,200,50,600,75,EJE\n",
+     "f:1:18: 8 fields, but only number, X, Y, Z, code are allowed: with decimal commas, part the "
+     "fields by semicolons\n",
+     ExitCode::many_columns},
+    {"seven fields that are no decimal commas", "1,100.25,200.5,600.75,EJE,A,B\n",
+     "f:1:27: 7 fields, but only number, X, Y, Z, code are allowed\n", ExitCode::many_columns},
+    {"two columns between blanks", "100 200\n", "f:1:8: 2 fields, but number, X, Y, Z are needed\n",
      ExitCode::few_columns},
     // Decimal signs
     {"a decimal point among decimal commas", "1;2,5;3;4\n5;6;7.5;8\n",
