@@ -58,7 +58,7 @@ alone "${whole/\$1/$libraries/liborv2_geo.so.2}" liborv2-geo2
 alone "${whole/\$1/$libraries/orv2_geo/*.so}" liborv2-geo2 liborv2-geo-qt
 alone "test -f /usr/include/orv2_geo/orv2_geo.h; test -e $libraries/liborv2_geo.so" liborv2-geo2 liborv2-geo-dev
 alone "python3 -c 'import orv2_geo; print(orv2_geo.version())'" liborv2-geo2 python3-orv2-geo
-alone "survey_report /tried/sample_survey.csv | sed -n 3p" liborv2-geo2 orv2-survey-report
+alone "survey_report /tried/sample_survey.csv | sed -n 4p" liborv2-geo2 orv2-survey-report
 
 # What others bring stays when ours go, so it comes first.
 apt python3 libqt6widgets6 libgeos-c1v5 g++ cmake make pkgconf
@@ -75,7 +75,7 @@ azimuth = orv2_geo.Ref(0.0)
 orv2_geo.create("Orv2_Geo.cgeo_Algorismos").Azimut(-1.0, 0.0, azimuth)
 print(orv2_geo.version(), azimuth.value)
 assert azimuth.value == 300.0'
-"$here/tests/packaging/readme_examples.py" chroot "$root" /usr/bin/python3
+python3 "$here/tests/packaging/readme_examples.py" chroot "$root" /usr/bin/python3
 echo "A project in C++ and C, shared and as an archive, one in C, and pkg-config:"
 for kind in shared static; do
   inside cmake -S /tried/consumer -B /tried/$kind -Dkind=$kind > "$root.log"
