@@ -66,7 +66,7 @@ def touching():
     """The edge of the tolerance: outside for one member, inside for the other."""
     figure, both = panels(2, height=2.4)
     ends, tolerance = (0.0, 0.0, 8.0, 0.0), 1.0
-    points = ((2.0, 0.5, (7, -4)), (4.0, 1.0, (0, 5)), (6.0, 1.5, (0, 5)), (9.0, 0.0, (5, 3)))
+    points = ((2.0, 0.5, (5, 0)), (4.0, 1.0, (0, 5)), (6.0, 1.5, (0, 5)), (9.0, 0.0, (5, 3)))
     for axes, name in ((both[0], "Toca_Punto_Recta"), (both[1], "Toca_Punto_Recta_SN")):
         plan(axes, f"{name}, tolerancia = 1")
         half = [math.pi * i / 60 for i in range(61)]
@@ -102,7 +102,7 @@ def crossings():
             if met:
                 dot(axes, x.value, y.value, SECOND)
         axes.set_title("\n".join(told), fontsize=7.5, loc="left")
-        axes.set_xlim(-0.4, 4.4)
+        axes.set_xlim(-0.9, 4.9)
         axes.set_ylim(-0.3, 3.3)
     return figure
 

@@ -178,7 +178,7 @@ def repeated_points():
 def extremes():
     """MaxMin of a few points, and the filter by elevation."""
     figure, both = panels(2, height=2.9)
-    xs, ys, zs = [2, 5, 9, 7, 3.5, 6], [3, 1.2, 4, 7.5, 6.5, 4.2], [101, 97, 108, 112, 104, 103]
+    xs, ys, zs = [2, 5, 9, 7, 3.5, 6], [3, 1.2, 2.4, 7.5, 6.5, 4.2], [101, 97, 108, 112, 104, 103]
     found = [Ref(0.0) for _ in range(4)]
     matrices.MaxMin_2Matriz(counted(xs), counted(ys), *found)
     most_x, least_x, most_y, least_y = (one.value for one in found)

@@ -82,7 +82,7 @@ def cleaned_profile():
         for point, numbers in at.items():
             dot(axes, *point, colour, ", ".join(numbers), (-7, 6))
         axes.set_title(f"Ptos = {len(points)}", fontsize=9)
-        axes.set_xlim(-2, 34)
+        axes.set_xlim(-4.5, 34)
         axes.set_ylim(99.3, 105.2)
         axes.spines[["top", "right"]].set_visible(False)
     return figure
