@@ -66,7 +66,7 @@ def touching():
     """The edge of the tolerance: outside for one member, inside for the other."""
     figure, both = panels(2, height=2.4)
     ends, tolerance = (0.0, 0.0, 8.0, 0.0), 1.0
-    points = ((2.0, 0.5, (7, -4)), (4.0, 1.0, (0, 5)), (6.0, 1.5, (0, 5)), (9.0, 0.0, (5, 3)))
+    points = ((2.0, 0.5, (5, 0)), (4.0, 1.0, (0, 5)), (6.0, 1.5, (0, 5)), (9.0, 0.0, (5, 3)))
     for axes, name in ((both[0], "Toca_Punto_Recta"), (both[1], "Toca_Punto_Recta_SN")):
         plan(axes, f"{name}, tolerancia = 1")
         half = [math.pi * i / 60 for i in range(61)]
@@ -102,7 +102,7 @@ def crossings():
             if met:
                 dot(axes, x.value, y.value, SECOND)
         axes.set_title("\n".join(told), fontsize=7.5, loc="left")
-        axes.set_xlim(-0.4, 4.4)
+        axes.set_xlim(-0.9, 4.9)
         axes.set_ylim(-0.3, 3.3)
     return figure
 
@@ -178,6 +178,42 @@ def dots_of_line():
     axes.set_xlim(-0.5, 11)
     axes.set_ylim(-0.5, 6)
     axes.tick_params(length=0)
+    return figure
+
+
+def angle_helpers():
+    """An360 on a dial, and GetAngle3P, which is placed by the quadrant of P2."""
+    figure, both = panels(2, height=3.2)
+    axes = both[0]
+    plan(axes, "An360")
+    circle = [2 * math.pi * i / 200 for i in range(201)]
+    line(axes, [math.sin(a) for a in circle], [math.cos(a) for a in circle], SOFT, linewidth=1)
+    for centesimal in range(0, 400, 50):
+        x, y = math.sin(math.pi * centesimal / 200), math.cos(math.pi * centesimal / 200)
+        line(axes, [0.95 * x, 1.05 * x], [0.95 * y, 1.05 * y], INK, linewidth=1)
+        axes.text(1.24 * x, 1.2 * y, str(centesimal), color=FIRST, ha="center", va="center")
+        axes.text(0.75 * x, 0.78 * y, f"{algorismos.An360(float(centesimal)):g}°", color=SECOND,
+                  ha="center", va="center")
+    axes.text(0, 0.2, "An", color=FIRST, ha="center", va="center")
+    axes.text(0, -0.1, "An360(An)", color=SECOND, ha="center", va="center")
+    axes.set_xlim(-1.5, 1.5)
+    axes.set_ylim(-1.35, 1.35)
+    axes = both[1]
+    plan(axes, "GetAngle3P")
+    line(axes, [-4, -1.6], [0, 0], SOFT, linestyle="--", linewidth=0.8)
+    line(axes, [0, 0], [-2.6, 2.6], SOFT, linestyle="--", linewidth=0.8)
+    third = (4.6, 0.0)
+    arrow(axes, (0, 0), third, INK)
+    dot(axes, *third, INK, "P3", (5, -4))
+    for second in ((3.0, 2.0), (-3.0, 2.0), (-3.0, -2.0), (3.0, -2.0)):
+        answer = algorismos.GetAngle3P(0.0, 0.0, *second, *third)
+        arrow(axes, (0, 0), second, FIRST)
+        dot(axes, *second, FIRST, f"P2  {answer:.2f}°", (0, 5 if second[1] > 0 else -6),
+            zorder=3)
+    dot(axes, 0, 0, INK)
+    axes.text(-0.9, 0, "P1", ha="center", va="center")
+    axes.set_xlim(-5, 6)
+    axes.set_ylim(-3.2, 3.2)
     return figure
 
 
@@ -260,5 +296,6 @@ def endless_lines():
 
 PICTURES = {"azimuths": azimuths, "distances": distances, "touching": touching,
             "crossings": crossings, "polygon_cuts": polygon_cuts, "on_line": on_line,
-            "dots_of_line": dots_of_line, "bearing_and_distance": bearing_and_distance,
-            "parallels": parallels, "endless_lines": endless_lines}
+            "dots_of_line": dots_of_line, "angle_helpers": angle_helpers,
+            "bearing_and_distance": bearing_and_distance, "parallels": parallels,
+            "endless_lines": endless_lines}

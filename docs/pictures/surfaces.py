@@ -82,7 +82,7 @@ def cleaned_profile():
         for point, numbers in at.items():
             dot(axes, *point, colour, ", ".join(numbers), (-7, 6))
         axes.set_title(f"Ptos = {len(points)}", fontsize=9)
-        axes.set_xlim(-2, 34)
+        axes.set_xlim(-4.5, 34)
         axes.set_ylim(99.3, 105.2)
         axes.spines[["top", "right"]].set_visible(False)
     return figure
@@ -121,8 +121,40 @@ def rings():
     return figure
 
 
+def closing():
+    """The same corners with the first one repeated, and without."""
+    figure, both = panels(2, height=2.9)
+    corner_x, corner_y = [0.0, 7.0, 9.0, 4.0, 0.0], [0.0, 0.0, 4.0, 6.0, 4.0]
+    grid = [(0.25 + 0.5 * i, 0.25 + 0.5 * j) for i in range(18) for j in range(12)]
+    closed = ([*corner_x, corner_x[0]], [*corner_y, corner_y[0]])
+    for axes, ring in ((both[0], closed), (both[1], (corner_x, corner_y))):
+        plan(axes, f"nVer = {len(ring[0])}")
+        line(axes, *closed, SOFT, linestyle="--", linewidth=1)
+        line(axes, *ring, FIRST)
+        for x, y in grid:
+            inside = holds(*ring, x, y)
+            axes.plot([x], [y], ".", color=FIRST if inside else SOFT, markersize=5 if inside else 2)
+        numbers = {}
+        for i, corner in enumerate(zip(*ring), 1):
+            numbers.setdefault(corner, []).append(str(i))
+        for corner, of_corner in numbers.items():
+            away = (-6 if corner[0] < 1 else 5, -6 if corner[1] < 1 else 5)
+            dot(axes, *corner, SECOND, ", ".join(of_corner), away, zorder=3)
+        axes.set_xlim(-1.4, 10)
+        axes.set_ylim(-1.2, 7)
+    return figure
+
+
+def around(axes, below, above):
+    """Axes of functions: their names above, zero as a line."""
+    axes.set_ylim(below, above)
+    axes.legend(fontsize=8, loc="upper right", ncols=3, bbox_to_anchor=(1, 1.14))
+    axes.axhline(0, color=SOFT, linewidth=0.8)
+    axes.spines[["top", "right"]].set_visible(False)
+
+
 def functions():
-    """The trigonometric members over centesimal angles, and the hyperbolic ones."""
+    """The trigonometric members over centesimal angles, and the arc functions."""
     figure, both = panels(2, height=2.7)
     of = orv2_geo.cgeo_FuncDeriv()
     of.RPi = 0.01570796327
@@ -134,18 +166,29 @@ def functions():
         line(both[0], part, [of.F_Tan(g) for g in part], SECOND,
              label="F_Tan" if start == 100 else None, linewidth=1)
     both[0].set_xticks(range(0, 401, 100))
-    both[0].set_ylim(-2.5, 2.5)
-    both[0].legend(fontsize=8, loc="upper right", ncols=3, bbox_to_anchor=(1, 1.14))
+    around(both[0], -2.5, 2.5)
+    of.RPi = 1.0
+    ratios = [i / 100 for i in range(-99, 100)]
+    for name, colour in (("F_ArcSen", FIRST), ("F_ArcCos", THIRD)):
+        line(both[1], ratios, [getattr(of, name)(r) for r in ratios], colour, label=name)
+    around(both[1], -2, 3.5)
+    return figure
+
+
+def growth():
+    """The logarithms and the hyperbolic members."""
+    figure, both = panels(2, height=2.7)
+    of = orv2_geo.cgeo_FuncDeriv()
+    above_zero = [i / 20 for i in range(1, 201)]
+    for name, colour in (("F_LogN", FIRST), ("F_Log10", THIRD)):
+        line(both[0], above_zero, [getattr(of, name)(x) for x in above_zero], colour, label=name)
+    around(both[0], -3.2, 3.2)
     xs = [i / 20 - 2.5 for i in range(101)]
     for name, colour in (("F_SenH", FIRST), ("F_CosH", THIRD), ("F_TanH", SECOND)):
         line(both[1], xs, [getattr(of, name)(x) for x in xs], colour, label=name)
-    both[1].set_ylim(-4, 6)
-    both[1].legend(fontsize=8, loc="upper right", ncols=3, bbox_to_anchor=(1, 1.14))
-    for axes in both:
-        axes.axhline(0, color=SOFT, linewidth=0.8)
-        axes.spines[["top", "right"]].set_visible(False)
+    around(both[1], -4, 6)
     return figure
 
 
 PICTURES = {"triangle": triangle, "profile": profile, "cleaned_profile": cleaned_profile,
-            "rings": rings, "functions": functions}
+            "rings": rings, "closing": closing, "functions": functions, "growth": growth}

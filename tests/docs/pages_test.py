@@ -3,9 +3,10 @@
 
     pages_test.py LIBRARY
 
-Both languages have the same headings and the same examples, and links lead somewhere; the failures
-are the library's own list; the reference tells of every member of the catalogue what it means, with
-units, what it writes and how it fails.
+Both languages have the same headings and, but for the words of comments, the same examples; links
+lead somewhere; every group of members in a class's guide has a picture; the failures are the
+library's own list; the reference tells of every member of the catalogue what it means, with units,
+what it writes and how it fails.
 """
 
 import ctypes
@@ -22,6 +23,8 @@ ENGLISH_ALONE = {"docs/layout.md", "docs/members.md"}
 TYPES = {1: "i16", 2: "i32", 3: "f32", 4: "f64", 5: "bool", 6: "text", 7: "object", 8: "variant",
          9: "DoubleArray", 10: "SingleArray", 11: "LongArray", 12: "ShortArray", 13: "StringArray"}
 BYREF = 0x100
+PICTURE = re.compile(r"!\[[^\]]+\]\(\.\./pictures/\w+\.svg\)")
+COMMENTS = {"c": "///?", "cpp": "///?", "cmake": "#", "python": "#", "sh": "#", "vbs": "'"}
 READ, WRITTEN, RESIZED = range(3)
 
 failed = []
@@ -36,6 +39,13 @@ def expect(holds, what):
 # ---- Both languages ---------------------------------------------------------
 
 
+def code_alone(language, code):
+    """An example without the words of its comments, which are in the page's language."""
+    if language not in COMMENTS:
+        return code
+    return re.sub(rf"[ \t]*(?<!\S)({COMMENTS[language]}) .*$", r" \1", code, flags=re.M)
+
+
 def skeleton(text):
     """What both languages share, in its order: levels of headings, examples with what is said of
     them, pictures, and the figures in the rows of tables."""
@@ -45,7 +55,7 @@ def skeleton(text):
         parts += [re.sub(r"\D", "", row) for row in re.findall(r"^\|.*", between, re.M)]
         parts += re.findall(r"^(#+) |(<!-- .*? -->)|!\[[^\]]*\]\([^)]*?([\w.]+)\)", between, re.M)
         if fence:
-            parts.append(fence.groups())
+            parts.append((fence[1], code_alone(*fence.groups())))
             end = fence.end()
     return parts
 
@@ -79,9 +89,19 @@ def follow_links():
                 expect((page.parent / link).exists(), f"{page.relative_to(ROOT)}: {link} is there")
 
 
+def find_pictures():
+    """The other language has the same."""
+    guides = sorted((ROOT / "docs" / "guides").glob("*.md"))
+    expect({guide.stem for guide in guides} == set(reference.class_names(ROOT)),
+           "every class has a guide")
+    for guide in guides:
+        groups = re.split(r"^## (.+)\n", FENCE.sub("", guide.read_text(encoding="utf-8")), flags=re.M)
+        expect(len(groups) > 1, f"{guide.name} has groups")
+        for name, text in zip(groups[1::2], groups[2::2]):
+            expect(PICTURE.search(text), f"{guide.name}: {name} has a picture")
+
+
 # ---- The library ------------------------------------------------------------
-
-
 
 
 class ClassInfo(ctypes.Structure):
@@ -180,6 +200,7 @@ def main():
     library = ctypes.CDLL(sys.argv[1])
     compare_languages()
     follow_links()
+    find_pictures()
     compare_failures(library)
     compare_reference(library)
     print("FAILED" if failed else "ok", "the pages")

@@ -4,7 +4,7 @@
     site_test.py FOLDER
 
 Every link leads to a file of the site and to an anchor that is there, nothing of a page comes over the
-network, and each page is in the language that it says.
+network, each page is in the language that it says, and from each the reference is one click away.
 """
 
 import html.parser
@@ -72,6 +72,8 @@ def main():
         wrong = list(wrong_links(path, page, pages))
         if page.language != wanted:
             wrong.append(f"its language is {page.language}")
+        if not any("reference/" in link or name.parts[0] == "reference" for link in page.links):
+            wrong.append("it has no link to the reference")
         failed += len(wrong)
         for one in wrong:
             print(f"FAILED {name}: {one}")
