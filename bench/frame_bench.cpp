@@ -1,9 +1,11 @@
 #include <benchmark/benchmark.h>
 
+#include <cfenv>
 #include <random>
 #include <vector>
 
 #include "bench/frame_bench_functions.h"
+#include "orv2_geo/frame/floating_point_guard.h"
 
 namespace {
 
@@ -45,7 +47,22 @@ void bearing_checked(benchmark::State& state) {
 void bearing_plain(benchmark::State& state) {
   over_lines(state, [](const auto& c) { return bench::bearing_plain(c); });
 }
-
+// What a call from a host does around a formula.
+bench::Point guarded(const double (&c)[8]) {
+  const orv2_geo::FloatingPointGuard settings;
+  return bench::bearing_plain(c);
+}
+void bearing_guarded(benchmark::State& state) {
+  over_lines(state, [](const auto& c) { return guarded(c); });
+}
+// The host has no flag raised: those that the formula raises are taken back each time.
+void bearing_guarded_without_flags(benchmark::State& state) {
+  for (auto _ : state) {
+    std::feclearexcept(FE_ALL_EXCEPT);
+    for (const Lines& line : lines()) benchmark::DoNotOptimize(guarded(line.c));
+  }
+  state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(lines().size()));
+}
 orv2_geo::DoubleArray values() {
   std::mt19937_64 engine(6);
   std::uniform_real_distribution<double> near(0.0, 500.0);
@@ -81,6 +98,8 @@ BENCHMARK(meeting_checked);
 BENCHMARK(meeting_plain);
 BENCHMARK(bearing_checked);
 BENCHMARK(bearing_plain);
+BENCHMARK(bearing_guarded);
+BENCHMARK(bearing_guarded_without_flags);
 BENCHMARK(extremes_checked);
 BENCHMARK(extremes_plain);
 BENCHMARK(reverse_checked);

@@ -21,7 +21,7 @@ set(public_headers
   orv2_geo.h orv2_geo.hpp version.h
   angles/cgeo_Algorismos.h angles/cgeo_FuncDeriv.h
   arrays/cgeo_Matrices.h
-  frame/argument.h frame/bool.h frame/class_description.h frame/export.h frame/geo_arrays.h
+  frame/argument.h frame/bool.h frame/class_description.h frame/export.h frame/floating_point.h frame/geo_arrays.h
   frame/late_bound.h frame/run_failure.h frame/text.h frame/variant.h
   library/catalogue.h library/object.h
   platform/form.h platform/user_interface.h

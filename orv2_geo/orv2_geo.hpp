@@ -4,6 +4,7 @@
 #include "orv2_geo/angles/cgeo_Algorismos.h"
 #include "orv2_geo/angles/cgeo_FuncDeriv.h"
 #include "orv2_geo/arrays/cgeo_Matrices.h"
+#include "orv2_geo/frame/floating_point.h"
 #include "orv2_geo/frame/geo_arrays.h"
 #include "orv2_geo/frame/run_failure.h"
 #include "orv2_geo/frame/text.h"

@@ -27,6 +27,8 @@ namespace orv2_geo {
 /// in f32: inputs are widened; outputs start at 0.0 and are always written, so
 /// with 0.0 where the other would leave them; one beyond f32 is failure 6,
 /// while a result beyond f32 comes back as an infinity.
+///
+/// Expects the usual floating-point settings: see UsualFloatingPoint.
 class ORV2_PUBLIC cgeo_Algorismos {
  public:
   static constexpr char registered_name[] = "Orv2_Geo.cgeo_Algorismos";

@@ -10,6 +10,8 @@ namespace orv2_geo {
 /// trigonometric members take their argument in any unit: it is multiplied by
 /// RPi, which the host sets. Every argument is by value and nothing is written;
 /// failures go to the caller.
+///
+/// Expects the usual floating-point settings: see UsualFloatingPoint.
 class ORV2_PUBLIC cgeo_FuncDeriv {
  public:
   static constexpr char registered_name[] = "Orv2_Geo.cgeo_FuncDeriv";

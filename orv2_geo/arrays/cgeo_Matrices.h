@@ -11,6 +11,8 @@ namespace orv2_geo {
 
 /// Array toolkit: extremes, element-wise sums, sorts in X, removal of points.
 /// Points are numbered from 1; element 0 is no point. A pure function table.
+///
+/// Expects the usual floating-point settings: see UsualFloatingPoint.
 class ORV2_PUBLIC cgeo_Matrices {
  public:
   static constexpr char registered_name[] = "Orv2_Geo.cgeo_Matrices";

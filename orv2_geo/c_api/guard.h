@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <utility>
 
+#include "orv2_geo/frame/floating_point_guard.h"
 #include "orv2_geo/frame/run_failure.h"
 
 namespace orv2_geo::c_api {
@@ -15,6 +16,7 @@ std::int32_t remembered(const RunFailure& failure) noexcept;
 /// Runs the body of a C function: 0, or the number of its failure.
 template <class Body>
 std::int32_t guarded(Body&& body) noexcept {
+  const FloatingPointGuard usual;
   try {
     std::forward<Body>(body)();
     return 0;
@@ -30,7 +32,7 @@ void forget_callback_failure() noexcept;
 template <class Callback>
 void asked(Callback&& callback) {
   forget_callback_failure();
-  const std::int32_t status = std::forward<Callback>(callback)();
+  const std::int32_t status = in_settings_of_host(std::forward<Callback>(callback));
   if (status != 0) raise_callback_failure(status);
 }
 

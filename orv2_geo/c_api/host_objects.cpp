@@ -66,7 +66,8 @@ class HostObject final : public LateBound {
  private:
   ~HostObject() override {
     const bool awaited = handed_over_ && callbacks_.release != nullptr;
-    if (awaited && !thread_is_ending()) callbacks_.release(context_);
+    if (!awaited || thread_is_ending()) return;
+    in_settings_of_host([&] { callbacks_.release(context_); });
   }
 
   orv2_host_object callbacks_;
@@ -82,6 +83,7 @@ class HostUserInterface final : public UserInterface {
   void error_box(const Text& text, std::int32_t flags, const Text* caption) override {
     const orv2_user_interface now = callbacks_;  // the host may install another one meanwhile
     if (now.error_box == nullptr || system_forms != 0) {
+      const FloatingPointGuard usual;
       return system_user_interface().error_box(text, flags, caption);
     }
     const std::string words = text.to_utf8();
@@ -114,6 +116,7 @@ class HostUserInterface final : public UserInterface {
       Up(const Up&) = delete;
       Up& operator=(const Up&) = delete;
     } const while_it_is_up;
+    const FloatingPointGuard usual;
     system_user_interface().show_modal(form);
   }
 

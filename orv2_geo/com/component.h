@@ -7,6 +7,7 @@
 #include "orv2_geo/com/failures.h"
 #include "orv2_geo/com/identifiers.h"
 #include "orv2_geo/com/system.h"
+#include "orv2_geo/frame/floating_point_guard.h"
 #include "orv2_geo/library/object.h"
 #include "orv2_geo/platform/thread_number.h"
 
@@ -60,6 +61,7 @@ class Component {
     if (!on_own_thread()) [[unlikely]]
       return RPC_E_WRONG_THREAD;
     const DuringCall reference(*this);
+    const FloatingPointGuard usual;
     try {
       work();
       return S_OK;

@@ -7,6 +7,7 @@
 #include "orv2_geo/com/module.h"
 #include "orv2_geo/com/variants.h"
 #include "orv2_geo/frame/argument.h"
+#include "orv2_geo/frame/floating_point_guard.h"
 #include "orv2_geo/frame/run_failure.h"
 #include "orv2_geo/frame/text.h"
 
@@ -43,6 +44,7 @@ void invoke(IDispatch& object, std::string_view name, WORD way, DISPPARAMS& para
   wchar_t* names = wide;
   DISPID number = DISPID_UNKNOWN;
   EXCEPINFO raised{};
+  const HostFloatingPoint settings;
   const HRESULT named = object.GetIDsOfNames(IID_NULL, &names, 1, LOCALE_USER_DEFAULT, &number);
   if (named == E_NOTIMPL) return invoke_extended(object, wide, way, parameters, answer);
   expect_success(named, raised);

@@ -7,6 +7,7 @@
 #include "orv2_geo/com/failures.h"
 #include "orv2_geo/com/late_places.h"
 #include "orv2_geo/com/module.h"
+#include "orv2_geo/frame/floating_point_guard.h"
 #include "orv2_geo/frame/names.h"
 #include "orv2_geo/library/catalogue.h"
 
@@ -278,6 +279,7 @@ bool well_formed(const DISPPARAMS* given) noexcept {
 HRESULT run(Component& self, std::size_t position, DISPPARAMS& given, VARIANT* result,
             EXCEPINFO* raised, UINT& faulty) noexcept {
   const Component::DuringCall reference(self);
+  const FloatingPointGuard usual;
   LateCall call(self.object().description().members[position]);
   const HRESULT taken = call.take(given, faulty);
   if (FAILED(taken)) return taken;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "orv2_geo/frame/floating_point_guard.h"
 #include "orv2_geo/frame/memory.h"
 
 namespace orv2_geo {
@@ -68,12 +69,13 @@ void ArrayBase::size(const Element& element, std::int64_t lower, std::int64_t up
 }
 
 void ArrayBase::size_at_owner(std::int32_t lower, std::uint32_t count, bool keep) {
-  describe(owner_->resize(lower, count, keep), lower, count, 1);
+  void* const elements = in_settings_of_host([&] { return owner_->resize(lower, count, keep); });
+  describe(elements, lower, count, 1);
 }
 
 void ArrayBase::release_at_owner() {
   ArrayOwner* const owner = owner_;
-  owner->release();
+  in_settings_of_host([&] { owner->release(); });
   forget();
   owner_ = owner;
 }

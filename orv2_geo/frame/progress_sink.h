@@ -1,6 +1,7 @@
 // progress_sink.h: the caller's progress indicator.
 #pragma once
 
+#include "orv2_geo/frame/floating_point_guard.h"
 #include "orv2_geo/frame/variant.h"
 
 namespace orv2_geo {
@@ -20,7 +21,7 @@ class ProgressSink {
  private:
   void set(std::string_view property, const Variant& value) const {
     const ObjectRef present = indicator_;  // lives on where the host lets it go meanwhile
-    present->set_property(property, value);
+    in_settings_of_host([&] { present->set_property(property, value); });
   }
 
   const ObjectRef& indicator_;

@@ -3,6 +3,7 @@
 #include <type_traits>
 #include <variant>
 
+#include "orv2_geo/frame/floating_point_guard.h"
 #include "orv2_geo/library/catalogue.h"
 #include "orv2_geo/platform/text_services.h"
 #include "orv2_geo/platform/thread_number.h"
@@ -73,6 +74,7 @@ std::size_t Object::position_of(std::string_view name, std::size_t argument_coun
 }
 
 Variant Object::call(std::size_t position, std::span<const Argument> arguments) {
+  const FloatingPointGuard usual;
   Variant variant;
   Argument answer = Argument::of_value(ObjectRef());
   answer.tag = by_value(Type::none);

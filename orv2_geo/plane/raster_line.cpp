@@ -5,6 +5,7 @@
 #include "orv2_geo/frame/argument.h"
 #include "orv2_geo/frame/checked_integer.h"
 #include "orv2_geo/frame/checked_math.h"
+#include "orv2_geo/frame/floating_point_guard.h"
 #include "orv2_geo/plane/single_variant.h"
 
 namespace orv2_geo {
@@ -16,7 +17,7 @@ namespace {
 void set_dot(const ObjectRef& f, double& px, double& py) {
   const Argument arguments[] = {std::int16_t{0}, ref(px), ref(py), std::int16_t{0}};
   const ObjectRef surface(f.get());  // one reference of its own
-  surface->call("PSet", arguments);
+  in_settings_of_host([&] { surface->call("PSet", arguments); });
 }
 
 }  // namespace

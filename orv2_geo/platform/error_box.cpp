@@ -3,8 +3,8 @@
 #include <string>
 #include <utility>
 
+#include "orv2_geo/platform/asked_interface.h"
 #include "orv2_geo/platform/text_services.h"
-#include "orv2_geo/platform/user_interface.h"
 
 namespace orv2_geo {
 
@@ -27,7 +27,7 @@ class Telling {
 void box(std::u16string_view text, std::int32_t flags, const Text* caption,
          const RunFailure* failure) {
   const Telling while_it_is_up(failure);
-  user_interface().error_box(Text(text), flags, caption);
+  ask_user_interface([&](UserInterface& shown) { shown.error_box(Text(text), flags, caption); });
 }
 
 }  // namespace

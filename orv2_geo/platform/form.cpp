@@ -5,10 +5,11 @@
 #include <variant>
 
 #include "orv2_geo/frame/argument.h"
+#include "orv2_geo/frame/floating_point_guard.h"
 #include "orv2_geo/frame/names.h"
 #include "orv2_geo/frame/run_failure.h"
+#include "orv2_geo/platform/asked_interface.h"
 #include "orv2_geo/platform/text_services.h"
-#include "orv2_geo/platform/user_interface.h"
 
 namespace orv2_geo {
 
@@ -124,7 +125,7 @@ void Form::show_modal() {
   failure_ = nullptr;
   focus_ = first_in_tab_order([this](const Control& one) { return can_take_focus(one); });
   try {
-    user_interface().show_modal(*this);
+    ask_user_interface([this](UserInterface& shown) { shown.show_modal(*this); });
   } catch (...) {
     open_ = false;
     raise_failure();
@@ -147,6 +148,7 @@ bool Form::reachable(const Control& control) const {
 void Form::fire_click(const Control& control) {
   const auto routine = clicks_.find(control.design().name);
   if (routine == clicks_.end()) return;
+  const FloatingPointGuard usual;
   try {
     routine->second();
   } catch (...) {

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "orv2_geo/platform/asked_interface.h"
+
 namespace orv2_geo {
 
 namespace {
@@ -11,6 +13,8 @@ thread_local UserInterface* installed = nullptr;
 UserInterface& user_interface() {
   return installed != nullptr ? *installed : system_user_interface();
 }
+
+bool host_shows() noexcept { return installed != nullptr; }
 
 UserInterface* install_user_interface(UserInterface* driver) noexcept {
   return std::exchange(installed, driver);

@@ -18,6 +18,8 @@ namespace orv2_geo {
 /// iterative quicksort, median of three, insertion for up to seven elements (which
 /// do keep the order of equals). A failure leaves an array as far sorted as the
 /// algorithm had got, each element in it once.
+///
+/// Expects the usual floating-point settings: see UsualFloatingPoint.
 class ORV2_PUBLIC cgeo_Ordena {
  public:
   static constexpr char registered_name[] = "Orv2_Geo.cgeo_Ordena";

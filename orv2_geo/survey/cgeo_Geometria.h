@@ -18,6 +18,8 @@ namespace orv2_geo {
 /// bearing of a perfect diagonal is not exactly 50. Parameters are read where
 /// they are used, so one variable may stand for several. Failures of all members:
 /// 6 for an overflow or a comparison with NaN; what had been written stays.
+///
+/// Expects the usual floating-point settings: see UsualFloatingPoint.
 class ORV2_PUBLIC cgeo_Geometria {
  public:
   static constexpr char registered_name[] = "Orv2_Geo.cgeo_Geometria";

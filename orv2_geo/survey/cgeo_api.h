@@ -11,6 +11,8 @@ namespace orv2_geo {
 
 /// Point in polygon on the lattice of hundredths of a unit, for rings that may
 /// cross themselves. An object holds no state: calls may overlap.
+///
+/// Expects the usual floating-point settings: see UsualFloatingPoint.
 class ORV2_PUBLIC cgeo_api {
  public:
   static constexpr char registered_name[] = "Orv2_Geo.cgeo_api";

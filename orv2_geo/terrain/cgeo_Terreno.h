@@ -11,6 +11,8 @@ namespace orv2_geo {
 
 /// A terrain profile: pairs of distance along an axis and elevation, numbered
 /// from 1. A pure function table.
+///
+/// Expects the usual floating-point settings: see UsualFloatingPoint.
 class ORV2_PUBLIC cgeo_Terreno {
  public:
   static constexpr char registered_name[] = "Orv2_Geo.cgeo_Terreno";

@@ -7,6 +7,7 @@
 
 #include "arrays.h"
 #include "failures.h"
+#include "orv2_geo/frame/floating_point_units.h"
 
 namespace orv2_geo::python {
 
@@ -73,6 +74,7 @@ template <class From, class To>
 bool converted(const Py_buffer& view, void* data) {
   const auto* from = static_cast<const char*>(view.buf);
   auto* to = static_cast<To*>(data);
+  const floating_point::UsualMeanwhile settings;
   const Py_ssize_t step = view.strides != nullptr ? view.strides[0] : view.itemsize;
   for (Py_ssize_t i = view.shape[0]; i > 0; --i, from += step, ++to) {
     From element;

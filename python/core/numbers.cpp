@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "failures.h"
+#include "orv2_geo/frame/floating_point_units.h"
 
 namespace orv2_geo::python {
 
@@ -75,6 +76,7 @@ bool stored_f64(PyObject* value, double& number) {
 bool stored_f32(PyObject* value, float& number) {
   double wide = 0.0;
   if (!stored_f64(value, wide)) return false;
+  const floating_point::UsualMeanwhile settings;
   const auto narrow = static_cast<float>(wide);
   if (std::isinf(narrow) && !std::isinf(wide)) return refused(number::overflow);
   number = narrow;
@@ -88,6 +90,7 @@ bool stored_whole(PyObject* value, Whole& number) {
   const Owned worth = plain_count(value);
   if (!worth) return false;
   if (PyFloat_Check(worth.get())) {
+    const floating_point::UsualMeanwhile settings;
     const double whole = rounded_half_to_even(PyFloat_AsDouble(worth.get()));
     if (!(whole >= least && whole <= most)) return refused(number::overflow);
     number = static_cast<Whole>(whole);

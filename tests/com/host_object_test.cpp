@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "host.h"
+#include "tests/support/floating_point.h"
 
 using namespace orv2_geo::testing;
 
@@ -258,6 +259,27 @@ TEST(HostObjectCall, AProgressIndicatorGetsItsProperties) {
   }
   EXPECT_EQ(survey.points, 3);
   EXPECT_EQ(elements_of<double>(survey.x).size(), 4U) << "the library's own resizing is allowed";
+}
+
+// A line of two units and a quarter has four dots, and a fifth where X is rounded up.
+TEST(HostObjectCall, TheSurfaceFindsTheHostsFloatingPointAndTheLineItsDots) {
+  for (const OddUnits& odd : odd_units()) {
+    std::vector<Units> found;
+    Held<HostObject> surface(new HostObject([&](const HostObject::Call&) {
+      found.push_back(units());
+      return S_OK;
+    }));
+    const Held<IDispatch> object = algorithms();
+    const Value given(surface.get());
+    Units left;
+    {
+      const WithUnits of_host(odd.units);
+      draw(object.get(), given, 2.25);
+      left = units();
+    }
+    EXPECT_EQ(found, std::vector<Units>(4, odd.units)) << odd.name;
+    EXPECT_EQ(left, odd.units) << odd.name;
+  }
 }
 
 }  // namespace

@@ -288,36 +288,69 @@ Outcome PortableObject::call(std::size_t position, const std::vector<Given>& giv
   showed_form_ = false;
   const Arguments arguments(given, by_value, host_);
   orv2_value result{};
-  outcome_.failure = orv2_call(object_, position, arguments.values(), arguments.count(), &result);
+  outcome_.failure = call_member(position, arguments.values(), arguments.count(), result);
   outcome_.after = arguments.content();
   if (outcome_.failure == 0) outcome_.result = content_of_value(result);
   return outcome_;
 }
 
+std::int32_t PortableObject::call_member(std::size_t position, const orv2_value* values,
+                                         std::size_t count, orv2_value& result) {
+  if (!settings_) return orv2_call(object_, position, values, count, &result);
+  own_settings_ = testing::units();
+  const testing::WithUnits of_host(*settings_);
+  const std::int32_t failure = orv2_call(object_, position, values, count, &result);
+  look_at_settings();
+  return failure;
+}
+
+void PortableObject::look_at_settings() {
+  settings_held_ = settings_held_ && testing::units() == settings_;
+}
+
+// The test's own work in the middle of a call, in the settings of before the call.
+class PortableObject::Inside {
+ public:
+  explicit Inside(void* self) : object_(*static_cast<PortableObject*>(self)) {
+    if (!object_.settings_) return;
+    object_.look_at_settings();
+    usual_.emplace(object_.own_settings_);
+  }
+
+  PortableObject* operator->() const { return &object_; }
+
+ private:
+  PortableObject& object_;
+  std::optional<testing::WithUnits> usual_;
+};
+
 std::int32_t PortableObject::take_property(void* self, const char* name, const orv2_value* value) {
-  auto& told = static_cast<PortableObject*>(self)->outcome_.told;
-  told.push_back({std::string(name) + "=", {content_of_value(*value)}});
+  const Inside object(self);
+  object->outcome_.told.push_back({std::string(name) + "=", {content_of_value(*value)}});
   return 0;
 }
 
 std::int32_t PortableObject::take_call(void* self, const char* name, const orv2_value* arguments,
                                        std::size_t count, orv2_value*) {
+  const Inside object(self);
   Told told{name, {}};
   for (std::size_t i = 0; i < count; ++i) told.values.push_back(content_of_value(arguments[i]));
-  static_cast<PortableObject*>(self)->outcome_.told.push_back(told);
+  object->outcome_.told.push_back(told);
   return 0;
 }
 
 std::int32_t PortableObject::take_box(void* self, const char* text, std::int32_t flags,
                                       const char* caption) {
+  const Inside object(self);
   Box box{flags, from_utf8(text), caption != nullptr, {}};
   if (caption != nullptr) box.caption = from_utf8(caption);
-  static_cast<PortableObject*>(self)->outcome_.boxes.push_back(box);
+  object->outcome_.boxes.push_back(box);
   return 0;
 }
 
 std::int32_t PortableObject::take_form(void* self, orv2_form*) {
-  static_cast<PortableObject*>(self)->showed_form_ = true;
+  const Inside object(self);
+  object->showed_form_ = true;
   return 0;
 }
 

@@ -1,10 +1,12 @@
 // portable_call.h: a call of a vector, made through the C boundary.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "orv2_geo/orv2_geo.h"
+#include "tests/support/floating_point.h"
 #include "tests/vectors/values.h"
 
 namespace orv2_geo::vectors {
@@ -25,6 +27,12 @@ class PortableObject {
   Outcome call(std::size_t position, const std::vector<Given>& given,
                const std::vector<bool>& by_value);
 
+  /// From now on calls are made in those floating-point settings of the host.
+  void call_in(const testing::Units& settings) { settings_ = settings; }
+
+  /// Whether all calls left those settings, and called back in them.
+  bool settings_held() const { return settings_held_; }
+
   /// Whether the last call showed a form.
   bool showed_form() const { return showed_form_; }
 
@@ -36,10 +44,19 @@ class PortableObject {
                                const char* caption);
   static std::int32_t take_form(void* self, orv2_form* form);
 
+  class Inside;
+
+  std::int32_t call_member(std::size_t position, const orv2_value* values, std::size_t count,
+                           orv2_value& result);
+  void look_at_settings();
+
   orv2_handle object_ = 0;
   orv2_handle host_ = 0;
   Outcome outcome_;
   bool showed_form_ = false;
+  std::optional<testing::Units> settings_;
+  testing::Units own_settings_;  // of the test itself
+  bool settings_held_ = true;
 };
 
 }  // namespace orv2_geo::vectors

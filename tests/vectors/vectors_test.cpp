@@ -43,15 +43,28 @@ TEST(Vectors, WhatIsReadIsWrittenAgain) {
   EXPECT_TRUE(again.str() == text_of_file());
 }
 
-TEST(Vectors, CallsDoTheSameAgain) {
+// Every call again, in those settings of the host, where some are given.
+void expect_the_same(const std::vector<VectorClass>& classes, const testing::OddUnits* odd) {
   std::size_t class_index = 0;
-  for (const VectorClass& one : all_classes()) {
+  for (const VectorClass& one : classes) {
     PortableObject object(("Orv2_Geo." + one.name).c_str());
+    if (odd != nullptr) object.call_in(odd->units);
     for (const VectorCall& call : one.calls) {
       const Outcome again = object.call(call.position, call.given, by_value(class_index, call));
       EXPECT_TRUE(same(again, call.outcome)) << one.name << ' ' << call.position;
     }
+    EXPECT_TRUE(object.settings_held()) << one.name;
     ++class_index;
+  }
+}
+
+TEST(Vectors, CallsDoTheSameAgain) { expect_the_same(all_classes(), nullptr); }
+
+TEST(Vectors, CallsDoTheSameWhateverTheHostDidToItsFloatingPoint) {
+  const std::vector<VectorClass> classes = all_classes();
+  for (const testing::OddUnits& odd : testing::odd_units()) {
+    SCOPED_TRACE(odd.name);
+    expect_the_same(classes, &odd);
   }
 }
 

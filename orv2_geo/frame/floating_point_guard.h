@@ -1,0 +1,89 @@
+// floating_point_guard.h: the usual floating-point environment inside the library, the
+// host's own in what it calls back.
+#pragma once
+
+#include <atomic>
+#include <utility>
+
+#include "orv2_geo/frame/floating_point_units.h"
+
+namespace orv2_geo {
+
+namespace floating_point {
+
+#if defined(_WIN32)
+// The system's own slot: the compiler's data of a thread takes a call and a lock to reach.
+FloatingPointSettings* innermost() noexcept;
+void set_innermost(FloatingPointSettings* settings) noexcept;
+#else
+// Of the host under which this thread computes in the library; null in the host's code.
+extern constinit thread_local FloatingPointSettings* innermost_of_thread
+    __attribute__((visibility("hidden")));
+inline FloatingPointSettings* innermost() noexcept { return innermost_of_thread; }
+inline void set_innermost(FloatingPointSettings* settings) noexcept {
+  innermost_of_thread = settings;
+}
+#endif
+
+// Memory is written before and read after, so that no formula moves out of the two.
+inline void enter(FloatingPointSettings& host, FloatingPointSettings*& outer) noexcept {
+  host = put_aside();
+  outer = innermost();
+  set_innermost(&host);
+  std::atomic_signal_fence(std::memory_order_seq_cst);
+}
+inline void leave(const FloatingPointSettings& host, FloatingPointSettings* outer) noexcept {
+  std::atomic_signal_fence(std::memory_order_seq_cst);
+  set_innermost(outer);
+  put_back(host);
+}
+
+}  // namespace floating_point
+
+/// Stands where a call comes in from the host: what runs while this lives computes in the
+/// usual environment; the host finds its own afterwards. The same as UsualFloatingPoint,
+/// inline.
+class FloatingPointGuard {
+ public:
+  FloatingPointGuard() noexcept { floating_point::enter(host_, outer_); }
+  FloatingPointGuard(const FloatingPointGuard&) = delete;
+  FloatingPointGuard& operator=(const FloatingPointGuard&) = delete;
+  ~FloatingPointGuard() { floating_point::leave(host_, outer_); }
+
+ private:
+  FloatingPointSettings host_;
+  FloatingPointSettings* outer_;
+};
+
+/// Stands around a call of the host's own code: it finds the host's settings, and what it
+/// leaves is what the host finds when the library's call is over.
+class HostFloatingPoint {
+ public:
+  HostFloatingPoint() noexcept : host_(floating_point::innermost()) {
+    if (host_ == nullptr) return;  // the host's code calls itself, or C++ called without a scope
+    floating_point::set_innermost(nullptr);
+    library_ = floating_point::put_aside();
+    floating_point::put_back(*host_);
+  }
+  HostFloatingPoint(const HostFloatingPoint&) = delete;
+  HostFloatingPoint& operator=(const HostFloatingPoint&) = delete;
+  ~HostFloatingPoint() {
+    if (host_ == nullptr) return;
+    *host_ = floating_point::put_aside();
+    floating_point::put_back(library_);
+    floating_point::set_innermost(host_);
+  }
+
+ private:
+  FloatingPointSettings* host_;
+  FloatingPointSettings library_;
+};
+
+/// Runs the host's code in the host's settings.
+template <class Code>
+decltype(auto) in_settings_of_host(Code&& code) {
+  const HostFloatingPoint settings;
+  return std::forward<Code>(code)();
+}
+
+}  // namespace orv2_geo
