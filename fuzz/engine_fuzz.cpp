@@ -3,6 +3,7 @@
 #include <cmath>
 #include <vector>
 
+#include "fuzz/harness.h"
 #include "fuzz/source.h"
 #include "tests/repeated/as_restated.h"
 
@@ -13,10 +14,10 @@ using fuzzing::Source;
 
 // From the bytes one by one, or very many from a few of them.
 std::vector<Point> points_of(Source& source) {
-  if (source.one_in(8)) {
+  if (source.one_in(16)) {
     Numbers numbers(source.any<std::uint64_t>());
     const double unit = source.one_of({0.0002, 0.5, 1.0});
-    return any_points(numbers, 1 + source.below(source.one_in(16) ? 1500 : 100), unit);
+    return any_points(numbers, 1 + source.below(source.one_in(32) ? 500 : 60), unit);
   }
   std::vector<Point> points(source.below(24));
   const std::size_t in_plan = source.below(Source::kinds_without_edges);
@@ -57,8 +58,7 @@ void change(Source& source, const PointList& list, restated::Bar& bar) {
 }  // namespace
 }  // namespace orv2_geo
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  using namespace orv2_geo;
+void orv2_geo::fuzzing::try_input(const std::uint8_t* data, std::size_t size) {
   Source source(data, size);
   PointList list(points_of(source));
   const double precision = precision_of(source);
@@ -72,5 +72,4 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     change(source, list, bar);
     expect_indexes_as_restated(list, precision, bar);
   }
-  return 0;
 }

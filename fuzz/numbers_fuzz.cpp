@@ -6,6 +6,7 @@
 #include <cstring>
 #include <string>
 
+#include "fuzz/harness.h"
 #include "fuzz/source.h"
 #include "orv2_geo/dialogs/m_sys.h"
 #include "orv2_geo/frame/checked_math.h"
@@ -203,10 +204,8 @@ void convert_numbers(Source& source) {
 }  // namespace
 }  // namespace orv2_geo
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  using namespace orv2_geo;
+void orv2_geo::fuzzing::try_input(const std::uint8_t* data, std::size_t size) {
   constexpr void (*checks[])(Source&) = {read_texts, write_numbers, write_cells, convert_numbers};
   Source source(data, size);
   source.one_of(checks)(source);
-  return 0;
 }

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <utility>
 
+#include "fuzz/harness.h"
 #include "fuzz/source.h"
 #include "orv2_geo/frame/checked_math.h"
 #include "tests/plane/agree.h"
@@ -128,7 +129,7 @@ void formulas(Source& source) {
 }  // namespace
 }  // namespace orv2_geo::plane_tests
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+void orv2_geo::fuzzing::try_input(const std::uint8_t* data, std::size_t size) {
   using namespace orv2_geo::plane_tests;
   using A = orv2_geo::cgeo_Algorismos;
   constexpr void (*checks[])(Source&) = {
@@ -160,5 +161,4 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   };
   Source source(data, size);
   source.one_of(checks)(source);
-  return 0;
 }

@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include "fuzz/harness.h"
 #include "survey_report/points.h"
 
 namespace survey_report {
@@ -52,7 +53,7 @@ void expect_to_read_back(const std::vector<SurveyPoint>& points, FieldOrder orde
 }  // namespace
 }  // namespace survey_report
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+void orv2_geo::fuzzing::try_input(const std::uint8_t* data, std::size_t size) {
   using namespace survey_report;
   // Exactly so long: what is read past the end is seen.
   const std::vector<char> bytes(data, data + size);
@@ -62,5 +63,4 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     expect_possible(file, text);
     expect_to_read_back(file.points, order);
   }
-  return 0;
 }

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "fuzz/harness.h"
 #include "fuzz/source.h"
 #include "orv2_geo/arrays/cgeo_Matrices.h"
 #include "orv2_geo/platform/text_services.h"
@@ -26,9 +27,9 @@ const cgeo_Ordena sorts;
 
 // From the bytes one by one, or very many from a few of them.
 std::vector<std::int64_t> whole_numbers(Source& source) {
-  if (source.one_in(8)) {
+  if (source.one_in(16)) {
     Numbers numbers(source.any<std::uint64_t>());
-    return pattern(numbers, source.below(600));
+    return pattern(numbers, source.below(source.one_in(16) ? 600 : 80));
   }
   std::vector<std::int64_t> all(source.below(40));
   const bool wide = source.one_in(4);
@@ -83,12 +84,12 @@ void sort_long_index(Source& source) {
 void sort_words(Source& source) {
   std::vector<std::uint64_t> keys;
   const std::int64_t first = source.between(-20, 20);
-  if (source.one_in(4)) {
+  if (source.one_in(8)) {
     Numbers numbers(source.any<std::uint64_t>());
-    keys = random_keys(numbers, 1 + source.below(source.one_in(64) ? 5000 : 400),
+    keys = random_keys(numbers, 1 + source.below(source.one_in(64) ? 4000 : 100),
                        1 + source.below(2000));
   } else if (source.one_in(8)) {
-    keys = killer_of(10 + source.below(400), source.below(10));
+    keys = killer_of(10 + source.below(100), source.below(10));
   } else {
     keys.resize(1 + source.below(60));
     const int bits = source.between(1, 40);
@@ -212,11 +213,9 @@ void clean_up(Source& source) {
 }  // namespace
 }  // namespace orv2_geo
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  using namespace orv2_geo;
+void orv2_geo::fuzzing::try_input(const std::uint8_t* data, std::size_t size) {
   constexpr void (*sortings[])(Source&) = {sort_long_array, sort_long_index, sort_words,
                                            sort_doubles,    exchange,        clean_up};
   Source source(data, size);
   source.one_of(sortings)(source);
-  return 0;
 }

@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "fuzz/harness.h"
 #include "fuzz/source.h"
 #include "orv2_geo/platform/text_services.h"
 #include "orv2_geo/sorting/cgeo_Ordena.h"
@@ -110,13 +111,11 @@ void sort_index(Source& source, const std::vector<Text>& texts, const Collated& 
 }  // namespace
 }  // namespace orv2_geo
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  using namespace orv2_geo;
+void orv2_geo::fuzzing::try_input(const std::uint8_t* data, std::size_t size) {
   Source source(data, size);
   const std::vector<Text> texts = texts_of(source);
   const Collated collated(texts);
   for (std::size_t i = 1; i < texts.size(); ++i) expect_comparison(texts[i - 1], texts[i]);
   sort_in_place(source, texts, collated);
   sort_index(source, texts, collated);
-  return 0;
 }
