@@ -58,7 +58,7 @@ if [ "$mode" = keep ]; then
     mkdir -p "$build/corpus/$name" "$build/kept"
     rm -rf "$build/kept/$name"
     mkdir "$build/kept/$name"
-    harness "$name" C.UTF-8 -merge=1 "$build/kept/$name" "fuzz/corpus/$name" "$build/corpus/$name" 2> "$build/log/keep_$name"
+    harness "$name" C.UTF-8 -set_cover_merge=1 "$build/kept/$name" "fuzz/corpus/$name" "$build/corpus/$name" 2> "$build/log/keep_$name"
     rm -rf "fuzz/corpus/$name"
     cp -r "$build/kept/$name" "fuzz/corpus/$name"
   done
