@@ -34,7 +34,6 @@ class Host {
  private:
   static constexpr std::size_t places = 8;  // variables of a type
   static constexpr std::size_t most_arguments = 14;
-  static constexpr std::size_t buffer_bytes = 16 * sizeof(double);
   static constexpr int deepest = 3;  // callbacks within calls
   static constexpr int most_acts = 60;
   static constexpr int most_callbacks = 200;
@@ -64,7 +63,7 @@ class Host {
   void fill(orv2_handle array, std::uint16_t type);
   void renew(Owned& owned);
   void give_back(Owned& owned);
-  Owned& any() { return things_[source_.below(things_.size())]; }
+  Owned& any() { return things_[source_->below(things_.size())]; }
   orv2_handle any_of(std::uint16_t type);
   orv2_handle any_handle();
   orv2_handle any_object();
@@ -111,7 +110,8 @@ class Host {
                                 std::int32_t lower, std::uint32_t count, std::int16_t keep,
                                 void** data);
 
-  Source source_;
+  Source bytes_;
+  Source* source_ = &bytes_;
   std::uint32_t points_;     // what arrays and counts mostly agree on
   std::size_t number_kind_;  // and what numbers they mostly hold
   std::array<Owned, 18> things_{};

@@ -11,7 +11,7 @@ cd "$(dirname "$0")/.."
 # Each harness with its longest input, the locale of its user and its part of the work.
 #  harness     bytes locale       of 20
 runs=(
-  "catalogue   768   C.UTF-8      6"
+  "catalogue   512   C.UTF-8      6"
   "engine      256   C.UTF-8      3"
   "text_sorts  256   es_ES.UTF-8  2"
   "point_file  512   C.UTF-8      2"
@@ -49,13 +49,13 @@ export UBSAN_OPTIONS=print_stacktrace=1
 harness() {
   local name="$1" locale="$2"
   shift 2
-  LC_ALL="$locale" "$build/bin/${name}_fuzz" -detect_leaks=0 -entropic=0 -timeout=20 \
+  LC_ALL="$locale" "$build/bin/${name}_fuzz" -detect_leaks=0 -entropic=0 -len_control=0 -timeout=60 \
     -artifact_prefix="$build/found/${name}-" -print_final_stats=1 "$@"
 }
 
 if [ "$mode" = keep ]; then
   for name in $(printf '%s\n' "${runs[@]}" | awk '{ print $1 }' | sort -u); do
-    mkdir -p "$build/corpus/$name" "$build/kept"
+    mkdir -p "$build/corpus/$name" "$build/kept" "fuzz/corpus/$name"
     rm -rf "$build/kept/$name"
     mkdir "$build/kept/$name"
     harness "$name" C.UTF-8 -set_cover_merge=1 "$build/kept/$name" "fuzz/corpus/$name" "$build/corpus/$name" 2> "$build/log/keep_$name"
