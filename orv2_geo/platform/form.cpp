@@ -104,8 +104,10 @@ Form::Form(std::string_view name, std::u16string_view caption, std::int32_t widt
            std::int32_t height, std::span<const ControlDesign> controls)
     : name_(name), caption_(caption), width_(width), height_(height) {
   for (const ControlDesign& design : controls) {
-    owned_.emplace_back(new Control(design));
-    controls_.push_back(static_cast<Control*>(owned_.back().get()));
+    auto* const control = new Control(design);
+    const ObjectRef held(control);  // already where the list below has no memory to grow
+    owned_.push_back(held);
+    controls_.push_back(control);
   }
 }
 

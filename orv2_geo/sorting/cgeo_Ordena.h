@@ -49,7 +49,9 @@ class ORV2_PUBLIC cgeo_Ordena {
   /// before, and its negative less 200000000 where a negative one or zero stood,
   /// which is no value of the array. Sort data with other signs through an index.
   /// Failures: 9 for an upper below 0 or a value that is missing, 6 at NaN, 7,
-  /// with nothing written.
+  /// with nothing written; 13 at the text of an infinite value, and 6 at that of
+  /// one whose 15 digits are above the largest double, what is sorted before it
+  /// being written.
   void Ordena_Double_Array(DoubleArray& DoubleA, const std::int32_t& LowerBound,
                            const std::int32_t& UpperBound) const;
 

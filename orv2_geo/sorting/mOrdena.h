@@ -60,7 +60,8 @@ void Ordena_Double_Index_Array(const DoubleArray& DoubleA, LongArray& TheIndex,
 
 /// Writes over DoubleA(1) to DoubleA(upper) the numbers that its sorted keys
 /// stand for: the sorted values, rounded to six decimals, when all are positive.
-/// Failures 9, 6, 7, with the values before unchanged.
+/// Failures 9, 6, 7, with the values before unchanged; 13 and 6 at keys that are
+/// infinite or above the largest double, after those that are sorted before them.
 void Ordena_Double_Array(DoubleArray& DoubleA, const std::int32_t& LowerBound,
                          const std::int32_t& UpperBound);
 

@@ -4,6 +4,7 @@
 #include "orv2_geo/arrays/cgeo_Matrices.h"
 #include "tests/platform/recording_interface.h"
 #include "tests/support/arrays.h"
+#include "tests/support/exchange_by_passes.h"
 #include "tests/support/preamble.h"
 
 namespace orv2_geo {
@@ -57,14 +58,10 @@ TEST(SortsInX, RandomPointsAgainstTheLiteralProcedure) {
     const bool two_are_one = run % 9 == 0;  // exchanged twice, and so left alone
     DoubleArray& last = two_are_one ? Y : Z;
     matrices.Ordena_en_X_3_Matrices(static_cast<std::int32_t>(n), X, Y, last);
-    for (std::size_t i = 1; i < n; ++i) {
-      for (std::size_t j = 0; j + i < n; ++j) {
-        if (x[j] < x[j + 1]) continue;
-        std::swap(x[j], x[j + 1]);
-        if (two_are_one) continue;
-        std::swap(y[j], y[j + 1]);
-        std::swap(z[j], z[j + 1]);
-      }
+    if (two_are_one) {
+      exchange_by_passes(0, x);
+    } else {
+      exchange_by_passes(0, x, y, z);
     }
     ASSERT_EQ(elements(X), x);
     ASSERT_EQ(elements(Y), y);

@@ -137,9 +137,34 @@ class Values {
 template <class... P>
 using FirstOf = std::remove_cvref_t<std::tuple_element_t<0, std::tuple<P...>>>;
 
-/// 10,000 calls of each style: the answer or failure, and every variable
-/// afterwards, are those of the restatement, bit for bit. Parameters share
-/// variables now and then.
+/// One call: the answer or failure, and every variable afterwards, are those of the
+/// restatement, bit for bit. Parameter i is the variable at place[i]. Answers with
+/// what the restatement came to.
+template <class R, class... P, class Restated, class T, std::size_t N>
+Outcome agree_on(R (cgeo_Algorismos::*member)(P...) const, Restated restated,
+                 const std::array<T, N>& before, const std::array<std::size_t, N>& place) {
+  static_assert(N == sizeof...(P));
+  std::array<T, N> got = before;
+  std::array<T, N> expected = before;
+  const auto [answer, wanted] = [&]<std::size_t... i>(std::index_sequence<i...>) {
+    const Outcome member_outcome =
+        outcome_of([&] { return (algorithms.*member)(got[place[i]]...); });
+    const Outcome stated_outcome = outcome_of([&] { return restated(expected[place[i]]...); });
+    return std::pair(member_outcome, stated_outcome);
+  }
+  (std::make_index_sequence<N>{});
+  const auto told = [&] {
+    ::testing::Message values;
+    values << "values and places";
+    for (std::size_t i = 0; i < N; ++i) values << ' ' << before[i] << '@' << place[i];
+    return values;
+  };
+  EXPECT_EQ(answer, wanted) << told();
+  for (std::size_t i = 0; i < N; ++i) EXPECT_EQ(bits(got[i]), bits(expected[i])) << told();
+  return wanted;
+}
+
+/// 10,000 calls of each style. Parameters share variables now and then.
 template <class R, class... P, class Restated>
 void agree(R (cgeo_Algorismos::*member)(P...) const, Restated restated,
            const std::array<Kind, sizeof...(P)>& kinds) {
@@ -151,21 +176,8 @@ void agree(R (cgeo_Algorismos::*member)(P...) const, Restated restated,
     for (int trial = 0; trial < 10000; ++trial) {
       const std::array<T, N> before = values.template of<T, N>(style, kinds);
       const std::array<std::size_t, N> place = values.template places<N>();
-      std::array<T, N> got = before;
-      std::array<T, N> expected = before;
-      const auto [answer, wanted] = [&]<std::size_t... i>(std::index_sequence<i...>) {
-        const Outcome member_outcome =
-            outcome_of([&] { return (algorithms.*member)(got[place[i]]...); });
-        const Outcome stated_outcome = outcome_of([&] { return restated(expected[place[i]]...); });
-        return std::pair(member_outcome, stated_outcome);
-      }
-      (std::make_index_sequence<N>{});
-      fine += wanted.failure == 0;
-      ::testing::Message told;
-      told << "style " << style << ", values and places";
-      for (std::size_t i = 0; i < N; ++i) told << ' ' << before[i] << '@' << place[i];
-      ASSERT_EQ(answer, wanted) << told;
-      for (std::size_t i = 0; i < N; ++i) ASSERT_EQ(bits(got[i]), bits(expected[i])) << told;
+      fine += agree_on(member, restated, before, place).failure == 0;
+      if (::testing::Test::HasFailure()) FAIL() << "style " << style;
     }
     EXPECT_GT(fine, 1000) << style;
   }
@@ -175,9 +187,8 @@ void agree(R (cgeo_Algorismos::*member)(P...) const, Restated restated,
 /// their own, outputs from zero; then outputs narrowed with a test, and the
 /// answer without one.
 template <class R, class... P, class Restated>
-void agree_single(R (cgeo_Algorismos::*member)(P...) const, Restated restated,
-                  const std::array<Kind, sizeof...(P)>& kinds) {
-  const auto variant = [restated](auto&... given) {
+auto single_variant(R (cgeo_Algorismos::*)(P...) const, Restated restated) {
+  return [restated](auto&... given) {
     std::array<float*, sizeof...(P)> variables{&given...};
     constexpr std::array<bool, sizeof...(P)> output{
         !std::is_const_v<std::remove_reference_t<P>>...};
@@ -201,7 +212,12 @@ void agree_single(R (cgeo_Algorismos::*member)(P...) const, Restated restated,
       return answer;
     }
   };
-  agree(member, variant, kinds);
+}
+
+template <class R, class... P, class Restated>
+void agree_single(R (cgeo_Algorismos::*member)(P...) const, Restated restated,
+                  const std::array<Kind, sizeof...(P)>& kinds) {
+  agree(member, single_variant(member, restated), kinds);
 }
 
 }  // namespace orv2_geo::plane_tests

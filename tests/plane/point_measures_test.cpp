@@ -44,20 +44,6 @@ TEST(WholePoints, EachRule) {
   }
 }
 
-// In 64 bits, which hold every intermediate result.
-float restated_whole(std::int64_t X1, std::int64_t Y1, std::int64_t X2, std::int64_t Y2) {
-  const auto fits = [](std::int64_t n) {
-    if (n != static_cast<std::int32_t>(n)) raise(failure::overflow);
-    return n;
-  };
-  if (X1 == X2) return static_cast<float>(fits(std::abs(fits(Y2 - Y1))));
-  if (Y1 == Y2) return static_cast<float>(fits(std::abs(fits(X2 - X1))));
-  const std::int64_t dy = fits(Y2 - Y1);
-  const std::int64_t dx = fits(X2 - X1);
-  const std::int64_t n = fits(fits(dy * dy) + fits(dx * dx));
-  return static_cast<float>(runtime.sqrt(static_cast<double>(n)));
-}
-
 TEST(WholePoints, RandomPoints) {
   Numbers numbers(50);
   for (int trial = 0; trial < 40000; ++trial) {

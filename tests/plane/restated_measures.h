@@ -2,6 +2,9 @@
 // more.
 #pragma once
 
+#include <cstdint>
+#include <cstdlib>
+
 #include "orv2_geo/plane/single_variant.h"
 #include "tests/plane/restatement.h"
 
@@ -85,6 +88,20 @@ inline std::int16_t restated_position_of_singles(const volatile float& Px, const
   });
   if (!(e < m)) return 0;
   return restated_position<float>(Px, Py, qx, qy, Tx, Ty);
+}
+
+// In 64 bits, which hold every intermediate result.
+inline float restated_whole(std::int64_t X1, std::int64_t Y1, std::int64_t X2, std::int64_t Y2) {
+  const auto fits = [](std::int64_t n) {
+    if (n != static_cast<std::int32_t>(n)) raise(failure::overflow);
+    return n;
+  };
+  if (X1 == X2) return static_cast<float>(fits(std::abs(fits(Y2 - Y1))));
+  if (Y1 == Y2) return static_cast<float>(fits(std::abs(fits(X2 - X1))));
+  const std::int64_t dy = fits(Y2 - Y1);
+  const std::int64_t dx = fits(X2 - X1);
+  const std::int64_t n = fits(fits(dy * dy) + fits(dx * dx));
+  return static_cast<float>(runtime.sqrt(static_cast<double>(n)));
 }
 
 }  // namespace orv2_geo::plane_tests

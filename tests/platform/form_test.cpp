@@ -3,6 +3,7 @@
 #include "orv2_geo/frame/progress_sink.h"
 #include "tests/platform/recording_interface.h"
 #include "tests/support/preamble.h"
+#include "tests/support/refused_memory.h"
 
 namespace orv2_geo {
 namespace {
@@ -360,6 +361,21 @@ TEST_F(Forms, AFailureBehindAnEventOfAFormOverAnotherLeavesBoth) {
     }
   };
   EXPECT_EQ(failure_of([&] { form.show_modal(); }), 9);
+}
+
+TEST(FormMemory, AFormThatCannotBeMadeLeavesNothingBehind) {
+  bool refused = true;
+  for (long let_pass = 0; refused; ++let_pass) {
+    const long before = allocations_in_use();
+    try {
+      const RefusedAllocation refusal(let_pass);
+      const Form form("f_Prueba", u"Prueba:", 2865, 3000, controls);
+      refused = RefusedAllocation::happened();
+    } catch (...) {
+      EXPECT_EQ(failure_in_flight().number(), failure::out_of_memory);
+    }
+    EXPECT_EQ(allocations_in_use(), before) << let_pass;
+  }
 }
 
 }  // namespace

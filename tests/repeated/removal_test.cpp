@@ -1,7 +1,6 @@
 #include <limits>
 
-#include "orv2_geo/sorting/cgeo_Ordena.h"
-#include "tests/repeated/engine_fixture.h"
+#include "tests/repeated/as_restated.h"
 #include "tests/support/refused_memory.h"
 
 namespace orv2_geo {
@@ -11,24 +10,6 @@ using Numbers32 = std::vector<std::int32_t>;
 using Values = std::vector<double>;
 
 const cgeo_Ordena sorts;
-
-// What the public member leaves.
-struct Removal {
-  PointList list;
-  LongArray Indice;
-  std::string box;
-  int thrown = 0;
-
-  Removal(const PointList& points, double Precision, const ObjectRef& progress, Bool Aviso = false)
-      : list(points) {
-    const RecordingInterface screen;
-    thrown = failure_of([&] {
-      sorts.Quita_Puntos_Repetidos_XY_con_indice1(list.nPtos, list.X, list.Y, list.Z, Indice,
-                                                  progress, Precision, Aviso);
-    });
-    box = box_of(screen);
-  }
-};
 
 // ---- Flags and sequence ----------------------------------------------------
 
@@ -198,33 +179,12 @@ TEST(Removal, Rules) {
   }
 }
 
-void expect_points(const PointList& list, const restated::Removed& expected) {
-  EXPECT_EQ(list.nPtos, expected.nPtos);
-  EXPECT_TRUE(restated::row_of(list.X) == expected.X);
-  EXPECT_TRUE(restated::row_of(list.Y) == expected.Y);
-  EXPECT_TRUE(restated::row_of(list.Z) == expected.Z);
-}
-
-void expect_as_restated(const PointList& list, double Precision, restated::Bar bar) {
-  using restated::row_of;
-  Indicator progress;
-  progress.object->on_write = [=](std::size_t n) {
-    if (static_cast<int>(n) == bar.fails_at) raise(bar.failure);
-  };
-  const restated::Removed expected =
-      restated::removed(list.nPtos, row_of(list.X), row_of(list.Y), row_of(list.Z), Precision, bar);
-  const Removal out(list, Precision, progress.reference);
-  EXPECT_EQ(out.box, boxed(title_2, expected.number));
-  EXPECT_EQ(out.thrown, expected.thrown);
-  expect_points(out.list, expected);
-  EXPECT_TRUE(row_of(out.Indice) == expected.Indice);
-}
-
 TEST(Removal, AnyPointsAsRestated) {
   Numbers numbers(81);
-  for_any_lists(
-      numbers, {0.0, 0.0002, 0.5, 1.0, 0.003, -0.5},
-      [](const PointList& list, double Precision) { expect_as_restated(list, Precision, {}); });
+  for_any_lists(numbers, {0.0, 0.0002, 0.5, 1.0, 0.003, -0.5},
+                [](const PointList& list, double Precision) {
+                  expect_removal_as_restated(list, Precision, {});
+                });
 }
 
 TEST(Removal, WhatAFailureLeavesAsRestated) {
@@ -246,7 +206,7 @@ TEST(Removal, WhatAFailureLeavesAsRestated) {
                                             row_of(list.Z), Precision, bar);
     trapped += expected.number != 0;
     thrown += expected.thrown != 0;
-    expect_as_restated(list, Precision, bar);
+    expect_removal_as_restated(list, Precision, bar);
     if (HasFailure()) FAIL() << "round " << round;
   }
   EXPECT_GT(trapped, 500);
@@ -374,10 +334,6 @@ struct NeighbourRow {
   Values X;  // from subscript 0
 };
 
-void remove_neighbours(PointList& list, Bool Aviso = false) {
-  mOrdena::Quita_Puntos_Repetidos_2D_0(list.nPtos, list.X, list.Y, list.Z, Aviso);
-}
-
 TEST(Neighbours, Rules) {
   const NeighbourRow table[] = {
       {"of the first run the first stays, of a later one the first two",
@@ -416,16 +372,6 @@ TEST(Neighbours, CoordinatesTravelTogetherAndTheRestStays) {
   EXPECT_EQ(elements(list.X), (Values{-999, 1, 2, 2, 2}));
   EXPECT_EQ(elements(list.Y), (Values{-999, 10, 20, 20, 20}));
   EXPECT_EQ(elements(list.Z), (Values{-999, 100, 200, 300, 400}));
-}
-
-void expect_neighbours_as_restated(PointList list) {
-  using restated::row_of;
-  const restated::Removed expected =
-      restated::removed_neighbours(list.nPtos, row_of(list.X), row_of(list.Y), row_of(list.Z));
-  const RecordingInterface screen;
-  remove_neighbours(list);
-  EXPECT_EQ(box_of(screen), boxed(title_2D_0, expected.number));
-  expect_points(list, expected);
 }
 
 TEST(Neighbours, AnyPointsAsRestated) {

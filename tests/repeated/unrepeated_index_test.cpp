@@ -2,7 +2,7 @@
 #include <limits>
 #include <optional>
 
-#include "tests/repeated/engine_fixture.h"
+#include "tests/repeated/as_restated.h"
 #include "tests/support/refused_memory.h"
 
 namespace orv2_geo {
@@ -256,55 +256,12 @@ TEST(UnrepeatedIndex, OneVariableGivenTwice) {
 
 // ---- Against the steps restated --------------------------------------------
 
-// An indicator that does to the points what the bar of the restatement does.
-ObjectRef indicator_of(const restated::Bar& bar, PointList& list) {
-  const Indicator progress;
-  progress.object->on_write = [&list, bar](std::size_t n) {
-    if (static_cast<int>(n) == bar.fails_at) raise(bar.failure);
-    DoubleArray* const axes[] = {&list.X, &list.Y, &list.Z};
-    if (n == 3 && bar.change.axis >= 0) {
-      (*axes[bar.change.axis])(bar.change.point) = bar.change.value;
-    }
-  };
-  return progress.reference;
-}
-
-void expect_as_restated(const PointList& list, double Precision, restated::Bar bar) {
-  using restated::row_of;
-  const auto x = row_of(list.X), y = row_of(list.Y), z = row_of(list.Z);
-  const restated::Index expected = restated::ordered_in_X(list.nPtos, x, y, z, Precision, bar);
-  PointList own = list;
-  const IndexOutcome out = in_X(own, Precision, indicator_of(bar, own));
-  EXPECT_EQ(out.box, boxed(title_in_X, expected.number));
-  EXPECT_EQ(out.nNuevos, expected.nNuevos);
-  EXPECT_TRUE(row_of(out.first) == expected.Indice);
-  for (const Renumbering routine : {highest, all_axes}) {
-    const restated::Renumbered renumbered =
-        restated::renumbered(routine == all_axes, list.nPtos, x, y, z, Precision, bar);
-    own = list;
-    const IndexOutcome of = run(routine, own, Precision, indicator_of(bar, own));
-    EXPECT_EQ(of.box, boxed(routine == all_axes ? title_2D : title_2, renumbered.number));
-    EXPECT_EQ(of.nNuevos, renumbered.nNuevos);
-    EXPECT_TRUE(row_of(of.first) == renumbered.IndiceNuevos);
-    EXPECT_TRUE(row_of(of.second) == renumbered.IndiceGeneral);
-    EXPECT_TRUE(row_of(of.Repetido) == renumbered.Repetido);
-  }
-  restated::Flagged flags;
-  restated::flag(flags, list.nPtos, x, y, z, Precision, bar);
-  own = list;
-  const IndexOutcome of = run(flagging, own, Precision, indicator_of(bar, own));
-  EXPECT_EQ(of.box, boxed(title_2, flags.number));
-  EXPECT_EQ(of.nNuevos, flags.nNuevos);
-  EXPECT_TRUE(row_of(of.first) == flags.Secuencia);
-  EXPECT_TRUE(row_of(of.second) == flags.Indice);
-  EXPECT_TRUE(row_of(of.Repetido) == flags.Repetido);
-}
-
 TEST(UnrepeatedIndex, AnyPointsAsRestated) {
   Numbers numbers(71);
-  for_any_lists(
-      numbers, {0.0, 0.0002, 0.5, 1.0, 0.003, -0.5, 1e-12},
-      [](const PointList& list, double Precision) { expect_as_restated(list, Precision, {}); });
+  for_any_lists(numbers, {0.0, 0.0002, 0.5, 1.0, 0.003, -0.5, 1e-12},
+                [](const PointList& list, double Precision) {
+                  expect_indexes_as_restated(list, Precision, {});
+                });
 }
 
 // So many points without ties that they are sorted by their numbers.
@@ -320,7 +277,7 @@ TEST(UnrepeatedIndex, ManyPointsWithoutTiesAsRestated) {
     for (std::size_t p = points.size(); p > 1; --p) {
       std::swap(points[p - 1], points[numbers.below(p)]);
     }
-    expect_as_restated(PointList(points), 0.0, {});
+    expect_indexes_as_restated(PointList(points), 0.0, {});
     if (HasFailure()) FAIL() << count;
   }
 }
@@ -349,7 +306,7 @@ TEST(UnrepeatedIndex, AnyToleranceAsRestated) {
     }
     double Precision = tolerances[numbers.below(15)] * (numbers.below(2) == 0 ? unit : 1e-6);
     if (numbers.below(20) == 0) Precision = -Precision;
-    expect_as_restated(PointList(points), Precision, {});
+    expect_indexes_as_restated(PointList(points), Precision, {});
     if (HasFailure()) FAIL() << "round " << round << ", " << Precision << " of " << unit;
   }
 }
@@ -376,7 +333,7 @@ TEST(UnrepeatedIndex, WhatTheHostChangesMeanwhileAsRestated) {
       case 3: bar.change.value = before + numbers.between(-1.0, 1.0); break;
       default: bar.change.value = -before;
     }
-    expect_as_restated(list, numbers.below(2) == 0 ? 0.5 : 0.0, bar);
+    expect_indexes_as_restated(list, numbers.below(2) == 0 ? 0.5 : 0.0, bar);
     if (HasFailure()) FAIL() << "round " << round;
   }
 }
@@ -548,7 +505,7 @@ TEST(UnrepeatedIndex, WhatAFailureLeavesAsRestated) {
     failed += restated::ordered_in_X(list.nPtos, restated::row_of(list.X), restated::row_of(list.Y),
                                      restated::row_of(list.Z), Precision, bar)
                   .number != 0;
-    expect_as_restated(list, Precision, bar);
+    expect_indexes_as_restated(list, Precision, bar);
     if (HasFailure()) FAIL() << "round " << round;
   }
   EXPECT_GT(failed, 500);

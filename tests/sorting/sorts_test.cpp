@@ -188,6 +188,28 @@ TEST(Sorts, DoublesFailWhereAnElementIsMissing) {
   EXPECT_EQ(elements(three), (std::vector<double>{3, 2, 1}));
 }
 
+// Its text is sorted like any other, and then is no number to be written.
+TEST(Sorts, ADoubleWhoseTextIsNoNumberStopsTheWriting) {
+  const double largest = std::numeric_limits<double>::max();
+  const struct {
+    double value;
+    std::int32_t failure;
+    std::vector<double> left;
+  } table[] = {
+      {inf, 13, {2, 3, 2}},
+      {-inf, 13, {3, -inf, 2}},
+      {largest, 6, {3, largest, 2}},
+      {-largest, 6, {3, -largest, 2}},
+  };
+  for (const auto& row : table) {
+    DoubleArray array = doubles(1, {3, row.value, 2});
+    EXPECT_EQ(failure_of([&] { sorts.Ordena_Double_Array(array, 1, 3); }), row.failure);
+    EXPECT_EQ(elements(array), row.left) << row.value;
+    LongArray index;
+    EXPECT_EQ(failure_of([&] { sorts.Ordena_Double_Index_Array(array, index, 1, 3); }), 0);
+  }
+}
+
 double any_value(Numbers& numbers, int run) {
   switch (run % 5) {
     case 0: return std::round(numbers.between(435000, 435050) * 10) / 10;

@@ -12,6 +12,7 @@ namespace {
 using namespace orv2_geo::testing_support;
 
 constexpr auto most_at_once = static_cast<std::size_t>(0x7fffffffff & SIZE_MAX);
+thread_local std::size_t largest = most_at_once;
 
 std::size_t size_of(void* memory) noexcept {
 #if defined(_WIN32)
@@ -30,7 +31,7 @@ std::size_t bytes_at_start = 0;
 
 void* obtained(std::size_t bytes) noexcept {
   if (allocation_is_refused()) return nullptr;
-  void* memory = bytes > most_at_once ? nullptr : std::malloc(bytes != 0 ? bytes : 1);
+  void* memory = bytes > largest ? nullptr : std::malloc(bytes != 0 ? bytes : 1);
   if (memory != nullptr) allocation_made(size_of(memory));
   return memory;
 }
@@ -87,6 +88,9 @@ RefusedAllocation::RefusedAllocation(long let_pass) noexcept {
 RefusedAllocation::~RefusedAllocation() { left_to_pass = -1; }
 
 bool RefusedAllocation::happened() noexcept { return refused; }
+
+LargestAllocation::LargestAllocation(std::size_t bytes) noexcept { largest = bytes; }
+LargestAllocation::~LargestAllocation() { largest = most_at_once; }
 
 long allocations_in_use() noexcept { return in_use; }
 

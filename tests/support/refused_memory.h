@@ -18,6 +18,15 @@ class RefusedAllocation {
   static bool happened() noexcept;
 };
 
+/// From now on no allocation of more bytes than these succeeds. Ends with the object.
+class LargestAllocation {
+ public:
+  explicit LargestAllocation(std::size_t bytes) noexcept;
+  ~LargestAllocation();
+  LargestAllocation(const LargestAllocation&) = delete;
+  LargestAllocation& operator=(const LargestAllocation&) = delete;
+};
+
 // For what hands out memory in the tests.
 
 /// Whether the allocation that is asked for now is the one to be refused.

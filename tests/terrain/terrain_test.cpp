@@ -7,6 +7,7 @@
 #include "orv2_geo/terrain/cgeo_Terreno.h"
 #include "tests/platform/recording_interface.h"
 #include "tests/support/arrays.h"
+#include "tests/support/exchange_by_passes.h"
 #include "tests/support/preamble.h"
 #include "tests/support/refused_memory.h"
 
@@ -239,13 +240,7 @@ TEST(CleanUp, TheOrderOfTiesIsThatOfThePasses) {
       terrain.Ordena_terreno_y_quita_repetidos(points, D, Z);
       ASSERT_EQ(refused.happened(), run % 2 == 0);
     }
-    for (std::size_t i = n; i-- > 1;) {
-      for (std::size_t j = 0; j < i; ++j) {
-        if (d[j] < d[j + 1]) continue;
-        std::swap(d[j], d[j + 1]);
-        std::swap(z[j], z[j + 1]);
-      }
-    }
+    exchange_by_passes(0, d, z);
     d.insert(d.begin(), 0.0);
     z.insert(z.begin(), 0.0);
     ASSERT_EQ(elements(Z), z) << run;
@@ -265,11 +260,7 @@ TEST(CleanUp, RandomTiesAgainstTheLiteralProcedure) {
     DoubleArray D = doubles(0, d), Z = doubles(0, z);
     auto points = static_cast<std::int32_t>(n);
     terrain.Ordena_terreno_y_quita_repetidos(points, D, Z);
-    for (std::size_t i = 1; i + 1 <= n; ++i) {
-      for (std::size_t j = 1; j <= n - i; ++j) {
-        if (d[j] >= d[j + 1]) std::swap(d[j], d[j + 1]), std::swap(z[j], z[j + 1]);
-      }
-    }
+    exchange_by_passes(1, d, z);
     std::vector<double> kept_d = {0, d[1]}, kept_z = {0, z[1]};
     for (std::size_t i = 2; i <= n; ++i) {
       if (d[i] == kept_d.back() && z[i] == kept_z.back()) continue;
