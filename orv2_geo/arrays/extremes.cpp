@@ -33,30 +33,38 @@ struct Coordinate {
 using Limit = std::int64_t;
 
 // Element i of one coordinate. Ties leave the extremes alone.
-void look_at(Coordinate& c, std::int32_t i) {
-  if (Checked(c.max) < c.array(i)) {
-    c.max = c.array(i);
-    c.max_at = i;
+struct LookAt {
+  static constexpr bool skips_missing = false;
+
+  void operator()(Coordinate& c, std::int32_t i) const {
+    if (Checked(c.max) < c.array(i)) {
+      c.max = c.array(i);
+      c.max_at = i;
+    }
+    if (Checked(c.min) > c.array(i)) {
+      c.min = c.array(i);
+      c.min_at = i;
+    }
   }
-  if (Checked(c.min) > c.array(i)) {
-    c.min = c.array(i);
-    c.min_at = i;
-  }
-}
+};
 
 // The same where failing statements are skipped: a comparison that fails counts
 // as one that held, what it guards is run, and of that the index is always taken.
-void look_at_skipping(Coordinate& c, std::int32_t i) {
-  const double* element = c.array.row(i, i);
-  if (element == nullptr || !(c.max >= *element)) {
-    if (element != nullptr) c.max = *element;
-    c.max_at = i;
+struct LookAtSkipping {
+  static constexpr bool skips_missing = true;
+
+  void operator()(Coordinate& c, std::int32_t i) const {
+    const double* element = c.array.row(i, i);
+    if (element == nullptr || !(c.max >= *element)) {
+      if (element != nullptr) c.max = *element;
+      c.max_at = i;
+    }
+    if (element == nullptr || !(c.min <= *element)) {
+      if (element != nullptr) c.min = *element;
+      c.min_at = i;
+    }
   }
-  if (element == nullptr || !(c.min <= *element)) {
-    if (element != nullptr) c.min = *element;
-    c.min_at = i;
-  }
-}
+};
 
 struct Span {
   double max;
@@ -100,6 +108,10 @@ class Scan {
       const auto from = static_cast<std::int32_t>(start);
       const auto to = static_cast<std::int32_t>(end);
       if (separate_ && take_block(from, to)) continue;
+      if (Step::skips_missing && none_has(from, to)) {
+        for (Coordinate& c : coordinates_) c.max_at = c.min_at = to;  // the last one's mark stays
+        continue;
+      }
       for (Limit i = start; i <= end; ++i) {
         for (Coordinate& c : coordinates_) step(c, static_cast<std::int32_t>(i));
       }
@@ -109,6 +121,15 @@ class Scan {
  private:
   static constexpr Limit block = 1024;
   static constexpr std::size_t most = 3;
+
+  // Bounds may lie some 2,000,000,000 indexes above the first.
+  bool none_has(Limit from, Limit to) const {
+    return std::none_of(coordinates_.begin(), coordinates_.end(), [&](const Coordinate& c) {
+      if (c.array.legal_count() == 0) return false;
+      const Limit first = c.array.lower();
+      return first <= to && first + c.array.legal_count() > from;
+    });
+  }
 
   bool take_block(std::int32_t from, std::int32_t to) {
     std::array<std::optional<Span>, most> found;
@@ -166,7 +187,7 @@ void seed(const Coordinate& c) {
 template <std::size_t n>
 void seed_and_scan(std::array<Coordinate, n> coordinates, Limit limit) {
   for (const Coordinate& c : coordinates) seed(c);
-  Scan(coordinates).run(2, limit, look_at);
+  Scan(coordinates).run(2, limit, LookAt());
 }
 
 // Other non-zero flags count as false here.
@@ -178,7 +199,7 @@ void cgeo_Matrices::MaxMin_1Matriz(const DoubleArray& X, double& max, double& Mi
   const Limit limit = X.upper();
   std::array only = {Coordinate{X, max, Min}};
   seed(only[0]);
-  Scan(only).run(1, limit, look_at);  // with itself first: NaN fails even alone
+  Scan(only).run(1, limit, LookAt());  // with itself first: NaN fails even alone
 } catch (...) {
   leave_signed(registered_name);
 }
@@ -199,7 +220,7 @@ void cgeo_Matrices::MaxMin_4_matrices_XY_XY(const DoubleArray& X, const DoubleAr
   // No seed has covered this pair: it is scanned from its first element.
   const Limit limit = X1.upper();
   std::array pair = {Coordinate{X1, MaxX, MinX}, Coordinate{Y1, MaxY, MinY}};
-  Scan(pair).run(1, limit, look_at);
+  Scan(pair).run(1, limit, LookAt());
 } catch (...) {
   leave_signed(registered_name);
 }
@@ -235,7 +256,7 @@ void cgeo_Matrices::MaxMin_3Matriz(const DoubleArray& X, const DoubleArray& Y, c
     skip_on_failure([&] { c.min = c.array(1); });
   }
   if (limit < 2) return;
-  Scan(all).run(2, limit, look_at_skipping);
+  Scan(all).run(2, limit, LookAtSkipping());
   if (!is_exactly_true(Ver)) return;
   std::optional<f_MaxiMin> dialog;
   skip_on_failure([&] { dialog.emplace(); });

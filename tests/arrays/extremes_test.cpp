@@ -316,6 +316,27 @@ TEST(Extremes, RandomArraysElementByElement) {
   }
 }
 
+// The highest subscripts of all: some 2,000,000,000 missing elements are passed at once, and
+// the last of them leaves its mark.
+TEST(Extremes, ElementsFarAboveTheFirst) {
+  const DoubleArray x = doubles(2147483643, {3, 9, 4, 9, 1}), y = doubles(1, {2, 8, 5}), none;
+  RecordingInterface screen;
+  std::vector<std::string> shown;
+  screen.user = [&](Form& form) {
+    for (std::int32_t row = 1; row <= 3; ++row) {
+      shown.push_back(form.control("msf_MaxMin").grid().cell(row, 2).to_utf8());
+      shown.push_back(form.control("msf_MaxMin").grid().cell(row, 4).to_utf8());
+    }
+    form.close();
+  };
+  Box box;
+  matrices.MaxMin_3Matriz(x, y, none, box.max_x, box.min_x, box.max_y, box.min_y, box.max_z,
+                          box.min_z, true);
+  EXPECT_EQ(box.all(), (std::vector<double>{9, -102, 8, 2, -105, -106}));
+  EXPECT_EQ(shown, (std::vector<std::string>{"2147483642", "2147483644", "2147483647", "2147483647",
+                                             "2147483647", "2147483647"}));
+}
+
 TEST(Extremes, OneVariableForTwoResultsAndOneThatIsAnElement) {
   double both = 0;
   matrices.MaxMin_1Matriz(doubles(1, {3, 9, 4}), both, both);
