@@ -3,7 +3,7 @@
 namespace orv2_geo {
 
 #if !defined(_WIN32)
-constinit thread_local FloatingPointSettings* floating_point::innermost_of_thread = nullptr;
+constinit thread_local FloatingPointSettings* floating_point::host_of_thread = nullptr;
 #endif
 
 UsualFloatingPoint::UsualFloatingPoint() noexcept { floating_point::enter(host_, outer_); }

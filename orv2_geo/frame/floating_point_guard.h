@@ -13,28 +13,26 @@ namespace floating_point {
 
 #if defined(_WIN32)
 // The system's own slot: the compiler's data of a thread takes a call and a lock to reach.
-FloatingPointSettings* innermost() noexcept;
-void set_innermost(FloatingPointSettings* settings) noexcept;
+FloatingPointSettings* host_settings() noexcept;
+void set_host(FloatingPointSettings* settings) noexcept;
 #else
 // Of the host under which this thread computes in the library; null in the host's code.
-extern constinit thread_local FloatingPointSettings* innermost_of_thread
+extern constinit thread_local FloatingPointSettings* host_of_thread
     __attribute__((visibility("hidden")));
-inline FloatingPointSettings* innermost() noexcept { return innermost_of_thread; }
-inline void set_innermost(FloatingPointSettings* settings) noexcept {
-  innermost_of_thread = settings;
-}
+inline FloatingPointSettings* host_settings() noexcept { return host_of_thread; }
+inline void set_host(FloatingPointSettings* settings) noexcept { host_of_thread = settings; }
 #endif
 
 // Memory is written before and read after, so that no formula moves out of the two.
 inline void enter(FloatingPointSettings& host, FloatingPointSettings*& outer) noexcept {
   host = put_aside();
-  outer = innermost();
-  set_innermost(&host);
+  outer = host_settings();
+  if (outer == nullptr) set_host(&host);  // else this is the library's own call
   std::atomic_signal_fence(std::memory_order_seq_cst);
 }
 inline void leave(const FloatingPointSettings& host, FloatingPointSettings* outer) noexcept {
   std::atomic_signal_fence(std::memory_order_seq_cst);
-  set_innermost(outer);
+  if (outer == nullptr) set_host(nullptr);
   put_back(host);
 }
 
@@ -59,9 +57,9 @@ class FloatingPointGuard {
 /// leaves is what the host finds when the library's call is over.
 class HostFloatingPoint {
  public:
-  HostFloatingPoint() noexcept : host_(floating_point::innermost()) {
+  HostFloatingPoint() noexcept : host_(floating_point::host_settings()) {
     if (host_ == nullptr) return;  // the host's code calls itself, or C++ called without a scope
-    floating_point::set_innermost(nullptr);
+    floating_point::set_host(nullptr);
     library_ = floating_point::put_aside();
     floating_point::put_back(*host_);
   }
@@ -71,7 +69,7 @@ class HostFloatingPoint {
     if (host_ == nullptr) return;
     *host_ = floating_point::put_aside();
     floating_point::put_back(library_);
-    floating_point::set_innermost(host_);
+    floating_point::set_host(host_);
   }
 
  private:

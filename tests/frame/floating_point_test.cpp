@@ -78,6 +78,25 @@ TEST(FloatingPoint, TheHostsCodeFindsItsSettings) {
   }
 }
 
+TEST(FloatingPoint, TheHostsCodeFindsItsSettingsFromAScopeInAScope) {
+  for (const OddUnits& odd : odd_units()) {
+    bool usual = false;
+    Units found;
+    const Units left = left_by(odd, [&] {
+      const UsualFloatingPoint outer;
+      {
+        const UsualFloatingPoint inner;
+        in_settings_of_host([&] { found = units(); });
+        usual = computes_as_usual();
+      }
+      usual = computes_as_usual() && usual;
+    });
+    EXPECT_TRUE(usual) << odd.name;
+    EXPECT_EQ(found, odd.units) << odd.name;
+    EXPECT_EQ(left, odd.units) << odd.name;
+  }
+}
+
 TEST(FloatingPoint, WhatTheHostsCodeSetsIsWhatTheHostFinds) {
   for (const OddUnits& before : odd_units()) {
     for (const OddUnits& after : odd_units()) {

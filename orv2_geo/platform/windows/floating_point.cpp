@@ -10,9 +10,9 @@ const Slot slot;
 
 }  // namespace
 
-FloatingPointSettings* innermost() noexcept {
+FloatingPointSettings* host_settings() noexcept {
   return static_cast<FloatingPointSettings*>(slot.get());
 }
-void set_innermost(FloatingPointSettings* settings) noexcept { slot.set(settings); }
+void set_host(FloatingPointSettings* settings) noexcept { slot.set(settings); }
 
 }  // namespace orv2_geo::floating_point
