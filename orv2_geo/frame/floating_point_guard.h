@@ -74,7 +74,7 @@ class HostFloatingPoint {
 
  private:
   FloatingPointSettings* host_;
-  FloatingPointSettings library_;
+  FloatingPointSettings library_{};
 };
 
 /// Runs the host's code in the host's settings.

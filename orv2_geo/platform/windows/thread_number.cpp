@@ -23,7 +23,7 @@ std::uintptr_t number_this_thread() noexcept {
 }  // namespace
 
 std::uint64_t this_thread_number() noexcept {
-  const std::uintptr_t number = reinterpret_cast<std::uintptr_t>(slot.get());
+  const auto number = reinterpret_cast<std::uintptr_t>(slot.get());
   return number != 0 ? number : number_this_thread();
 }
 
