@@ -93,7 +93,10 @@ class ORV2_PUBLIC cgeo_Ordena {
   /// Choice:   without repeats the result is the points in X order. With repeats
   ///           a flagged point r takes out the point at place r of the X order,
   ///           on purpose, and that need not be a repeated one: points 1 to 4 at
-  ///           X = 9, 0, 0, 5 become 2, 3, 1.
+  ///           X = 9, 0, 0, 5 become 2, 3, 1. A repeat with a lower number p than
+  ///           its cluster's points before it also takes place p of that order
+  ///           when the sweep is past there: a point may be chosen twice, and
+  ///           another not at all.
   /// Progress: Visible = true, Min = 0 (16 bits) and max (f64) on Progreso1 before
   ///           the sweep, Visible = true after it; Value is never set.
   /// Aviso:    not used.

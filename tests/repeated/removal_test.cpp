@@ -288,6 +288,15 @@ TEST(Removal, OneArrayForAllCoordinates) {
   EXPECT_EQ(elements(values), (Values{0, 3, 4, 5}));
 }
 
+// Point 3 repeats point 5, and has the lower number: it takes place 3 of the order, which the
+// sweep has passed, and its own.
+TEST(Removal, APointMayBeChosenTwice) {
+  PointList list({{7, 2.6, 0}, {1, 1, 0}, {5.2, 1.2, 0}, {3, 2.4, 0}, {5, 1, 0}, {9, 1.4, 0}});
+  const Removal out(list, 0.5, Indicator().reference);
+  EXPECT_EQ(out.list.nPtos, 5);
+  EXPECT_EQ(elements(out.list.X), (Values{-999, 1, 3, 5.2, 5.2, 9}));
+}
+
 TEST(Removal, ALockedIndexIsPassedOverUntilItIsWritten) {
   PointList list({{2, 0, 0}, {1, 0, 0}});
   const Indicator progress;
