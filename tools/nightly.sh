@@ -1,0 +1,43 @@
+#!/usr/bin/env bash
+# What takes too long for each change, one after the other; a step that fails does not stop the
+# others. It takes some hours, and the rights of the machine's administrator for the minimal root.
+#
+#   tools/nightly.sh [STEP...]
+set -uo pipefail
+cd "$(dirname "$0")/.."
+failed=()
+step() {  # NAME COMMAND...
+  local name=$1
+  shift
+  if [ ${#wanted[@]} -ne 0 ] && [[ " ${wanted[*]} " != *" $name "* ]]; then return; fi
+  local start=$SECONDS
+  echo "== $name"
+  "$@" || failed+=("$name")
+  echo "== $name: $((SECONDS - start)) s"
+}
+lint() {
+  cmake --preset bench > /dev/null && cmake --build --preset bench && tools/check.sh build/bench &&
+    cmake --preset windows-x64 > /dev/null && tools/check.sh build/windows-x64
+}
+packages() { tools/package.sh deb && tools/package_root.sh; }
+page() {
+  cmake --preset release > /dev/null && cmake --build --preset release --target survey_report &&
+    (cd build/release/tests/survey_report/page &&
+      SURVEY_REPORT="$PWD/../../../bin/survey_report" CHROMIUM="$(command -v chromium)" \
+        node "$OLDPWD/tests/survey_report/page/large.mjs")
+}
+wanted=("$@")
+step lint lint
+step packages packages
+step page page
+step arm64 tools/test_other.sh arm64
+step x86 tools/test_other.sh x86
+step windows_x64 tools/test_windows.sh x64
+step windows_x86 tools/test_windows.sh x86
+step fuzz tools/fuzz.sh 600
+step bench tools/bench.sh
+if [ ${#failed[@]} -ne 0 ]; then
+  echo "Failed: ${failed[*]}"
+  exit 1
+fi
+echo "All passed"
