@@ -44,9 +44,9 @@ class Characters {
   bool stand_apart(std::uint8_t first, std::uint8_t second, std::uint8_t third) {
     if (is_plain(first) && is_plain(second) && is_plain(third)) return true;
     const std::uint32_t three = std::uint32_t{first} << 16 | std::uint32_t{second} << 8 | third;
-    const auto [known, is_new] = triples_.try_emplace(three, true);
-    if (is_new) known->second = stand_apart_in_fact({first, second, third});
-    return known->second;
+    const auto known = triples_.find(three);
+    if (known != triples_.end()) return known->second;
+    return triples_.emplace(three, stand_apart_in_fact({first, second, third})).first->second;
   }
 
   /// The weight of a character at the first level, 0 where it has none there.
@@ -74,6 +74,7 @@ class Characters {
     if (known != by_key_.end()) return known->second;
     if (seen_.size() == illegible) return illegible;
     const auto number = static_cast<std::uint8_t>(seen_.size());
+    seen_.reserve(illegible);  // where memory is refused, nothing of the character is known
     by_key_.emplace(key, number);
     seen_.push_back({unit, weights == 1 ? key[0] : U'\0'});
     return number;

@@ -1,11 +1,14 @@
 #include "orv2_geo/platform/prepared_texts.h"
 
 #include <algorithm>
+#include <new>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "orv2_geo/platform/text_services.h"
 #include "tests/support/preamble.h"
+#include "tests/support/refused_memory.h"
 
 namespace orv2_geo {
 namespace {
@@ -95,6 +98,33 @@ TEST(PreparedTexts, ManyDifferentCharacters) {
     texts.push_back(Text(std::u16string(1, unit)));
   }
   expect_the_collation(texts);
+}
+
+// Each allocation in turn is refused on a thread that knows no character as yet. What it
+// learnt by then must be true: the same texts, prepared again there, are in order.
+TEST(PreparedTexts, KnowNothingFalseAfterRefusedMemory) {
+  const std::vector<Text> texts = {u"azb", u"b1-2", u"a,b", u"c.h-x", u"ñ-n", u"d e", u"ch'o"};
+  bool refused = true;
+  long n = 0;
+  for (; refused; ++n) {
+    std::thread([&] {
+      std::vector<const Text*> all;
+      for (const Text& text : texts) all.push_back(&text);
+      {
+        const testing_support::RefusedAllocation refusal(n);
+        try {
+          const PreparedTexts prepared(all);
+        } catch (const std::bad_alloc&) {
+        } catch (const RunFailure& failure) {
+          EXPECT_EQ(failure.number(), failure::out_of_memory);
+        }
+        refused = testing_support::RefusedAllocation::happened();
+      }
+      SCOPED_TRACE(n);
+      expect_the_collation(texts);
+    }).join();
+  }
+  EXPECT_GT(n, 30);
 }
 
 }  // namespace
