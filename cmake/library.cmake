@@ -29,7 +29,8 @@ endif()
 add_library(orv2_geo SHARED)
 target_link_libraries(orv2_geo PRIVATE orv2_geo_objects ${CMAKE_DL_LIBS})
 set(exports ${PROJECT_SOURCE_DIR}/cmake/exports.map)
-target_link_options(orv2_geo PRIVATE -Wl,--version-script=${exports} -Wl,--no-undefined)
+# Once loaded it stays, whatever the compiler: threads and handles of the host outlive a dlclose.
+target_link_options(orv2_geo PRIVATE -Wl,--version-script=${exports} -Wl,--no-undefined -Wl,-z,nodelete)
 set_target_properties(orv2_geo PROPERTIES
   VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR} LINK_DEPENDS ${exports})
 

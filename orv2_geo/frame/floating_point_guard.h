@@ -15,26 +15,41 @@ namespace floating_point {
 // The system's own slot: the compiler's data of a thread takes a call and a lock to reach.
 FloatingPointSettings* innermost() noexcept;
 void set_innermost(FloatingPointSettings* settings) noexcept;
+
+// Where this thread has them.
+class Innermost {
+ public:
+  FloatingPointSettings* get() const noexcept { return innermost(); }
+  void set(FloatingPointSettings* settings) const noexcept { set_innermost(settings); }
+};
 #else
 // Of the host under which this thread computes in the library; null in the host's code.
 extern constinit thread_local FloatingPointSettings* innermost_of_thread
     __attribute__((visibility("hidden")));
-inline FloatingPointSettings* innermost() noexcept { return innermost_of_thread; }
-inline void set_innermost(FloatingPointSettings* settings) noexcept {
-  innermost_of_thread = settings;
-}
+
+// Where this thread has them. To find the place may take a call, so that it is found once.
+class Innermost {
+ public:
+  FloatingPointSettings* get() const noexcept { return *place_; }
+  void set(FloatingPointSettings* settings) const noexcept { *place_ = settings; }
+
+ private:
+  FloatingPointSettings** place_ = &innermost_of_thread;
+};
 #endif
 
 // Memory is written before and read after, so that no formula moves out of the two.
-inline void enter(FloatingPointSettings& host, FloatingPointSettings*& outer) noexcept {
+inline void enter(const Innermost& innermost, FloatingPointSettings& host,
+                  FloatingPointSettings*& outer) noexcept {
   host = put_aside();
-  outer = innermost();
-  set_innermost(&host);
+  outer = innermost.get();
+  innermost.set(&host);
   std::atomic_signal_fence(std::memory_order_seq_cst);
 }
-inline void leave(const FloatingPointSettings& host, FloatingPointSettings* outer) noexcept {
+inline void leave(const Innermost& innermost, const FloatingPointSettings& host,
+                  FloatingPointSettings* outer) noexcept {
   std::atomic_signal_fence(std::memory_order_seq_cst);
-  set_innermost(outer);
+  innermost.set(outer);
   put_back(host);
 }
 
@@ -45,12 +60,13 @@ inline void leave(const FloatingPointSettings& host, FloatingPointSettings* oute
 /// inline.
 class FloatingPointGuard {
  public:
-  FloatingPointGuard() noexcept { floating_point::enter(host_, outer_); }
+  FloatingPointGuard() noexcept { floating_point::enter(innermost_, host_, outer_); }
   FloatingPointGuard(const FloatingPointGuard&) = delete;
   FloatingPointGuard& operator=(const FloatingPointGuard&) = delete;
-  ~FloatingPointGuard() { floating_point::leave(host_, outer_); }
+  ~FloatingPointGuard() { floating_point::leave(innermost_, host_, outer_); }
 
  private:
+  floating_point::Innermost innermost_;
   FloatingPointSettings host_;
   FloatingPointSettings* outer_;
 };
@@ -59,9 +75,9 @@ class FloatingPointGuard {
 /// leaves is what the host finds when the library's call is over.
 class HostFloatingPoint {
  public:
-  HostFloatingPoint() noexcept : host_(floating_point::innermost()) {
+  HostFloatingPoint() noexcept : host_(innermost_.get()) {
     if (host_ == nullptr) return;  // the host's code calls itself, or C++ called without a scope
-    floating_point::set_innermost(nullptr);
+    innermost_.set(nullptr);
     library_ = floating_point::put_aside();
     floating_point::put_back(*host_);
   }
@@ -71,10 +87,11 @@ class HostFloatingPoint {
     if (host_ == nullptr) return;
     *host_ = floating_point::put_aside();
     floating_point::put_back(library_);
-    floating_point::set_innermost(host_);
+    innermost_.set(host_);
   }
 
  private:
+  floating_point::Innermost innermost_;
   FloatingPointSettings* host_;
   FloatingPointSettings library_;
 };

@@ -3,13 +3,13 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <fstream>
 #include <iostream>
 #include <map>
 #include <set>
 
 #include "tests/support/refused_memory.h"
 #include "tests/vectors/direct_call.h"
+#include "tests/vectors/vector_file.h"
 
 namespace orv2_geo::vectors {
 namespace {
@@ -25,20 +25,7 @@ constexpr int calls_of_a_member = 25;
 constexpr long each_of = 300;
 constexpr long then_every = 37;
 
-const std::vector<VectorClass>& all_classes() {
-  static const std::vector<VectorClass> classes = [] {
-    std::ifstream file(VECTORS, std::ios::binary);
-    return read(file);
-  }();
-  return classes;
-}
-
 // ---- How a call may end -------------------------------------------------------
-
-bool same(const Outcome& a, const Outcome& b) {
-  return a.failure == b.failure && a.after == b.after && a.result == b.result && a.told == b.told &&
-         a.boxes == b.boxes;
-}
 
 // A routine that traps its failures shows their number behind its own title.
 bool tells_of_refusal(const Outcome& outcome) {
@@ -103,15 +90,15 @@ class Refusals {
   Refusals(Caller& object, std::size_t class_index, Tally& tally)
       : object_(object), class_index_(class_index), tally_(tally) {
     object_.tell_who_runs([](bool library) { RefusedAllocation::count(library); });
-    object_.press({"cmdDatosaceptar", "cmdCalcular", "cmdEliminar"});
+    object_.press(buttons_of_forms());
   }
 
   void refuse_in(const VectorCall& call, const std::string& member, bool as_in_file) {
-    SCOPED_TRACE(all_classes()[class_index_].name + "." + member);
-    by_value_ = by_value(call);
+    SCOPED_TRACE(classes_of_file()[class_index_].name + "." + member);
+    by_value_ = vectors::by_value(class_index_, call);
     const Outcome usual = plain(call);
     if (as_in_file) {
-      EXPECT_TRUE(same(usual, call.outcome));
+      EXPECT_TRUE(usual == call.outcome);
     }
     const bool form = object_.showed_form();
     if (!as_in_file && !form) return;
@@ -119,20 +106,10 @@ class Refusals {
     if (form) tally_.with_forms.insert(member);
     for (long n = 0; refused_at(n, call, member, usual); n += n < each_of ? 1 : then_every) {
     }
-    EXPECT_TRUE(same(plain(call), usual)) << "afterwards";
+    EXPECT_TRUE(plain(call) == usual) << "afterwards";
   }
 
  private:
-  std::vector<bool> by_value(const VectorCall& call) const {
-    std::vector<bool> flags;
-    for (std::size_t i = 0; i < call.given.size(); ++i) {
-      orv2_parameter_info info{};
-      EXPECT_EQ(orv2_parameter_at(class_index_, call.position, i, &info), 0);
-      flags.push_back((info.type & ORV2_BYREF) == 0);
-    }
-    return flags;
-  }
-
   Outcome plain(const VectorCall& call) {
     return object_.call(call.position, call.given, by_value_);
   }
@@ -164,7 +141,7 @@ class Refusals {
     if (refused) {
       look_at(outcome, usual, call, member);
     } else {
-      EXPECT_TRUE(same(outcome, usual)) << "with nothing refused";
+      EXPECT_TRUE(outcome == usual) << "with nothing refused";
     }
     return refused;
   }
@@ -173,7 +150,7 @@ class Refusals {
                const std::string& member) {
     ++tally_.faults;
     // It did without the memory.
-    if (same(outcome, usual)) return void(++tally_.as_usual);
+    if (outcome == usual) return void(++tally_.as_usual);
     const bool refused = outcome.failure == out_of_memory;
     const bool told = tells_of_refusal(outcome);
     EXPECT_TRUE(refused || told) << "failure " << outcome.failure;
@@ -196,22 +173,11 @@ class Refusals {
   std::vector<bool> by_value_;
 };
 
-// The call with what makes a routine show its form.
-VectorCall with_form(VectorCall call) {
-  for (Given& given : call.given) {
-    if (given.value.kind == Kind::boolean) given.value = whole(Kind::boolean, -1);
-    const bool no_number =
-        given.value.kind == Kind::f64 && f64_of(given.value) != f64_of(given.value);
-    if (no_number) given.value = real(0.001);
-  }
-  return call;
-}
-
 template <class Caller>
 Tally refuse_everywhere() {
   Tally tally;
-  for (std::size_t c = 0; c < all_classes().size(); ++c) {
-    const VectorClass& one = all_classes()[c];
+  for (std::size_t c = 0; c < classes_of_file().size(); ++c) {
+    const VectorClass& one = classes_of_file()[c];
     Caller object(("Orv2_Geo." + one.name).c_str());
     Refusals<Caller> refusals(object, c, tally);
     std::map<std::size_t, int> tried;
