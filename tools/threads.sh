@@ -13,7 +13,7 @@ cmake --build --preset tsan -- -j "${ORV2_JOBS:-$(nproc)}"
 fixed=(setarch "$(uname -m)" --addr-no-randomize)
 "${fixed[@]}" true 2> /dev/null || fixed=()
 end=$((SECONDS + seconds))
-while
-  "${fixed[@]}" ctest --preset tsan
-  [ "$SECONDS" -lt "$end" ]
+until
+  "${fixed[@]}" ctest --preset tsan || exit
+  [ "$SECONDS" -ge "$end" ]
 do :; done

@@ -14,6 +14,7 @@
 
 #include "orv2_geo/orv2_geo.hpp"
 #include "tests/c_api/boundary.h"
+#include "tests/threads/sanitizer.h"
 #include "tests/vectors/portable_call.h"
 #include "tests/vectors/vector_file.h"
 
@@ -29,19 +30,8 @@ using testing_support::pointing_at;
 constexpr std::size_t threads_at_once = 8;
 constexpr std::int32_t not_its_thread = 5;
 
-// Under the sanitizer, which takes ten times as long, each tenth call.
-#if defined(__SANITIZE_THREAD__)
-constexpr bool instrumented = true;
-#elif defined(__has_feature)
-#if __has_feature(thread_sanitizer)
-constexpr bool instrumented = true;
-#else
-constexpr bool instrumented = false;
-#endif
-#else
-constexpr bool instrumented = false;
-#endif
-constexpr std::size_t step = instrumented ? 10 : 1;
+// The sanitizer takes ten times as long.
+constexpr std::size_t step = testing_support::thread_sanitizer ? 10 : 1;
 
 void in_threads(std::size_t count, const std::function<void(std::size_t)>& work) {
   std::vector<std::thread> threads;
@@ -229,7 +219,8 @@ TEST(Threads, EndWithThingsAlive) {
 [[noreturn]] void live_as_child(const Work& work) {
   alarm(60);
   std::size_t others = other_outcomes(work);
-  if (!instrumented) std::thread([&] { others += other_outcomes(work); }).join();
+  if (!testing_support::thread_sanitizer)
+    std::thread([&] { others += other_outcomes(work); }).join();
   std::exit(others == 0 ? 0 : 1);
 }
 
@@ -249,7 +240,7 @@ TEST(Threads, AChildOfForkGoesOn) {
     });
   });
   while (rounds < threads_at_once) std::this_thread::yield();
-  for (int i = 0; i < (instrumented ? 3 : 10); ++i) {
+  for (int i = 0; i < (testing_support::thread_sanitizer ? 3 : 10); ++i) {
     const pid_t child = fork();
     ASSERT_GE(child, 0);
     if (child == 0) live_as_child(sorts);
