@@ -6,8 +6,8 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 tools/setup.sh checks
 build="${1:-build/release}"
-watched=(valgrind --quiet --error-exitcode=9 --leak-check=full --show-leak-kinds=definite,indirect
-  --errors-for-leak-kinds=definite,indirect --track-origins=yes)
+watched=(valgrind --quiet --error-exitcode=9 --leak-check=full "--show-leak-kinds=definite,indirect"
+  "--errors-for-leak-kinds=definite,indirect" --track-origins=yes)
 export LC_ALL=C.UTF-8
 run() {
   echo "$*"

@@ -30,8 +30,8 @@ using testing_support::pointing_at;
 constexpr std::size_t threads_at_once = 8;
 constexpr std::int32_t not_its_thread = 5;
 
-// The sanitizer takes ten times as long.
-constexpr std::size_t step = testing_support::thread_sanitizer ? 10 : 1;
+// A sanitizer takes up to ten times as long.
+constexpr std::size_t step = testing_support::instrumented ? 10 : 1;
 
 void in_threads(std::size_t count, const std::function<void(std::size_t)>& work) {
   std::vector<std::thread> threads;
@@ -219,8 +219,7 @@ TEST(Threads, EndWithThingsAlive) {
 [[noreturn]] void live_as_child(const Work& work) {
   alarm(60);
   std::size_t others = other_outcomes(work);
-  if (!testing_support::thread_sanitizer)
-    std::thread([&] { others += other_outcomes(work); }).join();
+  if (!testing_support::instrumented) std::thread([&] { others += other_outcomes(work); }).join();
   std::exit(others == 0 ? 0 : 1);
 }
 
@@ -240,7 +239,7 @@ TEST(Threads, AChildOfForkGoesOn) {
     });
   });
   while (rounds < threads_at_once) std::this_thread::yield();
-  for (int i = 0; i < (testing_support::thread_sanitizer ? 3 : 10); ++i) {
+  for (int i = 0; i < (testing_support::instrumented ? 3 : 10); ++i) {
     const pid_t child = fork();
     ASSERT_GE(child, 0);
     if (child == 0) live_as_child(sorts);
