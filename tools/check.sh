@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Formats and lint: clang-format on every source file and, unless only the format
-# is asked for, clang-tidy on those of the library, which needs the compile
-# commands of a build.
+# is asked for, clang-tidy and cppcheck on those of the library, which needs the
+# compile commands of a build.
 #   tools/check.sh [format | BUILD_FOLDER [quick]]
 # Quick leaves out the analysis of paths, which takes as long again.
 # The folder of a build for Windows brings what belongs to Windows alone.
@@ -27,3 +27,10 @@ fi
 git ls-files 'orv2_geo/*.cpp' 'python/core/*.cpp' | grep -E "^$rooms" | while read -r file; do
   if grep -q "/$file\"" "$database/compile_commands.json"; then echo "$file"; fi
 done | xargs -P "$(nproc)" -n 4 clang-tidy -p "$database" --quiet "${checks[@]}" "${for_system[@]}"
+
+# The platform is given by what the compiler defines; system headers are not looked into.
+if ! grep -q w64-mingw32 "$database/compile_commands.json"; then
+  git ls-files 'orv2_geo/*.cpp' | grep -vE '/(windows|com|ui)/' | xargs cppcheck --quiet --error-exitcode=1 \
+    --std=c++20 --language=c++ --enable=warning,performance,portability -I . -D__x86_64__ -D__linux__ \
+    --suppressions-list=tools/cppcheck_suppressions.txt
+fi

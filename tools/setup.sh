@@ -8,7 +8,7 @@ wanted=(
   libcli11-dev libgeos-dev
 )
 # For the checks of a developer: formats, lint, sanitizers under both compilers.
-checks=(clang clang-format clang-tidy libclang-rt-14-dev ccache)
+checks=(clang clang-format clang-tidy libclang-rt-14-dev ccache valgrind cppcheck)
 # For the benchmarks.
 bench=(libbenchmark-dev libcgal-dev libboost-dev libgeos-dev libgeos++-dev libicu-dev libnanoflann-dev)
 # For forms on a screen, and for tests that press their buttons on one without a person.

@@ -6,8 +6,8 @@ namespace orv2_geo {
 constinit thread_local FloatingPointSettings* floating_point::host_of_thread = nullptr;
 #endif
 
-UsualFloatingPoint::UsualFloatingPoint() noexcept { floating_point::enter(host_, outer_); }
+UsualFloatingPoint::UsualFloatingPoint() noexcept { floating_point::enter({}, host_, outer_); }
 
-UsualFloatingPoint::~UsualFloatingPoint() { floating_point::leave(host_, outer_); }
+UsualFloatingPoint::~UsualFloatingPoint() { floating_point::leave({}, host_, outer_); }
 
 }  // namespace orv2_geo

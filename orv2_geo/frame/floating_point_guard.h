@@ -15,24 +15,42 @@ namespace floating_point {
 // The system's own slot: the compiler's data of a thread takes a call and a lock to reach.
 FloatingPointSettings* host_settings() noexcept;
 void set_host(FloatingPointSettings* settings) noexcept;
+
+// Where this thread keeps the host's settings.
+class HostPlace {
+ public:
+  FloatingPointSettings* get() const noexcept { return host_settings(); }
+  void set(FloatingPointSettings* settings) const noexcept { set_host(settings); }
+};
 #else
 // Of the host under which this thread computes in the library; null in the host's code.
 extern constinit thread_local FloatingPointSettings* host_of_thread
     __attribute__((visibility("hidden")));
-inline FloatingPointSettings* host_settings() noexcept { return host_of_thread; }
-inline void set_host(FloatingPointSettings* settings) noexcept { host_of_thread = settings; }
+
+// Where this thread keeps the host's settings. To find the place may take a call, so that it
+// is found once.
+class HostPlace {
+ public:
+  FloatingPointSettings* get() const noexcept { return *place_; }
+  void set(FloatingPointSettings* settings) const noexcept { *place_ = settings; }
+
+ private:
+  FloatingPointSettings** place_ = &host_of_thread;
+};
 #endif
 
 // Memory is written before and read after, so that no formula moves out of the two.
-inline void enter(FloatingPointSettings& host, FloatingPointSettings*& outer) noexcept {
+inline void enter(const HostPlace& place, FloatingPointSettings& host,
+                  FloatingPointSettings*& outer) noexcept {
   host = put_aside();
-  outer = host_settings();
-  if (outer == nullptr) set_host(&host);  // else this is the library's own call
+  outer = place.get();
+  if (outer == nullptr) place.set(&host);  // else this is the library's own call
   std::atomic_signal_fence(std::memory_order_seq_cst);
 }
-inline void leave(const FloatingPointSettings& host, FloatingPointSettings* outer) noexcept {
+inline void leave(const HostPlace& place, const FloatingPointSettings& host,
+                  FloatingPointSettings* outer) noexcept {
   std::atomic_signal_fence(std::memory_order_seq_cst);
-  if (outer == nullptr) set_host(nullptr);
+  if (outer == nullptr) place.set(nullptr);
   put_back(host);
 }
 
@@ -43,12 +61,13 @@ inline void leave(const FloatingPointSettings& host, FloatingPointSettings* oute
 /// inline.
 class FloatingPointGuard {
  public:
-  FloatingPointGuard() noexcept { floating_point::enter(host_, outer_); }
+  FloatingPointGuard() noexcept { floating_point::enter(place_, host_, outer_); }
   FloatingPointGuard(const FloatingPointGuard&) = delete;
   FloatingPointGuard& operator=(const FloatingPointGuard&) = delete;
-  ~FloatingPointGuard() { floating_point::leave(host_, outer_); }
+  ~FloatingPointGuard() { floating_point::leave(place_, host_, outer_); }
 
  private:
+  floating_point::HostPlace place_;
   FloatingPointSettings host_;
   FloatingPointSettings* outer_;
 };
@@ -57,9 +76,9 @@ class FloatingPointGuard {
 /// leaves is what the host finds when the library's call is over.
 class HostFloatingPoint {
  public:
-  HostFloatingPoint() noexcept : host_(floating_point::host_settings()) {
+  HostFloatingPoint() noexcept : host_(place_.get()) {
     if (host_ == nullptr) return;  // the host's code calls itself, or C++ called without a scope
-    floating_point::set_host(nullptr);
+    place_.set(nullptr);
     library_ = floating_point::put_aside();
     floating_point::put_back(*host_);
   }
@@ -69,10 +88,11 @@ class HostFloatingPoint {
     if (host_ == nullptr) return;
     *host_ = floating_point::put_aside();
     floating_point::put_back(library_);
-    floating_point::set_host(host_);
+    place_.set(host_);
   }
 
  private:
+  floating_point::HostPlace place_;
   FloatingPointSettings* host_;
   FloatingPointSettings library_{};
 };

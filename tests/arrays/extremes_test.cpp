@@ -241,6 +241,23 @@ int plain_scan(std::vector<Plain> all, std::int32_t limit) {
   return 0;
 }
 
+// Where the dialog says that the lowest and the highest of X, Y and Z are.
+std::vector<std::string> marks_shown(const DoubleArray& x, const DoubleArray& y,
+                                     const DoubleArray& z, Box& box) {
+  RecordingInterface screen;
+  std::vector<std::string> shown;
+  screen.user = [&](Form& form) {
+    for (std::int32_t row = 1; row <= 3; ++row) {
+      shown.push_back(form.control("msf_MaxMin").grid().cell(row, 2).to_utf8());
+      shown.push_back(form.control("msf_MaxMin").grid().cell(row, 4).to_utf8());
+    }
+    form.close();
+  };
+  matrices.MaxMin_3Matriz(x, y, z, box.max_x, box.min_x, box.max_y, box.min_y, box.max_z, box.min_z,
+                          true);
+  return shown;
+}
+
 TEST(Extremes, RandomArraysElementByElement) {
   Numbers numbers(95);
   for (int run = 0; run < 600; ++run) {
@@ -295,17 +312,7 @@ TEST(Extremes, RandomArraysElementByElement) {
       at.push_back(min_at);
       at.push_back(max_at);
     }
-    RecordingInterface screen;
-    std::vector<std::string> shown;
-    screen.user = [&](Form& form) {
-      for (std::int32_t row = 1; row <= 3; ++row) {
-        shown.push_back(form.control("msf_MaxMin").grid().cell(row, 2).to_utf8());
-        shown.push_back(form.control("msf_MaxMin").grid().cell(row, 4).to_utf8());
-      }
-      form.close();
-    };
-    matrices.MaxMin_3Matriz(arrays[0], arrays[1], arrays[2], c.max_x, c.min_x, c.max_y, c.min_y,
-                            c.max_z, c.min_z, true);
+    const std::vector<std::string> shown = marks_shown(arrays[0], arrays[1], arrays[2], c);
     for (std::size_t k = 0; k < 6; ++k) ASSERT_EQ(bits(c.all()[k]), bits(b.all()[k])) << run;
     if (limit < 2) continue;
     ASSERT_EQ(shown.size(), 6U);
@@ -320,21 +327,21 @@ TEST(Extremes, RandomArraysElementByElement) {
 // the last of them leaves its mark.
 TEST(Extremes, ElementsFarAboveTheFirst) {
   const DoubleArray x = doubles(2147483643, {3, 9, 4, 9, 1}), y = doubles(1, {2, 8, 5}), none;
-  RecordingInterface screen;
-  std::vector<std::string> shown;
-  screen.user = [&](Form& form) {
-    for (std::int32_t row = 1; row <= 3; ++row) {
-      shown.push_back(form.control("msf_MaxMin").grid().cell(row, 2).to_utf8());
-      shown.push_back(form.control("msf_MaxMin").grid().cell(row, 4).to_utf8());
-    }
-    form.close();
-  };
   Box box;
-  matrices.MaxMin_3Matriz(x, y, none, box.max_x, box.min_x, box.max_y, box.min_y, box.max_z,
-                          box.min_z, true);
+  const std::vector<std::string> shown = marks_shown(x, y, none, box);
   EXPECT_EQ(box.all(), (std::vector<double>{9, -102, 8, 2, -105, -106}));
   EXPECT_EQ(shown, (std::vector<std::string>{"2147483642", "2147483644", "2147483647", "2147483647",
                                              "2147483647", "2147483647"}));
+}
+
+// X begins 1024 elements after the scan does, where no element is lower than the variable: of
+// those passed at once the last one's mark stays.
+TEST(Extremes, TheLastOfTheElementsPassedAtOnceIsMarked) {
+  Box box;
+  const std::vector<std::string> shown =
+      marks_shown(doubles(1026, {3, 9, 4}), DoubleArray(), DoubleArray(), box);
+  EXPECT_EQ(box.max_x, 9);
+  EXPECT_EQ(shown, (std::vector<std::string>{"1025", "1027", "1028", "1028", "1028", "1028"}));
 }
 
 TEST(Extremes, OneVariableForTwoResultsAndOneThatIsAnElement) {

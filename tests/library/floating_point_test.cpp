@@ -82,6 +82,28 @@ TEST(FloatingPointSettings, AScopeAroundCallsInCxxDoesTheSame) {
   }
 }
 
+TEST(FloatingPointSettings, AProgressIndicatorFindsTheHostsSettings) {
+  for (const OddUnits& odd : odd_units()) {
+    std::vector<Units> found;
+    ObjectRef indicator(new Witness(found));
+    std::int32_t points = 3;
+    DoubleArray x(0, 3), y(0, 3), z(0, 3);
+    for (std::int32_t i = 1; i <= 3; ++i) x(i) = i;
+    LongArray index(0, 3);
+    double precision = 0.15;
+    Bool aviso;
+    const Argument arguments[] = {ref(points), ref(x),         ref(y),         ref(z),
+                                  ref(index),  ref(indicator), ref(precision), ref(aviso)};
+    const ObjectRef object = create("Orv2_Geo.cgeo_Ordena");
+    {
+      const WithUnits of_host(odd.units);
+      object->call("Quita_Puntos_Repetidos_XY_con_indice1", arguments);
+    }
+    expect_all(found, odd, 3);  // Visible, Min and max at least
+    EXPECT_EQ(points, 3) << odd.name;
+  }
+}
+
 // The dialog's driver is the host's; the routine behind its button is the library's.
 TEST(FloatingPointSettings, AHostsDialogFindsTheHostsSettingsAndItsButtonsTheUsualOnes) {
   for (const OddUnits& odd : odd_units()) {

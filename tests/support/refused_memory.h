@@ -16,6 +16,10 @@ class RefusedAllocation {
 
   /// Whether an allocation has been refused so far.
   static bool happened() noexcept;
+
+  /// Whether this thread's allocations are counted: not while the test itself runs, in
+  /// the middle of what it tries. Counted at first.
+  static void count(bool counted) noexcept;
 };
 
 /// From now on no allocation of more bytes than these succeeds. Ends with the object.

@@ -399,6 +399,10 @@ int32_t orv2_testing_refuse_allocation(int32_t let_pass) {
   return happened ? 1 : 0;
 }
 
+int32_t orv2_testing_allocations_in_use(void) {
+  return static_cast<std::int32_t>(testing_support::allocations_in_use());
+}
+
 int32_t orv2_testing_yield(void) {
   return as_member([] { yield_to_events(); });
 }

@@ -73,6 +73,9 @@ ORV2_CALL int32_t orv2_testing_yield(void);
  * refused, once; below 0 none is. Tells whether one was refused since the last time. */
 ORV2_CALL int32_t orv2_testing_refuse_allocation(int32_t let_pass);
 
+/* Of all threads, the library's allocations that are not given back yet. */
+ORV2_CALL int32_t orv2_testing_allocations_in_use(void);
+
 #ifdef __cplusplus
 }
 #endif

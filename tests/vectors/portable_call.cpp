@@ -4,10 +4,13 @@
 #include <cstring>
 #include <deque>
 #include <stdexcept>
+#include <utility>
 
 namespace orv2_geo::vectors {
 
 namespace {
+
+constexpr std::int32_t failure_of_no_such_name = 438;
 
 void needed(std::int32_t status) {
   if (status != 0)
@@ -288,10 +291,12 @@ Outcome PortableObject::call(std::size_t position, const std::vector<Given>& giv
   showed_form_ = false;
   const Arguments arguments(given, by_value, host_);
   orv2_value result{};
+  now_runs(true);
   outcome_.failure = call_member(position, arguments.values(), arguments.count(), result);
+  now_runs(false);
   outcome_.after = arguments.content();
   if (outcome_.failure == 0) outcome_.result = content_of_value(result);
-  return outcome_;
+  return std::exchange(outcome_, {});
 }
 
 std::int32_t PortableObject::call_member(std::size_t position, const orv2_value* values,
@@ -312,10 +317,15 @@ void PortableObject::look_at_settings() {
 class PortableObject::Inside {
  public:
   explicit Inside(void* self) : object_(*static_cast<PortableObject*>(self)) {
+    object_.now_runs(false);
     if (!object_.settings_) return;
     object_.look_at_settings();
     usual_.emplace(object_.own_settings_);
   }
+
+  ~Inside() { object_.now_runs(true); }
+  Inside(const Inside&) = delete;
+  Inside& operator=(const Inside&) = delete;
 
   PortableObject* operator->() const { return &object_; }
 
@@ -348,9 +358,16 @@ std::int32_t PortableObject::take_box(void* self, const char* text, std::int32_t
   return 0;
 }
 
-std::int32_t PortableObject::take_form(void* self, orv2_form*) {
+std::int32_t PortableObject::take_form(void* self, orv2_form* form) {
   const Inside object(self);
   object->showed_form_ = true;
+  std::int32_t failure = 0;
+  for (const std::string& button : object->buttons_) {
+    object->now_runs(true);
+    failure = orv2_form_click(form, button.c_str());
+    object->now_runs(false);
+    if (failure != 0 && failure != failure_of_no_such_name) return failure;
+  }
   return 0;
 }
 

@@ -105,6 +105,7 @@ struct Outcome {
   Value result;
   std::vector<Told> told;
   std::vector<Box> boxes;
+  bool operator==(const Outcome&) const = default;
 };
 
 struct VectorCall {

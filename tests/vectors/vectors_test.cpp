@@ -6,6 +6,7 @@
 #include <sstream>
 
 #include "tests/vectors/portable_call.h"
+#include "tests/vectors/vector_file.h"
 
 namespace orv2_geo::vectors {
 namespace {
@@ -17,29 +18,9 @@ std::string text_of_file() {
   return text.str();
 }
 
-std::vector<VectorClass> all_classes() {
-  std::istringstream text(text_of_file());
-  return read(text);
-}
-
-std::vector<bool> by_value(std::size_t class_index, const VectorCall& call) {
-  std::vector<bool> flags;
-  for (std::size_t i = 0; i < call.given.size(); ++i) {
-    orv2_parameter_info info{};
-    EXPECT_EQ(orv2_parameter_at(class_index, call.position, i, &info), 0);
-    flags.push_back((info.type & ORV2_BYREF) == 0);
-  }
-  return flags;
-}
-
-bool same(const Outcome& a, const Outcome& b) {
-  return a.failure == b.failure && a.after == b.after && a.result == b.result && a.told == b.told &&
-         a.boxes == b.boxes;
-}
-
 TEST(Vectors, WhatIsReadIsWrittenAgain) {
   std::ostringstream again;
-  for (const VectorClass& one : all_classes()) write(again, one);
+  for (const VectorClass& one : classes_of_file()) write(again, one);
   EXPECT_TRUE(again.str() == text_of_file());
 }
 
@@ -51,17 +32,17 @@ void expect_the_same(const std::vector<VectorClass>& classes, const testing::Odd
     if (odd != nullptr) object.call_in(odd->units);
     for (const VectorCall& call : one.calls) {
       const Outcome again = object.call(call.position, call.given, by_value(class_index, call));
-      EXPECT_TRUE(same(again, call.outcome)) << one.name << ' ' << call.position;
+      EXPECT_TRUE(again == call.outcome) << one.name << ' ' << call.position;
     }
     EXPECT_TRUE(object.settings_held()) << one.name;
     ++class_index;
   }
 }
 
-TEST(Vectors, CallsDoTheSameAgain) { expect_the_same(all_classes(), nullptr); }
+TEST(Vectors, CallsDoTheSameAgain) { expect_the_same(classes_of_file(), nullptr); }
 
 TEST(Vectors, CallsDoTheSameWhateverTheHostDidToItsFloatingPoint) {
-  const std::vector<VectorClass> classes = all_classes();
+  const std::vector<VectorClass>& classes = classes_of_file();
   for (const testing::OddUnits& odd : testing::odd_units()) {
     SCOPED_TRACE(odd.name);
     expect_the_same(classes, &odd);
@@ -69,7 +50,7 @@ TEST(Vectors, CallsDoTheSameWhateverTheHostDidToItsFloatingPoint) {
 }
 
 TEST(Vectors, NoMemberIsLeftOut) {
-  const std::vector<VectorClass> all = all_classes();
+  const std::vector<VectorClass>& all = classes_of_file();
   ASSERT_EQ(all.size(), orv2_class_count());
   for (std::size_t i = 0; i < all.size(); ++i) {
     orv2_class_info info{};
@@ -84,7 +65,7 @@ TEST(Vectors, NoMemberIsLeftOut) {
 TEST(Vectors, FailuresBoxesAndSharedVariablesAreReached) {
   std::set<std::int32_t> failures;
   std::size_t boxes = 0, told = 0, shared = 0, omitted = 0;
-  for (const VectorClass& one : all_classes()) {
+  for (const VectorClass& one : classes_of_file()) {
     for (const VectorCall& call : one.calls) {
       failures.insert(call.outcome.failure);
       boxes += call.outcome.boxes.size();
