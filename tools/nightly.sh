@@ -26,10 +26,15 @@ page() {
       SURVEY_REPORT="$PWD/../../../bin/survey_report" CHROMIUM="$(command -v chromium)" \
         node "$OLDPWD/tests/survey_report/page/large.mjs")
 }
+ten_million() {
+  cmake --preset release > /dev/null && cmake --build --preset release --target survey_report &&
+    python3 -B tests/survey_report/large_survey_test.py build/release/bin/survey_report 10000000
+}
 wanted=("$@")
 step lint lint
 step packages packages
 step page page
+step ten_million ten_million
 step arm64 tools/test_other.sh arm64
 step x86 tools/test_other.sh x86
 step windows_x64 tools/test_windows.sh x64

@@ -15,6 +15,9 @@ namespace {
 
 constexpr std::string_view gap = "  ";
 
+// One absurdly long cell does not widen all rows: it runs over its column.
+constexpr std::size_t widest_column = 60;
+
 void put_padded(Writer& out, std::string_view cell, std::size_t width, Align align) {
   const std::size_t blanks = width - std::min(width, display_width(cell));
   if (align == Align::right) out.repeat(blanks, ' ');
@@ -121,7 +124,7 @@ std::string azimuth_text(double azimuth) {
 TableRows::TableRows(std::vector<Column> columns, std::vector<std::size_t> widths)
     : columns_(std::move(columns)), widths_(std::move(widths)) {
   for (std::size_t i = 0; i < columns_.size(); ++i) {
-    widths_[i] = std::max(widths_[i], display_width(columns_[i].heading));
+    widths_[i] = std::min(std::max(widths_[i], display_width(columns_[i].heading)), widest_column);
   }
 }
 

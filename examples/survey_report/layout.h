@@ -37,7 +37,7 @@ struct Column {
 /// The rows of a table whose widths are known before its cells.
 class TableRows {
  public:
-  /// A column is at least as wide as its heading.
+  /// A column is at least as wide as its heading, and at most 60.
   TableRows(std::vector<Column> columns, std::vector<std::size_t> widths);
 
   /// Headings and a rule; lines have no blanks at their end.
@@ -51,7 +51,8 @@ class TableRows {
   std::vector<std::size_t> widths_;
 };
 
-/// A table whose columns are as wide as their widest cell, heading included.
+/// A table whose columns are as wide as their widest cell, heading included, and at most 60
+/// characters: a longer cell runs over its column.
 class Table {
  public:
   explicit Table(std::vector<Column> columns) : columns_(std::move(columns)) {}

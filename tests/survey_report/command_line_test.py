@@ -4,6 +4,7 @@
 """
 
 import csv
+import html.parser
 import os
 import pathlib
 import re
@@ -631,6 +632,68 @@ class BadData(InAFolder):
         self.assert_fails(run("far.csv"), 1,
                           "far.csv:3: azimuth from point A to point B: Desbordamiento "
                           "(failure 6 of Orv2_Geo.cgeo_Algorismos)\n")
+
+
+class PageText(html.parser.HTMLParser):
+    """The elements of a page, and its text outside the page's own script and style."""
+
+    def __init__(self, page):
+        super().__init__()
+        self.elements, self.texts = [], []
+        self.feed(page)
+
+    def handle_starttag(self, tag, attrs):
+        self.elements.append((tag, [name for name, _ in attrs]))
+
+    def handle_data(self, data):
+        if self.elements and self.elements[-1][0] not in ("script", "style"):
+            self.texts.append(data)
+
+
+class HostileData(InAFolder):
+    def test_marks_of_markup_in_names_and_codes_are_text(self):
+        name = """<img src=x onerror=alert(1)> "double" 'single' & %%c $(x) `x`.csv"""
+        codes = ["<script>alert(1)</script>", "</style></svg></title>", "a \"b\" 'c' &amp; ]]> <!-- --"]
+        self.write(name, "".join(f'{n},{n * n},{n},1,"{code.replace(chr(34), chr(34) * 2)}"\n'
+                                 for n, code in enumerate(codes)))
+        self.write("plain.csv", "".join(f"{n},{n * n},{n},1,CODE{n}\n" for n in range(len(codes))))
+        for file, folder in ((name, "out"), ("plain.csv", "plain")):
+            result = run(file, "-o", folder)
+            self.assertEqual((result.returncode, result.stdout, result.stderr), (0, b"", b""))
+        pages = {folder: PageText(pathlib.Path(folder, "index.html").read_text(encoding="utf-8"))
+                 for folder in ("out", "plain")}
+        self.assertEqual(pages["out"].elements, pages["plain"].elements)
+        for text in (*codes, name):
+            self.assertIn(text, "".join(pages["out"].texts))
+        for drawing in ("out/plan.svg", "out/profile.svg"):
+            if os.path.exists(drawing):
+                words = "".join(ElementTree.parse(drawing).getroot().itertext())
+                self.assertTrue(all(code in words for code in codes), drawing)
+        with open("out/points.csv", encoding="utf-8", newline="") as table:
+            self.assertEqual([row[4] for row in csv.reader(table)][1:], codes)
+
+    def test_a_code_of_a_megabyte_does_not_widen_the_table(self):
+        others = "".join(f"{n},{n * 7 % 101},{n * 13 % 97},1,A\n" for n in range(2000))
+        self.write("long.csv", others + f"long,1,2,3,{'x' * 1000000}\n")
+        self.assertEqual(run("long.csv", "-o", "out").returncode, 0)
+        report = pathlib.Path("out/report.txt").read_text(encoding="utf-8")
+        self.assertLess(len(report), 2000000)
+        self.assertIn("  " + "x" * 1000000, report)
+
+    def test_lines_of_a_megabyte(self):
+        digits = "3" * 1000000
+        rows = [
+            ("x" * 1000000, ":1:1000001: 1 field, but number, X, Y, Z are needed", 8),
+            ("1" + ",2" * 500000, ":1:11: 500001 fields, but only number, X, Y, Z, code are allowed", 9),
+            (f"1,2,{digits},4", f':1:5: Y "{digits[:40]}..." is out of range', 7),
+            ('1,2,3,4,"' + "x" * 1000000, ":1:9: a quoted field has no closing quote", 10),
+        ]
+        for line, message, status in rows:
+            with self.subTest(message):
+                self.write("bad.csv", line + "\n")
+                self.assert_fails(run("bad.csv"), status, f"bad.csv{message}\n")
+        self.write("exact.csv", f"1,2,3,0.{digits},A\n2,4,5,6,B\n")
+        self.assertIn("0.333  A", run("exact.csv").stdout.decode())
 
 
 FOLDER = ["extremes.csv", "grid_nodes.csv", "index.html", "plan.svg", "points.csv", "points_in_area.csv",
