@@ -37,8 +37,12 @@ step page page
 step ten_million ten_million
 step arm64 tools/test_other.sh arm64
 step x86 tools/test_other.sh x86
+step s390x tools/test_other.sh s390x
 step windows_x64 tools/test_windows.sh x64
 step windows_x86 tools/test_windows.sh x86
+step integers tools/test.sh integers
+step threads tools/threads.sh
+step valgrind tools/valgrind.sh
 step fuzz tools/fuzz.sh 600
 step bench tools/bench.sh
 if [ ${#failed[@]} -ne 0 ]; then

@@ -27,7 +27,7 @@ docs=(mkdocs mkdocs-material python3-pymdownx python3-matplotlib fonts-dejavu-co
 packages=(debhelper dh-python lintian fakeroot pkgconf gdb help2man zip unzip clang llvm lld
   debootstrap)
 # For other processors.
-cross=(g++-aarch64-linux-gnu g++-i686-linux-gnu qemu-user googletest)
+cross=(g++-aarch64-linux-gnu g++-i686-linux-gnu g++-s390x-linux-gnu qemu-user googletest)
 # For what belongs to Windows.
 windows=(g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix mingw-w64-tools googletest
   wine wine64 libwine-dev debootstrap xvfb openbox xdotool xclip x11-utils fonts-liberation fonts-wine)

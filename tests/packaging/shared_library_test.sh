@@ -1,6 +1,6 @@
 #!/bin/sh
 # What the shared library shows to the outside, and what it needs from there.
-#   shared_library_test.sh exports|needs|soname LIBRARY [HEADER]
+#   shared_library_test.sh exports|needs|soname|hardened LIBRARY [HEADER]
 set -u
 export LC_ALL=C
 library=$2
@@ -51,9 +51,23 @@ test_soname() {
   exit 1
 }
 
+# Tables are filled on loading and not writable from then on, neither stack nor texts of code can
+# be written and run, and functions with blocks on the stack look whether they were overrun.
+test_hardened() {
+  status=0
+  for wanted in GNU_RELRO BIND_NOW; do
+    readelf -lW -d "$library" | grep -q "$wanted" || { echo "no $wanted"; status=1; }
+  done
+  readelf -lW "$library" | grep -E 'GNU_STACK.* RWE|LOAD.* RWE' | refuse "can be written and run" || status=1
+  readelf -dW "$library" | grep -E 'TEXTREL|RPATH|RUNPATH' | refuse "not wanted" || status=1
+  nm -D --undefined-only "$library" | grep -q __stack_chk_fail || { echo "no stack protector"; status=1; }
+  exit $status
+}
+
 case $1 in
   exports) test_exports "$3" ;;
   needs) test_needs ;;
   soname) test_soname ;;
+  hardened) test_hardened ;;
   *) echo "what is $1?"; exit 1 ;;
 esac
