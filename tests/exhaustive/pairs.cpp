@@ -49,7 +49,7 @@ T number_of(std::uint64_t sign, std::uint64_t exponent, std::uint64_t mantissa) 
 }
 
 template <class T>
-constexpr std::uint64_t numbers = 2 * Format<T>::exponents * mantissas;
+constexpr std::uint64_t numbers = 2 * Format<T>::exponents* mantissas;
 
 /// The number-th of them all.
 template <class T>
@@ -279,8 +279,12 @@ constexpr std::uint64_t some_factors = 64;
 
 template <Function member, Outcome (*restated)(double, double)>
 constexpr Check check_without_factor(const char* name) {
-  return {name, "every exponent, sign and mantissa of the argument, with some values of RPi",
-          some_factors * numbers<double>, 1U << 10U, 13, every_function<member, restated>};
+  return {name,
+          "every exponent, sign and mantissa of the argument, with some values of RPi",
+          some_factors * numbers<double>,
+          1U << 10U,
+          13,
+          every_function<member, restated>};
 }
 
 template <Function member, Outcome (*restated)(double, double)>
