@@ -53,6 +53,7 @@ struct Check {
   std::uint64_t cases;
   std::uint64_t block;
   std::uint64_t quick_parts;  // of so many parts the quick run takes one
+  std::uint64_t nights;       // of so many parts each night takes the next
   void (*run)(std::uint64_t first, std::uint64_t end, Tally& tally);
 };
 

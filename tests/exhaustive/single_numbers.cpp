@@ -85,9 +85,16 @@ void every_single(std::uint64_t first, std::uint64_t end, Tally& tally) {
 }
 
 template <auto member, auto restated, Magnitudes... ranges>
-constexpr Check check_of(const char* name, const char* what, std::uint64_t quick_parts) {
+constexpr Check check_of(const char* name, const char* what, std::uint64_t quick_parts,
+                         std::uint64_t nights = 1) {
   constexpr std::uint64_t patterns = 2 * (ranges.count() + ...);
-  return {name, what, patterns, 1U << 12U, quick_parts, every_single<member, restated, ranges...>};
+  return {name,
+          what,
+          patterns,
+          1U << 12U,
+          quick_parts,
+          nights,
+          every_single<member, restated, ranges...>};
 }
 
 }  // namespace

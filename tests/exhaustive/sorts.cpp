@@ -356,7 +356,7 @@ void every_word_of_9(std::uint64_t first, std::uint64_t end, Tally& tally) {
 
 std::vector<Check> checks_of_sorts() {
   const auto check = [](const char* name, const char* what, auto run) {
-    return Check{name, what, words_to_8_count, 256, 37, run};
+    return Check{name, what, words_to_8_count, 256, 37, 1, run};
   };
   return {
       check("sorts_whole", "1 to 8 whole numbers in place and by an index, within bounds",
@@ -368,7 +368,7 @@ std::vector<Check> checks_of_sorts() {
       check("sorts_exchange", "1 to 8 points and profile points by exchanges",
             every_word<exchange, sort_terrain>),
       {"sorts_of_9", "numbers of nine digits: the 7,087,261 without a gap as whole numbers",
-       numbers_of_9, 1U << 12U, 1021, every_word_of_9},
+       numbers_of_9, 1U << 12U, 1021, 1, every_word_of_9},
   };
 }
 

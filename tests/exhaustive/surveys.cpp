@@ -181,8 +181,9 @@ void every_survey(std::uint64_t first, std::uint64_t end, Tally& tally) {
 }
 
 template <std::int32_t points>
-constexpr Check check_of(const char* name, const char* what, std::uint64_t quick_parts) {
-  return {name, what, surveys_of(points), 64, quick_parts, every_survey<points>};
+constexpr Check check_of(const char* name, const char* what, std::uint64_t quick_parts,
+                         std::uint64_t nights = 1) {
+  return {name, what, surveys_of(points), 64, quick_parts, nights, every_survey<points>};
 }
 
 // ---- Failures --------------------------------------------------------------
@@ -261,9 +262,9 @@ std::vector<Check> checks_of_surveys() {
           check_of<3>("surveys_of_3", what, 7),
           check_of<4>("surveys_of_4", what, 127),
           check_of<5>("surveys_of_5", what, 2411),
-          check_of<6>("surveys_of_6", "surveys of six points, four tolerances each", 20011),
+          check_of<6>("surveys_of_6", "surveys of six points, four tolerances each", 20011, 4),
           {"surveys_failing", "surveys of three points with each of fifteen things wrong",
-           surveys_of(3) * std::size(wrongs), 30, 67, every_failure}};
+           surveys_of(3) * std::size(wrongs), 30, 67, 1, every_failure}};
 }
 
 }  // namespace orv2_geo::exhaustive
