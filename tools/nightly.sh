@@ -36,6 +36,7 @@ step windows_x64 tools/test_windows.sh x64
 step windows_x86 tools/test_windows.sh x86
 step fuzz tools/fuzz.sh 600
 step exhaustive tools/exhaustive.sh
+step soak tools/soak.sh
 step bench tools/bench.sh
 if [ ${#failed[@]} -ne 0 ]; then
   echo "Failed: ${failed[*]}"

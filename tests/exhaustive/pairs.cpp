@@ -272,7 +272,7 @@ template <class T>
 constexpr Check check_of(const char* name, const char* what,
                          void (*run)(std::uint64_t, std::uint64_t, Tally&),
                          std::uint64_t nights = 1) {
-  return {name,   what, numbers<T> * numbers<T>, 1U << 10U, sizeof(T) == 8 ? 16411U : 17U,
+  return {name,   what, numbers<T> * numbers<T>, 1U << 10U, sizeof(T) == 8 ? 16411U : 67U,
           nights, run};
 }
 

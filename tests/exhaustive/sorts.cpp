@@ -356,7 +356,7 @@ void every_word_of_9(std::uint64_t first, std::uint64_t end, Tally& tally) {
 
 std::vector<Check> checks_of_sorts() {
   const auto check = [](const char* name, const char* what, auto run) {
-    return Check{name, what, words_to_8_count, 256, 37, 1, run};
+    return Check{name, what, words_to_8_count, 256, 149, 1, run};
   };
   return {
       check("sorts_whole", "1 to 8 whole numbers in place and by an index, within bounds",
