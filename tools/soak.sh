@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Random right and wrong calls for so many seconds each (600), from C and Python at a time and then from a
-# component host under Wine. Memory, handles and the time of a call must stay as they are:
+# component host under Wine, whose boxes are lines in a file of the build. Memory, handles and the time of a call must stay as they are:
 #
 #   tools/soak.sh [SECONDS]
 set -euo pipefail
@@ -21,7 +21,8 @@ from_python() {
 }
 from_components() {
   env -u DISPLAY ORV2_SOAK_SECONDS="$seconds" python3 tests/soak/steady.py components \
-    tools/wine.sh build/windows-x64/bin/com_tests.exe --gtest_filter=RandomCalls.LeaveTheProcessAsItIs
+    tools/wine.sh build/windows-x64/bin/com_tests.exe --gtest_filter=RandomCalls.LeaveTheProcessAsItIs \
+    2> build/windows-x64/boxes_of_soak.log
 }
 
 failed=0

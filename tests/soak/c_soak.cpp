@@ -63,13 +63,12 @@ class Lives {
 
 // What the library keeps for a thread about a character it makes when it first meets it.
 void meet_every_character() {
-  constexpr std::int32_t last = 0xffff;
-  orv2_geo::StringArray units(0, last);
-  for (std::int32_t unit = 0; unit <= last; ++unit) {
+  orv2_geo::StringArray two(0, 1);
+  for (unsigned unit = 1; unit <= 0xffff; ++unit) {
     const auto one = static_cast<char16_t>(unit);
-    units(unit) = orv2_geo::Text(std::u16string_view(&one, 1));
+    two(0) = two(1) = orv2_geo::Text(std::u16string_view(&one, 1));
+    orv2_geo::cgeo_Ordena().Ordena_StringArray(two, 0, 1);
   }
-  orv2_geo::cgeo_Ordena().Ordena_StringArray(units, 0, last);
 }
 
 std::vector<Quantity> measured() {
