@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Random right and wrong calls for so many seconds each (600), from C and Python at a time and then from a
-# component host under Wine, whose boxes are lines in a file of the build. Memory, handles and the time of a call must stay as they are:
+# component host under Wine, whose boxes are lines of build/windows-x64/boxes_of_soak.log. Memory, handles and
+# the time of a call must stay as they are; tests/soak/steady.py has the bounds:
 #
 #   tools/soak.sh [SECONDS]
 set -euo pipefail
