@@ -285,7 +285,7 @@ constexpr Check check_without_factor(const char* name) {
           "every exponent, sign and mantissa of the argument, with some values of RPi",
           some_factors * numbers<double>,
           1U << 10U,
-          13,
+          97,
           1,
           every_function<member, restated>};
 }
