@@ -503,7 +503,9 @@ void Host::call_rows() {
   const std::int32_t status = checked(orv2_call_rows(
       object, position, arguments, source_->one_in(8) ? nullptr : columns, count, rows,
       source_->one_in(2) ? nullptr : results, each ? failures : nullptr, &done));
-  if (status == 0) EXPECT_EQ(done, rows);
+  if (status == 0) {
+    EXPECT_EQ(done, rows);
+  }
   for (std::size_t row = 0; each && status == 0 && row < rows; ++row) {
     EXPECT_TRUE(failures[row] == 0 || is_known(failures[row])) << failures[row];
   }

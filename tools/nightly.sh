@@ -44,6 +44,8 @@ step integers tools/test.sh integers
 step threads tools/threads.sh
 step valgrind tools/valgrind.sh
 step fuzz tools/fuzz.sh 600
+step exhaustive tools/exhaustive.sh
+step soak tools/soak.sh
 step bench tools/bench.sh
 if [ ${#failed[@]} -ne 0 ]; then
   echo "Failed: ${failed[*]}"

@@ -20,6 +20,7 @@ namespace {
 class Characters {
  public:
   static constexpr std::uint8_t illegible = 255;
+  static constexpr std::size_t most_triples = 0x4000;
 
   std::uint8_t number(char16_t unit) {
     std::uint8_t& number = (*numbers_)[unit];
@@ -46,6 +47,8 @@ class Characters {
     const std::uint32_t three = std::uint32_t{first} << 16 | std::uint32_t{second} << 8 | third;
     const auto known = triples_.find(three);
     if (known != triples_.end()) return known->second;
+    // A host may show a thread any texts: what is kept of them has an end, and is asked again.
+    if (triples_.size() == most_triples) triples_.clear();
     return triples_.emplace(three, stand_apart_in_fact({first, second, third})).first->second;
   }
 

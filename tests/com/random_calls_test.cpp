@@ -3,10 +3,15 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <cstdlib>
 #include <random>
 
 #include "host.h"
 #include "orv2_geo/library/catalogue.h"
+#include "tests/soak/sample.h"
+
+// Behind the system's own names.
+#include <psapi.h>
 
 using namespace orv2_geo;
 using namespace orv2_geo::testing;
@@ -218,6 +223,35 @@ TEST(RandomCalls, BreakAndLeakNothing) {
   many_calls(1, 20000);
   EXPECT_EQ(busy_blocks(), before);
   EXPECT_EQ(Server::loaded().can_unload(), S_OK);
+}
+
+// What the process holds of the system's.
+std::vector<soak::Quantity> held_of_system() {
+  HANDLE const process = GetCurrentProcess();
+  PROCESS_MEMORY_COUNTERS memory{};
+  GetProcessMemoryInfo(process, &memory, sizeof memory);
+  DWORD handles = 0;
+  GetProcessHandleCount(process, &handles);
+  return {{"resident_bytes", static_cast<double>(memory.WorkingSetSize)},
+          {"blocks", static_cast<double>(busy_blocks())},
+          {"handles", static_cast<double>(handles)},
+          {"gdi_objects", static_cast<double>(GetGuiResources(process, GR_GDIOBJECTS))},
+          {"user_objects", static_cast<double>(GetGuiResources(process, GR_USEROBJECTS))}};
+}
+
+// For a second, or as long as tools/soak.sh says, with what tests/soak/steady.py judges.
+TEST(RandomCalls, LeaveTheProcessAsItIs) {
+  const char* const seconds = std::getenv("ORV2_SOAK_SECONDS");
+  many_calls(1, 2000);
+  const std::vector<soak::Quantity> before = held_of_system();
+  unsigned seed = 2;
+  soak::run(
+      seconds != nullptr ? std::atof(seconds) : 1.0, [&] { many_calls(seed++, 100); },
+      held_of_system);
+  const std::vector<soak::Quantity> after = held_of_system();
+  for (std::size_t i = 2; i < before.size(); ++i) {
+    EXPECT_EQ(before[i].value, after[i].value) << before[i].name;
+  }
 }
 
 }  // namespace

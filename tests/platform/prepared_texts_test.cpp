@@ -127,5 +127,27 @@ TEST(PreparedTexts, KnowNothingFalseAfterRefusedMemory) {
   EXPECT_GT(n, 30);
 }
 
+// A thread that meets ever other texts does not keep something of each.
+TEST(PreparedTexts, WhatAThreadKeepsHasAnEnd) {
+  std::u16string marks =
+      u"!#$%&()*+,-./:;<=>?@[]^_{|}~\u00a1\u00a7\u00ab\u00b0\u00b1\u00b5\u00b7\u00bb\u00bf";
+  for (char16_t letter = u'\u03b1'; letter <= u'\u03c9'; ++letter) marks.push_back(letter);
+  std::thread([&] {
+    const auto meet = [](const std::u16string& units) {
+      const Text text(units);
+      const Text* const both[] = {&text, &text};
+      const PreparedTexts prepared(both);
+    };
+    for (const char16_t one : marks) meet({one});
+    const long before = allocations_in_use();
+    for (const char16_t one : marks) {
+      for (const char16_t two : marks) {
+        for (const char16_t three : marks) meet({one, two, three});
+      }
+    }
+    EXPECT_LE(allocations_in_use() - before, 0x4000 + 2);
+  }).join();
+}
+
 }  // namespace
 }  // namespace orv2_geo

@@ -4,6 +4,7 @@
 """
 
 import csv
+import functools
 import html.parser
 import os
 import pathlib
@@ -824,7 +825,9 @@ class OutputFolder(InAFolder):
         self.write("long.csv", "".join(point.format(i, i * 7919 % 9973, i * 104729 % 9967)
                                        for i in range(60000)))
         for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
-            with subprocess.Popen([PROGRAM, "long.csv", "-o", "out"]) as program:
+            # What is started in the background may ignore it.
+            heard = functools.partial(signal.signal, number, signal.SIG_DFL)
+            with subprocess.Popen([PROGRAM, "long.csv", "-o", "out"], preexec_fn=heard) as program:
                 while program.poll() is None and not any(".partial" in name for name in self.files_in("out")):
                     time.sleep(0.001)
                 program.send_signal(number)
