@@ -59,7 +59,7 @@ def tests_of_rooms(rooms):
 
 
 # The way that a caller takes, then the rooms of the floors above with the refusals of memory.
-INTERFACES = Tests(LIBRARY, r"^(vectors|packaging_kept|c_api.*|python\.test_(arrays|bulk|differential|failures"
+INTERFACES = Tests(LIBRARY, r"^(vectors|c_api.*|python\.test_(arrays|bulk|differential|failures"
                             r"|floating_point|host|interface|members|objects|refs|words))$")
 
 
