@@ -248,6 +248,35 @@ TEST(CleanUp, TheOrderOfTiesIsThatOfThePasses) {
   }
 }
 
+struct NotANumberRow {
+  const char* rule;
+  std::vector<double> d, z;
+  std::int32_t failure;
+};
+
+// The elevation is looked at whatever the distance says.
+TEST(CleanUp, NaNIs6WhereItIsCompared) {
+  const NotANumberRow table[] = {
+      {"the first elevation", {1, 2, 3}, {nan, 0, 0}, 6},
+      {"a later one", {1, 2, 3}, {0, nan, 0}, 6},
+      {"the last one", {1, 2, 3}, {0, 0, nan}, 6},
+      {"one of two at one distance", {1, 2, 2}, {0, 5, nan}, 6},
+      {"a distance", {1, nan, 3}, {0, 0, 0}, 6},
+      {"of one point alone nothing is compared", {nan}, {nan}, 0},
+  };
+  for (const NotANumberRow& row : table) {
+    DoubleArray D = doubles(1, row.d), Z = doubles(1, row.z);
+    const auto count = static_cast<std::int32_t>(row.d.size());
+    std::int32_t points = count;
+    EXPECT_EQ(failure_of([&] { terrain.Ordena_terreno_y_quita_repetidos(points, D, Z); }),
+              row.failure)
+        << row.rule;
+    EXPECT_EQ(points, count) << row.rule;
+    EXPECT_EQ(D.lower(), 1) << row.rule;  // the arrays are still the caller's
+    EXPECT_EQ(Z.count(), row.z.size()) << row.rule;
+  }
+}
+
 TEST(CleanUp, RandomTiesAgainstTheLiteralProcedure) {
   Numbers numbers(62);
   for (int run = 0; run < 2000; ++run) {
