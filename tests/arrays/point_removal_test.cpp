@@ -118,7 +118,7 @@ TEST(ElevationFilter, NaNInAnElevationOrAnEndIs6WithThePointsBeforeItDone) {
       {"the last one", {9, 9, nan}, 5, 0, {1, 2, 3}},
       {"the upper end", {1, 1, 1}, nan, 0, {1, 2, 3}},
       {"the lower end", {1, 1, 1}, 5, nan, {1, 2, 3}},
-      {"the lower end, the first point being above", {9, 1, 1}, 5, nan, {1, 2, 3}},
+      {"the lower end, all points being above", {9, 9, 9}, 5, nan, {1, 2, 3}},
   };
   for (const NotANumberRow& row : table) {
     DoubleArray x = doubles(1, {1, 2, 3}), y = doubles(1, {1, 2, 3}), z = doubles(1, row.z);
