@@ -178,9 +178,12 @@ def all_changes(room):
     for folder in ROOMS[room].folders:
         for path in sorted((ROOT / folder).iterdir()):
             if path.suffix in (".cpp", ".h", ".py") and "_table" not in path.name and path.is_file():
+                before = collections.Counter()
                 for kind, line, old, new in changes_of(path):
+                    alike = "\n".join(old + new)
                     yield {"room": room, "file": str(path.relative_to(ROOT)), "kind": kind,
-                           "line": line, "old": old, "new": new}
+                           "line": line, "alike_before": before[alike], "old": old, "new": new}
+                    before[alike] += 1
 
 
 def drawn(rooms, count, seed):
@@ -327,8 +330,9 @@ def work(number, jobs, changes, out):
 # ---- What came of all of them
 
 def name_of(change):
-    """The same as long as the lines stay the same."""
-    text = "\n".join([change["file"], *change["old"], *change["new"]])
+    """The same as long as the lines stay the same; where they stand in several places, one for each."""
+    before = change.get("alike_before", 0)
+    text = "\n".join([change["file"], *change["old"], *change["new"], *([str(before)] if before else [])])
     return hashlib.sha256(text.encode()).hexdigest()[:12]
 
 
@@ -346,26 +350,14 @@ def results(files):
     return {name_of(change): change for change in map(json.loads, lines)}
 
 
-def still_there(change):
-    """The change at the place where its lines stand now; None where they are gone."""
-    path = ROOT / change["file"]
-    lines = path.read_text(encoding="utf-8").splitlines() if path.exists() else []
-    old = change["old"]
-    places = [at + 1 for at in range(len(lines)) if lines[at:at + len(old)] == old]
-    if not places:
-        return None
-    nearest = min(places, key=lambda line: abs(line - change["line"]))
-    return {key: change[key] for key in ("room", "file", "kind", "old", "new")} | {"line": nearest}
-
-
 def to_try(options):
     tried = results([options.out]) if pathlib.Path(options.out).exists() else {}
     rooms = options.rooms.split(",")
-    gaps = [still_there(change) for name, change in tried.items()
-            if options.again and change["outcome"] == "not noticed" and name not in reasons()
-            and change["room"] in rooms]
-    new = [change for change in drawn(rooms, None, options.seed) if name_of(change) not in tried]
-    return [gap for gap in gaps if gap] + new[:options.count]
+    gaps = {name for name, change in tried.items()
+            if options.again and change["outcome"] == "not noticed" and name not in reasons()}
+    changes = drawn(rooms, None, options.seed)
+    new = [change for change in changes if name_of(change) not in tried]
+    return [change for change in changes if name_of(change) in gaps] + new[:options.count]
 
 
 def summary(files):

@@ -91,6 +91,10 @@ TEST(Profile, ExtremesOfAProfile) {
   EXPECT_EQ(terrain.TF_Ymaxima_del_Terreno(y), 8.0);
   EXPECT_EQ(terrain.TF_Yminima_del_Terreno(doubles(1, {500})), 0.0);
   EXPECT_EQ(terrain.TF_Ymaxima_del_Terreno(doubles(1, {500})), 0.0);
+  for (const DoubleArray& two : {doubles(1, {-5, -3}), doubles(1, {-3, -5})}) {
+    EXPECT_EQ(terrain.TF_Yminima_del_Terreno(two), -5.0);
+    EXPECT_EQ(terrain.TF_Ymaxima_del_Terreno(two), -3.0);
+  }
   for (const DoubleArray& bad : {DoubleArray(), doubles(0, {7}), doubles(2, {7, 8})}) {
     EXPECT_EQ(failure_of([&] { terrain.TF_Yminima_del_Terreno(bad); }), 9);
     EXPECT_EQ(failure_of([&] { terrain.TF_Ymaxima_del_Terreno(bad); }), 9);
