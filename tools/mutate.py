@@ -1,14 +1,20 @@
 #!/usr/bin/env python3
 """Breaks one rule at a time and looks whether a test notices.
 
-    mutate.py [--count N] [--seed N] [--rooms ROOM,...] [--workers N] [--out FILE]
+    mutate.py [--count N] [--seed N] [--rooms ROOM,...] [--workers N] [--out FILE] [--again]
     mutate.py --summary FILE...
 
 Each change is made in a copy of the committed tree below build/mutants/: the room is built and
-its tests are run, then the tests of all that stands on it. A change that no test notices is
+its tests are run, then the tests of what stands on it. A change that no test notices is
 listed with its place. Those that nobody can notice stand, with the reason, in
 tests/unnoticed_changes.txt; a summary takes them apart. For a nightly run: a change takes some ten
-seconds, one in a header of frame/ a minute.
+seconds, one in a header of frame/ minutes.
+
+Before the first change all tests must pass with nothing broken. A change that makes them run
+several times as long counts as noticed. Results are added to the file line by line, and what
+stands in it already is not tried once more, so a run can be stopped and started at will; --again
+tries its gaps again first. With ccache as CMAKE_CXX_COMPILER_LAUNCHER what is mended again after a
+change need not be compiled again.
 """
 
 import argparse
@@ -17,35 +23,63 @@ import concurrent.futures
 import hashlib
 import io
 import json
+import os
 import pathlib
 import random
 import re
+import resource
+import signal
 import subprocess
 import sys
 import tarfile
+import time
 
 ROOT = pathlib.Path(__file__).resolve().parents[1]
 COPIES = ROOT / "build/mutants"
 UNNOTICED = ROOT / "tests/unnoticed_changes.txt"
-SECONDS = {"build": 900, "test": 180}
+BUILD_SECONDS = 1800
+MEMORY = 6 << 30  # of one test: a change may make a loop endless that takes memory
 
 CXX_ROOMS = ("frame", "platform", "angles", "plane", "survey", "terrain", "sorting", "repeated",
              "dialogs", "arrays", "library", "c_api")
 
-# What is built, and which tests are the room's own; then what stands on all of them.
-Room = collections.namedtuple("Room", "folders targets tests")
+# The same tests again under other locales.
+LOCALES = r"(_(C|es_ES|xx_XX)\.UTF-8)?"
+# What takes minutes, and what need not come out the same twice.
+LEFT_OUT = r"^survey_report\.(page|large|.*real_survey)|threads"
+LIBRARY = ["orv2_geo", "orv2_geo_testing", "orv2_geo_python_package", "c_api_tests", "plain_c_test",
+           "vectors_tests"]
+
+# Targets and the tests of what they make.
+Tests = collections.namedtuple("Tests", "targets names")
+
+
+def tests_of_rooms(rooms):
+    return Tests([f"{room}_tests" for room in rooms], f"^({'|'.join(rooms)}){LOCALES}$")
+
+
+# The way that a caller takes, then the rooms of the floors above with the refusals of memory.
+INTERFACES = Tests(LIBRARY, r"^(vectors|c_api.*|python\.test_(arrays|bulk|differential|failures"
+                            r"|floating_point|host|interface|members|objects|refs|words))$")
+
+
+def above(room):
+    floors = tests_of_rooms(CXX_ROOMS[CXX_ROOMS.index(room) + 1:-1] or ("library",))
+    return [INTERFACES, Tests([*floors.targets, "refused_calls_tests"], f"{floors.names}|^refused_calls$")]
+
+
+# Each room's folders, and its tests followed by those above it.
+Room = collections.namedtuple("Room", "folders steps")
 ROOMS = {
-    **{room: Room([f"orv2_geo/{room}"], [f"{room}_tests"], f"^{room}(_[a-zC].*)?$")
-       for room in CXX_ROOMS},
-    "platform": Room(["orv2_geo/platform", "orv2_geo/platform/posix"], ["platform_tests"],
-                     "^platform(_.*)?$"),
-    "c_api": Room(["orv2_geo/c_api"], ["all"], "^c_api"),
-    "python": Room(["python/core", "python/orv2_geo"], ["all"], r"^python\."),
-    "survey_report": Room(["examples/survey_report"], ["survey_report", "survey_report_test"],
-                          r"^survey_report\.(?!page$|large)"),
+    **{room: Room([f"orv2_geo/{room}"], [tests_of_rooms([room]), *above(room)]) for room in CXX_ROOMS[:-1]},
+    "platform": Room(["orv2_geo/platform", "orv2_geo/platform/posix"],
+                     [Tests(["platform_tests", "screen_probe", "stand_in_module"],
+                            f"^platform({LOCALES}|_screen_module)$"), *above("platform")]),
+    "c_api": Room(["orv2_geo/c_api"], [Tests(LIBRARY, "^c_api"), *above("c_api")]),
+    "python": Room(["python/core", "python/orv2_geo"], [Tests(LIBRARY, r"^python\.")]),
+    "survey_report": Room(["examples/survey_report"],
+                          [Tests(["survey_report", "survey_report_test"], r"^survey_report\.")]),
 }
-ABOVE = (r"^(" + "|".join(CXX_ROOMS) + r"|vectors|packaging_kept|docs_cpp|docs_c)(_.*)?$|^c_api"
-         r"|^python\.|^survey_report\.(figures|command_line|real)")
 
 
 # ---- Changes: how a line of code may be broken
@@ -144,9 +178,12 @@ def all_changes(room):
     for folder in ROOMS[room].folders:
         for path in sorted((ROOT / folder).iterdir()):
             if path.suffix in (".cpp", ".h", ".py") and "_table" not in path.name and path.is_file():
+                before = collections.Counter()
                 for kind, line, old, new in changes_of(path):
+                    alike = "\n".join(old + new)
                     yield {"room": room, "file": str(path.relative_to(ROOT)), "kind": kind,
-                           "line": line, "old": old, "new": new}
+                           "line": line, "alike_before": before[alike], "old": old, "new": new}
+                    before[alike] += 1
 
 
 def drawn(rooms, count, seed):
@@ -172,15 +209,37 @@ def drawn(rooms, count, seed):
 class Copy:
     """A tree of its own, with its build."""
 
-    def __init__(self, number):
+    def __init__(self, number, jobs):
         self.tree = COPIES / str(number)
-        self.build = self.tree / "build"
+        self.build = self.tree / "build/release"
+        self.jobs = str(jobs)
+        self.patience = {}  # how long tests may take before a change counts as noticed
         self.tree.mkdir(parents=True, exist_ok=True)
         self.take_committed()
-        self.run(["cmake", "-G", "Ninja", "-S", self.tree, "-B", self.build, "-DCMAKE_BUILD_TYPE=Release",
-                  "-DCMAKE_CXX_FLAGS_RELEASE=-O1", "-DCMAKE_C_FLAGS_RELEASE=-O1", "-DORV2_QT=OFF"],
-                 SECONDS["build"], check=True)
-        self.run(["cmake", "--build", self.build, "-j", "1"], 3600, check=True)
+        if not self.run(["cmake", "--preset", "release", "-S", self.tree, "-DORV2_QT=OFF"],
+                        BUILD_SECONDS):
+            sys.exit(f"{self.tree}: cannot be configured")
+
+    def pass_unbroken(self, steps):
+        """With nothing broken all tests must pass; how long each takes is kept."""
+        start = time.monotonic()
+        if not self.builds(sorted({target for step in steps for target in step.targets})):
+            sys.exit(f"{self.tree}: does not build with nothing broken")
+        built = time.monotonic()
+        wanted = {step.names: None for step in steps}
+        if not self.passes("|".join(wanted), BUILD_SECONDS):
+            sys.exit(f"{self.tree}: fails with nothing broken: {self.failed()}")
+        print(f"built in {built - start:.0f} s, passed in {time.monotonic() - built:.0f} s", flush=True)
+        costs = (self.build / "Testing/Temporary/CTestCostData.txt").read_text(encoding="utf-8")
+        rows = (line.split() for line in costs.split("---")[0].splitlines())
+        seconds = {name: float(mean) for name, _, mean in rows}
+        self.patience = {names: 30 + 5 * sum(seconds[one] for one in self.tests(names)) for names in wanted}
+
+    def tests(self, names):
+        told = subprocess.run(["ctest", "--test-dir", self.build, "--show-only=json-v1"], check=True,
+                              capture_output=True).stdout
+        every = [one["name"] for one in json.loads(told)["tests"]]
+        return [one for one in every if re.search(names, one) and not re.search(LEFT_OUT, one)]
 
     # Files that did not change keep their times, and so what was built of them.
     def take_committed(self):
@@ -198,21 +257,40 @@ class Copy:
                     path.write_bytes(content)
                 path.chmod(one.mode)
 
-    def run(self, command, seconds, check=False):
-        try:
-            done = subprocess.run(command, timeout=seconds, check=check, stdin=subprocess.DEVNULL,
-                                  capture_output=True)
-            return done.returncode == 0
-        except subprocess.TimeoutExpired:
-            return False
+    def run(self, command, seconds):
+        """Whether it ends well in time. What it started ends with it."""
+        def alone():
+            os.setsid()
+            resource.setrlimit(resource.RLIMIT_AS, (MEMORY, MEMORY))
+        with subprocess.Popen(command, cwd=self.tree, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
+                              stderr=subprocess.DEVNULL, preexec_fn=alone,
+                              env={**os.environ, "GTEST_FAIL_FAST": "1"}) as process:
+            try:
+                return process.wait(seconds) == 0
+            except subprocess.TimeoutExpired:
+                return False
+            finally:
+                try:
+                    os.killpg(process.pid, signal.SIGKILL)
+                except ProcessLookupError:
+                    pass
 
     def builds(self, targets):
-        return self.run(["cmake", "--build", self.build, "-j", "1", "--target", *targets],
-                        SECONDS["build"])
+        return self.run(["cmake", "--build", self.build, "-j", self.jobs, "--target", *targets],
+                        BUILD_SECONDS)
 
-    def passes(self, tests):
-        return self.run(["ctest", "--test-dir", self.build, "-R", tests, "--timeout", "60",
-                         "--stop-on-failure"], SECONDS["test"] * (4 if tests == ABOVE else 1))
+    def passes(self, names, seconds):
+        self.log().unlink(missing_ok=True)
+        known = "|".join(map(re.escape, self.tests(names)))  # its own expressions know less
+        return self.run(["ctest", "--test-dir", self.build, "-R", f"^({known})$", "-j", self.jobs,
+                         "--no-tests=error", "--stop-on-failure"], seconds)
+
+    def log(self):
+        return self.build / "Testing/Temporary/LastTestsFailed.log"
+
+    def failed(self):
+        """The tests that failed last; none where they ran out of time."""
+        return self.log().read_text(encoding="utf-8").split() if self.log().exists() else []
 
     def outcome(self, change):
         path = self.tree / change["file"]
@@ -222,24 +300,29 @@ class Copy:
         lines[at:at + len(change["old"])] = change["new"]
         path.write_text("\n".join(lines) + "\n", encoding="utf-8")
         try:
-            return self.noticed(ROOMS[change["room"]])
+            return self.noticed(ROOMS[change["room"]].steps)
         finally:
             path.write_text(whole, encoding="utf-8")
 
-    def noticed(self, room):
-        if not self.builds(room.targets):
-            return "not built"
-        if not self.passes(room.tests):
-            return "noticed by the room"
-        if not self.builds(["all"]):
-            return "noticed by what is built on it"
-        return "noticed above" if not self.passes(ABOVE) else "not noticed"
+    def noticed(self, steps):
+        """What became of the change, and the tests that failed."""
+        for step in steps:
+            own = step is steps[0]
+            if not self.builds(step.targets):
+                return "not built" if own else "noticed above", ["build"]
+            if not self.passes(step.names, self.patience[step.names]):
+                return "noticed by the room" if own else "noticed above", self.failed() or ["time"]
+        return "not noticed", []
 
 
-def work(number, changes, out):
-    copy = Copy(number)
+def work(number, jobs, changes, out):
+    copy = Copy(number, jobs)
+    rooms = dict.fromkeys(change["room"] for change in changes)
+    copy.pass_unbroken([step for room in rooms for step in ROOMS[room].steps])
     for change in changes:
-        change["outcome"] = copy.outcome(change)
+        start = time.monotonic()
+        change["outcome"], change["by"] = copy.outcome(change)
+        change["seconds"] = round(time.monotonic() - start)
         with open(out, "a", encoding="utf-8") as file:
             file.write(json.dumps(change) + "\n")
 
@@ -247,8 +330,9 @@ def work(number, changes, out):
 # ---- What came of all of them
 
 def name_of(change):
-    """The same as long as the lines stay the same."""
-    text = "\n".join([change["file"], *change["old"], *change["new"]])
+    """The same as long as the lines stay the same; where they stand in several places, one for each."""
+    before = change.get("alike_before", 0)
+    text = "\n".join([change["file"], *change["old"], *change["new"], *([str(before)] if before else [])])
     return hashlib.sha256(text.encode()).hexdigest()[:12]
 
 
@@ -260,12 +344,24 @@ def reasons():
     return {row[0]: row[1] for row in rows}
 
 
+def results(files):
+    """What came of each change, by its name; of one that was tried again, the last."""
+    lines = [line for file in files for line in pathlib.Path(file).read_text(encoding="utf-8").splitlines()]
+    return {name_of(change): change for change in map(json.loads, lines)}
+
+
+def to_try(options):
+    tried = results([options.out]) if pathlib.Path(options.out).exists() else {}
+    rooms = options.rooms.split(",")
+    gaps = {name for name, change in tried.items()
+            if options.again and change["outcome"] == "not noticed" and name not in reasons()}
+    changes = drawn(rooms, None, options.seed)
+    new = [change for change in changes if name_of(change) not in tried]
+    return [change for change in changes if name_of(change) in gaps] + new[:options.count]
+
+
 def summary(files):
-    changes = {}
-    for file in files:
-        for line in pathlib.Path(file).read_text(encoding="utf-8").splitlines():
-            change = json.loads(line)
-            changes[name_of(change)] = change
+    changes = results(files)
     known = reasons()
     table = collections.defaultdict(collections.Counter)
     gaps = []
@@ -301,19 +397,22 @@ def main():
     parser.add_argument("--workers", type=int, default=2)
     parser.add_argument("--out", default=str(COPIES / "results.jsonl"))
     parser.add_argument("--list", action="store_true", help="only say what would be changed")
+    parser.add_argument("--again", action="store_true", help="first what no test noticed the last time")
     parser.add_argument("--summary", nargs="+", metavar="FILE")
     options = parser.parse_args()
     if options.summary:
         return summary(options.summary)
-    changes = drawn(options.rooms.split(","), options.count, options.seed)
+    changes = to_try(options)
     if options.list:
         for change in changes:
             print(f"{change['file']}:{change['line']} {change['kind']}: {change['old'][0].strip()}"
                   f"  ->  {change['new'][0].strip()}")
         return None
     COPIES.mkdir(parents=True, exist_ok=True)
+    signal.signal(signal.SIGINT, signal.default_int_handler)  # ignored behind a shell's "&", and a test's concern
     with concurrent.futures.ThreadPoolExecutor(options.workers) as pool:
-        parts = [pool.submit(work, number, changes[number::options.workers], options.out)
+        parts = [pool.submit(work, number, max(1, 2 // options.workers), changes[number::options.workers],
+                             options.out)
                  for number in range(options.workers)]
         for part in parts:
             part.result()

@@ -267,7 +267,7 @@ TEST(Extremes, RandomArraysElementByElement) {
       const std::size_t count = numbers.below(12) == 0 ? 1 + numbers.below(n) : n;
       std::vector<double> values(count);
       for (double& value : values) {
-        value = run % 2 == 0 ? numbers.small_whole() : numbers.any();
+        value = run % 2 == 0 ? numbers.small_half() : numbers.any();
         if (run % 7 == 0) value = numbers.below(2) == 0 ? -0.0 : 0.0;
       }
       if (numbers.below(8) == 0) values[numbers.below(count)] = nan;

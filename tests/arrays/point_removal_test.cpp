@@ -103,6 +103,39 @@ TEST(ElevationFilter, FailuresLeaveTheCompactionDone) {
   EXPECT_EQ(failure_of_filter(points, x, y, z, index), 6);
 }
 
+struct NotANumberRow {
+  const char* rule;
+  Values z;
+  double max, min;
+  Index index;  // by then
+};
+
+// Both ends of the interval are looked at, whatever the first says.
+TEST(ElevationFilter, NaNInAnElevationOrAnEndIs6WithThePointsBeforeItDone) {
+  const NotANumberRow table[] = {
+      {"the first elevation", {nan, 1, 1}, 5, 0, {1, 2, 3}},
+      {"a later one", {9, 1, nan}, 5, 0, {2, 2, 3}},
+      {"the last one", {9, 9, nan}, 5, 0, {1, 2, 3}},
+      {"the upper end", {1, 1, 1}, nan, 0, {1, 2, 3}},
+      {"the lower end", {1, 1, 1}, 5, nan, {1, 2, 3}},
+      {"the lower end, all points being above", {9, 9, 9}, 5, nan, {1, 2, 3}},
+  };
+  for (const NotANumberRow& row : table) {
+    DoubleArray x = doubles(1, {1, 2, 3}), y = doubles(1, {1, 2, 3}), z = doubles(1, row.z);
+    LongArray index = longs(1, {1, 2, 3});
+    std::int32_t points = 3;
+    EXPECT_EQ(failure_of([&] {
+                matrices.Quita_Puntos_fuera_interv_de_Cotas_con_indice(points, x, y, z, index,
+                                                                       row.max, row.min);
+              }),
+              6)
+        << row.rule;
+    EXPECT_EQ(points, 3) << row.rule;
+    EXPECT_EQ(elements(index), row.index) << row.rule;
+    EXPECT_EQ(elements(x), Values(row.index.begin(), row.index.end())) << row.rule;
+  }
+}
+
 TEST(ElevationFilter, ArraysThatDoNotStartAt0FailWhenTheyAreResized) {
   DoubleArray x = doubles(1, {1, 2, 3}), y = doubles(0, {0, 1, 2, 3}), z = doubles(0, {0, 9, 1, 1});
   LongArray index = longs(0, {0, 1, 2, 3});

@@ -9,6 +9,7 @@
 
 #include "orv2_geo/angles/cgeo_Algorismos.h"
 #include "orv2_geo/angles/cgeo_FuncDeriv.h"
+#include "orv2_geo/survey/cgeo_Geometria.h"
 #include "tests/c_api/boundary.h"
 #include "tests/support/expect_failure.h"
 
@@ -20,7 +21,7 @@ constexpr double centesimal = 0.01570796327;
 
 // The host's variables of one call.
 struct Variables {
-  std::array<double, 3> d{};
+  std::array<double, 4> d{};
   std::array<float, 6> f{};
 
   friend bool operator==(const Variables& a, const Variables& b) {
@@ -52,6 +53,10 @@ std::ostream& operator<<(std::ostream& out, const Outcome& outcome) {
 void put(Outcome& outcome, double answer) {
   outcome.tag = ORV2_F64;
   outcome.answer = bits(answer);
+}
+void put(Outcome& outcome, const double* answer) {
+  ASSERT_NE(answer, nullptr) << "another type than a double";
+  put(outcome, *answer);
 }
 void put(Outcome& outcome, float answer) {
   outcome.tag = ORV2_F32;
@@ -160,6 +165,37 @@ std::vector<Row> angle_rows() {
   };
 }
 
+// Members that answer with a variant, which holds a double.
+std::vector<Row> variant_rows() {
+  static constexpr char geometria[] = "Orv2_Geo.cgeo_Geometria";
+  const auto distance = [](Outcome& o, std::size_t x1, std::size_t y1, std::size_t x2,
+                           std::size_t y2) {
+    const auto& v = o.variables.d;
+    put(o, cgeo_Geometria().GF_Distancia(v[x1], v[y1], v[x2], v[y2]).get<double>());
+  };
+  return {
+      {geometria,
+       "GF_Distancia",
+       {D(0), D(1), D(2), D(3)},
+       [=](Outcome& o) { distance(o, 0, 1, 2, 3); }},
+      {geometria,
+       "GF_Distancia",
+       {d(0), D(1), d(2), D(3)},
+       [=](Outcome& o) { distance(o, 0, 1, 2, 3); }},
+      {geometria,
+       "GF_Distancia",
+       {D(0), D(1), D(0), D(2)},
+       [=](Outcome& o) { distance(o, 0, 1, 0, 2); }},
+      {geometria,
+       "GF_Distancia_S",
+       {F(0), F(1), F(2), F(3)},
+       [](Outcome& o) {
+         const auto& v = o.variables.f;
+         put(o, cgeo_Geometria().GF_Distancia_S(v[0], v[1], v[2], v[3]).get<double>());
+       }},
+  };
+}
+
 // ---- The three ways --------------------------------------------------------
 
 Outcome directly(const Row& row, const Variables& variables) {
@@ -239,6 +275,11 @@ TEST(SameRows, FunctionsAnswerAlikeThroughEveryBoundary) {
 TEST(SameRows, AnglesAnswerAlikeThroughEveryBoundary) {
   std::uint64_t seed = 100;
   for (const Row& row : angle_rows()) expect_same_everywhere(row, seed++);
+}
+
+TEST(SameRows, VariantsAnswerAlikeThroughEveryBoundary) {
+  std::uint64_t seed = 200;
+  for (const Row& row : variant_rows()) expect_same_everywhere(row, seed++);
 }
 
 TEST(SameRows, PropertiesKeepEveryBitThroughEveryBoundary) {

@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "tests/platform/expect_controls.h"
 #include "tests/platform/recording_interface.h"
 #include "tests/support/preamble.h"
 
@@ -37,20 +38,12 @@ void fill_short(f_MaxiMin& dialog) {
   dialog.A_Let_Parametros_Mdt(20.25, 10.5, 4480000.1236, 4470000.0, -1.0, -2.5);
 }
 
-struct ControlRow {
-  const char* name;
-  ControlKind kind;
-  std::int32_t left, top, width, height;
-  std::int16_t tab_index;
-  const char16_t* text;
-  bool is_cancel;
-};
-
 TEST(ExtremesForm, HasItsControlsInTheirPlaces) {
+  using enum ControlKind;
   const ControlRow table[] = {
-      {"msf_MaxMin", ControlKind::grid, 45, 90, 7770, 1365, 1, u"", false},
-      {"cmdDatosaceptar", ControlKind::button, 6720, 1620, 1035, 360, 0, u"Aceptar", false},
-      {"bt_salir", ControlKind::button, 5460, 1620, 1080, 345, 2, u"Cancelar", true},
+      {"msf_MaxMin", grid, 45, 90, 7770, 1365, 1, u""},
+      {"cmdDatosaceptar", button, 6720, 1620, 1035, 360, 0, u"Aceptar"},
+      {"bt_salir", button, 5460, 1620, 1080, 345, 2, u"Cancelar"},
   };
   f_MaxiMin dialog;
   const Form& form = dialog.form();
@@ -59,21 +52,15 @@ TEST(ExtremesForm, HasItsControlsInTheirPlaces) {
   EXPECT_EQ(form.width(), 7935);
   EXPECT_EQ(form.height(), 2175);
   EXPECT_EQ(form.frame().start, StartPosition::centre_of_screen);
-  ASSERT_EQ(form.size(), std::size(table));
-  for (const ControlRow& row : table) {
-    const Control& control = form.control(row.name);
-    const ControlDesign& design = control.design();
-    EXPECT_EQ(design.kind, row.kind) << row.name;
-    EXPECT_EQ(design.left, row.left) << row.name;
-    EXPECT_EQ(design.top, row.top) << row.name;
-    EXPECT_EQ(design.width, row.width) << row.name;
-    EXPECT_EQ(design.height, row.height) << row.name;
-    EXPECT_EQ(design.tab_index, row.tab_index) << row.name;
-    EXPECT_EQ(control.text(), Text(row.text)) << row.name;
-    EXPECT_EQ(design.is_cancel, row.is_cancel) << row.name;
-    EXPECT_FALSE(design.is_default) << row.name;
-    EXPECT_TRUE(control.visible() && control.enabled()) << row.name;
-  }
+  EXPECT_EQ(form.frame().left, 45);
+  EXPECT_EQ(form.frame().top, 210);
+  expect_controls(form, table);
+  EXPECT_EQ(controls_where(form, [](const Control& one) { return one.design().is_cancel; }),
+            "bt_salir ");
+  EXPECT_EQ(controls_where(form, [](const Control& one) { return one.design().is_default; }), "");
+  EXPECT_EQ(
+      controls_where(form, [](const Control& one) { return !one.visible() || !one.enabled(); }),
+      "");
 }
 
 TEST(ExtremesForm, StartsWithAnEmptyGridOfFourByFour) {

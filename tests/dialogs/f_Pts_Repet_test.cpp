@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "tests/platform/expect_controls.h"
 #include "tests/platform/recording_interface.h"
 #include "tests/support/arrays.h"
 #include "tests/support/preamble.h"
@@ -58,24 +59,56 @@ using Doubles = std::vector<double>;
 using Longs = std::vector<std::int32_t>;
 using Texts = std::vector<std::string>;
 
-TEST_F(RepeatedPoints, TheDesign) {
-  Form& form = dialog.form();
+TEST_F(RepeatedPoints, HasItsControlsInTheirPlaces) {
+  using enum ControlKind;
+  const ControlRow table[] = {
+      {"chkCood00", check_box, 96, 2064, 1788, 192, 10, u"Quitar ptos (0,0)"},
+      {"FraOption", frame, 288, 336, 2268, 1116, 5, u"Buscar:"},
+      {"TxtPresc", text_box, 1152, 720, 972, 300, 12, u"0.001", "FraOption"},
+      {"Opt3D(1)", option_button, 1296, 288, 876, 204, 7, u"3D", "FraOption"},
+      {"Opt3D(0)", option_button, 288, 288, 636, 204, 6, u"2D", "FraOption"},
+      {"Label1", label, 144, 768, 708, 192, 13, u"Precisión:", "FraOption"},
+      {"ProgressBar1", progress_bar, 144, 1536, 2556, 156, 3, u""},
+      {"cmdCancelar", button, 1632, 2400, 972, 348, 0, u"Cancelar"},
+      {"cmdCalcular", button, 336, 2400, 972, 348, 4, u"Calcular"},
+      {"cmdEliminar", button, 330, 2400, 972, 348, 14, u"Eliminar"},
+      {"labCero", label, 1968, 2064, 492, 192, 11, u""},
+      {"Label2", label, 468, 48, 960, 192, 9, u"Nº de puntos:"},
+      {"labPuntos", label, 1488, 48, 84, 192, 8, u"0"},
+      {"lblPtos", label, 2550, 1710, 180, 195, 2, u"0"},
+      {"lblEstudio", label, 360, 1710, 2025, 285, 1, u"estudiando el nº:"},
+  };
+  const Form& form = dialog.form();
+  EXPECT_EQ(form.name(), "f_Pts_Repet");
   EXPECT_EQ(form.caption().to_utf8(), "Quitar puntos repetidos:");
   EXPECT_EQ(form.width(), 2865);
   EXPECT_EQ(form.height(), 3000);
-  EXPECT_EQ(form.size(), 15U);
-  EXPECT_EQ(text(form, "TxtPresc"), "0.001");
-  EXPECT_EQ(text(form, "Label1"), "Precisión:");
-  EXPECT_EQ(text(form, "Label2"), "Nº de puntos:");
-  EXPECT_EQ(text(form, "chkCood00"), "Quitar ptos (0,0)");
-  EXPECT_FALSE(enabled(form, "chkCood00"));
-  EXPECT_EQ(form.control("Opt3D(0)").value(), -1.0);
-  EXPECT_EQ(form.control("Opt3D(1)").value(), 0.0);
-  EXPECT_EQ(form.control("ProgressBar1").max(), 100.0);
-  for (const char* hidden : {"ProgressBar1", "cmdEliminar", "lblPtos", "lblEstudio"}) {
-    EXPECT_FALSE(shown(form, hidden)) << hidden;
-  }
+  EXPECT_EQ(form.frame().start, StartPosition::centre_of_owner);
+  expect_controls(form, table);
+}
+
+TEST_F(RepeatedPoints, HowItsControlsStart) {
+  Form& form = dialog.form();
+  const auto where = [&](auto condition) { return controls_where(form, condition); };
+  EXPECT_EQ(where([](const Control& one) { return !one.visible(); }),
+            "ProgressBar1 cmdEliminar lblPtos lblEstudio ");
+  EXPECT_EQ(where([](const Control& one) { return !one.enabled(); }), "chkCood00 ");
+  EXPECT_EQ(where([](const Control& one) { return one.value() == -1.0; }), "Opt3D(0) ");
+  EXPECT_EQ(where([](const Control& one) { return one.value() != 0.0; }), "Opt3D(0) ");
+  EXPECT_EQ(where([](const Control& one) { return one.design().is_default; }), "cmdCalcular ");
+  EXPECT_EQ(where([](const Control& one) { return one.design().is_cancel; }), "cmdCancelar ");
+  EXPECT_EQ(where([](const Control& one) { return one.design().sizes_itself; }),
+            "Label1 Label2 labPuntos lblPtos lblEstudio ");
+  EXPECT_EQ(
+      where([](const Control& one) { return one.design().alignment == CellAlignment::right; }),
+      "Label2 ");
+  EXPECT_EQ(
+      where([](const Control& one) { return one.design().alignment == CellAlignment::centre; }),
+      "lblEstudio ");
+  EXPECT_EQ(where([](const Control& one) { return one.design().background != -1; }), "lblEstudio ");
   EXPECT_EQ(form.control("lblEstudio").design().background, 0x00ffff);
+  EXPECT_EQ(form.control("ProgressBar1").min(), 0.0);
+  EXPECT_EQ(form.control("ProgressBar1").max(), 100.0);
 }
 
 TEST_F(RepeatedPoints, ComputeAndDelete) {

@@ -107,6 +107,50 @@ TEST(Catalogue, EveryNameIsFoundWhateverItsCase) {
   }
 }
 
+// Whether a member of the class has this name, letter by letter.
+bool is_in(const ClassDescription& of_class, const std::string& given) {
+  const auto lower = [](char c) {
+    return static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+  };
+  const auto same = [&](char a, char b) { return lower(a) == lower(b); };
+  return std::any_of(
+      of_class.members.begin(), of_class.members.end(), [&](const MemberDescription& member) {
+        return std::equal(member.name.begin(), member.name.end(), given.begin(), given.end(), same);
+      });
+}
+
+// Enough names for some to be looked up where a member's own would be.
+std::vector<std::string> names_like(const std::string& name) {
+  const std::string_view letters = "abcdefghijklmnopqrstuvwxyz_0123456789";
+  std::vector<std::string> names;
+  for (const char a : letters) {
+    for (const char b : letters) {
+      names.push_back(name + a + b);  // a tail
+      names.push_back(std::string{a, b} + name);
+      names.push_back(name.substr(0, name.size() / 2) + a + b);  // another end
+    }
+    names.push_back(name + a);
+    names.push_back(a + name);
+    for (std::size_t i = 0; i < name.size(); ++i) {
+      names.push_back(name);
+      names.back()[i] = a;  // one letter is another
+    }
+  }
+  for (std::size_t kept = 0; kept < name.size(); ++kept) names.push_back(name.substr(0, kept));
+  return names;
+}
+
+TEST(Catalogue, ANameThatIsLikeAMembersIsNone) {
+  for (const ClassDescription* one : catalogue()) {
+    for (const MemberDescription& member : one->members) {
+      for (const std::string& like : names_like(std::string(member.name))) {
+        ASSERT_EQ(find_member(*one, like).has_value(), is_in(*one, like))
+            << like << " for " << member.name;
+      }
+    }
+  }
+}
+
 // Letters that a careless fold of case would take for others.
 TEST(Catalogue, OnlyLettersHaveCase) {
   const ClassDescription& one = *find_class("orv2_geo.CGEO_funcderiv");
@@ -231,6 +275,71 @@ TEST(Catalogue, WhatLeavesAMemberIsSignedByItsClass) {
   }
   EXPECT_GT(failing.boxes, 0);
   install_user_interface(before);
+}
+
+// Values that some step of a member cannot work with.
+void make_hostile(Variables& variables, Numbers& numbers) {
+  const double doubles[] = {0.0, 1.0, -7.5, 1e308, -1e308, 1e-320, nan, inf};
+  const std::int32_t longs[] = {0, 1, 2, 5, -1, 400, -400, 32767};
+  const auto one_of = [&](const auto& all) { return all[numbers.below(std::size(all))]; };
+  variables.f64 = one_of(doubles);
+  variables.f32 = static_cast<float>(std::min(one_of(doubles), 3e38));
+  variables.i32 = one_of(longs);
+  variables.i16 = static_cast<std::int16_t>(one_of(longs));
+  if (numbers.below(2) == 0) return;  // arrays that are not allocated
+  variables.doubles = DoubleArray(0, 4);
+  for (std::int32_t i = 0; i <= 4; ++i) variables.doubles(i) = one_of(doubles);
+  variables.singles = SingleArray(0, 2);
+  variables.longs = LongArray(1, 3);
+  variables.shorts = ShortArray(0, 1);
+  variables.strings = StringArray(0, 2);
+}
+
+// The failures of a member with hostile arguments and a screen that fails, by their numbers.
+std::set<std::int32_t> failures_of(const ClassDescription& of_class, std::size_t position) {
+  std::set<std::int32_t> found;
+  const ObjectRef object = create(of_class.registered_name);
+  Numbers numbers(position);
+  for (int run = 0; run < 300; ++run) {
+    // Variables of their own, so that few are the same one.
+    Variables variables[4];
+    for (Variables& one : variables) make_hostile(one, numbers);
+    std::vector<Argument> arguments;
+    for (const ParameterDescription& parameter : of_class.members[position].parameters) {
+      arguments.push_back(variables[numbers.below(4)].fitting(parameter));
+    }
+    try {
+      static_cast<Object&>(*object.get()).call(position, arguments);
+    } catch (const RunFailure& failure) {
+      found.insert(failure.number());
+      EXPECT_EQ(failure.source(), of_class.registered_name)
+          << of_class.members[position].name << ' ' << failure.number();
+    }
+  }
+  return found;
+}
+
+TEST(Catalogue, EveryMemberThatCanFailLetsItsFailureOut) {
+  const std::set<std::string> cannot_fail = {
+      "cgeo_FuncDeriv.Pi",  // variables
+      "cgeo_FuncDeriv.RPi",
+      "cgeo_Matrices.MaxMin_3Matriz",          // skips what fails
+      "cgeo_Matrices.Quita_Pts_Repetidos_3D",  // do nothing
+      "cgeo_Matrices.Quita_Puntos_Repetidos_XYZ_con_indice",
+      "cgeo_Ordena.SwapStrings",
+  };
+  Failing failing;
+  UserInterface* const before = install_user_interface(&failing);
+  std::set<std::string> never;
+  for (const ClassDescription* one : catalogue()) {
+    for (std::size_t i = 0; i < one->members.size(); ++i) {
+      if (failures_of(*one, i).empty()) {
+        never.insert(std::string(one->name) + '.' + std::string(one->members[i].name));
+      }
+    }
+  }
+  install_user_interface(before);
+  EXPECT_EQ(never, cannot_fail);
 }
 
 }  // namespace

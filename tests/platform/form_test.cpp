@@ -305,6 +305,71 @@ TEST_F(Forms, AFormatStringSetsHeadersAndColumns) {
   EXPECT_EQ(grid.alignment(0), 1);
 }
 
+struct CellRow {
+  const char* rule;
+  std::int32_t row, col;
+  std::int32_t failure;
+};
+
+TEST_F(Forms, AGridHasItsCellsFromTheFirstToTheLastAndNoOthers) {
+  const CellRow table[] = {
+      {"the first", 0, 0, 0},      {"the first row's last", 0, 2, 0},
+      {"the last row's", 3, 0, 0}, {"the last", 3, 2, 0},
+      {"above", -1, 0, 9},         {"below", 4, 0, 9},
+      {"to the left", 0, -1, 9},   {"to the right", 0, 3, 9},
+      {"below the last", 4, 2, 9}, {"beside the last", 3, 3, 9},
+  };
+  Grid& grid = form.control("Rejilla").grid();
+  grid.rows = 4;
+  grid.cols = 3;
+  for (const CellRow& row : table) {
+    EXPECT_EQ(failure_of([&] { grid.set_cell(row.row, row.col, u"x"); }), row.failure) << row.rule;
+    EXPECT_EQ(grid.cell(row.row, row.col), Text(row.failure == 0 ? u"x" : u"")) << row.rule;
+  }
+  EXPECT_EQ(grid.cells.size(), 4U);
+}
+
+TEST_F(Forms, AGridsColumnsAreAlignedFromTheFirstToTheLast) {
+  Grid& grid = form.control("Rejilla").grid();
+  grid.cols = 2;
+  for (const std::int32_t col : {0, 1}) {
+    EXPECT_EQ(grid.alignment(col), 1) << col;
+    grid.set_alignment(col, 7);
+    EXPECT_EQ(grid.alignment(col), 7) << col;
+  }
+  for (const std::int32_t col : {-1, 2}) {
+    EXPECT_EQ(failure_of([&] { grid.set_alignment(col, 7); }), 9) << col;
+    EXPECT_EQ(grid.alignment(col), 1) << col;
+  }
+}
+
+struct PropertyRow {
+  const char* rule;
+  const char* name;
+  Variant value;
+  std::function<bool(const Control&)> stands;
+};
+
+TEST_F(Forms, APropertySetByNameTakesWhatReadsAsOne) {
+  const PropertyRow table[] = {
+      {"a flag", "visible", Bool(true), [](const Control& one) { return one.visible(); }},
+      {"a number for a flag", "ENABLED", 0.0, [](const Control& one) { return !one.enabled(); }},
+      {"any other number", "Enabled", std::int16_t{2},
+       [](const Control& one) { return one.enabled(); }},
+      {"true is -1", "Value", Bool(true), [](const Control& one) { return one.value() == -1.0; }},
+      {"false is 0", "Value", Bool(false), [](const Control& one) { return one.value() == 0.0; }},
+      {"a single", "Min", 2.5F, [](const Control& one) { return one.min() == 2.5; }},
+      {"a long", "Max", 70000, [](const Control& one) { return one.max() == 70000.0; }},
+      {"a text", "Text", Text(u"ab"), [](const Control& one) { return one.text() == Text(u"ab"); }},
+      {"a flag's text is its number's", "Caption", Bool(true),
+       [](const Control& one) { return one.text() == Text(u"-1"); }},
+  };
+  for (const PropertyRow& row : table) {
+    form.object("Barra")->set_property(row.name, row.value);
+    EXPECT_TRUE(row.stands(form.control("Barra"))) << row.rule;
+  }
+}
+
 TEST_F(Forms, UnknownControlsAre438) {
   EXPECT_EQ(failure_of([&] { form.click("nada"); }), 438);
   EXPECT_EQ(failure_of([&] { form.on_click("nada", [] {}); }), 438);

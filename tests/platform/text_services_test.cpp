@@ -79,6 +79,12 @@ TEST(TextServices, TheLeadingNumberOfAText) {
       {"a plus", u"+3", 3.0},
       {"an exponent", u"1.5e3x", 1500.0},
       {"an exponent without digits is none", u"2e+", 2.0},
+      {"an exponent with a plus", u"1.5e+3x", 1500.0},
+      {"an exponent with a minus", u"1.5e-3x", 0.0015},
+      {"a capital exponent", u"25E+1", 250.0},
+      {"one sign of an exponent alone counts", u"2e+-1", 2.0},
+      {"a plus, and too large is 6", u"1e+999", 0.0, 6},
+      {"a plus, without end is 6", u"1e+99999999999999999999", 0.0, 6},
       {"a point in front", u".5", 0.5},
       {"a point behind", u"5.", 5.0},
       {"no infinity", u"inf", 0.0},
@@ -102,6 +108,7 @@ TEST(TextServices, AWholeTextAsANumber) {
   EXPECT_EQ(parsed(u"2" + sign + u"5"), 2.5);
   EXPECT_EQ(parsed(u"  -7  "), -7.0);
   EXPECT_EQ(parsed(u"1e3"), 1000.0);
+  EXPECT_EQ(parsed(u"+1e+3"), 1000.0);
   const std::u16string other = sign == u"," ? u"." : u",";
   for (const std::u16string& text :
        {std::u16string(u""), std::u16string(u"  "), std::u16string(u"dos"), u"2" + other + u"5",
@@ -120,6 +127,11 @@ TEST(TextServices, ManyDigitsAndAnExponentTogether) {
   EXPECT_EQ(leading_number(u"0." + zeros + u"1e5"), 0.0);
   EXPECT_EQ(leading_number(u"0." + zeros + u"1"), 0.0);
   EXPECT_EQ(leading_number(u"0." + zeros + u"1e401"), 1.0);
+  EXPECT_EQ(leading_number(u"0." + zeros + u"1e+401"), 1.0);
+  EXPECT_EQ(failure_of([&] { leading_number(u"0." + zeros + u"1e800"); }), 6);
+  EXPECT_EQ(failure_of([&] { leading_number(u"0." + zeros + u"1e+800"); }), 6);
+  EXPECT_EQ(leading_number(u"1" + zeros + u"e-800"), 0.0);
+  EXPECT_EQ(leading_number(u"1" + zeros + u".5e-800"), 0.0);
 }
 
 TEST(TextServices, NumbersComeBackFromTheirText) {

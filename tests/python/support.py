@@ -68,8 +68,8 @@ def tag(type_name):
     return TYPES[type_name.rstrip("&")] | (BYREF if type_name.endswith("&") else 0)
 
 
-def declared(name, *argument_types):
-    function = getattr(_functions, "orv2_testing_" + name)
+def declared(name, *argument_types, prefix="orv2_testing_"):
+    function = getattr(_functions, prefix + name)
     function.restype = ctypes.c_int32
     function.argtypes = argument_types
     return function

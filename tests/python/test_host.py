@@ -9,6 +9,7 @@ from support import Case, Runner, Value, declared, lent, passed, put, release, r
 
 import orv2_geo
 from orv2_geo import Ref, RunFailure, _core
+from orv2_geo._library import OBJECT
 
 _progress = declared("progress", ctypes.c_uint64, ctypes.c_int16)
 _pset = declared("pset", ctypes.c_uint64, ctypes.c_int16, ctypes.POINTER(ctypes.c_double),
@@ -17,6 +18,8 @@ _set_property = declared("set_property", ctypes.c_uint64, ctypes.c_char_p,
                          ctypes.POINTER(Value))
 _call = declared("call", ctypes.c_uint64, ctypes.c_char_p, ctypes.POINTER(Value),
                  ctypes.c_size_t, ctypes.POINTER(Value))
+_call_member = declared("call_name", ctypes.c_uint64, ctypes.c_char_p, ctypes.POINTER(Value),
+                        ctypes.c_size_t, ctypes.POINTER(Value), prefix="orv2_")
 
 
 def set_property(target, name, value):
@@ -229,6 +232,28 @@ class Calling(Case):
                 self.assertEqual(value.tag, tag)
                 if field is not None:
                     self.assertEqual(getattr(value, field), -1 if answer is True else answer)
+
+    def test_an_object_of_the_library_is_answered_as_itself(self):
+        functions = orv2_geo.create("Orv2_Geo.cgeo_FuncDeriv")
+        answer = call(Runner(lambda: functions), "Run")
+        self.assertEqual(answer.tag, OBJECT)
+        read = Value()
+        functions.RPi = 2.5
+        run(_call_member, answer.handle, b"RPi", None, 0, byref(read))
+        self.assertEqual(read.f64, 2.5)
+        del functions  # the answer is a reference of its own
+        gc.collect()
+        run(_call_member, answer.handle, b"RPi", None, 0, byref(read))
+        self.assertEqual(read.f64, 2.5)
+        release(answer.handle)
+
+    def test_an_object_that_only_the_answer_holds_arrives(self):
+        answer = call(Runner(lambda: orv2_geo.create("Orv2_Geo.cgeo_FuncDeriv")), "Run")
+        self.assertEqual(answer.tag, OBJECT)
+        read = Value()
+        run(_call_member, answer.handle, b"RPi", None, 0, byref(read))
+        self.assertEqual(read.f64, 0.0)
+        release(answer.handle)
 
     def test_a_number_that_cannot_travel_is_6(self):
         with self.fails(6):

@@ -381,14 +381,15 @@ class Calling(Case):
         self.assertAlmostEqual(variable.value, 100.0)
 
     def test_an_answer_is_let_go_with_its_call(self):
-        answer = orv2_geo.create("Orv2_Geo.cgeo_api")
-        gone = weakref.ref(answer)
-        kept = [answer]
-        del answer
-        with self.fails(13):  # the testing function has no way to hand it on
-            run_on(Runner(kept.pop), "")
+        functions = orv2_geo.create("Orv2_Geo.cgeo_FuncDeriv")
+        functions.RPi = 2.5
+        gone = weakref.ref(functions)
+        kept = [functions]
+        del functions
+        answer = run_on(Runner(kept.pop), "")
         gc.collect()
         self.assertIsNone(gone())
+        self.assertEqual(answer.RPi, 2.5)  # the object itself goes on
 
     def test_an_interface_in_place_of_another_in_its_own_box(self):
         class First:

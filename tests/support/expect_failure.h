@@ -49,11 +49,11 @@ class Numbers {
  public:
   explicit Numbers(std::uint64_t seed) : engine_(seed) {}
 
-  /// A coordinate, a small whole number, or a number of any size.
+  /// A coordinate, a small number of halves, or a number of any size.
   double any() {
     switch (engine_() % 4) {
       case 0: return coordinate();
-      case 1: return small_whole();
+      case 1: return small_half();
       case 2: return std::ldexp(between(-1.0, 1.0), static_cast<int>(engine_() % 80) - 40);
       default: return between(-400.0, 400.0);
     }
@@ -65,6 +65,8 @@ class Numbers {
   }
   double coordinate() { return std::round(between(430000.0, 4480000.0) * 1000.0) / 1000.0; }
   double small_whole() { return static_cast<double>(static_cast<int>(engine_() % 9) - 4); }
+  /// Differences of such, their sums and products come out 0, 0.5 and 1 again and again.
+  double small_half() { return small_whole() / 2.0; }
   double between(double low, double high) {
     return std::uniform_real_distribution<double>(low, high)(engine_);
   }

@@ -1,5 +1,6 @@
 #include "tests/support/testing.h"
 
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -11,6 +12,7 @@
 #include "orv2_geo/c_api/handles.h"
 #include "orv2_geo/c_api/values.h"
 #include "orv2_geo/frame/progress_sink.h"
+#include "orv2_geo/library/object.h"
 #include "orv2_geo/platform/error_box.h"
 #include "orv2_geo/platform/event_pump.h"
 #include "orv2_geo/platform/form.h"
@@ -41,8 +43,17 @@ int32_t as_member(Body&& body) {
   });
 }
 
+// An object is given as a handle of its own, which the caller releases.
 void give(orv2_value* result, const Variant& answer) {
-  if (result != nullptr) *result = value_of(answer);
+  if (result == nullptr) return;
+  const ObjectRef* const object = answer.get<ObjectRef>();
+  if (object == nullptr) {
+    *result = value_of(answer);
+    return;
+  }
+  auto* const own = dynamic_cast<Object*>(object->get());
+  *result = {ORV2_OBJECT, {}};
+  result->as.handle = handle_for(std::make_unique<c_api::ObjectItem>(*object, own));
 }
 
 template <class T>

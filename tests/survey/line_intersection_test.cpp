@@ -298,7 +298,7 @@ TEST(LineIntersection, RandomLinesAndSharedVariables) {
   for (int i = 0; i < 20000; ++i) {
     Variables v = {};
     for (double& value : v) {
-      value = i % 3 == 0   ? numbers.small_whole()
+      value = i % 3 == 0   ? numbers.small_half()
               : i % 3 == 1 ? numbers.coordinate()
                            : numbers.between(-100, 100);
     }

@@ -44,6 +44,56 @@ TEST(Plan, TheSheetLiesAsTheSurveyDoes) {
   EXPECT_FALSE(is_landscape(plan_on({{"1", 0, 0, 0, "", 1}, {"2", 3, 9, 0, "", 2}})));
 }
 
+struct SheetRow {
+  const char* rule;
+  double across, up;  // of the survey
+  const char* parts[5];
+};
+
+// The sheet has a border; inside it are the frame of the plan, with room for the
+// coordinates left of it and below, and the key with the legend and the title block.
+TEST(Plan, FrameAndLegendHaveTheirPlaces) {
+  const SheetRow table[] = {
+      {"the key to the right",
+       9,
+       3,
+       {R"(<path d="M 20 10 L 287 10 L 287 200 L 20 200 Z")",
+        R"(<path d="M 221 10 L 287 10 L 287 200 L 221 200 Z")",
+        R"(<path d="M 27 13 L 218 13 L 218 193 L 27 193 Z")",
+        R"(<text x="235" y="63.1" font-size="3" fill="#222222">A (1)<)",
+        R"(<text x="235" y="68.1" font-size="3" fill="#222222">B (1)<)"}},
+      {"the key below",
+       3,
+       9,
+       {R"(<path d="M 20 10 L 200 10 L 200 287 L 20 287 Z")",
+        R"(<path d="M 20 226 L 200 226 L 200 287 L 20 287 Z")",
+        R"(<path d="M 27 13 L 197 13 L 197 219 L 27 219 Z")",
+        R"(<text x="33" y="232.1" font-size="3" fill="#222222">A (1)<)",
+        R"(<text x="33" y="238.3" font-size="3" fill="#222222">B (1)<)"}},
+  };
+  for (const SheetRow& row : table) {
+    const std::string plan =
+        plan_on({{"1", 0, 0, 0, "A", 1}, {"2", row.across, row.up, 0, "B", 2}});
+    for (const char* part : row.parts) {
+      EXPECT_EQ(count_of(plan, part), 1U) << row.rule << ": " << part;
+    }
+  }
+}
+
+// Eleven entries: nine in a column below the plan, the others beside them.
+TEST(Plan, TheLegendGoesOnInAnotherColumn) {
+  std::vector<SurveyPoint> points;
+  for (int i = 0; i < 11; ++i) {
+    points.push_back({std::to_string(i), i / 5.0, 1.0 * i, 0, std::string(1, "ABCDEFGHIJK"[i]),
+                      static_cast<std::size_t>(i) + 1});
+  }
+  points.push_back(points.front());  // one code is the most frequent
+  const std::string plan = plan_on(points);
+  EXPECT_NE(plan.find(R"(<text x="33" y="232.1" font-size="3" fill="#222222">A (2)<)"), plan.npos);
+  EXPECT_NE(plan.find(R"(<text x="33" y="281.7" font-size="3" fill="#222222">I (1)<)"), plan.npos);
+  EXPECT_NE(plan.find(R"(<text x="81" y="232.1" font-size="3" fill="#222222">J (1)<)"), plan.npos);
+}
+
 // The middle of the sheet's frame is at 122.5, 103: 6, 8 is 50 mm off 0, 0 at 1:200.
 TEST(Plan, TwoPointsAreAsFarApartAsTheScaleSays) {
   DrawingOptions options;

@@ -91,6 +91,10 @@ TEST(Profile, ExtremesOfAProfile) {
   EXPECT_EQ(terrain.TF_Ymaxima_del_Terreno(y), 8.0);
   EXPECT_EQ(terrain.TF_Yminima_del_Terreno(doubles(1, {500})), 0.0);
   EXPECT_EQ(terrain.TF_Ymaxima_del_Terreno(doubles(1, {500})), 0.0);
+  for (const DoubleArray& two : {doubles(1, {-5, -3}), doubles(1, {-3, -5})}) {
+    EXPECT_EQ(terrain.TF_Yminima_del_Terreno(two), -5.0);
+    EXPECT_EQ(terrain.TF_Ymaxima_del_Terreno(two), -3.0);
+  }
   for (const DoubleArray& bad : {DoubleArray(), doubles(0, {7}), doubles(2, {7, 8})}) {
     EXPECT_EQ(failure_of([&] { terrain.TF_Yminima_del_Terreno(bad); }), 9);
     EXPECT_EQ(failure_of([&] { terrain.TF_Ymaxima_del_Terreno(bad); }), 9);
@@ -245,6 +249,35 @@ TEST(CleanUp, TheOrderOfTiesIsThatOfThePasses) {
     z.insert(z.begin(), 0.0);
     ASSERT_EQ(elements(Z), z) << run;
     ASSERT_EQ(elements(D), d) << run;
+  }
+}
+
+struct NotANumberRow {
+  const char* rule;
+  std::vector<double> d, z;
+  std::int32_t failure;
+};
+
+// The elevation is looked at whatever the distance says.
+TEST(CleanUp, NaNIs6WhereItIsCompared) {
+  const NotANumberRow table[] = {
+      {"the first elevation", {1, 2, 3}, {nan, 0, 0}, 6},
+      {"a later one", {1, 2, 3}, {0, nan, 0}, 6},
+      {"the last one", {1, 2, 3}, {0, 0, nan}, 6},
+      {"one of two at one distance", {1, 2, 2}, {0, 5, nan}, 6},
+      {"a distance", {1, nan, 3}, {0, 0, 0}, 6},
+      {"of one point alone nothing is compared", {nan}, {nan}, 0},
+  };
+  for (const NotANumberRow& row : table) {
+    DoubleArray D = doubles(1, row.d), Z = doubles(1, row.z);
+    const auto count = static_cast<std::int32_t>(row.d.size());
+    std::int32_t points = count;
+    EXPECT_EQ(failure_of([&] { terrain.Ordena_terreno_y_quita_repetidos(points, D, Z); }),
+              row.failure)
+        << row.rule;
+    EXPECT_EQ(points, count) << row.rule;
+    EXPECT_EQ(D.lower(), 1) << row.rule;  // the arrays are still the caller's
+    EXPECT_EQ(Z.count(), row.z.size()) << row.rule;
   }
 }
 
