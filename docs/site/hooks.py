@@ -18,7 +18,7 @@ import reference  # noqa: E402
 TABS = {"cpp": "C++", "c": "C", "python": "Python", "vbs": "Script", "sh": "Shell", "cmake": "CMake",
         "bat": "Command prompt"}
 OUTPUT = {"en": "It prints", "es": "Escribe"}
-ENGLISH_ALONE = {"Referencia (en inglés)": "reference/", "Por dentro (en inglés)": "layout|members"}
+ENGLISH_ALONE = {"Referencia (en inglés)": "reference/", "Por dentro (en inglés)": "layout|trust|members"}
 FENCE = r"```(\w+)\n(.*?)^```\n"
 # The class's list of members in the sources is its page of the reference on the site.
 MEMBERS = re.compile(r"members\.md#(cgeo_\w+)")
