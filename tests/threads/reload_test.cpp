@@ -51,8 +51,9 @@ void expect_nothing_grows(const char* how, void (*round)()) {
             << after.resident / 1024 << " KB resident and " << after.heap / 1024
             << " KB of the heap, before " << before.regions << ", " << before.resident / 1024
             << " and " << before.heap / 1024 << '\n';
-  EXPECT_LE(after.regions, before.regions + 2);
-  if (instrumented) return;  // the sanitizer keeps memory of its own
+  // The sanitizer keeps memory of its own, now and then in another region.
+  EXPECT_LE(after.regions, before.regions + (instrumented ? rounds / 20 : 2));
+  if (instrumented) return;
   EXPECT_LE(after.resident, before.resident + 512 * 1024);
   EXPECT_LE(after.heap, before.heap + 16 * 1024);
 }

@@ -220,6 +220,8 @@ TEST(Threads, EndWithThingsAlive) {
   alarm(60);
   std::size_t others = other_outcomes(work);
   if (!testing_support::instrumented) std::thread([&] { others += other_outcomes(work); }).join();
+  // What the threads hold that the child has not looks lost to a sanitizer at the program's end.
+  if (testing_support::instrumented) std::_Exit(others == 0 ? 0 : 1);
   std::exit(others == 0 ? 0 : 1);
 }
 
