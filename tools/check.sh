@@ -3,7 +3,8 @@
 # is asked for, clang-tidy and cppcheck on those of the library, which needs the
 # compile commands of a build.
 #   tools/check.sh [format | BUILD_FOLDER [quick]]
-# Quick leaves out the analysis of paths, which takes as long again, and one more slow check.
+# Quick looks at the folders that the last twelve commits touched, and leaves out the analysis of
+# paths, which takes as long again.
 # The folder of a build for Windows brings what belongs to Windows alone.
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -11,7 +12,14 @@ tools/setup.sh checks
 git ls-files '*.cpp' '*.h' '*.hpp' '*.c' | xargs clang-format --dry-run --Werror
 [ "${1:-}" = format ] && exit 0
 database="${1:-build/release}"
-if [ "${2:-}" = quick ]; then checks=(--checks=-clang-analyzer-*,-bugprone-reserved-identifier); else checks=(); fi
+touched=.
+checks=()
+if [ "${2:-}" = quick ]; then
+  checks=(--checks=-clang-analyzer-*)
+  if git rev-parse --quiet --verify HEAD~12 > /dev/null; then
+    touched="^($(git diff --name-only HEAD~12 | xargs -r dirname | sort -u | paste -sd '|'))/[^/]*$"
+  fi
+fi
 
 # What the database builds: the module for the screen where it is built, the system's own
 # rooms for the system that it is for.
@@ -24,9 +32,9 @@ else
   rooms='(orv2_geo|python/core)/'
   for_system=()
 fi
-git ls-files 'orv2_geo/*.cpp' 'python/core/*.cpp' | grep -E "^$rooms" | while read -r file; do
+git ls-files 'orv2_geo/*.cpp' 'python/core/*.cpp' | grep -E "^$rooms" | { grep -E "$touched" || true; } | while read -r file; do
   if grep -q "/$file\"" "$database/compile_commands.json"; then echo "$file"; fi
-done | xargs -P "$(nproc)" -n 4 clang-tidy -p "$database" --quiet "${checks[@]}" "${for_system[@]}"
+done | xargs -r -P "$(nproc)" -n 4 clang-tidy -p "$database" --quiet "${checks[@]}" "${for_system[@]}"
 
 # The platform is given by what the compiler defines; system headers are not looked into.
 if ! grep -q w64-mingw32 "$database/compile_commands.json"; then
