@@ -41,6 +41,7 @@ step s390x tools/test_other.sh s390x
 step windows_x64 tools/test_windows.sh x64
 step windows_x86 tools/test_windows.sh x86
 step integers tools/test.sh integers
+step memory tools/memory.sh 60
 step threads tools/threads.sh
 step valgrind tools/valgrind.sh
 step fuzz tools/fuzz.sh 600
