@@ -29,13 +29,13 @@ endif()
 add_library(orv2_geo SHARED)
 target_link_libraries(orv2_geo PRIVATE orv2_geo_objects ${CMAKE_DL_LIBS})
 set(exports ${PROJECT_SOURCE_DIR}/cmake/exports.map)
-string(FIND "${CMAKE_CXX_FLAGS}" fsanitize instrumented)
-math(EXPR instrumented "${instrumented} + 1")
 # Once loaded it stays, whatever the compiler: threads and handles of the host outlive a dlclose.
 # Its tables of addresses are filled when it is loaded, and cannot be written from then on.
-target_link_options(orv2_geo PRIVATE -Wl,--version-script=${exports} -Wl,-z,nodelete -Wl,-z,relro,-z,now
-  # The run-time of clang's sanitizers is the program's.
-  $<$<NOT:$<AND:$<CXX_COMPILER_ID:Clang>,$<BOOL:${instrumented}>>>:-Wl,--no-undefined>)
+target_link_options(orv2_geo PRIVATE -Wl,--version-script=${exports} -Wl,-z,nodelete -Wl,-z,relro,-z,now)
+if(NOT (CMAKE_CXX_COMPILER_ID STREQUAL "Clang" AND CMAKE_CXX_FLAGS MATCHES "fsanitize"))
+  # The run-time of clang's sanitizers is the program's; else all is there.
+  target_link_options(orv2_geo PRIVATE -Wl,--no-undefined)
+endif()
 set_target_properties(orv2_geo PROPERTIES
   VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR} LINK_DEPENDS ${exports})
 
