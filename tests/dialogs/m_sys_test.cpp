@@ -91,6 +91,9 @@ TEST(TextOfANumber, IsPaddedToAWidth) {
       {"all blanks", words(u"   "), 0, 2, "  "},
       {"decimals beyond 15 are taken off the width all the same", std::int32_t{1}, 20, 3,
        std::string(7, ' ') + "1.000000000000000"},
+      {"a long text", Text(std::u16string(200, u'9')), 0, 203, "   " + std::string(200, '9')},
+      {"a long text, wide enough already", Text(std::u16string(200, u'9')), 0, 199,
+       std::string(200, '9')},
       {"a width of 16 bits", std::int32_t{7}, 0, 32767, std::string(32766, ' ') + "7"},
   });
 }
