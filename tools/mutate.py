@@ -227,7 +227,8 @@ class Copy:
             sys.exit(f"{self.tree}: does not build with nothing broken")
         built = time.monotonic()
         wanted = {step.names: None for step in steps}
-        if not self.passes("|".join(wanted), BUILD_SECONDS):
+        # Again where the machine was so busy that a test ran out of its time.
+        if not any(self.passes("|".join(wanted), BUILD_SECONDS) for _ in range(3)):
             sys.exit(f"{self.tree}: fails with nothing broken: {self.failed()}")
         print(f"built in {built - start:.0f} s, passed in {time.monotonic() - built:.0f} s", flush=True)
         costs = (self.build / "Testing/Temporary/CTestCostData.txt").read_text(encoding="utf-8")

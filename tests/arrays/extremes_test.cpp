@@ -74,6 +74,22 @@ TEST(Extremes, FailuresLeaveWhatWasWritten) {
             0);  // one element is compared with nothing
 }
 
+// Also where all that comes before the first element is missing in both.
+TEST(Extremes, AMissingElementOfTheSecondPairIs9HoweverManyThereAre) {
+  for (const std::int32_t lower : {2, 1024, 1025, 1026, 5000}) {
+    const DoubleArray x1 = doubles(lower, {90, 91}), y1 = doubles(lower, {92, 93});
+    double max_x = 0, min_x = 0, max_y = 0, min_y = 0;
+    EXPECT_EQ(failure_of([&] {
+                matrices.MaxMin_4_matrices_XY_XY(doubles(1, {1, 5}), doubles(1, {8, 2}), x1, y1,
+                                                 max_x, min_x, max_y, min_y);
+              }),
+              9)
+        << lower;
+    EXPECT_EQ(max_x, 5.0) << lower;
+    EXPECT_EQ(max_y, 8.0) << lower;
+  }
+}
+
 TEST(Extremes, OfTwoPairsOfArrays) {
   Box box;
   const auto four = [&](const DoubleArray& x1, const DoubleArray& y1) {

@@ -136,5 +136,50 @@ TEST(Sums, RandomArraysElementByElement) {
   }
 }
 
+// A host's memory, which stays as it is.
+class Memory final : public ArrayOwner {
+ public:
+  void* resize(std::int32_t, std::uint32_t, bool) override { raise(failure::array_locked); }
+};
+
+struct OverlapRow {
+  const char* rule;
+  std::size_t own, other;  // where they begin in the memory that they share
+};
+
+// Element by element from the first on, whatever the arrays share.
+TEST(Sums, OfArraysThatSharePartOfTheirMemory) {
+  const OverlapRow table[] = {
+      {"the other one element ahead", 0, 1},
+      {"one behind", 1, 0},
+      {"two ahead", 0, 2},
+      {"seven behind", 7, 0},
+      {"one array", 3, 3},
+      {"side by side", 0, 300},
+  };
+  constexpr std::uint32_t count = 300;
+  for (const OverlapRow& row : table) {
+    for (const bool sum : {true, false}) {
+      Values memory(2 * count), literal;
+      for (std::size_t i = 0; i < memory.size(); ++i) memory[i] = static_cast<double>(i * i % 17);
+      literal = memory;
+      Memory owner;
+      DoubleArray own, other;
+      own.adopt(owner, memory.data() + row.own, 1, count);
+      other.adopt(owner, memory.data() + row.other, 1, count);
+      if (sum) {
+        matrices.Sumar_a_1Matriz_otra(own, other);
+      } else {
+        matrices.Restar_a_1Matriz_otra(own, other);
+      }
+      for (std::size_t i = 0; i < count; ++i) {
+        const double by = literal[row.other + i];
+        literal[row.own + i] += sum ? by : -by;
+      }
+      EXPECT_EQ(memory, literal) << row.rule << sum;
+    }
+  }
+}
+
 }  // namespace
 }  // namespace orv2_geo

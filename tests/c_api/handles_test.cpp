@@ -143,6 +143,26 @@ TEST(OtherThreads, AReferenceThereKeepsTheObjectPastTheOwnersRelease) {
   EXPECT_FALSE(is_alive(object));
 }
 
+TEST(OtherThreads, ManyReferencesAreCountedWithThoseReleasedThere) {
+  constexpr int many = 70000;  // more than 16 bits hold
+  const orv2_handle object = new_object();
+  for (int i = 1; i < many; ++i) ASSERT_EQ(orv2_reference(object), 0);
+  for (int left = many; left > 1;) {
+    std::thread([&] {
+      for (int i = 0; i < 9999; ++i) orv2_release(object);
+    }).join();
+    left -= 9999;
+    const Owned next(new_text());  // counts what was released there
+    ASSERT_EQ(is_alive(object), left > 0) << left;
+    if (left < 9999) {
+      for (; left > 1; --left) ASSERT_EQ(orv2_release(object), 0);
+    }
+  }
+  EXPECT_TRUE(is_alive(object));
+  EXPECT_EQ(orv2_release(object), 0);
+  EXPECT_FALSE(is_alive(object));
+}
+
 TEST(OtherThreads, AReferenceReleasedWhereItWasTakenChangesNothing) {
   const Owned object(new_object());
   std::thread([&] {

@@ -244,6 +244,7 @@ TEST_F(RepeatedPoints, TheTitleBarsBoxIsNoCancelling) {
 }
 
 TEST_F(RepeatedPoints, TheTitleBarsBoxBeforeAnyCountingLeavesNoPoint) {
+  numbers(0) = 5;  // of no point: element 0 of the others stays
   with_person([](Form& form) { form.close(); });
   EXPECT_EQ(count, 0);
   EXPECT_EQ(elements(x), (Doubles{0}));
@@ -329,6 +330,7 @@ TEST_F(RepeatedPoints, WhatCalcularCannotWorkWithReachesTheCallerWithNothingChan
         const auto compute = [&] { form.click("cmdCalcular"); };
         if (!kept) return compute();
         EXPECT_EQ(failure_of(compute), row.failure) << row.rule;
+        EXPECT_FALSE(form.control("cmdCalcular").enabled()) << row.rule;
         EXPECT_FALSE(form.open()) << row.rule;
       };
       count = row.points;
@@ -361,6 +363,84 @@ TEST_F(RepeatedPoints, AShortArrayFailsWithTheOthersWrittenSoFar) {
   EXPECT_EQ(x(3), 20);  // point 3 went to 2 before layer 3 was missing
   EXPECT_EQ(codes(2).to_utf8(), "C3");
   EXPECT_EQ(names(2).to_utf8(), "N2");  // not yet its turn
+  EXPECT_EQ(elements(numbers), (Longs{0, -1, -2, -3, -4, -5, -6, -7, -8}));
+}
+
+// The arrays in the order in which their elements are written.
+constexpr const char* in_order[] = {"X", "Y", "Z", "codigo", "CapaP", "Nombre"};
+
+// The host puts another array in place of one of its own while the dialog is up. Of the points
+// that stay the 4th is the 7th.
+TEST_F(RepeatedPoints, AnArrayThatBecameShortLeavesTheOnesInFrontWritten) {
+  for (std::size_t one = 0; one < std::size(in_order); ++one) {
+    SCOPED_TRACE(in_order[one]);
+    DoubleArray X = x, Y = y, Z = z;
+    StringArray Codes = codes, Names = names;
+    ShortArray Layers = layers;
+    std::int32_t points = count;
+    f_Pts_Repet fresh;
+    screen.user = [&](Form& form) {
+      form.click("cmdCalcular");
+      const auto shorten = [&](auto& array, std::size_t place) {
+        if (place == one) array.size_keeping(0, 3);
+      };
+      shorten(X, 0), shorten(Y, 1), shorten(Z, 2), shorten(Codes, 3), shorten(Layers, 4);
+      shorten(Names, 5);
+      for (DoubleArray* array : {&X, &Y, &Z}) {
+        if (array->upper() == 8) (*array)(4) = -1;
+      }
+      form.click("cmdEliminar");
+    };
+    LongArray index = numbers;
+    EXPECT_EQ(failure_of([&] {
+                fresh.A_Quita_Pts_Repetidos(points, X, Y, Z, Codes, Names, Layers, index, aviso,
+                                            precision);
+              }),
+              9);
+    const bool written[] = {X.upper() == 8 && X(4) == 40,
+                            Y.upper() == 8 && Y(4) == 101,
+                            Z.upper() == 8 && Z(4) == 6,
+                            Codes.upper() == 8 && Codes(4) == Text(u"C7"),
+                            Layers.upper() == 8 && Layers(4) == 70,
+                            Names.upper() == 10 && Names(4) == Text(u"N7")};
+    for (std::size_t k = 0; k < std::size(written); ++k) {
+      EXPECT_EQ(written[k], k < one) << in_order[k];
+    }
+    EXPECT_EQ(points, 8);
+    EXPECT_EQ(elements(index), elements(numbers));
+  }
+}
+
+TEST_F(RepeatedPoints, AnArrayThatBeginsWithElement1LeavesTheOnesInFrontResized) {
+  for (std::size_t one = 0; one + 1 < std::size(in_order); ++one) {
+    SCOPED_TRACE(in_order[one]);
+    DoubleArray X = x, Y = y, Z = z;
+    StringArray Codes = codes, Names = names;
+    ShortArray Layers = layers;
+    std::int32_t points = count;
+    f_Pts_Repet fresh;
+    screen.user = [&](Form& form) {
+      form.click("cmdCalcular");
+      const auto move = [&](auto& array, std::size_t place) {
+        if (place == one) array.size_keeping(1, 8);
+      };
+      move(X, 0), move(Y, 1), move(Z, 2), move(Codes, 3), move(Layers, 4);
+      form.click("cmdEliminar");
+    };
+    LongArray index = numbers;
+    EXPECT_EQ(failure_of([&] {
+                fresh.A_Quita_Pts_Repetidos(points, X, Y, Z, Codes, Names, Layers, index, aviso,
+                                            precision);
+              }),
+              9);
+    const std::int32_t upper[] = {X.upper(), Y.upper(), Z.upper(), Codes.upper(), Layers.upper()};
+    for (std::size_t k = 0; k < std::size(upper); ++k) {
+      EXPECT_EQ(upper[k], k < one ? 5 : 8) << in_order[k];
+    }
+    EXPECT_EQ(points, 5);  // written before
+    EXPECT_EQ(X(4), 40);   // as all points are
+    EXPECT_EQ(Layers(4), 70);
+  }
 }
 
 }  // namespace

@@ -91,6 +91,11 @@ TEST(TextOfANumber, IsPaddedToAWidth) {
       {"all blanks", words(u"   "), 0, 2, "  "},
       {"decimals beyond 15 are taken off the width all the same", std::int32_t{1}, 20, 3,
        std::string(7, ' ') + "1.000000000000000"},
+      {"a long text", Text(std::u16string(200, u'9')), 0, 203, "   " + std::string(200, '9')},
+      {"a long text, wide enough already", Text(std::u16string(200, u'9')), 0, 199,
+       std::string(200, '9')},
+      {"the longest that can be measured", Text(std::u16string(32767, u'9')), 0, 1,
+       std::string(32767, '9')},
       {"a width of 16 bits", std::int32_t{7}, 0, 32767, std::string(32766, ' ') + "7"},
   });
 }
@@ -98,6 +103,7 @@ TEST(TextOfANumber, IsPaddedToAWidth) {
 TEST(TextOfANumber, IsEmptyWhereItCannotBeMade) {
   const Text endless(std::u16string(40000, u'9'));
   expect_all({
+      {"one more than can be measured", Text(std::u16string(32768, u'9')), 0, 1, ""},
       {"null", Variant::Null{}, 2, 0, ""},
       {"null without decimals", Variant::Null{}, 0, 4, ""},
       {"an object", ObjectRef(), 2, 0, ""},

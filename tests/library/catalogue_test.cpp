@@ -151,6 +151,18 @@ TEST(Catalogue, ANameThatIsLikeAMembersIsNone) {
   }
 }
 
+// What stands behind a name belongs to the caller.
+TEST(Catalogue, ANameIsFoundInTheMiddleOfALongerText) {
+  for (const ClassDescription* one : catalogue()) {
+    for (std::size_t i = 0; i < one->members.size(); ++i) {
+      const MemberDescription& member = one->members[i];
+      const std::string longer = "x" + std::string(member.name) + "Xyz";
+      const std::string_view name = std::string_view(longer).substr(1, member.name.size());
+      EXPECT_EQ(find_member(*one, name, static_cast<Wanted>(member.kind)), i) << name;
+    }
+  }
+}
+
 // Letters that a careless fold of case would take for others.
 TEST(Catalogue, OnlyLettersHaveCase) {
   const ClassDescription& one = *find_class("orv2_geo.CGEO_funcderiv");

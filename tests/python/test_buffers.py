@@ -267,6 +267,13 @@ class Slices(Case):
     def setUp(self):
         self.made = DoubleArray([1, 2, 3, 4, 5], lower=10)
 
+    def test_a_slice_keeps_indexes_past_16_bits(self):
+        for lower in (70000, -70000, 2**31 - 5, -2**31):
+            with self.subTest(lower=lower):
+                array = DoubleArray([1.0, 2.0, 3.0, 4.0], lower=lower)
+                part = array[lower + 1:lower + 3]
+                self.assertEqual((part.lower, list(part)), (lower + 1, [2.0, 3.0]))
+
     def test_a_slice_keeps_the_indexes(self):
         part = self.made[11:14]
         self.assertEqual(part, DoubleArray([2, 3, 4], lower=11))

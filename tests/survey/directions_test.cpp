@@ -1,4 +1,3 @@
-
 #include "orv2_geo/angles/cgeo_Algorismos.h"
 #include "orv2_geo/survey/cgeo_Geometria.h"
 #include "tests/support/preamble.h"
@@ -189,6 +188,50 @@ TEST(Directions, RandomLinesAndSharedVariables) {
     ASSERT_EQ(bits(p[1]), bits(v[1] - oy));
     ASSERT_EQ(bits(p[2]), bits(v[2] - ox));
     ASSERT_EQ(bits(p[3]), bits(v[3] - oy));
+  }
+}
+
+void stepped_parallel(const double& x1, const double& y1, const double& x2, const double& y2,
+                      double& rx1, double& ry1, double& rx2, double& ry2, const double& distance) {
+  double angle = 0.0, length = 0.0;
+  stepped(x1, y1, x2, y2, angle, length);
+  const volatile double w = (angle - 100.0) * 0.01570796327;
+  const auto shifted = [&](const double& from, double (*function)(double)) {
+    const volatile double by = function(w) * distance;
+    return from - by;
+  };
+  rx1 = shifted(x1, runtime.sin);
+  ry1 = shifted(y1, runtime.cos);
+  rx2 = shifted(x2, runtime.sin);
+  ry2 = shifted(y2, runtime.cos);
+}
+
+// One variable for an answer and for what is read, whichever they are: each value is read
+// where it is used, and the answers are written in their order.
+TEST(Directions, AParallelOfSharedVariables) {
+  Numbers numbers(53);
+  for (int run = 0; run < 300; ++run) {
+    double start[9];
+    for (double& value : start) value = numbers.small_half();
+    for (const std::size_t answer : {4, 5, 6, 7}) {
+      for (const std::size_t read : {0, 1, 2, 3, 8}) {
+        double library[9], literal[9];
+        std::copy_n(start, 9, library);
+        std::copy_n(start, 9, literal);
+        const auto at = [&](double* v, std::size_t i) -> double& {
+          return v[i == answer ? read : i];
+        };
+        double* v = library;
+        geometry.GR_Paralela(at(v, 0), at(v, 1), at(v, 2), at(v, 3), at(v, 4), at(v, 5), at(v, 6),
+                             at(v, 7), at(v, 8));
+        v = literal;
+        stepped_parallel(at(v, 0), at(v, 1), at(v, 2), at(v, 3), at(v, 4), at(v, 5), at(v, 6),
+                         at(v, 7), at(v, 8));
+        for (std::size_t i = 0; i < 9; ++i) {
+          ASSERT_EQ(bits(library[i]), bits(literal[i])) << answer << " is " << read << ": " << i;
+        }
+      }
+    }
   }
 }
 

@@ -1,5 +1,6 @@
 #include <bit>
 #include <cmath>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -95,9 +96,22 @@ TEST(Profile, ExtremesOfAProfile) {
     EXPECT_EQ(terrain.TF_Yminima_del_Terreno(two), -5.0);
     EXPECT_EQ(terrain.TF_Ymaxima_del_Terreno(two), -3.0);
   }
+  // Of zeros of either sign the first.
+  for (const double zero : {0.0, -0.0}) {
+    EXPECT_EQ(bits(terrain.TF_Yminima_del_Terreno(doubles(1, {zero, -zero, zero}))), bits(zero));
+    EXPECT_EQ(bits(terrain.TF_Ymaxima_del_Terreno(doubles(1, {zero, -zero, zero}))), bits(zero));
+  }
   for (const DoubleArray& bad : {DoubleArray(), doubles(0, {7}), doubles(2, {7, 8})}) {
     EXPECT_EQ(failure_of([&] { terrain.TF_Yminima_del_Terreno(bad); }), 9);
     EXPECT_EQ(failure_of([&] { terrain.TF_Ymaxima_del_Terreno(bad); }), 9);
+  }
+}
+
+// No formula is asked there: it could lose bits.
+TEST(Profile, APlaceOfTheProfileHasItsElevationToTheBit) {
+  const DoubleArray x = doubles(1, {0, 10, 20, 30}), y = doubles(1, {1e9, 0.1, 1e9, 0.3});
+  for (std::int32_t i = 1; i <= 4; ++i) {
+    EXPECT_EQ(bits(terrain.TF_Y_del_Terreno_dando_su_X(x, y, x(i))), bits(y(i))) << i;
   }
 }
 
@@ -148,8 +162,9 @@ TEST(CleanUp, OrderIsCheckedWithOneMessage) {
   EXPECT_TRUE(terrain.TF_DistaOrigen_estan_ordenadas(doubles(0, {7})));
   EXPECT_TRUE(terrain.TF_DistaOrigen_estan_ordenadas(doubles(1, {7})));
   EXPECT_TRUE(screen.boxes.empty());
+  EXPECT_FALSE(terrain.TF_DistaOrigen_estan_ordenadas(doubles(1, {5, 4})));
   EXPECT_FALSE(terrain.TF_DistaOrigen_estan_ordenadas(doubles(1, {0, 5, 4, 9, 1})));
-  ASSERT_EQ(screen.boxes.size(), 1U);
+  ASSERT_EQ(screen.boxes.size(), 2U);
   EXPECT_EQ(screen.boxes[0],
             (RecordingInterface::Box{"ERROR: Las Distancia a origen no estan ordenadas.\r\n"
                                      "      Hay distacias parciales negativas.\r\n"
@@ -279,6 +294,28 @@ TEST(CleanUp, NaNIs6WhereItIsCompared) {
     EXPECT_EQ(D.lower(), 1) << row.rule;  // the arrays are still the caller's
     EXPECT_EQ(Z.count(), row.z.size()) << row.rule;
   }
+}
+
+// The count is written first, then the distances, then the elevations.
+TEST(CleanUp, WithoutMemoryForTheOutcomeWhatWasWrittenStays) {
+  std::vector<std::string> states;
+  for (long let_pass = 0;; ++let_pass) {
+    DoubleArray D = doubles(1, {2, 1, 1}), Z = doubles(1, {20, 10, 10});
+    std::int32_t points = 3;
+    const RefusedAllocation refused(let_pass);
+    const std::int32_t number =
+        failure_of([&] { terrain.Ordena_terreno_y_quita_repetidos(points, D, Z); });
+    if (!refused.happened()) break;
+    if (number == 0) continue;  // the passes themselves were made
+    EXPECT_EQ(number, 7);
+    const std::string state = std::to_string(points) + " points, distances from " +
+                              std::to_string(D.lower()) + ", elevations from " +
+                              std::to_string(Z.lower());
+    if (states.empty() || states.back() != state) states.push_back(state);
+  }
+  EXPECT_EQ(states, (std::vector<std::string>{"3 points, distances from 1, elevations from 1",
+                                              "2 points, distances from 1, elevations from 1",
+                                              "2 points, distances from 0, elevations from 1"}));
 }
 
 TEST(CleanUp, RandomTiesAgainstTheLiteralProcedure) {
