@@ -39,9 +39,9 @@ if(ORV2_WARNINGS_ARE_ERRORS)
 endif()
 # The compiler's own way to data of a thread (no -ftls-model=initial-exec): places fixed when a
 # library is loaded are few in a process, and where its other libraries have taken them all, this
-# one could not be loaded any more. With the place looked up once a call (floating_point_guard.h)
-# call_bench has the same ratio with both. Descriptors (-mtls-dialect=gnu2) are no quicker, and
-# glibc before 2.40 spoils vector registers in them where no fixed place is left.
+# one could not be loaded any more. Each look costs some 2 ns, so that a call through C looks once
+# (floating_point_guard.h). Descriptors (-mtls-dialect=gnu2) are no quicker, and glibc before 2.40
+# spoils vector registers in them where no fixed place is left.
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
   # At -O3, gcc 12 takes the standard library's own copies of texts for overlapping.
   # clang's linter, which reads these flags, does not know the warning.

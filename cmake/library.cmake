@@ -21,6 +21,13 @@ target_link_libraries(orv2_geo_objects PRIVATE orv2_flags)
 set_source_files_properties(${PROJECT_SOURCE_DIR}/orv2_geo/frame/elementary.cpp TARGET_DIRECTORY orv2_geo_objects
   PROPERTIES COMPILE_OPTIONS "-fno-builtin")
 
+# Formulas and the way of a call have no array of their own that could be written past; what a
+# caller's variables are made of is no reason to guard their frames. Texts still are one.
+file(GLOB unguarded CONFIGURE_DEPENDS orv2_geo/plane/*.cpp orv2_geo/angles/*.cpp orv2_geo/*/*_table.cpp)
+set_source_files_properties(${unguarded} orv2_geo/c_api/objects.cpp orv2_geo/library/object.cpp
+  orv2_geo/library/catalogue.cpp TARGET_DIRECTORY orv2_geo_objects
+  PROPERTIES COMPILE_OPTIONS "$<$<CXX_COMPILER_ID:GNU,Clang>:-fstack-protector>")
+
 if(WIN32)
   include(cmake/windows.cmake)
   return()

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <type_traits>
 #include <utility>
 
 #include "orv2_geo/frame/floating_point_guard.h"
@@ -13,12 +14,17 @@ namespace orv2_geo::c_api {
 /// Keeps the failure for orv2_last_failure and answers with its number; never 0.
 std::int32_t remembered(const RunFailure& failure) noexcept;
 
-/// Runs the body of a C function: 0, or the number of its failure.
+/// Runs the body of a C function: 0, or the number of its failure. A body that asks for the
+/// call's guard gets it.
 template <class Body>
 std::int32_t guarded(Body&& body) noexcept {
   const FloatingPointGuard usual;
   try {
-    std::forward<Body>(body)();
+    if constexpr (std::is_invocable_v<Body, const FloatingPointGuard&>) {
+      std::forward<Body>(body)(usual);
+    } else {
+      std::forward<Body>(body)();
+    }
     return 0;
   } catch (...) {
     return remembered(failure_in_flight());

@@ -5,36 +5,18 @@
 #include <utility>
 
 #include "orv2_geo/c_api/guard.h"
+#include "orv2_geo/c_api/slot.h"
 #include "orv2_geo/frame/memory.h"
 #include "orv2_geo/platform/thread_number.h"
 
 namespace orv2_geo::c_api {
 
-namespace {
+std::atomic<Slot*> chunks[chunk_count];
 
-// A handle is a slot's index and the generation of its present item. Slots are
-// never given back to the system, so that looking at one is always safe; only
-// the thread that took a slot touches more than its atomic fields.
-struct Slot {
-  // The generation, and below it the references of other threads, not yet
-  // counted: together, so that no reference goes to a later item by mistake.
-  std::atomic<std::uint64_t> state{std::uint64_t{1} << 32U};
-  std::atomic<std::uint64_t> thread{0};      // its thread's number, 0 when free
-  std::atomic<const char*> source{nullptr};  // the class of a library object
-  std::uint32_t index = 0;
-  std::uint32_t references = 0;
-  std::uint32_t pins = 0;
-  bool ended = false;  // no references left, but pinned
-  Item* item = nullptr;
-  Slot* next = nullptr;  // in a list of free slots, or among its thread's
-  Slot* previous = nullptr;
-};
+namespace {
 
 constexpr std::uint64_t generation_bits = 0xffffffff00000000U;
 
-constexpr std::uint32_t generation_in(std::uint64_t state) {
-  return static_cast<std::uint32_t>(state >> 32U);
-}
 constexpr std::uint32_t references_in(std::uint64_t state) {
   return static_cast<std::uint32_t>(state & ~generation_bits);
 }
@@ -42,30 +24,16 @@ constexpr std::uint64_t state_of(std::uint32_t generation, std::uint32_t referen
   return std::uint64_t{generation} << 32U | references;
 }
 
-std::uint32_t generation_of(const Slot& slot) noexcept {
-  return generation_in(slot.state.load(std::memory_order_relaxed));
-}
-
 // The references of other threads since the last time.
 std::uint32_t taken_references(Slot& slot) noexcept {
   return references_in(slot.state.fetch_and(generation_bits, std::memory_order_acq_rel));
 }
 
-constexpr std::uint32_t slots_a_chunk = 1024;
-constexpr std::uint32_t chunk_count = 4096;
-
-std::atomic<Slot*> chunks[chunk_count];
 std::atomic<std::uint32_t> slots_taken{0};
 std::atomic<Slot*> left_by_ended_threads{nullptr};
 std::atomic<std::uint32_t> foreign_releases{0};
 
 thread_local bool ending = false;
-
-Slot* slot_at(std::uint32_t index) noexcept {
-  if (index >= slots_a_chunk * chunk_count) return nullptr;
-  Slot* const chunk = chunks[index / slots_a_chunk].load(std::memory_order_acquire);
-  return chunk != nullptr ? &chunk[index % slots_a_chunk] : nullptr;
-}
 
 Slot& brand_new_slot() {
   const std::uint32_t index = slots_taken.load(std::memory_order_relaxed);
@@ -168,13 +136,6 @@ class ThreadSlots {
 ThreadSlots& this_thread() {
   thread_local ThreadSlots slots;
   return slots;
-}
-
-constexpr std::uint32_t index_of(orv2_handle handle) {
-  return static_cast<std::uint32_t>(handle & 0xffffffffU);
-}
-constexpr std::uint32_t generation_of(orv2_handle handle) {
-  return static_cast<std::uint32_t>(handle >> 32U);
 }
 
 // The slot of a handle in force, on whatever thread.

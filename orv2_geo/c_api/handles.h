@@ -5,6 +5,7 @@
 #include <memory>
 #include <type_traits>
 
+#include "orv2_geo/c_api/slot.h"
 #include "orv2_geo/frame/argument.h"
 #include "orv2_geo/library/object.h"
 #include "orv2_geo/orv2_geo.h"
@@ -69,6 +70,18 @@ orv2_handle handle_for(std::unique_ptr<Item> item);
 /// What the handle stands for. Failures: 5 for a handle that is wrong, stale,
 /// of another kind or of another thread.
 Item& item_of(orv2_handle handle, Kind kind);
+
+/// The same with the thread's number at hand (thread_number_under): what can be refused is
+/// looked at once more, for the reason.
+inline Item& item_of(orv2_handle handle, Kind kind, std::uint64_t thread) {
+  const Slot* const slot = slot_at(index_of(handle));
+  const bool mine = slot != nullptr && generation_of(*slot) == generation_of(handle) &&
+                    thread != 0 && slot->thread.load(std::memory_order_relaxed) == thread;
+  if (mine && slot->item->kind == kind) [[likely]] {
+    return *slot->item;
+  }
+  return item_of(handle, kind);
+}
 
 inline ObjectItem& object_item(orv2_handle handle) {
   if (handle == 0) raise(failure::object_not_set);

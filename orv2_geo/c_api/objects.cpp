@@ -8,6 +8,7 @@
 #include "orv2_geo/library/object.h"
 #include "orv2_geo/orv2_geo.h"
 #include "orv2_geo/platform/text_services.h"
+#include "orv2_geo/platform/thread_number.h"
 
 using namespace orv2_geo;
 using namespace orv2_geo::c_api;
@@ -37,14 +38,27 @@ Object& library_object(ObjectItem& item) {
   return *item.own;
 }
 
+// The library's object behind a handle of the call's own thread.
+Object& own_object(orv2_handle object, const FloatingPointGuard& call) {
+  if (object == 0) raise(failure::object_not_set);
+  Item& item = item_of(object, Kind::object, thread_number_under(call));
+  return library_object(static_cast<ObjectItem&>(item));
+}
+
 // A call goes down once: numbers and flags as they stand, all else by way of the
-// reader.
+// reader. The answer is written where the host wants it: a copy of all its bytes would wait
+// for the few that were just written.
 void call_member(Object& object, size_t position, std::span<const Argument> arguments,
                  HostArguments& reader, orv2_value* result) {
-  Argument answer;
-  answer.tag = by_value(Type::none);
-  object.invoke(position, {arguments, nullptr, &answer, &text_services::number_from_text, &reader});
-  if (result != nullptr) *result = std::bit_cast<orv2_value>(answer);
+  object.invoke_here(position, {arguments, nullptr, reinterpret_cast<Argument*>(result),
+                                &text_services::number_from_text, &reader});
+}
+
+// The same for a member that answers with nothing.
+void call_without_answer(Object& object, size_t position, std::span<const Argument> arguments,
+                         HostArguments& reader, orv2_value* result) {
+  call_member(object, position, arguments, reader, nullptr);
+  if (result != nullptr) *result = orv2_value{};
 }
 
 // The same for a member that answers with a variant.
@@ -52,7 +66,8 @@ void call_member(Object& object, size_t position, std::span<const Argument> argu
                                     std::span<const Argument> arguments, HostArguments& reader,
                                     orv2_value* result) {
   Variant answer;
-  object.invoke(position, {arguments, &answer, nullptr, &text_services::number_from_text, &reader});
+  object.invoke_here(position,
+                     {arguments, &answer, nullptr, &text_services::number_from_text, &reader});
   if (result != nullptr) *result = value_of(answer);
 }
 
@@ -68,9 +83,9 @@ void call_values(Object& object, size_t position, const orv2_value* values, size
   const std::span arguments(reinterpret_cast<const Argument*>(values), count);
   const auto members = object.description().members;
   HostArguments reader(values);
-  if (position < members.size() && members[position].result == Type::variant) [[unlikely]] {
-    return call_variant(object, position, arguments, reader, result);
-  }
+  const Type answer = position < members.size() ? members[position].result : Type::none;
+  if (answer == Type::none) return call_without_answer(object, position, arguments, reader, result);
+  if (answer == Type::variant) return call_variant(object, position, arguments, reader, result);
   call_member(object, position, arguments, reader, result);
 }
 
@@ -155,16 +170,16 @@ int32_t orv2_find_member(orv2_handle object, const char* name, int32_t kind, siz
 
 int32_t orv2_call(orv2_handle object, size_t position, const orv2_value* arguments, size_t count,
                   orv2_value* result) {
-  return guarded([&] {
-    call_values(library_object(object_item(object)), position, arguments, count, result);
+  return guarded([&](const FloatingPointGuard& call) {
+    call_values(own_object(object, call), position, arguments, count, result);
   });
 }
 
 int32_t orv2_call_name(orv2_handle object, const char* name, const orv2_value* arguments,
                        size_t count, orv2_value* result) {
-  return guarded([&] {
-    Object& called = library_object(object_item(object));
+  return guarded([&](const FloatingPointGuard& call) {
+    Object& called = own_object(object, call);
     if (name == nullptr) refuse(called, failure::invalid_call);
-    call_values(called, called.position_of(name, count), arguments, count, result);
+    call_values(called, position_of(called.description(), name, count), arguments, count, result);
   });
 }

@@ -135,8 +135,8 @@ class Results {
                                         Results& results) {
   Variant answer;
   HostArguments reader(row.values());
-  object.invoke(position,
-                {row.arguments(), &answer, nullptr, &text_services::number_from_text, &reader});
+  object.invoke_here(
+      position, {row.arguments(), &answer, nullptr, &text_services::number_from_text, &reader});
   results.put(answer);
 }
 
@@ -145,8 +145,8 @@ class Results {
                                     Results& results) {
   Argument answer;
   HostArguments reader(row.values());
-  object.invoke(position,
-                {row.arguments(), nullptr, &answer, &text_services::number_from_text, &reader});
+  object.invoke_here(
+      position, {row.arguments(), nullptr, &answer, &text_services::number_from_text, &reader});
   results.put(answer);
 }
 
@@ -165,7 +165,7 @@ class Rows {
     Argument answer;
     const Call call{row_.arguments(), nullptr, &answer, &text_services::number_from_text, nullptr};
     each(done, [&] {
-      object_.invoke(position_, call);
+      object_.invoke_here(position_, call);
       results_.put(answer);
     });
   }

@@ -228,7 +228,9 @@ void answer(const Call& call, R&& value) {
   if constexpr (std::is_same_v<std::remove_cvref_t<R>, Variant>) {
     if (call.variant_result != nullptr) *call.variant_result = std::forward<R>(value);
   } else {
-    if (call.result != nullptr) *call.result = Argument(value);
+    if (call.result == nullptr) return;
+    call.result->f64 = 0.0;  // nothing of what stood there shows beside a short answer
+    *call.result = Argument(value);
   }
 }
 

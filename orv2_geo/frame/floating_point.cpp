@@ -3,7 +3,7 @@
 namespace orv2_geo {
 
 #if !defined(_WIN32)
-constinit thread_local FloatingPointSettings* floating_point::host_of_thread = nullptr;
+constinit thread_local floating_point::ThreadData floating_point::thread_data{nullptr, 0};
 #endif
 
 UsualFloatingPoint::UsualFloatingPoint() noexcept { floating_point::enter({}, host_, outer_); }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <atomic>
+#include <cstdint>
 #include <utility>
 
 #include "orv2_geo/frame/floating_point_units.h"
@@ -23,19 +24,23 @@ class HostPlace {
   void set(FloatingPointSettings* settings) const noexcept { set_host(settings); }
 };
 #else
-// Of the host under which this thread computes in the library; null in the host's code.
-extern constinit thread_local FloatingPointSettings* host_of_thread
-    __attribute__((visibility("hidden")));
+// What a call looks up about its thread, side by side: to find the place takes a call of the
+// run-time's, and so is done once.
+struct ThreadData {
+  FloatingPointSettings* host;  // under which it computes in the library; null in the host's code
+  std::uint64_t number;         // 0 where it was not asked for yet (platform/thread_number.h)
+};
+extern constinit thread_local ThreadData thread_data __attribute__((visibility("hidden")));
 
-// Where this thread keeps the host's settings. To find the place may take a call, so that it
-// is found once.
+// Where this thread keeps the host's settings.
 class HostPlace {
  public:
-  FloatingPointSettings* get() const noexcept { return *place_; }
-  void set(FloatingPointSettings* settings) const noexcept { *place_ = settings; }
+  FloatingPointSettings* get() const noexcept { return data_->host; }
+  void set(FloatingPointSettings* settings) const noexcept { data_->host = settings; }
+  std::uint64_t thread_number() const noexcept { return data_->number; }
 
  private:
-  FloatingPointSettings** place_ = &host_of_thread;
+  ThreadData* data_ = &thread_data;
 };
 #endif
 
@@ -65,6 +70,8 @@ class FloatingPointGuard {
   FloatingPointGuard(const FloatingPointGuard&) = delete;
   FloatingPointGuard& operator=(const FloatingPointGuard&) = delete;
   ~FloatingPointGuard() { floating_point::leave(place_, host_, outer_); }
+
+  const floating_point::HostPlace& place() const noexcept { return place_; }
 
  private:
   floating_point::HostPlace place_;

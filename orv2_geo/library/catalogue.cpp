@@ -157,4 +157,14 @@ std::optional<std::size_t> find_member(const ClassDescription& of_class, std::st
   return wanted == Wanted::property_write ? first + 1 : first;
 }
 
+std::size_t position_of(const ClassDescription& of_class, std::string_view name,
+                        std::size_t argument_count) {
+  const std::size_t first = first_named(of_class, name);
+  if (first == nowhere)
+    throw RunFailure::signed_by(failure::no_such_member, of_class.registered_name);
+  const bool written =
+      argument_count != 0 && of_class.members[first].kind == MemberKind::property_read;
+  return first + (written ? 1 : 0);
+}
+
 }  // namespace orv2_geo

@@ -30,4 +30,9 @@ ORV2_PUBLIC std::optional<std::size_t> find_member(const ClassDescription& of_cl
                                                    std::string_view name,
                                                    Wanted wanted = Wanted::any) noexcept;
 
+/// Where a call of `name` with so many arguments goes: to a method, or to a property's side.
+/// Failure 438, signed with the class.
+ORV2_PUBLIC std::size_t position_of(const ClassDescription& of_class, std::string_view name,
+                                    std::size_t argument_count);
+
 }  // namespace orv2_geo

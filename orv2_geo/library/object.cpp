@@ -50,11 +50,7 @@ Object::~Object() { class_.end(instance_); }
 
 void Object::invoke(std::size_t position, const Call& call) {
   expect_own_thread();
-  if (position >= class_.members.size()) {
-    throw RunFailure::signed_by(failure::no_such_member, class_.registered_name);
-  }
-  const ObjectRef during_the_call(this);
-  class_.members[position].invoke(instance_, call);
+  invoke_here(position, call);
 }
 
 void Object::expect_own_thread() const {
@@ -66,11 +62,7 @@ void Object::expect_own_thread() const {
 
 std::size_t Object::position_of(std::string_view name, std::size_t argument_count) const {
   expect_own_thread();
-  std::optional<std::size_t> position = find_member(class_, name);
-  if (!position) throw RunFailure::signed_by(failure::no_such_member, class_.registered_name);
-  const bool written =
-      argument_count != 0 && class_.members[*position].kind == MemberKind::property_read;
-  return *position + (written ? 1 : 0);
+  return orv2_geo::position_of(class_, name, argument_count);
 }
 
 Variant Object::call(std::size_t position, std::span<const Argument> arguments) {

@@ -42,6 +42,15 @@ class ORV2_PUBLIC Object final : public LateBound {
   /// for call.
   void invoke(std::size_t position, const Call& call);
 
+  /// The same for a boundary that has made sure that the thread is the object's own.
+  void invoke_here(std::size_t position, const Call& call) {
+    if (position >= class_.members.size()) [[unlikely]] {
+      throw RunFailure::signed_by(failure::no_such_member, class_.registered_name);
+    }
+    const ObjectRef during_the_call(this);
+    class_.members[position].invoke(instance_, call);
+  }
+
   /// Failure 5 on a thread other than the object's own.
   void expect_own_thread() const;
 

@@ -4,11 +4,9 @@
 
 namespace orv2_geo {
 
-constinit thread_local std::uint64_t thread_number = 0;
-
 std::uint64_t number_this_thread() noexcept {
   static std::atomic<std::uint64_t> threads{0};
-  return thread_number = ++threads;
+  return floating_point::thread_data.number = ++threads;
 }
 
 }  // namespace orv2_geo
