@@ -97,25 +97,24 @@ const orv2_geo::cgeo_Algorismos algorithms;
 
 void crossing_test(benchmark::State& state) {
   over(state, pairs(), [](const Pair& p) {
-    return algorithms.Se_cruzan_2lineas(p[0], p[1], p[2], p[3], p[4], p[5], p[6], p[7]) ? 1.0 : 0.0;
+    return algorithms.Se_cruzan_2lineas(p[0], p[1], p[2], p[3], p[4], p[5], p[6], p[7]).bits != 0;
   });
 }
 void crossing_test_plain(benchmark::State& state) {
-  over(state, pairs(), [](const Pair& p) { return bench::crosses_plain(p.data()) ? 1.0 : 0.0; });
+  over(state, pairs(), [](const Pair& p) { return bench::crosses_plain(p.data()); });
 }
 void crossing_test_cgal(benchmark::State& state) {
-  over(state, cgal_segments(),
-       [](const auto& s) { return CGAL::do_intersect(s[0], s[1]) ? 1.0 : 0.0; });
+  over(state, cgal_segments(), [](const auto& s) { return CGAL::do_intersect(s[0], s[1]); });
 }
 void crossing_test_boost(benchmark::State& state) {
   over(state, boost_segments(),
-       [](const auto& s) { return boost::geometry::intersects(s[0], s[1]) ? 1.0 : 0.0; });
+       [](const auto& s) { return boost::geometry::intersects(s[0], s[1]); });
 }
 void crossing_test_geos(benchmark::State& state) {
   geos::algorithm::LineIntersector intersector;
   over(state, geos_segments(), [&](const auto& s) {
     intersector.computeIntersection(s[0][0], s[0][1], s[1][0], s[1][1]);
-    return intersector.hasIntersection() ? 1.0 : 0.0;
+    return intersector.hasIntersection();
   });
 }
 

@@ -31,6 +31,22 @@ inline std::int32_t size_of(double value) noexcept {
   return sizes_of(NumberPair{value}, NumberPair{})[0];
 }
 
+inline NumberPair swapped(NumberPair pair) noexcept {
+  return __builtin_shufflevector(pair, pair, 1, 0);
+}
+
+/// The mask as bits. (Masks that are combined as they are, gcc takes apart into numbers.)
+inline PairBits where(PairMask mask) noexcept { return std::bit_cast<PairBits>(mask); }
+
+/// Of the first numbers bit 0, of the second bit 1.
+inline unsigned bits_of(PairBits mask) noexcept {
+#if defined(__SSE2__)
+  return static_cast<unsigned>(__builtin_ia32_movmskpd(std::bit_cast<NumberPair>(mask)));
+#else
+  return (mask[0] != 0 ? 1U : 0U) | (mask[1] != 0 ? 2U : 0U);
+#endif
+}
+
 inline NumberPair pair_at(const double* values) noexcept {
   NumberPair pair;
   std::memcpy(&pair, values, sizeof pair);

@@ -1,11 +1,11 @@
 // Measures between a point and a straight piece. Routines that look alike
 // differ at their edges, each on purpose.
 #include <cmath>
-#include <optional>
 
 #include "orv2_geo/angles/cgeo_Algorismos.h"
 #include "orv2_geo/frame/checked_integer.h"
 #include "orv2_geo/frame/checked_math.h"
+#include "orv2_geo/frame/number_pairs.h"
 #include "orv2_geo/plane/single_variant.h"
 
 namespace orv2_geo {
@@ -17,43 +17,31 @@ struct PlanePoint {
   Checked y;
 };
 
-template <class N>
-N root(N square) {
-  using std::sqrt;
-  return sqrt(square);
-}
-
-// From a point to the nearest one of a segment, and what is worked out on the
-// way there.
-template <class N>
-struct Nearest {
+struct Distance {
   bool is_point;  // the segment has no length: the distance is to its first end
-  N distance;
-  N square = 0.0;  // of the segment's length
-  N u = 0.0;       // parameter of the foot along the segment
+  Checked value;
 };
 
 // Orthogonal projection, parameter u along the segment. A squared length that
 // underflows to zero divides by zero like any other.
-template <class N>
-Nearest<N> nearest(N Px, N Py, N x1, N y1, N x2, N y2) {
-  const auto from = [&](N x, N y) -> N {
+Distance nearest(Checked Px, Checked Py, Checked x1, Checked y1, Checked x2, Checked y2) {
+  const auto from = [&](Checked x, Checked y) -> Checked {
     const auto ex = Px - x;
     const auto ey = Py - y;
-    return root<N>(ey * ey + ex * ex);
+    return sqrt(ey * ey + ex * ex);
   };
-  const N dx = x2 - x1;
-  const N dy = y2 - y1;
+  const Checked dx = x2 - x1;
+  const Checked dy = y2 - y1;
   const bool no_width = dx == 0.0;
   const bool no_height = dy == 0.0;
   if (no_width && no_height) return {true, from(x1, y1)};
-  const N square = dy * dy + dx * dx;
-  const N u = ((Px - x1) * dx + (Py - y1) * dy) / square;
-  if (u < 0.0) return {false, from(x1, y1), square, u};
-  if (u > 1.0) return {false, from(x2, y2), square, u};
-  const N foot_x = u * dx + x1;
-  const N foot_y = u * dy + y1;
-  return {false, from(foot_x, foot_y), square, u};
+  const Checked square = dy * dy + dx * dx;
+  const Checked u = ((Px - x1) * dx + (Py - y1) * dy) / square;
+  if (u < 0.0) return {false, from(x1, y1)};
+  if (u > 1.0) return {false, from(x2, y2)};
+  const Checked foot_x = u * dx + x1;
+  const Checked foot_y = u * dy + y1;
+  return {false, from(foot_x, foot_y)};
 }
 
 bool has_no_length(Checked x1, Checked y1, Checked x2, Checked y2) {
@@ -64,34 +52,35 @@ bool has_no_length(Checked x1, Checked y1, Checked x2, Checked y2) {
   return no_width && no_height;
 }
 
-struct Distance {
-  bool is_point;
-  Checked value;
-};
+double sum_of(NumberPair pair) { return pair[1] + pair[0]; }
 
-// In plain arithmetic; nothing where an operation may have failed. What makes it sound:
+// Of a segment that has a length, in plain arithmetic, X and Y at a time; NaN or an
+// infinity where an operation may have failed or it has none. What makes it sound:
 //
-//   is_finite(distance + square + u)
+//   distance + 0 (square + u)
 //
 // A sum is finite only where all of its terms are. The distance holds the differences
 // from the point, and the foot where it lies within; the square the segment's own
-// differences, and as a divisor it would hide an overflow in u; u holds the products.
-std::optional<Distance> quick_distance(double Px, double Py, double x1, double y1, double x2,
-                                       double y2) {
-  const auto quick = nearest<double>(Px, Py, x1, y1, x2, y2);
-  if (!checked::is_finite(quick.distance + quick.square + quick.u)) [[unlikely]] {
-    return std::nullopt;
-  }
-  return Distance{quick.is_point, quick.distance};
+// differences, and as a divisor it would hide an overflow in u; u holds the products,
+// and is NaN where there is no length. Finite, they change nothing: a distance is no -0.
+double quick_distance(NumberPair point, NumberPair first, NumberPair second) {
+  const NumberPair run = second - first;
+  const double square = sum_of(run * run);
+  const double u = sum_of((point - first) * run) / square;
+  const NumberPair along{u, u};
+  // All three feet, and then the one that is: which is hard to foresee.
+  const NumberPair beyond = along > 1.0 ? second : along * run + first;
+  const NumberPair from = point - (along < 0.0 ? first : beyond);
+  return std::sqrt(sum_of(from * from)) + 0.0 * (square + u);
 }
 
 Distance distance_to(const double& Px, const double& Py, const double& x1, const double& y1,
                      const double& x2, const double& y2) {
-  if (const auto quick = quick_distance(Px, Py, x1, y1, x2, y2)) [[likely]] {
-    return *quick;
+  const double quick = quick_distance(NumberPair{Px, Py}, NumberPair{x1, y1}, NumberPair{x2, y2});
+  if (checked::is_finite(quick)) [[likely]] {
+    return {false, quick};
   }
-  const auto seen = nearest<Checked>(Px, Py, x1, y1, x2, y2);
-  return {seen.is_point, seen.distance};
+  return nearest(Px, Py, x1, y1, x2, y2);
 }
 
 // Whether three values rise strictly; both comparisons are always made.

@@ -80,7 +80,7 @@ void cgeo_Algorismos::Cortes_R1_con_Pol(const double& XR1, const double& YR1, co
   Cuts cuts;
   for (const std::int32_t i : counted(2, vertices)) {
     // Most edges are far off: only one that may be met is gone into.
-    const auto may_be_met = [] { return true; };
+    const auto may_be_met = [](const auto&...) { return true; };
     if (!plane::quick_crossing_or(may_be_met, XR1, YR1, XR2, YR2, Vx(i - 1), Vy(i - 1), Vx(i),
                                   Vy(i))) {
       continue;

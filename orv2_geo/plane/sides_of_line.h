@@ -2,6 +2,7 @@
 #pragma once
 
 #include "orv2_geo/frame/checked_math.h"
+#include "orv2_geo/frame/number_pairs.h"
 
 namespace orv2_geo::plane {
 
@@ -34,8 +35,8 @@ bool on_both_sides(const Sides<N>& s) {
 }
 
 /// Whether two pieces, 1-2 and 3-4, part each other, in plain arithmetic; what `exact`
-/// says where an operation may have failed. (An optional in between costs a seventh of
-/// the whole test.) What makes it sound:
+/// says of the same numbers where an operation may have failed. (An optional in between costs
+/// a seventh of the whole test, variables that `exact` captures as much.) What makes it sound:
 ///
 ///   is_finite(a + b + c + d, of both, + (X2 - X1) + (X4 - x3))
 ///
@@ -44,8 +45,9 @@ bool on_both_sides(const Sides<N>& s) {
 /// is NaN; and a difference that overflows stays an infinity. The widths stand for X
 /// where both pieces are level and the sides are of Y alone.
 template <class Exact>
-bool quick_crossing_or(Exact&& exact, double X1, double Y1, double X2, double Y2, double x3,
-                       double y3, double X4, double Y4) {
+bool quick_crossing_on_axes_or(Exact exact, const double& X1, const double& Y1, const double& X2,
+                               const double& Y2, const double& x3, const double& y3,
+                               const double& X4, const double& Y4) {
   const auto sum_of = [](const Sides<double>& s) { return (s.a + s.b) + (s.c + s.d); };
   const auto first = sides_of_line(X1, Y1, X2, Y2, x3, y3, X4, Y4);
   const auto second = sides_of_line(x3, y3, X4, Y4, X1, Y1, X2, Y2);
@@ -56,7 +58,36 @@ bool quick_crossing_or(Exact&& exact, double X1, double Y1, double X2, double Y2
   if (sound) [[likely]] {
     return first_parts & second_parts;
   }
-  return exact();
+  return exact(X1, Y1, X2, Y2, x3, y3, X4, Y4);
+}
+
+/// The same, both pieces at a time where neither lies along an axis: each sees the other's
+/// ends. The widths are factors then.
+template <class Exact>
+[[gnu::always_inline]] inline bool quick_crossing_or(Exact exact, const double& X1,
+                                                     const double& Y1, const double& X2,
+                                                     const double& Y2, const double& x3,
+                                                     const double& y3, const double& X4,
+                                                     const double& Y4) {
+  const NumberPair Sx{X1, x3};
+  const NumberPair Sy{Y1, y3};
+  const NumberPair Ex{X2, X4};
+  const NumberPair Ey{Y2, Y4};
+  if (bits_of(where(Sx == Ex) | where(Sy == Ey)) != 0) {
+    return quick_crossing_on_axes_or(exact, X1, Y1, X2, Y2, x3, y3, X4, Y4);
+  }
+  const NumberPair width = Ex - Sx;
+  const NumberPair height = Ey - Sy;
+  const NumberPair a = (swapped(Sy) - Sy) * width;
+  const NumberPair b = (swapped(Sx) - Sx) * height;
+  const NumberPair c = (swapped(Ey) - Sy) * width;
+  const NumberPair d = height * (swapped(Ex) - Sx);
+  const PairBits parts = (where(c <= d) & where(a >= b)) | (where(c >= d) & where(a <= b));
+  const NumberPair sums = (a + b) + (c + d);
+  if (checked::is_finite(sums[0] + sums[1])) [[likely]] {
+    return bits_of(parts) == 3;
+  }
+  return exact(X1, Y1, X2, Y2, x3, y3, X4, Y4);
 }
 
 }  // namespace orv2_geo::plane

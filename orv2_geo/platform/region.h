@@ -26,9 +26,17 @@ inline std::uint64_t span(std::int32_t a, std::int32_t b) noexcept {
 }
 
 // Whether the rising edge from `low` to `high` meets the row of `point`, which
-// it straddles, strictly on the side of high X. The products are of two factors
-// below 2^32 and fit 64 bits without a sign.
+// it straddles, strictly on the side of high X. Of an edge below 2^31 in height the
+// products, of a factor within 2^32 either way, fit 64 bits with their sign, and nothing
+// hard to foresee is asked; of a higher one they are of two factors below 2^32, and fit
+// without a sign.
 inline bool meets_beyond(LatticePoint point, LatticePoint low, LatticePoint high) noexcept {
+  const std::int64_t rise = std::int64_t{high.y} - low.y;
+  if (rise < std::int64_t{1} << 31U) [[likely]] {
+    const std::int64_t ahead = std::int64_t{point.x} - low.x;
+    const std::int64_t run = std::int64_t{high.x} - low.x;
+    return ahead * rise < run * (std::int64_t{point.y} - low.y);
+  }
   if (point.x < std::min(low.x, high.x)) return true;
   if (point.x >= std::max(low.x, high.x)) return false;
   const std::uint64_t risen = span(point.y, low.y);
@@ -47,8 +55,10 @@ inline int winding_of_edge(LatticePoint point, LatticePoint a, LatticePoint b) n
   const bool a_above = a.y > point.y;
   const bool b_above = b.y > point.y;
   if (a_above == b_above) return 0;
-  if (b_above) return region::meets_beyond(point, a, b) ? 1 : 0;
-  return region::meets_beyond(point, b, a) ? -1 : 0;
+  const LatticePoint low = b_above ? a : b;
+  const LatticePoint high = b_above ? b : a;
+  const int turn = b_above ? 1 : -1;
+  return region::meets_beyond(point, low, high) ? turn : 0;
 }
 
 /// The region inside a ring, as far as one point can tell. The vertices come one

@@ -84,11 +84,11 @@ class QuickWalk {
   // The ring is closed: before its first vertex comes its last.
   std::size_t before(std::size_t i) const noexcept { return (i == 0 ? vertices_ : i) - 1; }
 
-  // The highest scaled value that still rounds to `row`, ties going to even.
+  // The highest scaled value that still rounds to `row`, ties going to even: of an odd row
+  // the last one below the tie.
   static double top_of_row(std::int32_t row) noexcept {
-    const double tie = row + 0.5;
-    if (row % 2 == 0) return tie;
-    return std::bit_cast<double>(std::bit_cast<std::int64_t>(tie) - (row < 0 ? -1 : 1));
+    const std::int64_t below = row < 0 ? -1 : 1;
+    return std::bit_cast<double>(std::bit_cast<std::int64_t>(row + 0.5) - (row & 1) * below);
   }
 
   Look look_at(std::size_t first, std::size_t pairs) const noexcept {
@@ -115,7 +115,7 @@ class QuickWalk {
     for (std::uint64_t left = look.straddling; left != 0; left &= left - 1) {
       const auto bit = static_cast<std::size_t>(std::countr_zero(left));
       const std::size_t pair = 2 * (first + look.pairs - 1 - bit % block);
-      const std::size_t end = bit < block ? pair + 1 : pair;
+      const std::size_t end = pair + (bit / block ^ 1);  // its second vertex below, its first above
       winding += winding_of_edge(point_, vertex(before(end)), vertex(end));
     }
     return winding;
