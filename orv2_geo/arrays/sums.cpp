@@ -53,12 +53,6 @@ std::optional<Block> quick_block(const double* own, const double* other) {
   return found;
 }
 
-// Whether the two rows are one, or have no element in common.
-bool match_or_part(const double* a, const double* b, std::int32_t count) {
-  const auto elements = static_cast<std::size_t>(count);
-  return a == b || !overlap(std::span(a, elements), std::span(b, elements));
-}
-
 template <class Operation>
 void work_elements(DoubleArray& own, const DoubleArray& other, std::int32_t last) {
   std::int32_t i = 1;
@@ -68,8 +62,10 @@ void work_elements(DoubleArray& own, const DoubleArray& other, std::int32_t last
   };
   double* own_row = own.row(1, last);
   const double* other_row = other.row(1, last);
+  const auto elements = static_cast<std::size_t>(last);
   const bool in_blocks =
-      own_row != nullptr && other_row != nullptr && match_or_part(own_row, other_row, last);
+      own_row != nullptr && other_row != nullptr &&
+      same_or_apart(std::span(own_row, elements), std::span(other_row, elements));
   while (i <= last) {
     if (in_blocks && last - i >= block - 1) {
       if (const auto done = quick_block<Operation>(own_row + (i - 1), other_row + (i - 1))) {

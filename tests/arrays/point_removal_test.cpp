@@ -1,3 +1,6 @@
+#include <cmath>
+#include <numeric>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -144,6 +147,68 @@ TEST(ElevationFilter, ArraysThatDoNotStartAt0FailWhenTheyAreResized) {
   EXPECT_EQ(points, 2);
   EXPECT_EQ(elements(x), (Values{2, 3, 3}));
   EXPECT_EQ(y.upper(), 3);  // X comes first
+}
+
+// Where arrays of `points` elements and the ends of an interval lie in a host's memory.
+struct SharedList {
+  std::size_t points;
+  std::size_t x, y, z, max, min;
+};
+
+// Compacts as the rules read. Failure 6 at a NaN, 9 where the arrays do not start at 0.
+std::int32_t filter_plainly(const SharedList& list, Values& memory, Index& index) {
+  std::size_t k = 0;
+  for (std::size_t i = 0; i < list.points; ++i) {
+    const double level = memory[list.z + i], max = memory[list.max], min = memory[list.min];
+    if (std::isnan(level) || std::isnan(max) || std::isnan(min)) return 6;
+    if (level > max || level < min) continue;
+    memory[list.x + k] = memory[list.x + i];
+    memory[list.y + k] = memory[list.y + i];
+    memory[list.z + k] = memory[list.z + i];
+    index[k] = index[i];
+    ++k;
+  }
+  return 9;
+}
+
+TEST(ElevationFilter, CompactsPointByPointWhateverIsSharedAndHoweverLongTheList) {
+  for (std::uint64_t seed = 1; seed <= 4000; ++seed) {
+    std::mt19937_64 engine(seed);
+    const auto below = [&](std::size_t end) { return static_cast<std::size_t>(engine() % end); };
+    const std::size_t points = below(300);
+    const auto start = [&] { return below(3) == 0 ? below(4) : below(3) * 400; };
+    const auto end = [&] { return below(2) == 0 ? below(1000) : below(20); };
+    const SharedList list{points, start(), start(), start(), end(), end()};
+    Values memory(1200);
+    for (double& value : memory) value = static_cast<double>(below(9));
+    memory[list.max] = 6.0;
+    memory[list.min] = 1.0;
+    if (below(4) == 0) memory[below(memory.size())] = nan;
+    Index index(points);
+    std::iota(index.begin(), index.end(), 1);
+
+    Values plain = memory;
+    Index plain_index = index;
+    const std::int32_t expected = filter_plainly(list, plain, plain_index);
+    FixedMemory owner;
+    const auto count = static_cast<std::uint32_t>(points);
+    DoubleArray x, y, z;
+    LongArray numbers;
+    x.adopt(owner, memory.data() + list.x, 1, count);
+    y.adopt(owner, memory.data() + list.y, 1, count);
+    z.adopt(owner, memory.data() + list.z, 1, count);
+    numbers.adopt(owner, index.data(), 1, count);
+    auto n = static_cast<std::int32_t>(points);
+    const std::int32_t failed = failure_of([&] {
+      matrices.Quita_Puntos_fuera_interv_de_Cotas_con_indice(n, x, y, z, numbers, memory[list.max],
+                                                             memory[list.min]);
+    });
+    ASSERT_EQ(failed, expected) << seed;
+    ASSERT_EQ(index, plain_index) << seed;
+    for (std::size_t i = 0; i < memory.size(); ++i) {
+      ASSERT_EQ(bits(memory[i]), bits(plain[i])) << seed << " at " << i;
+    }
+  }
 }
 
 TEST(RemovalFacades, TheEmptyOnesChangeNothing) {

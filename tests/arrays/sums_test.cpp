@@ -136,12 +136,6 @@ TEST(Sums, RandomArraysElementByElement) {
   }
 }
 
-// A host's memory, which stays as it is.
-class Memory final : public ArrayOwner {
- public:
-  void* resize(std::int32_t, std::uint32_t, bool) override { raise(failure::array_locked); }
-};
-
 struct OverlapRow {
   const char* rule;
   std::size_t own, other;  // where they begin in the memory that they share
@@ -163,7 +157,7 @@ TEST(Sums, OfArraysThatSharePartOfTheirMemory) {
       Values memory(2 * count), literal;
       for (std::size_t i = 0; i < memory.size(); ++i) memory[i] = static_cast<double>(i * i % 17);
       literal = memory;
-      Memory owner;
+      FixedMemory owner;
       DoubleArray own, other;
       own.adopt(owner, memory.data() + row.own, 1, count);
       other.adopt(owner, memory.data() + row.other, 1, count);

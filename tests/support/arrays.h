@@ -8,8 +8,15 @@
 
 #include "orv2_geo/frame/bool.h"
 #include "orv2_geo/frame/geo_arrays.h"
+#include "orv2_geo/frame/run_failure.h"
 
 namespace orv2_geo::testing_support {
+
+/// A host's memory, which stays as it is.
+class FixedMemory final : public ArrayOwner {
+ public:
+  void* resize(std::int32_t, std::uint32_t, bool) override { raise(failure::array_locked); }
+};
 
 /// With its elements at the subscripts from `lower` on.
 template <class T, class Value>
