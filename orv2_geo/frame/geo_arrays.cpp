@@ -63,9 +63,27 @@ void ArrayBase::size(const Element& element, std::int64_t lower, std::int64_t up
   const std::uint32_t count = counted(lower, upper);
   const auto first = static_cast<std::int32_t>(lower);
   if (owner_ != nullptr) return size_at_owner(first, count, keep);
+  if (fits_in_place(first, count, keep)) return size_in_place(element, first, count, keep);
   void* const elements = resized_copy(element, first, count, keep && allocated_);
   discard(element);
   describe(elements, first, count, 1);
+}
+
+// Whether the storage serves as it is: what is kept stands in its place, and not too much is
+// left idle at once.
+bool ArrayBase::fits_in_place(std::int32_t lower, std::uint32_t count, bool keep) const noexcept {
+  if (elements_ == nullptr || dimensions_ != 1 || count > count_ || count < count_ / 2)
+    return false;
+  return !keep || lower == lower_;
+}
+
+void ArrayBase::size_in_place(const Element& element, std::int32_t lower, std::uint32_t count,
+                              bool keep) noexcept {
+  const std::uint32_t kept = keep ? count : 0;
+  char* const ended = static_cast<char*>(elements_) + std::size_t{kept} * element.size;
+  if (element.end != nullptr) element.end(ended, count_ - kept);
+  std::memset(ended, 0, std::size_t{count - kept} * element.size);
+  describe(elements_, lower, count, 1);
 }
 
 void ArrayBase::size_at_owner(std::int32_t lower, std::uint32_t count, bool keep) {
@@ -80,7 +98,7 @@ void ArrayBase::release_at_owner() {
   owner_ = owner;
 }
 
-// New storage; surviving elements have moved into it and left zeros behind.
+// New storage; surviving elements have moved into it.
 void* ArrayBase::resized_copy(const Element& element, std::int32_t lower, std::uint32_t count,
                               bool keep) {
   auto* const fresh = static_cast<char*>(memory_for(element.size, count));
@@ -92,7 +110,8 @@ void* ArrayBase::resized_copy(const Element& element, std::int32_t lower, std::u
   const std::size_t bytes = static_cast<std::size_t>(last - first + 1) * element.size;
   char* const source = old + static_cast<std::size_t>(first - lower_) * element.size;
   std::memcpy(fresh + static_cast<std::size_t>(first - lower) * element.size, source, bytes);
-  std::memset(source, 0, bytes);  // one owner a text: the old place holds none any more
+  // One owner a text: the old place holds none any more.
+  if (element.end != nullptr) std::memset(source, 0, bytes);
   return fresh;
 }
 

@@ -93,6 +93,9 @@ class ORV2_PUBLIC ArrayBase {
 
  private:
   static std::uint32_t counted(std::int64_t lower, std::int64_t upper);
+  bool fits_in_place(std::int32_t lower, std::uint32_t count, bool keep) const noexcept;
+  void size_in_place(const Element& element, std::int32_t lower, std::uint32_t count,
+                     bool keep) noexcept;
   void* resized_copy(const Element& element, std::int32_t lower, std::uint32_t count, bool keep);
   void describe(void* elements, std::int32_t lower, std::uint32_t count,
                 std::uint16_t dimensions) noexcept;

@@ -1,5 +1,8 @@
 #include "orv2_geo/frame/geo_arrays.h"
 
+#include <map>
+#include <random>
+#include <string>
 #include <vector>
 
 #include "tests/support/preamble.h"
@@ -156,6 +159,56 @@ TEST(DoubleArrays, SizingWithKeepingKeepsWhatBothRangesShare) {
   EXPECT_EQ(array(6), 0.0);
   array.size_keeping(100, 101);
   EXPECT_EQ(array(100), 0.0);
+}
+
+// Arrays that are sized again and again hold what a list of index and value would.
+template <class Value, class MakeValue>
+void size_at_random(MakeValue make_value) {
+  std::mt19937_64 engine(14);
+  const auto below = [&](std::uint64_t end) { return static_cast<std::int32_t>(engine() % end); };
+  GeoArray<Value> array(0, 9);
+  std::map<std::int32_t, Value> expected;
+  for (std::int32_t i = 0; i <= 9; ++i) expected[i];
+  for (int turn = 0; turn < 3000; ++turn) {
+    const std::int32_t lower = below(2) == 0 ? array.lower() : below(4);
+    const std::int32_t upper = lower + below(12);
+    const bool keep = below(2) == 0;
+    if (keep) {
+      array.size_keeping(lower, upper);
+    } else {
+      array.size(lower, upper);
+    }
+    std::map<std::int32_t, Value> sized;
+    for (std::int32_t i = lower; i <= upper; ++i) {
+      sized[i] = keep && expected.count(i) != 0 ? expected[i] : Value();
+    }
+    expected = sized;
+    ASSERT_EQ(array.lower(), lower) << turn;
+    ASSERT_EQ(array.upper(), upper) << turn;
+    for (const auto& [i, value] : expected) ASSERT_EQ(array(i), value) << turn << " at " << i;
+    const std::int32_t i = lower + below(static_cast<std::uint64_t>(upper - lower) + 1);
+    array(i) = expected[i] = make_value(turn + 1);
+  }
+}
+
+TEST(DoubleArrays, HoldWhatAListWouldHoweverTheyAreSized) {
+  size_at_random<double>([](int turn) { return static_cast<double>(turn); });
+}
+
+TEST(StringArrays, HoldWhatAListWouldHoweverTheyAreSized) {
+  const long before = allocations_in_use();
+  size_at_random<Text>([](int turn) { return Text(std::u16string(30, u'a') + char16_t(turn)); });
+  EXPECT_EQ(allocations_in_use(), before);
+}
+
+TEST(DoubleArrays, ThatShrinkALittleStayWhereTheyAre) {
+  DoubleArray array(0, 99);
+  const double* const place = array.data();
+  array.size_keeping(0, 60);
+  array.size(5, 60);
+  EXPECT_EQ(array.data(), place);
+  array.size_keeping(5, 20);  // too much would lie idle
+  EXPECT_NE(array.data(), place);
 }
 
 TEST(DoubleArrays, ACopyIsItsOwnArray) {

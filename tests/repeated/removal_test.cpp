@@ -478,8 +478,8 @@ TEST(Removal, RefusedMemoryIs7InTheBoxOrAtTheCaller) {
     }
     if (!refused) break;
   }
-  EXPECT_GE(thrown, 5 + 3);  // two lists, three copies, three arrays shrunk
-  EXPECT_GE(shown, 3);       // three indexes
+  EXPECT_GE(thrown, 5);  // two lists, three copies; what shrinks stays where it is
+  EXPECT_GE(shown, 1);   // the index; the lists are long enough
 }
 
 TEST(Neighbours, RefusedMemoryIs7) {
