@@ -34,8 +34,8 @@ Line<N> line_through(N X1, N Y1, N X2, N Y2) {
 //
 // A sum is finite only where all of its terms are. A run that overflows would hide in a
 // slope of 0, so it stands there itself; a slope that overflows does so in m1 - m2, and
-// one by zero, as a vertical line's, is an infinity or NaN; parallel lines divide by
-// m1 - m2 = 0, which leaves x infinite or NaN.
+// one by zero is an infinity or NaN; parallel lines divide by m1 - m2 = 0, which leaves x
+// infinite or NaN.
 bool quick_meeting(const Line<NumberPair>& lines, double& xi, double& yi) {
   const auto& [run, m, b] = lines;
   const double slopes = m[0] - m[1];
@@ -81,9 +81,11 @@ bool quick_meeting(const Line<NumberPair>& lines, double& xi, double& yi) {
                                               const double& Y2, const double& x3, const double& y3,
                                               const double& X4, const double& Y4, double& xi,
                                               double& yi) {
-  const auto lines =
-      line_through(NumberPair{X1, x3}, NumberPair{Y1, y3}, NumberPair{X2, X4}, NumberPair{Y2, Y4});
-  if (quick_meeting(lines, xi, yi)) [[likely]] {
+  const NumberPair from{X1, x3};
+  const NumberPair to{X2, X4};
+  const bool vertical = bits_of(where(from == to)) != 0;
+  if (!vertical &&
+      quick_meeting(line_through(from, NumberPair{Y1, y3}, to, NumberPair{Y2, Y4}), xi, yi)) {
     return true;
   }
   return lines_meet_exactly(X1, Y1, X2, Y2, x3, y3, X4, Y4, xi, yi);
