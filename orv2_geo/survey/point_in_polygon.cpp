@@ -8,28 +8,22 @@
 
 #include "orv2_geo/frame/checked_math.h"
 #include "orv2_geo/frame/counted.h"
-#include "orv2_geo/frame/number_pairs.h"
 #include "orv2_geo/platform/error_box.h"
 #include "orv2_geo/platform/region.h"
 #include "orv2_geo/survey/cgeo_api.h"
+#include "orv2_geo/survey/vertex_block.h"
 
 namespace orv2_geo {
 
 namespace {
 
-constexpr std::u16string_view title = u"Pto en Poligono - Error nº ";
+using survey::fit;
+using survey::scale;
 
-constexpr double scale = 100.0;
+constexpr std::u16string_view title = u"Pto en Poligono - Error nº ";
 
 // To the nearest hundredth, ties to the even one.
 std::int32_t hundredths(double value) { return to_i32(Checked(value) * scale); }
-
-// Coordinates this close to zero surely fit 32 bits when scaled and rounded.
-constexpr double surely_fits = 21474836.0;
-
-bool fit(double x, double y) noexcept {
-  return std::abs(x) < surely_fits && std::abs(y) < surely_fits;
-}
 
 // Of coordinates that fit.
 LatticePoint nearest_point(double x, double y) noexcept {
@@ -45,10 +39,9 @@ LatticePoint lattice_point(double x, double y) {
   return {in_x, hundredths(y)};
 }
 
-// A ring walked in plain arithmetic, in blocks of pairs of vertices. Of most
-// blocks all lie on one side of the point's row, and then they neither wind
-// around the point nor need rounding; only an edge that straddles the row is
-// looked at.
+// A ring walked in plain arithmetic, in blocks of vertices. Of most blocks all lie on one side
+// of the point's row, and then they neither wind around the point nor need rounding; only an
+// edge that straddles the row is looked at.
 class QuickWalk {
  public:
   QuickWalk(LatticePoint point, const double* xs, const double* ys, std::size_t vertices) noexcept
@@ -57,32 +50,29 @@ class QuickWalk {
   /// How often the ring winds around the point; nothing when a coordinate may
   /// not fit. At least two vertices.
   std::optional<std::int64_t> winding() const noexcept {
-    if (!fits(vertices_ - 1)) return std::nullopt;  // no pair may hold it
+    if (!fit(xs_[vertices_ - 1], ys_[vertices_ - 1])) return std::nullopt;
     std::int64_t winding = 0;
-    if (vertices_ % 2 != 0) winding += winding_between(vertices_ - 2, vertices_ - 1);
-    const std::size_t pairs = vertices_ / 2;
-    for (std::size_t first = 0; first < pairs; first += block) {
-      const Look look = look_at(first, std::min(block, pairs - first));
+    // The ring is closed: before its first vertex comes its last.
+    std::uint64_t below_before = scale * ys_[vertices_ - 1] <= top_of_row_;
+    for (std::size_t first = 0; first < vertices_; first += block) {
+      const std::size_t count = std::min(block, vertices_ - first);
+      const double* const x = xs_ + first;
+      const double* const y = ys_ + first;
+      const survey::VertexBlock look = count == block
+                                           ? survey::look_at_block(x, y, top_of_row_)
+                                           : survey::look_at_vertices(x, y, count, top_of_row_);
       if (!look.fits) return std::nullopt;
-      if (look.straddling != 0) winding += winding_in(first, look);
+      // A bit for each edge that leads to a vertex of the block and straddles the row.
+      const std::uint64_t straddling = look.below ^ (look.below << 1 | below_before);
+      const std::uint64_t edges = ~std::uint64_t{0} >> (block - count);
+      winding += winding_in(first, straddling & edges);
+      below_before = look.below >> (count - 1);
     }
     return winding;
   }
 
  private:
-  static constexpr std::size_t block = 32;  // pairs
-
-  // How the edges of a block lie: a bit for each that straddles the point's row.
-  // Below are those within its pairs, above those that lead to a pair from the
-  // vertex before it, in both halves the lowest for the block's last pair.
-  struct Look {
-    bool fits;
-    std::size_t pairs;
-    std::uint64_t straddling;
-  };
-
-  // The ring is closed: before its first vertex comes its last.
-  std::size_t before(std::size_t i) const noexcept { return (i == 0 ? vertices_ : i) - 1; }
+  static constexpr std::size_t block = survey::block;
 
   // The highest scaled value that still rounds to `row`, ties going to even: of an odd row
   // the last one below the tie.
@@ -91,47 +81,17 @@ class QuickWalk {
     return std::bit_cast<double>(std::bit_cast<std::int64_t>(row + 0.5) - (row & 1) * below);
   }
 
-  Look look_at(std::size_t first, std::size_t pairs) const noexcept {
-    const double* x = xs_ + 2 * first;
-    const double* y = ys_ + 2 * first;
-    const std::int32_t beyond = size_of(surely_fits);
-    UpperHalves unfit = {};  // bits of any coordinate
-    PairBits below = {};     // the row's top included: such a vertex is on the row
-#pragma GCC unroll 2
-    for (std::size_t i = 0; i < 2 * pairs; i += 2) {
-      const NumberPair y_pair = pair_at(y + i);
-      unfit |= sizes_of(pair_at(x + i), y_pair) >= beyond;
-      below = below + below - std::bit_cast<PairBits>(scale * y_pair <= top_of_row_);
-    }
-    const auto any_unfit = std::bit_cast<PairBits>(unfit);
-    const std::uint64_t led_by = !is_above(before(2 * first));
-    const std::uint64_t within_pairs = below[0] ^ below[1];
-    const std::uint64_t to_pairs = (below[1] >> 1 | led_by << (pairs - 1)) ^ below[0];
-    return {(any_unfit[0] | any_unfit[1]) == 0, pairs, within_pairs | to_pairs << block};
-  }
-
-  std::int64_t winding_in(std::size_t first, const Look& look) const noexcept {
+  std::int64_t winding_in(std::size_t first, std::uint64_t straddling) const noexcept {
     std::int64_t winding = 0;
-    for (std::uint64_t left = look.straddling; left != 0; left &= left - 1) {
-      const auto bit = static_cast<std::size_t>(std::countr_zero(left));
-      const std::size_t pair = 2 * (first + look.pairs - 1 - bit % block);
-      const std::size_t end = pair + (bit / block ^ 1);  // its second vertex below, its first above
-      winding += winding_of_edge(point_, vertex(before(end)), vertex(end));
+    for (std::uint64_t left = straddling; left != 0; left &= left - 1) {
+      const std::size_t end = first + static_cast<std::size_t>(std::countr_zero(left));
+      const std::size_t start = (end == 0 ? vertices_ : end) - 1;
+      winding += winding_of_edge(point_, vertex(start), vertex(end));
     }
     return winding;
   }
 
-  bool fits(std::size_t i) const noexcept { return fit(xs_[i], ys_[i]); }
-
-  bool is_above(std::size_t i) const noexcept { return scale * ys_[i] > top_of_row_; }
-
   LatticePoint vertex(std::size_t i) const noexcept { return nearest_point(xs_[i], ys_[i]); }
-
-  // Of an edge whose ends need not fit; what it adds is then of no account.
-  int winding_between(std::size_t a, std::size_t b) const noexcept {
-    if (is_above(a) == is_above(b) || !fits(a) || !fits(b)) return 0;
-    return winding_of_edge(point_, vertex(a), vertex(b));
-  }
 
   LatticePoint point_;
   double top_of_row_;
