@@ -17,6 +17,7 @@
 #include <utility>
 #include <vector>
 
+#include "bench/sizes.h"
 #include "orv2_geo/orv2_geo.hpp"
 #include "orv2_geo/repeated/mOrdena_repetidos.h"
 #include "orv2_geo/sorting/mOrdena.h"
@@ -114,17 +115,27 @@ void order_alone(benchmark::State& state) {
   });
 }
 
-// The member with its three copies of the coordinates.
+// The member with its three copies of the coordinates. The survey that it works on is made
+// before each round, and taken down with the next.
 void repeated_removed(benchmark::State& state) {
   const orv2_geo::ObjectRef progress(new Silent);
   const orv2_geo::cgeo_Ordena sorts;
-  search(state, [&](const Survey& s) {
-    Survey own = s;
-    LongArray Indice;
+  const Survey survey(state, millimetres);
+  Survey own = survey;
+  LongArray Indice;
+  const auto remove = [&] {
     sorts.Quita_Puntos_Repetidos_XY_con_indice1(own.n, own.X, own.Y, own.Z, Indice, progress,
                                                 tolerance, false);
-    return own.size();
-  });
+  };
+  remove();
+  for (auto _ : state) {
+    state.PauseTiming();
+    own = survey;
+    Indice.release();
+    state.ResumeTiming();
+    remove();
+  }
+  state.counters["left"] = static_cast<double>(own.n);
 }
 
 // A plain sort of (X, number) and one pass with the same anchored box.
@@ -277,16 +288,16 @@ void repeated_hash_grid(benchmark::State& state) {
   });
 }
 
-#define FOR_BOTH_SIZES(name) BENCHMARK(name)->Arg(100000)->Arg(1000000)
-FOR_BOTH_SIZES(repeated_in_x);
-FOR_BOTH_SIZES(repeated_renumbered);
-FOR_BOTH_SIZES(order_alone);
-FOR_BOTH_SIZES(repeated_removed);
-FOR_BOTH_SIZES(repeated_std_sort);
-FOR_BOTH_SIZES(repeated_nanoflann);
-FOR_BOTH_SIZES(repeated_boost);
-FOR_BOTH_SIZES(repeated_geos);
-FOR_BOTH_SIZES(repeated_hash_grid);
+constexpr std::int64_t most_of_trees = 1'000'000;  // beyond they take a minute
+BENCHMARK(repeated_in_x)->Apply(bench::sizes);
+BENCHMARK(repeated_renumbered)->Apply(bench::sizes);
+BENCHMARK(order_alone)->Apply(bench::sizes);
+BENCHMARK(repeated_removed)->Apply(bench::sizes);
+BENCHMARK(repeated_std_sort)->Apply(bench::sizes);
+BENCHMARK(repeated_nanoflann)->Apply(bench::sizes<most_of_trees>);
+BENCHMARK(repeated_boost)->Apply(bench::sizes<most_of_trees>);
+BENCHMARK(repeated_geos)->Apply(bench::sizes<most_of_trees>);
+BENCHMARK(repeated_hash_grid)->Apply(bench::sizes);
 BENCHMARK(repeated_in_x_wide)->Arg(1000000);
 BENCHMARK(repeated_renumbered_wide)->Arg(1000000);
 
