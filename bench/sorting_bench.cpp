@@ -6,10 +6,13 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <functional>
 #include <locale>
+#include <memory>
 #include <numeric>
 #include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "orv2_geo/orv2_geo.hpp"
@@ -229,7 +232,219 @@ void strings_collate(benchmark::State& state) {
   }
 }
 
+// The same work on data of every shape, good and bad. Numbers are up to 5,000,000; one
+// that is absurd is 2,000,000,000.
+using Numbers = std::vector<std::int32_t>;
+constexpr std::int32_t absurd = 2000000000;
+
+Numbers random_numbers(std::int32_t n) {
+  std::mt19937_64 engine(36);
+  Numbers numbers(static_cast<std::size_t>(n));
+  for (std::int32_t& number : numbers) number = static_cast<std::int32_t>(engine() % 5000000);
+  return numbers;
+}
+Numbers sorted_numbers(std::int32_t n) {
+  Numbers numbers = random_numbers(n);
+  std::sort(numbers.begin(), numbers.end());
+  return numbers;
+}
+Numbers reversed_numbers(std::int32_t n) {
+  Numbers numbers = sorted_numbers(n);
+  std::reverse(numbers.begin(), numbers.end());
+  return numbers;
+}
+Numbers equal_numbers(std::int32_t n) { return Numbers(static_cast<std::size_t>(n), 1234567); }
+Numbers few_numbers(std::int32_t n) {
+  Numbers numbers = random_numbers(n);
+  for (std::int32_t& number : numbers) number %= 7;
+  return numbers;
+}
+Numbers organ_pipe(std::int32_t n) {
+  Numbers numbers = equal_numbers(n);
+  for (std::int32_t i = 0; i < n; ++i) numbers[static_cast<std::size_t>(i)] = std::min(i, n - i);
+  return numbers;
+}
+Numbers random_and_absurd(std::int32_t n) {
+  Numbers numbers = random_numbers(n);
+  numbers[numbers.size() / 2] = absurd;
+  return numbers;
+}
+Numbers sorted_and_absurd(std::int32_t n) {
+  Numbers numbers = sorted_numbers(n);
+  numbers[numbers.size() / 2] = absurd;
+  return numbers;
+}
+
+const struct {
+  const char* name;
+  Numbers (*numbers)(std::int32_t n);
+} shapes[] = {
+    {"random", random_numbers},
+    {"sorted", sorted_numbers},
+    {"reversed", reversed_numbers},
+    {"equal", equal_numbers},
+    {"few", few_numbers},
+    {"organ_pipe", organ_pipe},
+    {"random_absurd", random_and_absurd},
+    {"sorted_absurd", sorted_and_absurd},
+};
+
+// Coordinates with three decimals.
+double coordinate(std::int32_t number) {
+  return number == absurd ? 1e14 : 435000.0 + static_cast<double>(number) / 1000.0;
+}
+std::vector<double> coordinates(const Numbers& numbers) {
+  std::vector<double> values(numbers.size());
+  std::transform(numbers.begin(), numbers.end(), values.begin(), coordinate);
+  return values;
+}
+bool is_absurd(const Numbers& numbers) {
+  return std::find(numbers.begin(), numbers.end(), absurd) != numbers.end();
+}
+
+LongArray array_of(const Numbers& numbers) {
+  LongArray array(1, static_cast<std::int32_t>(numbers.size()));
+  std::copy(numbers.begin(), numbers.end(), array.data());
+  return array;
+}
+DoubleArray array_of(const std::vector<double>& values) {
+  DoubleArray array(1, static_cast<std::int32_t>(values.size()));
+  std::copy(values.begin(), values.end(), array.data());
+  return array;
+}
+
+// Sorts the elements in place, put back as they were before each round.
+template <class T, class Sort>
+void in_place(benchmark::State& state, const std::vector<T>& before, T* elements, Sort sort) {
+  for (auto _ : state) {
+    state.PauseTiming();
+    std::copy(before.begin(), before.end(), elements);
+    state.ResumeTiming();
+    sort();
+    benchmark::DoNotOptimize(elements);
+    benchmark::ClobberMemory();
+  }
+}
+template <class T>
+void in_place_std_sort(benchmark::State& state, const std::vector<T>& before) {
+  std::vector<T> elements(before.size());
+  in_place(state, before, elements.data(), [&] { std::sort(elements.begin(), elements.end()); });
+}
+
+void longs(benchmark::State& state, const Numbers& numbers) {
+  LongArray array = array_of(numbers);
+  in_place(state, numbers, array.data(),
+           [&] { sorts.Ordena_LongArray(array, from_array, from_array); });
+  Numbers expected = numbers;
+  std::sort(expected.begin(), expected.end());
+  if (!std::equal(expected.begin(), expected.end(), array.data())) {
+    state.SkipWithError("not the numbers in ascending order");
+  }
+}
+void longs_peer(benchmark::State& state, const Numbers& numbers) {
+  in_place_std_sort(state, numbers);
+}
+
+// By texts an absurd value comes elsewhere than by number: all are there, whatever
+// their order.
+void doubles(benchmark::State& state, const Numbers& numbers) {
+  std::vector<double> expected = coordinates(numbers);
+  DoubleArray array = array_of(expected);
+  in_place(state, expected, array.data(),
+           [&] { sorts.Ordena_Double_Array(array, from_array, from_array); });
+  std::sort(expected.begin(), expected.end());
+  if (is_absurd(numbers)) std::sort(array.data(), array.data() + array.count());
+  const auto near = [](double a, double b) { return std::abs(a - b) < 1e-6; };
+  if (!std::equal(expected.begin(), expected.end(), array.data(), near)) {
+    state.SkipWithError("not the values in ascending order");
+  }
+}
+void doubles_peer(benchmark::State& state, const Numbers& numbers) {
+  in_place_std_sort(state, coordinates(numbers));
+}
+
+// Whether the entries number each value once, in ascending order where they should.
+template <class T>
+bool is_index_of(const LongArray& index, std::int32_t first, std::vector<T> values,
+                 bool ascending) {
+  std::vector<T> in_order;
+  for (std::size_t p = 0; p < values.size(); ++p) {
+    const std::int32_t entry = index(first + static_cast<std::int32_t>(p));
+    in_order.push_back(values[static_cast<std::size_t>(entry - 1)]);
+  }
+  if (!ascending) std::sort(in_order.begin(), in_order.end());
+  std::sort(values.begin(), values.end());
+  return in_order == values;
+}
+
+void long_index(benchmark::State& state, const Numbers& numbers) {
+  const LongArray array = array_of(numbers);
+  Numbers counting(numbers.size());
+  std::iota(counting.begin(), counting.end(), 1);
+  LongArray index(1, array.upper());
+  in_place(state, counting, index.data(),
+           [&] { sorts.Ordena_LongIndexArray(array, index, from_array, from_array); });
+  if (!is_index_of(index, 1, numbers, true)) state.SkipWithError("not in ascending order");
+}
+void double_shape_index(benchmark::State& state, const Numbers& numbers) {
+  const std::vector<double> values = coordinates(numbers);
+  const DoubleArray array = array_of(values);
+  LongArray index;
+  for (auto _ : state) {
+    sorts.Ordena_Double_Index_Array(array, index, from_array, from_array);
+    benchmark::DoNotOptimize(index.data());
+  }
+  if (!is_index_of(index, 1, values, !is_absurd(numbers))) {
+    state.SkipWithError("not in ascending order");
+  }
+}
+
+template <class T>
+void index_by_pairs(benchmark::State& state, const std::vector<T>& values) {
+  for (auto _ : state) {
+    std::vector<std::pair<T, std::int32_t>> pairs(values.size());
+    for (std::size_t i = 0; i < pairs.size(); ++i) {
+      pairs[i] = {values[i], static_cast<std::int32_t>(i)};
+    }
+    std::sort(pairs.begin(), pairs.end());
+    std::vector<std::int32_t> index(pairs.size());
+    for (std::size_t i = 0; i < pairs.size(); ++i) index[i] = pairs[i].second;
+    benchmark::DoNotOptimize(index.data());
+  }
+}
+void long_index_peer(benchmark::State& state, const Numbers& numbers) {
+  index_by_pairs(state, numbers);
+}
+void double_shape_index_peer(benchmark::State& state, const Numbers& numbers) {
+  index_by_pairs(state, coordinates(numbers));
+}
+
 constexpr auto milliseconds = benchmark::kMillisecond;
+
+using OfShape = void (*)(benchmark::State&, const Numbers&);
+
+void register_shapes(const std::string& sort, OfShape subject, OfShape peer) {
+  for (const auto& shape : shapes) {
+    const auto add = [&](const std::string& name, OfShape work) {
+      benchmark::RegisterBenchmark(
+          (sort + "_" + name).c_str(),
+          [=](benchmark::State& state) { work(state, shape.numbers(size_of(state))); })
+          ->Arg(100000)
+          ->Arg(1000000)
+          ->Unit(milliseconds);
+    };
+    add(shape.name, subject);
+    add(std::string(shape.name) + "_peer", peer);
+  }
+}
+[[maybe_unused]] const bool registered = [] {
+  register_shapes("longs", longs, longs_peer);
+  register_shapes("long_index", long_index, long_index_peer);
+  register_shapes("doubles", doubles, doubles_peer);
+  register_shapes("doubles_index", double_shape_index, double_shape_index_peer);
+  return true;
+}();
+
 BENCHMARK(double_index<survey>)
     ->Name("double_index")
     ->Arg(100000)

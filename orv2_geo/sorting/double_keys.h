@@ -52,6 +52,21 @@ inline std::uint64_t closed_up(std::int64_t key) noexcept {
   return static_cast<std::uint64_t>(key <= last_below_zero ? key + gap : key);
 }
 
+/// The key that was closed up.
+inline std::int64_t opened(std::uint64_t closed) noexcept {
+  constexpr std::uint64_t first_from_zero = 300'000'000'000'000;
+  constexpr std::int64_t gap = 100'000'000'000'000 - 1;
+  const auto key = static_cast<std::int64_t>(closed);
+  return closed < first_from_zero ? key - gap : key;
+}
+
+/// Whether a value has such a whole number as its key: not one beyond the span, nor one
+/// that rounding has carried out of it, nor NaN.
+inline bool has_number_key(double value) noexcept {
+  if (!(value >= lowest_in_span && value < beyond_span)) return false;
+  return value < beyond_span - 1.0 || key_in_span(value) < first_of_ten_digits;
+}
+
 /// The number that a key's text stands for: the double next to it.
 inline double number_of_key(std::int64_t key) noexcept {
   return static_cast<double>(key) / 1000000.0;

@@ -3,15 +3,17 @@
 #include <optional>
 #include <span>
 #include <utility>
-#include <vector>
 
 #include "orv2_geo/frame/checked_math.h"
 #include "orv2_geo/frame/counted.h"
 #include "orv2_geo/frame/memory.h"
 #include "orv2_geo/platform/text_services.h"
 #include "orv2_geo/sorting/double_keys.h"
+#include "orv2_geo/sorting/double_keys.h"
 #include "orv2_geo/sorting/double_order.h"
+#include "orv2_geo/sorting/key_order.h"
 #include "orv2_geo/sorting/mOrdena.h"
+#include "orv2_geo/sorting/mixed_keys.h"
 #include "orv2_geo/sorting/radix_sort.h"
 #include "orv2_geo/sorting/ranges.h"
 
@@ -20,13 +22,7 @@ namespace orv2_geo {
 namespace {
 
 using sorting::first_values;
-
-Text key_text(double value) {
-  if (Checked(value) < 0.0) {
-    return text_services::default_text(Checked(value) + sorting::offset_below_zero);
-  }
-  return text_services::default_text(Checked(value) + sorting::offset_from_zero);
-}
+using sorting::key_text;
 
 // Value by value: the first that is missing or NaN fails.
 void index_by_texts(const DoubleArray& DoubleA, LongArray& TheIndex, std::int32_t upper) {
@@ -40,6 +36,25 @@ void index_by_texts(const DoubleArray& DoubleA, LongArray& TheIndex, std::int32_
   mOrdena::Ordena_StringIndexArray(Keys, TheIndex, 1, upper);
 }
 
+// False, with nothing written, where texts must be made or there is no memory.
+bool write_order_by_keys(std::span<const double> values, LongArray& TheIndex) {
+  const auto mixed = sorting::MixedKeys::of(values);
+  if (!mixed) return false;
+  const auto keys = buffer_if_any<std::uint64_t>(values.size());
+  if (!keys) return false;
+  std::transform(values.begin(), values.end(), keys.get(),
+                 [&](double value) { return mixed->key(value); });
+  const std::span numbers(&TheIndex(1), values.size());
+  // Positions are written where the numbers from 1 are to stand.
+  const std::span positions(reinterpret_cast<std::uint32_t*>(numbers.data()), numbers.size());
+  if (!sorting::write_order({keys.get(), values.size()}, mixed->lowest(), mixed->highest(), 1,
+                            positions)) {
+    return false;
+  }
+  for (std::int32_t& number : numbers) ++number;
+  return true;
+}
+
 double number_for(double before, double key_number) {
   // By what stood there before, not by where the key came from: only positive
   // values come back as they were.
@@ -51,37 +66,37 @@ double number_for(double before, double key_number) {
 class SortedKeys {
  public:
   static std::optional<SortedKeys> of(std::span<const double> values) {
-    const auto found = sorting::extremes_in_span(values);
-    if (!found) return std::nullopt;
-    return if_memory_allows(
-        [&] { return std::optional(SortedKeys(values, key(found->lowest), key(found->highest))); });
+    auto keys = sorting::MixedKeys::of(values);
+    if (!keys) return std::nullopt;
+    SortedKeys sorted(std::move(*keys), values.size());
+    if (!sorted.words_ || !sorted.spare_) return std::nullopt;
+    sorted.sort(values);
+    return sorted;
   }
 
-  // The sorted keys stay where they are when the owner moves.
-  SortedKeys(SortedKeys&&) noexcept = default;
-
-  /// The number that the p-th key stands for.
-  double number(std::size_t p) const {
-    return sorting::number_of_key(static_cast<std::int64_t>(layout_.key(sorted_[p])));
-  }
+  /// The number that the p-th key stands for. Failures: 13 where it stands for none, 6.
+  double number(std::size_t p) const { return keys_.number(layout_.key(sorted_[p])); }
 
  private:
-  static std::uint64_t key(double value) {
-    return static_cast<std::uint64_t>(sorting::key_in_span(value));
-  }
+  SortedKeys(sorting::MixedKeys&& keys, std::size_t count)
+      : keys_(std::move(keys)),
+        layout_(keys_.lowest(), keys_.highest(), without_positions),
+        words_(buffer_if_any<std::uint64_t>(count)),
+        spare_(buffer_if_any<std::uint64_t>(count)) {}
 
-  SortedKeys(std::span<const double> values, std::uint64_t lowest, std::uint64_t highest)
-      : layout_(lowest, highest, without_positions), words_(values.size()), spare_(values.size()) {
-    std::transform(values.begin(), values.end(), words_.begin(),
-                   [&](double value) { return layout_.word(key(value), 0); });
-    sorted_ = sorting::radix_sort(layout_, words_, spare_);
+  void sort(std::span<const double> values) {
+    const std::span words(words_.get(), values.size());
+    std::transform(values.begin(), values.end(), words.begin(),
+                   [&](double value) { return layout_.word(keys_.key(value), 0); });
+    sorted_ = sorting::radix_sort(layout_, words, {spare_.get(), values.size()});
   }
 
   static constexpr std::size_t without_positions = 1;
 
+  sorting::MixedKeys keys_;
   sorting::WordLayout layout_;
-  std::vector<std::uint64_t> words_;
-  std::vector<std::uint64_t> spare_;
+  Buffer<std::uint64_t> words_;
+  Buffer<std::uint64_t> spare_;
   std::span<const std::uint64_t> sorted_;  // one of the two, which keep their memory
 };
 
@@ -120,9 +135,11 @@ void mOrdena::Ordena_Double_Index_Array(const DoubleArray& DoubleA, LongArray& T
                                         const std::int32_t& UpperBound) {
   const std::int32_t upper = upper_end(DoubleA, LowerBound, UpperBound);
   TheIndex.size(0, upper);
-  if (auto order = sorting::DoubleOrder::of(first_values(DoubleA, upper))) {
-    return order->write_numbers({&TheIndex(1), static_cast<std::size_t>(upper)});
+  const std::span<const double> values = first_values(DoubleA, upper);
+  if (auto order = sorting::DoubleOrder::of(values)) {
+    return order->write_numbers({&TheIndex(1), values.size()});
   }
+  if (write_order_by_keys(values, TheIndex)) return;
   index_by_texts(DoubleA, TheIndex, upper);
 }
 

@@ -8,7 +8,7 @@
 //
 //   |                           | usual   | worst   | memory             | where a step can fail |
 //   |---------------------------|---------|---------|--------------------|-----------------------|
-//   | Ordena_LongArray          | n log n | n log n | none               | the algorithm: usual  |
+//   | Ordena_LongArray          | n       | n       | 4 bytes a number   | the algorithm: usual  |
 //   | Ordena_LongIndexArray     | n       | n log n | 24 bytes a number  | n log n, worst n^2,   |
 //   | Ordena_Double_Index_Array | n       | n log n | 16 bytes a value   | 32 ranges             |
 //   | Ordena_Double_Array       | n       | n       | 16 bytes a value   |                       |

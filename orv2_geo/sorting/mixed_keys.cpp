@@ -1,0 +1,127 @@
+#include "orv2_geo/sorting/mixed_keys.h"
+
+#include <cmath>
+#include <new>
+#include <set>
+#include <utility>
+
+#include "orv2_geo/frame/checked_math.h"
+#include "orv2_geo/frame/run_failure.h"
+#include "orv2_geo/platform/text_services.h"
+#include "orv2_geo/sorting/double_order.h"
+
+namespace orv2_geo::sorting {
+
+namespace {
+
+// Finding the place of one costs as much as the texts of so many values.
+constexpr std::size_t values_a_stray = 256;
+
+std::u32string collated_key(std::uint64_t closed) {
+  const Text text = text_services::default_text(number_of_key(opened(closed)));
+  return text_services::collation_key(text.view());
+}
+
+}  // namespace
+
+Text key_text(double value) {
+  const double offset = Checked(value) < 0.0 ? offset_below_zero : offset_from_zero;
+  return text_services::default_text(Checked(value) + offset);
+}
+
+std::optional<MixedKeys> MixedKeys::of(std::span<const double> values) noexcept try {
+  MixedKeys keys;
+  if (values.empty() || !keys.read(values)) return std::nullopt;
+  return keys;
+} catch (const std::bad_alloc&) {
+  return std::nullopt;
+} catch (const RunFailure&) {
+  return std::nullopt;
+}
+
+bool MixedKeys::read(std::span<const double> values) {
+  if (const auto found = extremes_in_span(values)) {
+    lowest_ = closed_up(key_in_span(found->lowest));
+    highest_ = closed_up(key_in_span(found->highest));
+    return true;
+  }
+  Extremes found = {beyond_span, lowest_in_span};
+  std::set<double> beyond;
+  for (const double value : values) {
+    if (has_number_key(value)) {
+      found = {std::min(found.lowest, value), std::max(found.highest, value)};
+    } else {
+      if (std::isnan(value)) return false;
+      beyond.insert(value);
+      if (beyond.size() > values.size() / values_a_stray) return false;
+    }
+  }
+  if (found.lowest > found.highest) found = {0.0, 0.0};  // any in the span will do
+  lowest_ = closed_up(key_in_span(found.lowest));
+  highest_ = closed_up(key_in_span(found.highest));
+  std::vector<Stray> strays;
+  for (const double value : beyond) {
+    Text text = key_text(value);
+    std::u32string collated = text_services::collation_key(text.view());
+    strays.push_back({value, std::move(text), std::move(collated)});
+  }
+  return find_places(std::move(strays));
+}
+
+// False where two different texts count as equal.
+bool MixedKeys::find_places(std::vector<Stray> strays) {
+  std::ranges::sort(strays, {}, &Stray::collated);
+  const Stray* before = nullptr;
+  for (Stray& stray : strays) {
+    if (before != nullptr && before->collated == stray.collated) {
+      if (texts_.back() != stray.text) return false;
+    } else {
+      places_.push_back(first_behind(stray));
+      if (places_.back() <= highest_ && collated_key(places_.back()) == stray.collated)
+        return false;
+      texts_.push_back(stray.text);
+    }
+    beyond_.push_back({stray.value, places_.back() + places_.size() - 1});
+    before = &stray;
+  }
+  std::ranges::sort(beyond_, {}, &ValueBeyond::value);
+  return true;
+}
+
+// By bisection; one beyond the highest where none is.
+std::uint64_t MixedKeys::first_behind(const Stray& stray) const {
+  std::uint64_t low = lowest_;
+  std::uint64_t high = highest_ + 1;
+  while (low < high) {
+    const std::uint64_t middle = (low + high) / 2;
+    if (collated_key(middle) < stray.collated) {
+      low = middle + 1;
+    } else {
+      high = middle;
+    }
+  }
+  return low;
+}
+
+std::uint64_t MixedKeys::key_beyond(double value) const noexcept {
+  return std::ranges::lower_bound(beyond_, value, {}, &ValueBeyond::value)->key;
+}
+
+double MixedKeys::number_among_strays(std::uint64_t key) const {
+  // How many texts beyond the span have lower keys: the p-th has places_[p] + p.
+  std::size_t low = 0;
+  for (std::size_t high = places_.size(); low < high;) {
+    const std::size_t middle = (low + high) / 2;
+    if (places_[middle] + middle < key) {
+      low = middle + 1;
+    } else {
+      high = middle;
+    }
+  }
+  if (low < places_.size() && places_[low] + low == key) {
+    return text_services::number_from_text(texts_[low].view());
+  }
+  return number_of_key(opened(key - low));
+}
+
+}  // namespace orv2_geo::sorting
