@@ -1,5 +1,7 @@
 // Sorts of doubles by their keys.
 #include <algorithm>
+#include <bit>
+#include <functional>
 #include <optional>
 #include <span>
 #include <utility>
@@ -8,7 +10,6 @@
 #include "orv2_geo/frame/counted.h"
 #include "orv2_geo/frame/memory.h"
 #include "orv2_geo/platform/text_services.h"
-#include "orv2_geo/sorting/double_keys.h"
 #include "orv2_geo/sorting/double_keys.h"
 #include "orv2_geo/sorting/double_order.h"
 #include "orv2_geo/sorting/key_order.h"
@@ -42,8 +43,7 @@ bool write_order_by_keys(std::span<const double> values, LongArray& TheIndex) {
   if (!mixed) return false;
   const auto keys = buffer_if_any<std::uint64_t>(values.size());
   if (!keys) return false;
-  std::transform(values.begin(), values.end(), keys.get(),
-                 [&](double value) { return mixed->key(value); });
+  mixed->write(values, keys.get());
   const std::span numbers(&TheIndex(1), values.size());
   // Positions are written where the numbers from 1 are to stand.
   const std::span positions(reinterpret_cast<std::uint32_t*>(numbers.data()), numbers.size());
@@ -62,49 +62,73 @@ double number_for(double before, double key_number) {
   return -Checked(key_number) - sorting::offset_below_zero;
 }
 
+// The same without checks, for a key of a value in the span: nothing can overflow.
+double number_in_span_for(double before, double key_number) {
+  return before > 0.0 ? key_number - sorting::offset_from_zero
+                      : -key_number - sorting::offset_below_zero;
+}
+
 // The keys of values, sorted. Nothing where texts must be made or there is no memory.
 class SortedKeys {
  public:
   static std::optional<SortedKeys> of(std::span<const double> values) {
-    auto keys = sorting::MixedKeys::of(values);
-    if (!keys) return std::nullopt;
-    SortedKeys sorted(std::move(*keys), values.size());
-    if (!sorted.words_ || !sorted.spare_) return std::nullopt;
+    auto mixed = sorting::MixedKeys::of(values);
+    if (!mixed) return std::nullopt;
+    SortedKeys sorted(std::move(*mixed), values.size());
+    if (!sorted.keys_ || !sorted.spare_) return std::nullopt;
     sorted.sort(values);
     return sorted;
   }
 
-  /// The number that the p-th key stands for. Failures: 13 where it stands for none, 6.
-  double number(std::size_t p) const { return keys_.number(layout_.key(sorted_[p])); }
+  /// Writes the numbers that the keys stand for, in their order. Failures: 13 where one
+  /// stands for none, 6, those before being written.
+  void write_numbers(std::span<double> values) const {
+    std::size_t p = 0;
+    for (std::size_t text = 0; text < mixed_.texts_beyond(); ++text) {
+      const std::uint64_t key = mixed_.key_of_text(text);
+      p = write_in_span(values, p, place_of(key), text);
+      for (; p < values.size() && sorted_[p] == key; ++p) {
+        values[p] = number_for(values[p], mixed_.number_of_text(text));
+      }
+    }
+    write_in_span(values, p, values.size(), mixed_.texts_beyond());
+  }
 
  private:
-  SortedKeys(sorting::MixedKeys&& keys, std::size_t count)
-      : keys_(std::move(keys)),
-        layout_(keys_.lowest(), keys_.highest(), without_positions),
-        words_(buffer_if_any<std::uint64_t>(count)),
+  SortedKeys(sorting::MixedKeys&& mixed, std::size_t count)
+      : mixed_(std::move(mixed)),
+        keys_(buffer_if_any<std::uint64_t>(count)),
         spare_(buffer_if_any<std::uint64_t>(count)) {}
 
   void sort(std::span<const double> values) {
-    const std::span words(words_.get(), values.size());
-    std::transform(values.begin(), values.end(), words.begin(),
-                   [&](double value) { return layout_.word(keys_.key(value), 0); });
-    sorted_ = sorting::radix_sort(layout_, words, {spare_.get(), values.size()});
+    mixed_.write(values, keys_.get());
+    const std::uint64_t lowest = mixed_.lowest();
+    sorted_ = sorting::radix_sort(
+        std::span(keys_.get(), values.size()), std::span(spare_.get(), values.size()),
+        static_cast<int>(std::bit_width(mixed_.highest() - lowest)),
+        [lowest](std::uint64_t key) { return key - lowest; }, std::less());
   }
 
-  static constexpr std::size_t without_positions = 1;
+  // Of the first key that is not below.
+  std::size_t place_of(std::uint64_t key) const {
+    return static_cast<std::size_t>(std::ranges::lower_bound(sorted_, key) - sorted_.begin());
+  }
 
-  sorting::MixedKeys keys_;
-  sorting::WordLayout layout_;
-  Buffer<std::uint64_t> words_;
+  // At the places from p to end, behind so many texts of values beyond the span.
+  std::size_t write_in_span(std::span<double> values, std::size_t p, std::size_t end,
+                            std::size_t texts_before) const {
+    for (; p < end; ++p) {
+      const double number = sorting::MixedKeys::number_in_span(sorted_[p], texts_before);
+      values[p] = number_in_span_for(values[p], number);
+    }
+    return end;
+  }
+
+  sorting::MixedKeys mixed_;
+  Buffer<std::uint64_t> keys_;
   Buffer<std::uint64_t> spare_;
   std::span<const std::uint64_t> sorted_;  // one of the two, which keep their memory
 };
-
-void write_numbers(const SortedKeys& sorted, DoubleArray& DoubleA, std::int32_t upper) {
-  double* const values = DoubleA.row(1, upper);
-  const auto count = static_cast<std::size_t>(upper);
-  for (std::size_t p = 0; p < count; ++p) values[p] = number_for(values[p], sorted.number(p));
-}
 
 void sort_by_texts(DoubleArray& DoubleA, std::int32_t upper) {
   const bool all_there = !first_values(DoubleA, upper).empty();
@@ -147,7 +171,7 @@ void mOrdena::Ordena_Double_Array(DoubleArray& DoubleA, const std::int32_t& Lowe
                                   const std::int32_t& UpperBound) {
   const std::int32_t upper = upper_end(DoubleA, LowerBound, UpperBound);
   if (const auto sorted = SortedKeys::of(first_values(DoubleA, upper))) {
-    return write_numbers(*sorted, DoubleA, upper);
+    return sorted->write_numbers({DoubleA.row(1, upper), static_cast<std::size_t>(upper)});
   }
   sort_by_texts(DoubleA, upper);
 }

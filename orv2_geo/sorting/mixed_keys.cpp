@@ -1,5 +1,6 @@
 #include "orv2_geo/sorting/mixed_keys.h"
 
+#include <algorithm>
 #include <cmath>
 #include <new>
 #include <set>
@@ -107,21 +108,33 @@ std::uint64_t MixedKeys::key_beyond(double value) const noexcept {
   return std::ranges::lower_bound(beyond_, value, {}, &ValueBeyond::value)->key;
 }
 
-double MixedKeys::number_among_strays(std::uint64_t key) const {
-  // How many texts beyond the span have lower keys: the p-th has places_[p] + p.
-  std::size_t low = 0;
-  for (std::size_t high = places_.size(); low < high;) {
-    const std::size_t middle = (low + high) / 2;
-    if (places_[middle] + middle < key) {
-      low = middle + 1;
+std::uint64_t MixedKeys::moved_up(std::uint64_t key) const noexcept {
+  const auto behind = std::upper_bound(places_.begin(), places_.end(), key);
+  return key + static_cast<std::uint64_t>(behind - places_.begin());
+}
+
+std::uint64_t MixedKeys::key(double value) const noexcept {
+  return has_number_key(value) ? moved_up(closed_up(key_in_span(value))) : key_beyond(value);
+}
+
+void MixedKeys::write(std::span<const double> values, std::uint64_t* keys) const noexcept {
+  while (!values.empty()) {
+    const std::size_t count = std::min(keys_a_block, values.size());
+    const std::span block = values.first(count);
+    if (count == keys_a_block && multiply_keys(block.first<keys_a_block>(), keys)) {
+      if (!places_.empty()) {
+        std::transform(keys, keys + count, keys, [&](std::uint64_t key) { return moved_up(key); });
+      }
     } else {
-      high = middle;
+      std::transform(block.begin(), block.end(), keys, [&](double value) { return key(value); });
     }
+    values = values.subspan(count);
+    keys += count;
   }
-  if (low < places_.size() && places_[low] + low == key) {
-    return text_services::number_from_text(texts_[low].view());
-  }
-  return number_of_key(opened(key - low));
+}
+
+double MixedKeys::number_of_text(std::size_t text) const {
+  return text_services::number_from_text(texts_[text].view());
 }
 
 }  // namespace orv2_geo::sorting

@@ -10,7 +10,6 @@
 //   numbers                                      5  6  7  8  9
 #pragma once
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -37,16 +36,21 @@ class MixedKeys {
   std::uint64_t lowest() const noexcept { return lowest_; }
   std::uint64_t highest() const noexcept { return highest_ + places_.size(); }
 
-  /// Of one of the values.
-  std::uint64_t key(double value) const noexcept {
-    if (places_.empty()) return closed_up(key_in_span(value));
-    return has_number_key(value) ? moved_up(closed_up(key_in_span(value))) : key_beyond(value);
-  }
+  /// Writes those of some of the values.
+  void write(std::span<const double> values, std::uint64_t* keys) const noexcept;
 
-  /// The double that the text of a key stands for. Failures: 13 where it stands for
-  /// none, 6.
-  double number(std::uint64_t key) const {
-    return places_.empty() ? number_of_key(opened(key)) : number_among_strays(key);
+  /// How many different texts of values beyond the span there are. In ascending order
+  /// they are counted from 0.
+  std::size_t texts_beyond() const noexcept { return places_.size(); }
+  std::uint64_t key_of_text(std::size_t text) const noexcept { return places_[text] + text; }
+
+  /// The double that such a text stands for. Failures: 13 where it stands for none, 6.
+  double number_of_text(std::size_t text) const;
+
+  /// The double that the text of a value in the span stands for, by the value's key and
+  /// how many texts beyond the span come before.
+  static double number_in_span(std::uint64_t key, std::size_t texts_before) noexcept {
+    return number_of_key(opened(key - texts_before));
   }
 
  private:
@@ -67,12 +71,9 @@ class MixedKeys {
   bool find_places(std::vector<Stray> strays);
   std::uint64_t first_behind(const Stray& stray) const;
 
-  std::uint64_t moved_up(std::uint64_t key) const noexcept {
-    const auto behind = std::upper_bound(places_.begin(), places_.end(), key);
-    return key + static_cast<std::uint64_t>(behind - places_.begin());
-  }
+  std::uint64_t key(double value) const noexcept;
   std::uint64_t key_beyond(double value) const noexcept;
-  double number_among_strays(std::uint64_t key) const;
+  std::uint64_t moved_up(std::uint64_t key) const noexcept;
 
   // Of values in the span, not moved.
   std::uint64_t lowest_ = 0;
