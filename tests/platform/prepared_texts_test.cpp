@@ -130,7 +130,7 @@ TEST(PreparedTexts, KnowNothingFalseAfterRefusedMemory) {
       expect_the_collation(texts);
     }).join();
   }
-  EXPECT_GT(n, 30);
+  EXPECT_GT(n, 20);
 }
 
 // A thread that meets ever other texts does not keep something of each.
