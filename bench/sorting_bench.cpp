@@ -149,20 +149,6 @@ StringArray texts_of(const std::vector<std::string>& codes) {
   return texts;
 }
 
-// Put out of order again between the rounds, by handles alone.
-void strings(benchmark::State& state) {
-  StringArray texts = texts_of(codes(size_of(state)));
-  std::mt19937_64 engine(35);
-  for (auto _ : state) {
-    sorts.Ordena_StringArray(texts, from_array, from_array);
-    state.PauseTiming();
-    for (std::uint32_t i = texts.count() - 1; i > 0; --i) {
-      texts.data()[i].swap(texts.data()[engine() % (i + 1)]);
-    }
-    state.ResumeTiming();
-  }
-}
-
 template <class Names>
 void string_index(benchmark::State& state, Names names_of) {
   const StringArray texts = texts_of(names_of(size_of(state)));
@@ -194,16 +180,20 @@ DoubleArray shuffled(std::int32_t n) {
   return values;
 }
 
-void strings_icu(benchmark::State& state) {
-  std::vector<icu::UnicodeString> texts;
-  for (const std::string& code : codes(size_of(state))) {
-    texts.push_back(icu::UnicodeString::fromUTF8(code));
-  }
+std::unique_ptr<icu::Collator> spanish_collator() {
   UErrorCode status = U_ZERO_ERROR;
-  const std::unique_ptr<icu::Collator> collator(
+  std::unique_ptr<icu::Collator> collator(
       icu::Collator::createInstance(icu::Locale("es", "ES"), status));
+  if (U_FAILURE(status)) return nullptr;
   collator->setStrength(icu::Collator::SECONDARY);
-  if (U_FAILURE(status)) return state.SkipWithError("no collator");
+  return collator;
+}
+
+void icu_sort_keys(benchmark::State& state, const std::vector<std::string>& codes) {
+  std::vector<icu::UnicodeString> texts;
+  for (const std::string& code : codes) texts.push_back(icu::UnicodeString::fromUTF8(code));
+  const auto collator = spanish_collator();
+  if (!collator) return state.SkipWithError("no collator");
   for (auto _ : state) {
     std::vector<std::pair<std::vector<std::uint8_t>, std::size_t>> keys(texts.size());
     std::uint8_t buffer[256];
@@ -216,6 +206,40 @@ void strings_icu(benchmark::State& state) {
       return std::memcmp(a.first.data(), b.first.data(), both) < 0;
     });
     benchmark::DoNotOptimize(keys.data());
+  }
+}
+void strings_icu(benchmark::State& state) { icu_sort_keys(state, codes(size_of(state))); }
+
+// Whether the texts that `text(p)` gives are in ICU's order of the language.
+template <class TextAt>
+bool is_icu_order(std::int32_t count, TextAt text) {
+  const auto collator = spanish_collator();
+  if (!collator) return false;
+  icu::UnicodeString before;
+  for (std::int32_t p = 1; p <= count; ++p) {
+    icu::UnicodeString here = icu::UnicodeString::fromUTF8(text(p).to_utf8());
+    UErrorCode status = U_ZERO_ERROR;
+    if (collator->compare(before, here, status) > 0) return false;
+    before = std::move(here);
+  }
+  return true;
+}
+
+// Put out of order again between the rounds, by handles alone.
+void strings(benchmark::State& state) {
+  StringArray texts = texts_of(codes(size_of(state)));
+  std::mt19937_64 engine(35);
+  for (auto _ : state) {
+    sorts.Ordena_StringArray(texts, from_array, from_array);
+    state.PauseTiming();
+    for (std::uint32_t i = texts.count() - 1; i > 0; --i) {
+      texts.data()[i].swap(texts.data()[engine() % (i + 1)]);
+    }
+    state.ResumeTiming();
+  }
+  sorts.Ordena_StringArray(texts, from_array, from_array);
+  if (!is_icu_order(texts.upper(), [&](std::int32_t p) { return texts(p); })) {
+    state.SkipWithError("not in the order of the language");
   }
 }
 
@@ -419,6 +443,29 @@ void double_shape_index_peer(benchmark::State& state, const Numbers& numbers) {
   index_by_pairs(state, coordinates(numbers));
 }
 
+// In the order of their numbers; the absurd one is no character of one weight.
+std::vector<std::string> codes_of(const Numbers& numbers) {
+  std::vector<std::string> all;
+  for (const std::int32_t number : numbers) {
+    all.push_back(number == absurd ? "\xf0\x9f\x98\x80" : "P" + std::to_string(1000000 + number));
+  }
+  return all;
+}
+void text_index(benchmark::State& state, const Numbers& numbers) {
+  const StringArray texts = texts_of(codes_of(numbers));
+  Numbers counting(numbers.size());
+  std::iota(counting.begin(), counting.end(), 1);
+  LongArray index(1, texts.upper());
+  in_place(state, counting, index.data(),
+           [&] { sorts.Ordena_StringIndexArray(texts, index, from_array, from_array); });
+  if (!is_icu_order(texts.upper(), [&](std::int32_t p) { return texts(index(p)); })) {
+    state.SkipWithError("not in the order of the language");
+  }
+}
+void text_index_peer(benchmark::State& state, const Numbers& numbers) {
+  icu_sort_keys(state, codes_of(numbers));
+}
+
 constexpr auto milliseconds = benchmark::kMillisecond;
 
 using OfShape = void (*)(benchmark::State&, const Numbers&);
@@ -442,6 +489,7 @@ void register_shapes(const std::string& sort, OfShape subject, OfShape peer) {
   register_shapes("long_index", long_index, long_index_peer);
   register_shapes("doubles", doubles, doubles_peer);
   register_shapes("doubles_index", double_shape_index, double_shape_index_peer);
+  register_shapes("text_index", text_index, text_index_peer);
   return true;
 }();
 
