@@ -170,15 +170,18 @@ Characters& characters() { return of_this_thread<Characters>(); }
 PreparedTexts::PreparedTexts(std::span<const Text* const> texts)
     : texts_(texts), starts_(texts.size()) {
   Used used{};
-  if (read_texts(used)) rank_weights(used);
+  if (read_texts(used)) {
+    rank_weights(used);
+  } else {
+    unreadable_.clear();
+  }
 }
 
-// False where the texts cannot be read character by character.
+// False where too many texts cannot be read character by character.
 bool PreparedTexts::read_texts(Used& used) {
   constexpr std::uint32_t ahead = 16;       // texts to be fetched
   constexpr std::size_t usual_length = 12;  // more room is made where it is needed
   Characters& known = characters();
-  in_common_ = texts_.empty() ? 0 : texts_[0]->size();
   std::size_t room = 0;
   std::size_t start = 0;
   for (std::uint32_t t = 0; t < texts_.size(); ++t) {
@@ -191,10 +194,14 @@ bool PreparedTexts::read_texts(Used& used) {
       make_room(start, room);
     }
     std::uint8_t* const numbers = numbers_.get() + start;
-    if (!known.read(units, numbers, used)) return false;
-    numbers[units.size()] = 0;
     starts_[t] = static_cast<std::uint32_t>(start);
-    in_common_ = std::min(in_common_, units.size());
+    if (!known.read(units, numbers, used)) {
+      unreadable_.push_back(t);
+      if (unreadable_.size() > texts_.size() / 256) return false;
+      continue;
+    }
+    numbers[units.size()] = 0;
+    in_common_ = start == 0 ? units.size() : std::min(in_common_, units.size());
     const auto differs = std::mismatch(numbers, numbers + in_common_, numbers_.get());
     in_common_ = static_cast<std::size_t>(differs.first - numbers);
     start = end;
@@ -249,8 +256,14 @@ PreparedTexts::Part PreparedTexts::first_part(std::uint32_t text) const noexcept
   return part_at(text, starts_[text] + static_cast<std::uint32_t>(in_common_));
 }
 
+bool PreparedTexts::is_unreadable(std::uint32_t text) const noexcept {
+  return std::binary_search(unreadable_.begin(), unreadable_.end(), text);
+}
+
 bool PreparedTexts::are_of_same_characters(std::uint32_t i, std::uint32_t j) const noexcept {
-  if (ranks_a_word_ == 0) return texts_[i]->view() == texts_[j]->view();
+  if (ranks_a_word_ == 0 || is_unreadable(i) || is_unreadable(j)) {
+    return texts_[i]->view() == texts_[j]->view();
+  }
   const std::uint8_t* a = numbers_.get() + starts_[i];
   const std::uint8_t* b = numbers_.get() + starts_[j];
   for (; *a == *b; ++a, ++b) {

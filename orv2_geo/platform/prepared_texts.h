@@ -36,6 +36,11 @@ class PreparedTexts {
 
   std::size_t size() const noexcept { return texts_.size(); }
 
+  /// The texts, ascending, that cannot be read by characters where the others can: they
+  /// have no parts, and are compared as a whole. Never more than a 256th of all, else
+  /// none is read.
+  std::span<const std::uint32_t> unreadable() const noexcept { return unreadable_; }
+
   /// A part's word is below 2 to the power of this.
   int word_bits() const noexcept { return ranks_a_word_ * rank_bits_; }
 
@@ -55,6 +60,7 @@ class PreparedTexts {
   using Used = std::array<bool, 256>;  // numbers of characters
 
   bool read_texts(Used& used);
+  bool is_unreadable(std::uint32_t text) const noexcept;
   void make_room(std::size_t kept, std::size_t room);
   void rank_weights(const Used& used);
   Part part_at(std::uint32_t text, std::uint32_t at) const noexcept;
@@ -62,6 +68,7 @@ class PreparedTexts {
   const std::u32string& full_key(std::uint32_t i);
 
   std::span<const Text* const> texts_;
+  std::vector<std::uint32_t> unreadable_;
   std::size_t in_common_ = 0;              // characters that all texts begin with
   Buffer<std::uint8_t> numbers_;           // of the texts' characters, a 0 behind each text
   std::vector<std::uint32_t> starts_;      // of texts, there

@@ -27,27 +27,74 @@ Buffer<T> buffer(std::size_t count) {
 class PartByPart {
  public:
   explicit PartByPart(std::span<const Text* const> texts)
-      : count_(texts.size()),
-        prepared_(texts),
+      : prepared_(texts),
+        count_(texts.size() - prepared_.unreadable().size()),
         parts_(buffer<Part>(count_)),
         spare_(buffer<Part>(count_)),
         tied_(count_) {
-    for (std::uint32_t i = 0; i < count_; ++i) parts_[i] = prepared_.first_part(i);
+    make_first_parts();
     sort({parts_.get(), count_}, 1);
   }
 
   /// Their positions in that order, each with the bit that is tied to the one before.
-  std::vector<std::uint32_t> order_with_ties() const {
-    std::vector<std::uint32_t> order(count_);
-    for (std::size_t p = 0; p < order.size(); ++p) {
-      order[p] = parts_[p].text | (tied_[p] ? tied_bit : 0);
+  std::vector<std::uint32_t> order_with_ties() {
+    std::vector<std::uint32_t> order;
+    order.reserve(prepared_.size());
+    std::size_t p = 0;
+    for (const std::uint32_t text : sorted_unreadable()) {
+      p = append_below(text, p, order);
+      append(text, order);
+      // The first of the parts' own group of equals becomes one of a larger.
+      if (p < count_ && prepared_.compare(text, parts_[p].text) == 0) tied_[p] = true;
     }
+    append_parts(p, count_, order);
     return order;
   }
 
  private:
   using Part = PreparedTexts::Part;
   static constexpr int most_parts = 16;  // beyond, whole texts are compared
+
+  void make_first_parts() {
+    auto unreadable = prepared_.unreadable().begin();
+    Part* part = parts_.get();
+    for (std::uint32_t i = 0; i < prepared_.size(); ++i) {
+      if (unreadable != prepared_.unreadable().end() && *unreadable == i) {
+        ++unreadable;
+      } else {
+        *part++ = prepared_.first_part(i);
+      }
+    }
+  }
+
+  std::vector<std::uint32_t> sorted_unreadable() {
+    std::vector<std::uint32_t> texts(prepared_.unreadable().begin(), prepared_.unreadable().end());
+    std::sort(texts.begin(), texts.end(),
+              [&](std::uint32_t a, std::uint32_t b) { return prepared_.compare(a, b) < 0; });
+    return texts;
+  }
+
+  // A text without parts, tied or not to the last of all.
+  void append(std::uint32_t text, std::vector<std::uint32_t>& order) {
+    const bool tied = !order.empty() && prepared_.compare(order.back() & ~tied_bit, text) == 0;
+    order.push_back(text | (tied ? tied_bit : 0));
+  }
+
+  // The parts from p on whose texts come before this one; gives the place of the next.
+  std::size_t append_below(std::uint32_t text, std::size_t p, std::vector<std::uint32_t>& order) {
+    const auto comes_before = [&](const Part& part, std::uint32_t other) {
+      return prepared_.compare(part.text, other) < 0;
+    };
+    const Part* const place =
+        std::lower_bound(parts_.get() + p, parts_.get() + count_, text, comes_before);
+    const auto end = static_cast<std::size_t>(place - parts_.get());
+    append_parts(p, end, order);
+    return end;
+  }
+
+  void append_parts(std::size_t p, std::size_t end, std::vector<std::uint32_t>& order) const {
+    for (; p < end; ++p) order.push_back(parts_[p].text | (tied_[p] ? tied_bit : 0));
+  }
 
   void sort(std::span<Part> parts, int number) {
     const std::span spare(spare_.get(), parts.size());
@@ -81,8 +128,8 @@ class PartByPart {
     }
   }
 
-  std::size_t count_;
   PreparedTexts prepared_;
+  std::size_t count_;  // of the texts that have parts
   Buffer<Part> parts_;
   Buffer<Part> spare_;
   std::vector<bool> tied_;  // to the one before
