@@ -75,12 +75,12 @@ bool MixedKeys::find_places(std::vector<Stray> strays) {
   const Stray* before = nullptr;
   for (Stray& stray : strays) {
     if (before != nullptr && before->collated == stray.collated) {
-      if (texts_.back() != stray.text) return false;
+      if (before->text != stray.text) return false;
     } else {
       places_.push_back(first_behind(stray));
       if (places_.back() <= highest_ && collated_key(places_.back()) == stray.collated)
         return false;
-      texts_.push_back(stray.text);
+      meanings_.push_back(meaning_of(stray.text));
     }
     beyond_.push_back({stray.value, places_.back() + places_.size() - 1});
     before = &stray;
@@ -133,8 +133,18 @@ void MixedKeys::write(std::span<const double> values, std::uint64_t* keys) const
   }
 }
 
+// Asked for beforehand: where memory is refused nothing has been written yet.
+MixedKeys::Meaning MixedKeys::meaning_of(const Text& text) try {
+  return {text_services::number_from_text(text.view()), 0};
+} catch (const RunFailure& stop) {
+  if (stop.number() == failure::out_of_memory) throw;
+  return {0.0, stop.number()};
+}
+
 double MixedKeys::number_of_text(std::size_t text) const {
-  return text_services::number_from_text(texts_[text].view());
+  const Meaning& meaning = meanings_[text];
+  if (meaning.failure != 0) raise(meaning.failure);
+  return meaning.number;
 }
 
 }  // namespace orv2_geo::sorting

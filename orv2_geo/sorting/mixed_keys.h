@@ -61,12 +61,18 @@ class MixedKeys {
     Text text;
     std::u32string collated;
   };
+  // What such a text stands for: a number, or the failure of asking for it.
+  struct Meaning {
+    double number;
+    std::int32_t failure;
+  };
   struct ValueBeyond {
     double value;
     std::uint64_t key;
   };
 
   MixedKeys() = default;
+  static Meaning meaning_of(const Text& text);
   bool read(std::span<const double> values);
   bool find_places(std::vector<Stray> strays);
   std::uint64_t first_behind(const Stray& stray) const;
@@ -81,7 +87,7 @@ class MixedKeys {
 
   // Different texts of values beyond, ascending: the first key in the span behind each.
   std::vector<std::uint64_t> places_;
-  std::vector<Text> texts_;
+  std::vector<Meaning> meanings_;
   std::vector<ValueBeyond> beyond_;  // ascending
 };
 
