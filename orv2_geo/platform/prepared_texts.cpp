@@ -244,10 +244,10 @@ void PreparedTexts::rank_weights(const Used& used) {
 PreparedTexts::Part PreparedTexts::part_at(std::uint32_t text, std::uint32_t at) const noexcept {
   const std::uint8_t* number = numbers_.get() + at;
   std::uint64_t word = 0;
-  for (int shift = (ranks_a_word_ - 1) * rank_bits_; shift >= 0; shift -= rank_bits_) {
+  for (int behind = ranks_a_word_ - 1; behind >= 0; --behind) {
     while (*number != 0 && ranks_[*number] == 0) ++number;
     if (*number == 0) break;
-    word |= std::uint64_t{ranks_[*number++]} << shift;
+    word |= std::uint64_t{ranks_[*number++]} << behind * rank_bits_;
   }
   return {word, text, static_cast<std::uint32_t>(number - numbers_.get())};
 }
