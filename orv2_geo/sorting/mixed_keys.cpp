@@ -41,20 +41,23 @@ std::optional<MixedKeys> MixedKeys::of(std::span<const double> values) noexcept 
 }
 
 bool MixedKeys::read(std::span<const double> values) {
-  if (const auto found = extremes_in_span(values)) {
-    lowest_ = closed_up(key_in_span(found->lowest));
-    highest_ = closed_up(key_in_span(found->highest));
-    return true;
-  }
   Extremes found = {beyond_span, lowest_in_span};
   std::set<double> beyond;
-  for (const double value : values) {
-    if (has_number_key(value)) {
-      found = {std::min(found.lowest, value), std::max(found.highest, value)};
-    } else {
-      if (std::isnan(value)) return false;
-      beyond.insert(value);
-      if (beyond.size() > values.size() / values_a_stray) return false;
+  for (std::size_t first = 0; first < values.size(); first += keys_a_block) {
+    const auto block = values.subspan(first, std::min(keys_a_block, values.size() - first));
+    if (const auto of_block = extremes_in_span(block)) {
+      found = {std::min(found.lowest, of_block->lowest),
+               std::max(found.highest, of_block->highest)};
+      continue;
+    }
+    for (const double value : block) {
+      if (has_number_key(value)) {
+        found = {std::min(found.lowest, value), std::max(found.highest, value)};
+      } else {
+        if (std::isnan(value)) return false;
+        beyond.insert(value);
+        if (beyond.size() > values.size() / values_a_stray) return false;
+      }
     }
   }
   if (found.lowest > found.highest) found = {0.0, 0.0};  // any in the span will do
@@ -109,8 +112,12 @@ std::uint64_t MixedKeys::key_beyond(double value) const noexcept {
 }
 
 std::uint64_t MixedKeys::moved_up(std::uint64_t key) const noexcept {
-  const auto behind = std::upper_bound(places_.begin(), places_.end(), key);
-  return key + static_cast<std::uint64_t>(behind - places_.begin());
+  constexpr std::size_t few = 4;  // looked at one by one
+  const auto is_behind = [key](std::uint64_t place) { return place <= key; };
+  const auto texts_before =
+      places_.size() <= few ? std::ranges::count_if(places_, is_behind)
+                            : std::ranges::partition_point(places_, is_behind) - places_.begin();
+  return key + static_cast<std::uint64_t>(texts_before);
 }
 
 std::uint64_t MixedKeys::key(double value) const noexcept {
