@@ -5,6 +5,7 @@ usage: ratios.py RESULT.json...
 
 The results are Google Benchmark's JSON with repetitions; medians are compared.
 A target of "report" only reports. A peer may be a number: a time itself.
+A benchmark whose answer was wrong fails the whole.
 """
 import csv
 import json
@@ -17,18 +18,21 @@ TARGETS = pathlib.Path(__file__).with_name("targets.csv")
 
 def medians(paths):
     times = {}
+    errors = {}
     for path in paths:
         if pathlib.Path(path).stat().st_size == 0:
             continue  # no benchmark of that program matched the filter
         with open(path, encoding="utf-8") as file:
             for run in json.load(file)["benchmarks"]:
-                if run.get("run_type") == "iteration" and "error_occurred" not in run:
+                if run.get("error_occurred"):
+                    errors[run["run_name"]] = run.get("error_message", "")
+                elif run.get("run_type") == "iteration":
                     times.setdefault(run["run_name"], []).append(run["cpu_time"])
-    return {name: statistics.median(values) for name, values in times.items()}
+    return {name: statistics.median(values) for name, values in times.items()}, errors
 
 
 def main():
-    times = medians(sys.argv[1:])
+    times, errors = medians(sys.argv[1:])
     missed = 0
     print(f"{'':48} {'subject':>12} {'peer':>12} {'ratio':>7}  target")
     with open(TARGETS, encoding="utf-8", newline="") as file:
@@ -44,7 +48,10 @@ def main():
             mark = "  MISSED" if over else ""
             print(f"{row['what']:48} {subject:12.2f} {peer:12.2f} {ratio:7.2f}  {target}{mark}")
     print(f"{missed} targets missed" if missed else "all targets met")
+    for name, message in errors.items():
+        print(f"{name}: {message}")
+    return 1 if errors else 0
 
 
 if __name__ == "__main__":
-    main()
+    sys.exit(main())

@@ -2,8 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <bit>
-#include <cmath>
 #include <cstddef>
 
 #include "orv2_geo/frame/memory.h"
@@ -17,44 +15,27 @@ std::uint64_t word_key(double value) { return closed_up(key_in_span(value)); }
 
 bool is_in_span(double value) { return value >= lowest_in_span && value < beyond_span; }  // no NaN
 
-// As many words are made together.
-constexpr std::size_t block = 64;
-using Block = std::array<std::uint64_t, block>;
+using Block = std::array<std::uint64_t, keys_a_block>;
 
-// As a number without a sign: positive doubles compare like their bits.
-std::uint64_t bits(double value) { return std::bit_cast<std::uint64_t>(value); }
-
-// The words of values from zero on where a multiplication tells their keys, which
-// is so for coordinates with few decimals; says whether it does. In the span a sum is
-// below 10^9 and its product below 10^15 < 2^50, so that half a unit in the product's
-// last place is 2^(49 - 52) / 2 = 1/16: the number next to the product is the key
-// where it is no further than 3/8 away, as 3/8 + 1/16 < 1/2.
-//
-// There is no branch, and no conversion: adding 2^52 leaves a double below that
-// without a fraction, and with its whole number in the lowest bits. 2^52 + 5.2 is
-// 0x4330000000000005.
-bool multiply_keys(const WordLayout& layout, std::span<const double, block> values,
-                   std::size_t first, std::uint64_t* words) {
-  constexpr double two_to_52 = 4503599627370496.0;
-  std::uint64_t refused = 0;  // the highest bit: something beyond its limit
+// The words of a block whose keys multiplication tells; says whether it does.
+bool multiply_words(const WordLayout& layout, std::span<const double, keys_a_block> values,
+                    std::size_t first, std::uint64_t* words) {
+  Block keys;
+  if (!multiply_keys(values, keys.data())) return false;
   std::uint64_t above_lowest = 0;
-  for (std::size_t k = 0; k < block; ++k) {
-    const double product = (values[k] + offset_from_zero) * 1e6;
-    const double whole = product + two_to_52;
-    const double rest = product - (whole - two_to_52);
-    refused |= bits(values[k]) | (bits(0.375) - bits(std::abs(rest)));
-    const std::uint64_t key = bits(whole) - bits(two_to_52);
-    above_lowest |= key - layout.lowest();  // what of it a word would lose
-    words[k] = layout.word(key, first + k);
+  for (std::size_t k = 0; k < keys_a_block; ++k) {
+    above_lowest |= keys[k] - layout.lowest();  // what of it a word would lose
+    words[k] = layout.word(keys[k], first + k);
   }
-  return refused >> 63 == 0 && above_lowest >> layout.key_bits() == 0;
+  return above_lowest >> layout.key_bits() == 0;
 }
 
 // The words of a block or less, which has the positions from `first` on. False when
 // a value has no key that they can hold.
 bool make_words(const WordLayout& layout, std::span<const double> values, std::size_t first,
                 std::span<std::uint64_t> words) {
-  if (values.size() == block && multiply_keys(layout, values.first<block>(), first, words.data())) {
+  if (values.size() == keys_a_block &&
+      multiply_words(layout, values.first<keys_a_block>(), first, words.data())) {
     return true;
   }
   for (std::size_t k = 0; k < values.size(); ++k) {
@@ -94,8 +75,8 @@ std::optional<DoubleOrder> DoubleOrder::of(std::span<const double> values,
 DoubleOrder::DoubleOrder(const WordLayout& layout, std::span<const double> values)
     : layout_(layout), words_(values.size()) {
   const std::span<std::uint64_t> words = words_.words();
-  for (std::size_t first = 0; first < words.size(); first += block) {
-    const std::size_t count = std::min(block, words.size() - first);
+  for (std::size_t first = 0; first < words.size(); first += keys_a_block) {
+    const std::size_t count = std::min(keys_a_block, words.size() - first);
     make_words(layout_, values.subspan(first, count), first, words.subspan(first, count));
   }
 }
@@ -104,8 +85,8 @@ bool DoubleOrder::are_of(std::span<const double> values, std::size_t first) noex
   if (values.size() > words().size() - first) return false;
   const std::span<const std::uint64_t> words = this->words().subspan(first, values.size());
   Block again;
-  for (std::size_t k = 0; k < words.size(); k += block) {
-    const std::size_t count = std::min(block, words.size() - k);
+  for (std::size_t k = 0; k < words.size(); k += keys_a_block) {
+    const std::size_t count = std::min(keys_a_block, words.size() - k);
     const std::span now = std::span(again).first(count);
     if (!make_words(layout_, values.subspan(k, count), first + k, now)) return false;
     if (!std::ranges::equal(now, words.subspan(k, count))) return false;

@@ -1,5 +1,4 @@
 // Sorts of 32-bit numbers, in place or through an index.
-#include <algorithm>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -8,6 +7,7 @@
 #include "orv2_geo/frame/overlap.h"
 #include "orv2_geo/sorting/mOrdena.h"
 #include "orv2_geo/sorting/quicksort.h"
+#include "orv2_geo/sorting/radix_sort.h"
 #include "orv2_geo/sorting/ranges.h"
 #include "orv2_geo/sorting/word_order.h"
 
@@ -95,7 +95,7 @@ void mOrdena::Ordena_LongArray(LongArray& TheArray, const std::int32_t& LowerBou
                        sorting::upper_bound_of(TheArray, UpperBound)};
   const std::span<std::int32_t> numbers = sorting::movable(TheArray, range);
   if (!numbers.empty()) {
-    std::sort(numbers.begin(), numbers.end());  // no one can tell equals apart
+    sorting::sort_numbers(numbers);  // no one can tell equals apart
   } else {
     sorting::quicksort(NumbersInPlace{TheArray}, range);
   }

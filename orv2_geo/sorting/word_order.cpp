@@ -83,20 +83,24 @@ void WordOrder::write_positions(const WordLayout& layout, std::int64_t first,
 
 bool seem_tied(const WordLayout& layout, std::span<const std::uint64_t> words) noexcept {
   // Neighbours, as points are measured twice in a row, at places all over.
-  constexpr std::size_t looks = 512;
+  constexpr std::size_t looks = 2048;
   constexpr std::size_t neighbours = 8;
-  constexpr int slot_bits = 12;
-  std::array<std::uint64_t, std::size_t{1} << slot_bits> seen;
-  seen.fill(~std::uint64_t{0});
-  const std::size_t step = words.size() / looks;
-  if (step < neighbours) return true;  // so few that either way will do
+  constexpr std::size_t few = 4096;
+  constexpr int slot_bits = 14;
+  if (words.size() < few) return true;  // so few that either way will do
+  // Each slot has of one key the bits of its hash behind those that name the slot.
+  std::array<std::uint32_t, std::size_t{1} << slot_bits> seen;
+  seen.fill(~std::uint32_t{0});
+  const std::size_t step = std::max(words.size() / looks, neighbours);
   for (std::size_t start = 0; start + neighbours <= words.size(); start += step) {
     for (const std::uint64_t word : words.subspan(start, neighbours)) {
       const std::uint64_t key = layout.key(word);
       // Multiplicative hashing, by the golden ratio.
-      const auto slot = static_cast<std::size_t>(key * 0x9e3779b97f4a7c15U >> (64 - slot_bits));
-      if (seen[slot] == key) return true;
-      seen[slot] = key;
+      const std::uint64_t hash = key * 0x9e3779b97f4a7c15U;
+      const auto slot = static_cast<std::size_t>(hash >> (64 - slot_bits));
+      const auto rest = static_cast<std::uint32_t>(hash >> (32 - slot_bits));
+      if (seen[slot] == rest) return true;
+      seen[slot] = rest;
     }
   }
   return false;

@@ -35,6 +35,17 @@ class Steps {
     words_[hi] = high;
   }
 
+  // Whether no word's key is below the one before, and none the same unless `or_same`.
+  bool is_ascending(std::int64_t lo, std::int64_t hi, bool or_same) const noexcept {
+    for (std::int64_t k = lo; k < hi; ++k) {
+      if (or_same ? words_[k] > highest_of_key(words_[k + 1])
+                  : words_[k + 1] <= highest_of_key(words_[k])) {
+        return false;
+      }
+    }
+    return true;
+  }
+
   // Gives where the upward scan ended, and the pivot's final place.
   BlockPartition::Ends partition(std::int64_t lo, std::int64_t hi) noexcept {
     const Word pivot = words_[lo + 1];
@@ -121,12 +132,20 @@ bool sort_parts(Steps& steps, std::int64_t lo, std::int64_t hi, Purpose& purpose
   }
 }
 
-// The words themselves are the answer.
+// The words themselves are the answer. Where they come in runs small parts are looked at
+// first: of those in order the outcome is known, unless there are ties in more than
+// insertion is left with.
+template <bool in_runs>
 class SortWords {
  public:
-  explicit SortWords(std::int64_t most_steps) noexcept : steps_left_(most_steps) {}
+  SortWords(const Steps& steps, std::int64_t most_steps) noexcept
+      : steps_(steps), steps_left_(most_steps) {}
 
-  static constexpr bool is_settled(std::int64_t, std::int64_t) noexcept { return false; }
+  bool is_settled(std::int64_t lo, std::int64_t hi) const noexcept {
+    constexpr std::int64_t small = 64;
+    if (!in_runs || hi - lo >= small) return false;
+    return steps_.is_ascending(lo, hi, hi - lo < static_cast<std::int64_t>(insertion_limit));
+  }
   bool partitioned(std::int64_t lo, std::int64_t hi, const BlockPartition::Ends&) noexcept {
     steps_left_ -= hi - lo;
     return steps_left_ >= 0;
@@ -134,8 +153,30 @@ class SortWords {
   static void inserted(std::int64_t, std::int64_t) noexcept {}
 
  private:
+  const Steps& steps_;
   std::int64_t steps_left_;
 };
+
+// Whether words mostly ascend or descend for a while, at places all over. Marks and
+// positions are looked at like keys: it is a guess.
+bool seem_to_come_in_runs(std::span<const std::uint64_t> words) noexcept {
+  constexpr std::size_t looks = 64;
+  constexpr std::size_t neighbours = 8;
+  const std::size_t step = words.size() / looks;
+  if (step < neighbours) return false;  // so few that either way will do
+  std::size_t runs = 0;
+  for (std::size_t look = 0; look < looks; ++look) {
+    const auto some = words.subspan(look * step, neighbours);
+    runs += std::is_sorted(some.begin(), some.end()) || std::is_sorted(some.rbegin(), some.rend());
+  }
+  return runs > looks * 3 / 4;
+}
+
+template <bool in_runs>
+bool sort_words(Steps steps, std::size_t count, std::int64_t most_steps) noexcept {
+  SortWords<in_runs> purpose(steps, most_steps);
+  return sort_parts(steps, 0, static_cast<std::int64_t>(count) - 1, purpose);
+}
 
 // In place of its key a word has the element's rank: the place of the first of its
 // equals in the sorted order.
@@ -194,9 +235,9 @@ void keep_order(std::span<std::uint32_t> order) {
 
 bool word_quicksort(const WordLayout& layout, std::span<std::uint64_t> words, std::int64_t first,
                     std::int64_t most_steps) noexcept {
-  Steps steps(words.data(), layout.mask_below_key(), first);
-  SortWords purpose(most_steps);
-  return sort_parts(steps, 0, static_cast<std::int64_t>(words.size()) - 1, purpose);
+  const Steps steps(words.data(), layout.mask_below_key(), first);
+  return seem_to_come_in_runs(words) ? sort_words<true>(steps, words.size(), most_steps)
+                                     : sort_words<false>(steps, words.size(), most_steps);
 }
 
 void settle_ties(std::span<std::uint32_t> order, std::int64_t first, std::uint64_t* words,

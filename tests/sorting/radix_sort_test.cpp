@@ -1,11 +1,13 @@
 #include "orv2_geo/sorting/radix_sort.h"
 
 #include <algorithm>
+#include <random>
 #include <vector>
 
 #include "tests/sorting/packed_words.h"
 #include "tests/sorting/sort_data.h"
 #include "tests/support/preamble.h"
+#include "tests/support/refused_memory.h"
 
 namespace orv2_geo {
 namespace {
@@ -116,6 +118,78 @@ TEST(RadixSort, AnyKeysManyTiedOrFew) {
     expect_sorted(layout, words_of(layout, keys));
     if (HasFailure()) FAIL() << round;
   }
+}
+
+TEST(RadixSort, WordsOfEveryShape) {
+  Numbers numbers(110);
+  for (const Shape shape : shapes) {
+    for (const std::size_t n : {512U, 513U, 700U, 5000U}) {
+      for (const std::uint64_t different : {20U, 3000U, 1000000000U}) {
+        const Words keys = keys_of(numbers, shape, n, different);
+        const WordLayout layout = layout_of(keys);
+        expect_sorted(layout, words_of(layout, keys));
+        if (HasFailure()) FAIL() << static_cast<int>(shape) << ", " << n << " of " << different;
+      }
+    }
+  }
+}
+
+// Numbers of 32 bits with the sign in the middle of them.
+std::vector<std::int32_t> numbers_of(const Words& keys) {
+  std::vector<std::int32_t> all;
+  for (const std::uint64_t key : keys) all.push_back(static_cast<std::int32_t>(key) - 2000);
+  return all;
+}
+
+void expect_numbers_sorted(std::vector<std::int32_t> given) {
+  std::vector<std::int32_t> expected = given;
+  std::sort(expected.begin(), expected.end());
+  sorting::sort_numbers(given);
+  ASSERT_EQ(given, expected);
+}
+
+TEST(SortNumbers, EveryShapeAndLength) {
+  Numbers numbers(111);
+  for (const Shape shape : shapes) {
+    for (const std::size_t n : lengths) {
+      for (const std::uint64_t different : {3U, 3000U, 2000000000U}) {
+        expect_numbers_sorted(numbers_of(keys_of(numbers, shape, n, different)));
+        if (HasFailure()) FAIL() << static_cast<int>(shape) << ", " << n << " of " << different;
+      }
+    }
+  }
+}
+
+TEST(SortNumbers, FromTheLowestToTheHighest) {
+  Numbers numbers(112);
+  for (const std::size_t n : lengths) {
+    std::vector<std::int32_t> all(n);
+    for (std::int32_t& number : all) {
+      number = static_cast<std::int32_t>(static_cast<std::uint32_t>(numbers.below(1ULL << 32)));
+    }
+    if (n > 2) all[0] = highest_long, all[1] = lowest_long;
+    expect_numbers_sorted(all);
+  }
+}
+
+TEST(SortNumbers, WithoutMemoryByComparisons) {
+  Numbers numbers(113);
+  std::vector<std::int32_t> given = numbers_of(random_keys(numbers, 3000, 1000000));
+  std::vector<std::int32_t> expected = given;
+  std::sort(expected.begin(), expected.end());
+  {
+    const RefusedAllocation refused(0);
+    sorting::sort_numbers(given);
+    EXPECT_TRUE(RefusedAllocation::happened());
+  }
+  EXPECT_EQ(given, expected);
+  // Few numbers ask for none.
+  given.resize(512);
+  std::shuffle(given.begin(), given.end(), std::mt19937_64(5));
+  const RefusedAllocation refused(0);
+  sorting::sort_numbers(given);
+  EXPECT_FALSE(RefusedAllocation::happened());
+  EXPECT_TRUE(std::is_sorted(given.begin(), given.end()));
 }
 
 }  // namespace

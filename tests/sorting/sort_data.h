@@ -110,4 +110,60 @@ inline std::vector<std::uint64_t> random_keys(Numbers& numbers, std::size_t n,
   return keys;
 }
 
+/// Data of every shape that a way of sorting takes notice of: numbers from 1000 on, below
+/// 1000 + different but for those that stand alone.
+enum class Shape {
+  random,
+  equal,
+  few,
+  ascending,
+  descending,
+  organ_pipe,
+  ascending_one_high,
+  ascending_one_low,
+  ascending_some_elsewhere,
+  descending_one_high,
+};
+inline constexpr Shape shapes[] = {
+    Shape::random,
+    Shape::equal,
+    Shape::few,
+    Shape::ascending,
+    Shape::descending,
+    Shape::organ_pipe,
+    Shape::ascending_one_high,
+    Shape::ascending_one_low,
+    Shape::ascending_some_elsewhere,
+    Shape::descending_one_high,
+};
+inline std::vector<std::uint64_t> keys_of(Numbers& numbers, Shape shape, std::size_t n,
+                                          std::uint64_t different) {
+  auto keys = random_keys(numbers, n,
+                          shape == Shape::equal ? 1
+                          : shape == Shape::few ? 7
+                                                : different);
+  if (n == 0 || shape == Shape::random || shape == Shape::equal || shape == Shape::few) return keys;
+  std::sort(keys.begin(), keys.end());
+  switch (shape) {
+    case Shape::descending: std::reverse(keys.begin(), keys.end()); break;
+    case Shape::organ_pipe: {
+      const auto middle = keys.begin() + static_cast<std::ptrdiff_t>(n / 2);
+      std::reverse(middle, keys.end());
+      break;
+    }
+    case Shape::ascending_one_high: keys[numbers.below(n)] = 1000 + 2 * different; break;
+    case Shape::ascending_one_low: keys[numbers.below(n)] = 0; break;
+    case Shape::ascending_some_elsewhere:
+      for (std::size_t k = n / 100; k > 0; --k)
+        keys[numbers.below(n)] = 1000 + numbers.below(different);
+      break;
+    case Shape::descending_one_high:
+      std::reverse(keys.begin(), keys.end());
+      keys[numbers.below(n)] = 1000 + 2 * different;
+      break;
+    default: break;
+  }
+  return keys;
+}
+
 }  // namespace orv2_geo::testing_support

@@ -251,6 +251,172 @@ TEST(Sorts, RandomDoublesAgainstTheirTexts) {
   }
 }
 
+// Numbers of any shape in part of an array, the rest of which stays as it is.
+TEST(Sorts, LongArraysOfEveryShapeInAnyRange) {
+  Numbers numbers(124);
+  for (const Shape shape : shapes) {
+    for (const std::size_t n : {20U, 511U, 520U, 4000U}) {
+      std::vector<std::int32_t> values;
+      for (const std::uint64_t key : keys_of(numbers, shape, n, 1 + numbers.below(100000))) {
+        values.push_back(static_cast<std::int32_t>(key) - 5000);
+      }
+      const Place place = any_place(numbers, n);
+      LongArray array = longs(place.lower, values);
+      sorts.Ordena_LongArray(array, place.from, place.to);
+      const auto begin = values.begin();
+      std::sort(begin + (from_of(place) - place.lower),
+                begin + (to_of(place, n) - place.lower + 1));
+      ASSERT_EQ(elements(array), values) << static_cast<int>(shape) << ", " << n;
+    }
+  }
+}
+
+// Coordinates of any shape, of which some are replaced.
+std::vector<double> coordinates(Numbers& numbers, Shape shape, std::size_t n,
+                                const std::vector<double>& strays) {
+  std::vector<double> values = {0.0};  // element 0 takes no part
+  for (const std::uint64_t key : keys_of(numbers, shape, n, 1 + numbers.below(5 * n))) {
+    values.push_back(435000.0 + static_cast<double>(key) / 1000.0);
+  }
+  for (const double stray : strays) values[1 + numbers.below(n)] = stray;
+  return values;
+}
+
+// What the members make of the values, beside the steps on the values' texts.
+void expect_as_by_texts(const std::vector<double>& values) {
+  std::vector<Text> keys;
+  for (const double value : values) keys.push_back(restated_key(value));
+  const auto count = static_cast<std::int64_t>(values.size()) - 1;
+  Elements restated = numbering(0, values.size(), 0);
+  sort_by_restated_steps(restated, by_texts(keys, 0), 1, count);
+
+  DoubleArray array = doubles(0, values);
+  LongArray index;
+  sorts.Ordena_Double_Index_Array(array, index, bound_from_array, bound_from_array);
+  ASSERT_EQ(elements(index), restated.as_longs());
+
+  std::vector<double> expected = values;
+  std::int32_t stopped = 0;
+  for (std::size_t i = 1; i < values.size() && stopped == 0; ++i) {
+    const Text& key = keys[static_cast<std::size_t>(restated.values[i])];
+    stopped = failure_of([&] {
+      const double number = text_services::number_from_text(key.view());
+      expected[i] = values[i] > 0 ? number - 300000000.0 : -number - 200000000.0;
+    });
+  }
+  EXPECT_EQ(
+      failure_of([&] { sorts.Ordena_Double_Array(array, bound_from_array, bound_from_array); }),
+      stopped);
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    ASSERT_EQ(bits(array.data()[i]), bits(expected[i])) << i;
+  }
+}
+
+TEST(Sorts, DoublesOfEveryShapeWithAFewBeyondTheSpan) {
+  Numbers numbers(125);
+  const double largest = std::numeric_limits<double>::max();
+  const std::vector<double> table[] = {
+      {}, {1e14}, {-1e14, 7e9}, {1e16, -5.0, 0.0}, {-0.0}, {6e8}, {inf}, {-inf, 1e14}, {largest},
+  };
+  for (const Shape shape : shapes) {
+    for (const std::vector<double>& strays : table) {
+      // At most one in 256 is a few.
+      for (const std::size_t n : {100U, 700U, 1500U}) {
+        expect_as_by_texts(coordinates(numbers, shape, n, strays));
+        if (HasFailure()) {
+          FAIL() << static_cast<int>(shape) << ", " << n << ", " << strays.size();
+        }
+      }
+    }
+  }
+}
+
+// Keys and positions together are longer than a word.
+TEST(Sorts, DoublesFarApartInTheSpan) {
+  Numbers numbers(126);
+  std::vector<double> values = coordinates(numbers, Shape::random, 20000, {-9.9e7, 6.9e8});
+  expect_as_by_texts(values);
+  std::sort(values.begin() + 1, values.end());
+  expect_as_by_texts(values);
+}
+
+TEST(Sorts, TextsOfWhichAFewCannotBeReadByCharacters) {
+  Numbers numbers(127);
+  const std::vector<Text> strays[] = {
+      {u"😀"},
+      {u"P1😀", u"p1😀", u"Pß", u"pSS", u""},
+      {std::u16string_view(u"P\0", 2), std::u16string_view(u"p\0", 2), u"P"},
+  };
+  for (const std::vector<Text>& some : strays) {
+    for (const std::size_t n : {255U, 256U, 1500U}) {
+      std::vector<Text> codes = codes_of(numbers, pattern(numbers, n));
+      for (const Text& stray : some) codes[numbers.below(n)] = stray;
+      Elements restated = numbering(1, n, 1);
+      sort_by_restated_steps(restated, by_texts(codes, 1), 1, static_cast<std::int64_t>(n));
+      LongArray index = counting(1, static_cast<std::int32_t>(n));
+      const StringArray names = strings(1, codes);
+      sorts.Ordena_StringIndexArray(names, index, bound_from_array, bound_from_array);
+      ASSERT_EQ(elements(index), restated.as_longs()) << n << ' ' << some[0].to_utf8();
+      StringArray in_place = names;
+      sorts.Ordena_StringArray(in_place, bound_from_array, bound_from_array);
+      for (std::int32_t i = 1; i <= in_place.upper(); ++i) ASSERT_EQ(in_place(i), names(index(i)));
+    }
+  }
+}
+
+TEST(Sorts, TextsOfEveryShape) {
+  Numbers numbers(128);
+  for (const Shape shape : shapes) {
+    for (const std::size_t n : {300U, 513U, 3000U}) {
+      const auto keys = keys_of(numbers, shape, n, 1 + numbers.below(3 * n));
+      const std::vector<Text> codes =
+          codes_of(numbers, std::vector<std::int64_t>(keys.begin(), keys.end()));
+      Elements restated = numbering(1, n, 1);
+      sort_by_restated_steps(restated, by_texts(codes, 1), 1, static_cast<std::int64_t>(n));
+      LongArray index = counting(1, static_cast<std::int32_t>(n));
+      sorts.Ordena_StringIndexArray(strings(1, codes), index, bound_from_array, bound_from_array);
+      ASSERT_EQ(elements(index), restated.as_longs()) << static_cast<int>(shape) << ", " << n;
+    }
+  }
+}
+
+// Each allocation in turn, of a sort with a value beyond the span.
+TEST(Sorts, ARefusedAllocationChangesNoAnswer) {
+  Numbers numbers(129);
+  const std::vector<double> values = coordinates(numbers, Shape::random, 600, {1e14, -1e14});
+  DoubleArray sorted = doubles(0, values);
+  LongArray order;
+  sorts.Ordena_Double_Index_Array(sorted, order, bound_from_array, bound_from_array);
+  sorts.Ordena_Double_Array(sorted, bound_from_array, bound_from_array);
+  int refused_by_index = 0;
+  int refused_in_place = 0;
+  for (long n = 0; n < 900; n += 1 + n / 150) {
+    DoubleArray array = doubles(0, values);
+    LongArray index;
+    std::int32_t number = 0;
+    {
+      const RefusedAllocation refused(n);
+      number = failure_of([&] {
+        sorts.Ordena_Double_Index_Array(array, index, bound_from_array, bound_from_array);
+      });
+    }
+    refused_by_index += number == 7;
+    if (number == 0) {
+      ASSERT_EQ(elements(index), elements(order)) << n;
+    }
+    {
+      const RefusedAllocation refused(n);
+      number =
+          failure_of([&] { sorts.Ordena_Double_Array(array, bound_from_array, bound_from_array); });
+    }
+    refused_in_place += number == 7;
+    ASSERT_EQ(elements(array), number == 0 ? elements(sorted) : values) << n;
+  }
+  // The index itself must have its memory; all else has another way.
+  EXPECT_EQ(refused_by_index, 1);
+  EXPECT_EQ(refused_in_place, 0);
+}
+
 // Without memory for another way the algorithm itself is run; where that needs
 // some too, the failure is 7, nothing is lost and nothing is left behind.
 TEST(Sorts, ARefusedAllocationLosesNothing) {

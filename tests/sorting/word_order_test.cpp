@@ -37,5 +37,36 @@ TEST(WordOrder, WithoutMemoryForTheOtherWayTheStepsAreTaken) {
   EXPECT_EQ(order, restated_order(keys, 1));
 }
 
+// Below 4096 words one way is taken for all; beyond, the ties found decide.
+TEST(WordOrder, EveryShapeByEveryWay) {
+  Numbers numbers(115);
+  for (const Shape shape : shapes) {
+    for (const std::size_t n : {4095U, 4096U, 20000U, 40000U}) {
+      for (const std::uint64_t different : {1000U, 30000U, 100000000U}) {
+        const auto keys = keys_of(numbers, shape, n, different);
+        ASSERT_EQ(order_of(keys, 1), restated_order(keys, 1))
+            << static_cast<int>(shape) << ", " << n << " of " << different;
+      }
+    }
+  }
+}
+
+// With five times as many keys as words one word in five is tied.
+TEST(WordOrder, TiesSeemToBeThereWhereTheyAreMany) {
+  Numbers numbers(116);
+  for (const std::size_t n : {5000U, 100000U}) {
+    const struct {
+      std::uint64_t different;
+      bool tied;
+    } table[] = {{n * 5, true}, {1ULL << 40, false}};
+    for (const auto& row : table) {
+      const auto keys = random_keys(numbers, n, row.different);
+      const WordLayout layout = layout_of(keys);
+      sorting::WordOrder words = packed(layout, keys);
+      EXPECT_EQ(sorting::seem_tied(layout, words.words()), row.tied) << n;
+    }
+  }
+}
+
 }  // namespace
 }  // namespace orv2_geo

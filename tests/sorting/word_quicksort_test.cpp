@@ -47,6 +47,24 @@ TEST(WordQuicksort, TheOrderOfTheStepsAndNothingAround) {
   }
 }
 
+// Words that come in runs are looked at before they are sorted.
+TEST(WordQuicksort, EveryShapeWithTiesAndWithout) {
+  Numbers numbers(114);
+  for (const Shape shape : shapes) {
+    for (const std::size_t n : {511U, 512U, 513U, 1500U, 6000U}) {
+      for (const std::size_t different : {n / 20, n, 5 * n, 1000000 * n}) {
+        const auto keys = keys_of(numbers, shape, n, different);
+        const WordLayout layout = layout_of(keys);
+        sorting::WordOrder words = packed(layout, keys);
+        ASSERT_TRUE(sorting::word_quicksort(layout, words.words(), -3, 1'000'000'000));
+        std::vector<std::uint32_t> order;
+        for (const std::uint64_t word : words.words()) order.push_back(layout.position(word));
+        ASSERT_EQ(order, restated_order(keys, -3)) << static_cast<int>(shape) << ", " << n;
+      }
+    }
+  }
+}
+
 TEST(WordQuicksort, WhereTheStepsAreNotEnoughTheWordsAreStillThere) {
   Numbers numbers(93);
   const auto keys = random_keys(numbers, 1000, 300);
