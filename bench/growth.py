@@ -21,10 +21,10 @@ from matplotlib import pyplot  # noqa: E402
 
 # A plot: its name, what it says, the subject and its peers by the names of their benchmarks.
 PLOTS = (
-    ("doubles", "Sorting doubles", {"doubles/random": "Ordena_Double_Array",
-                                    "doubles_std_sort/random": "std::sort"}),
-    ("longs", "Sorting whole numbers", {"longs/random": "Ordena_LongArray",
-                                        "longs_std_sort/random": "std::sort"}),
+    ("doubles", "Sorting doubles", {"doubles_random": "Ordena_Double_Array",
+                                    "doubles_random_peer": "std::sort"}),
+    ("longs", "Sorting whole numbers", {"longs_random": "Ordena_LongArray",
+                                        "longs_random_peer": "std::sort"}),
     ("index", "Index of doubles", {"double_index": "Ordena_Double_Index_Array",
                                    "double_index_std_sort": "std::sort of an index",
                                    "double_index_pairs": "std::sort of pairs"}),

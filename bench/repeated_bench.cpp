@@ -69,14 +69,18 @@ class Silent final : public orv2_geo::LateBound {
 // is not timed: what memory the system has taken back meanwhile comes at a price of
 // its own, which a few long rounds would pay and many short ones not.
 template <class Search>
-void search(benchmark::State& state, Search find, std::int64_t side = millimetres) {
-  const Survey survey(state, side);
+void search_in(benchmark::State& state, const Survey& survey, Search find) {
   std::size_t left = find(survey);
   for (auto _ : state) left = find(survey);
   state.counters["left"] = static_cast<double>(left);
   state.counters["ns_a_point"] = benchmark::Counter(
       static_cast<double>(survey.n) / 1e9,
       benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
+}
+
+template <class Search>
+void search(benchmark::State& state, Search find, std::int64_t side = millimetres) {
+  search_in(state, Survey(state, side), find);
 }
 
 std::size_t survivors_in_x(const Survey& s) {
@@ -88,6 +92,16 @@ std::size_t survivors_in_x(const Survey& s) {
   return static_cast<std::size_t>(left);
 }
 void repeated_in_x(benchmark::State& state) { search(state, survivors_in_x); }
+// One point was read with an absurd X.
+Survey with_a_wild_point(const Survey& survey) {
+  Survey wild = survey;
+  wild.X(wild.n / 2) = 1e14;
+  return wild;
+}
+void repeated_in_x_wild(benchmark::State& state) {
+  search_in(state, with_a_wild_point(Survey(state, millimetres)), survivors_in_x);
+}
+
 void repeated_in_x_wide(benchmark::State& state) {
   search(state, survivors_in_x, millimetres_of_ten_times_the_area);
 }
@@ -102,6 +116,9 @@ std::size_t survivors_renumbered(const Survey& s) {
   return static_cast<std::size_t>(left);
 }
 void repeated_renumbered(benchmark::State& state) { search(state, survivors_renumbered); }
+void repeated_renumbered_wild(benchmark::State& state) {
+  search_in(state, with_a_wild_point(Survey(state, millimetres)), survivors_renumbered);
+}
 void repeated_renumbered_wide(benchmark::State& state) {
   search(state, survivors_renumbered, millimetres_of_ten_times_the_area);
 }
@@ -117,10 +134,9 @@ void order_alone(benchmark::State& state) {
 
 // The member with its three copies of the coordinates. The survey that it works on is made
 // before each round, and taken down with the next.
-void repeated_removed(benchmark::State& state) {
+void remove_repeated(benchmark::State& state, const Survey& survey) {
   const orv2_geo::ObjectRef progress(new Silent);
   const orv2_geo::cgeo_Ordena sorts;
-  const Survey survey(state, millimetres);
   Survey own = survey;
   LongArray Indice;
   const auto remove = [&] {
@@ -136,6 +152,12 @@ void repeated_removed(benchmark::State& state) {
     remove();
   }
   state.counters["left"] = static_cast<double>(own.n);
+}
+void repeated_removed(benchmark::State& state) {
+  remove_repeated(state, Survey(state, millimetres));
+}
+void repeated_removed_wild(benchmark::State& state) {
+  remove_repeated(state, with_a_wild_point(Survey(state, millimetres)));
 }
 
 // A plain sort of (X, number) and one pass with the same anchored box.
@@ -298,6 +320,9 @@ BENCHMARK(repeated_nanoflann)->Apply(bench::sizes<most_of_trees>);
 BENCHMARK(repeated_boost)->Apply(bench::sizes<most_of_trees>);
 BENCHMARK(repeated_geos)->Apply(bench::sizes<most_of_trees>);
 BENCHMARK(repeated_hash_grid)->Apply(bench::sizes);
+BENCHMARK(repeated_in_x_wild)->Arg(1000000);
+BENCHMARK(repeated_renumbered_wild)->Arg(1000000);
+BENCHMARK(repeated_removed_wild)->Arg(1000000);
 BENCHMARK(repeated_in_x_wide)->Arg(1000000);
 BENCHMARK(repeated_renumbered_wide)->Arg(1000000);
 

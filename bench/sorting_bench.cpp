@@ -15,6 +15,7 @@
 #include <utility>
 #include <vector>
 
+#include "bench/sizes.h"
 #include "orv2_geo/orv2_geo.hpp"
 
 namespace {
@@ -471,14 +472,14 @@ constexpr auto milliseconds = benchmark::kMillisecond;
 using OfShape = void (*)(benchmark::State&, const Numbers&);
 
 void register_shapes(const std::string& sort, OfShape subject, OfShape peer,
-                     std::int32_t most_of_peer = 1000000) {
+                     std::int64_t most_of_peer = bench::most_elements) {
   for (const auto& shape : shapes) {
-    const auto add = [&](const std::string& name, OfShape work, std::int32_t most) {
+    const auto add = [&](const std::string& name, OfShape work, std::int64_t most) {
       const auto run = [=](benchmark::State& state) { work(state, shape.numbers(size_of(state))); };
       auto* const made = benchmark::RegisterBenchmark((sort + "_" + name).c_str(), run);
-      for (std::int32_t n = 100000; n <= most; n *= 10) made->Arg(n)->Unit(milliseconds);
+      bench::sizes_to(made->Unit(milliseconds), most);
     };
-    add(shape.name, subject, 1000000);
+    add(shape.name, subject, bench::most_elements);
     add(std::string(shape.name) + "_peer", peer, most_of_peer);
   }
 }
@@ -491,38 +492,27 @@ void register_shapes(const std::string& sort, OfShape subject, OfShape peer,
   return true;
 }();
 
-BENCHMARK(double_index<survey>)
-    ->Name("double_index")
-    ->Arg(100000)
-    ->Arg(1000000)
-    ->Unit(milliseconds);
+BENCHMARK(double_index<survey>)->Name("double_index")->Apply(bench::sizes)->Unit(milliseconds);
 BENCHMARK(double_index_std_sort<survey>)
     ->Name("double_index_std_sort")
-    ->Arg(100000)
-    ->Arg(1000000)
+    ->Apply(bench::sizes)
     ->Unit(milliseconds);
 BENCHMARK(double_index_std_sort_pairs<survey>)
     ->Name("double_index_pairs")
-    ->Arg(100000)
-    ->Arg(1000000)
+    ->Apply(bench::sizes)
     ->Unit(milliseconds);
-BENCHMARK(double_index_texts)->Arg(100000)->Arg(1000000)->Unit(milliseconds);
-BENCHMARK(double_index<distinct>)
-    ->Name("distinct_index")
-    ->Arg(100000)
-    ->Arg(1000000)
-    ->Unit(milliseconds);
+BENCHMARK(double_index_texts)->Apply(bench::sizes<1'000'000>)->Unit(milliseconds);
+BENCHMARK(double_index<distinct>)->Name("distinct_index")->Apply(bench::sizes)->Unit(milliseconds);
 BENCHMARK(double_index_std_sort_pairs<distinct>)
     ->Name("distinct_index_pairs")
-    ->Arg(100000)
-    ->Arg(1000000)
+    ->Apply(bench::sizes)
     ->Unit(milliseconds);
 BENCHMARK(double_index<killer>)->Name("killer_index")->Arg(200000)->Unit(milliseconds);
 BENCHMARK(double_index<shuffled>)->Name("shuffled_index")->Arg(200000)->Unit(milliseconds);
 BENCHMARK(killer_texts)->Arg(200000)->Unit(milliseconds);
 BENCHMARK(shuffled_texts)->Arg(200000)->Unit(milliseconds);
-BENCHMARK(strings)->Arg(100000)->Arg(1000000)->Unit(milliseconds);
-BENCHMARK(strings_icu)->Arg(100000)->Arg(1000000)->Unit(milliseconds);
-BENCHMARK(strings_collate)->Arg(100000)->Arg(1000000)->Unit(milliseconds);
+BENCHMARK(strings)->Apply(bench::sizes)->Unit(milliseconds);
+BENCHMARK(strings_icu)->Apply(bench::sizes)->Unit(milliseconds);
+BENCHMARK(strings_collate)->Apply(bench::sizes<1'000'000>)->Unit(milliseconds);
 
 }  // namespace

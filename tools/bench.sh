@@ -29,7 +29,7 @@ growth=()
 for name in sorting repeated; do
   growth+=("build/bench/growth_$name.json")
   ORV2_GROWTH=1 run "$bin/${name}_bench" "${growth[-1]}" --benchmark_repetitions=5 \
-    --benchmark_min_time=0.01 --benchmark_filter='^(doubles|longs|double_index|strings|repeated)'
+    --benchmark_min_time=0.01 --benchmark_filter='^((doubles|longs)_random(_peer)?|double_index(_std_sort|_pairs)?|strings.*|repeated_[a-z]*(_x|_sort|_grid)?)/'
 done
 {
   python3 bench/results.py "$(sed -n 's/^CMAKE_CXX_COMPILER:[A-Z]*=//p' build/bench/CMakeCache.txt)" "${results[@]}"

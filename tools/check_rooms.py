@@ -44,8 +44,8 @@ SHARED_HEADERS = {
 
 # What the system and the machine lend.
 SYSTEM_HEADERS = {
-    "dlfcn.h", "emmintrin.h", "langinfo.h", "locale.h", "oleauto.h", "sys/mman.h", "unistd.h",
-    "windows.h",
+    "dlfcn.h", "emmintrin.h", "immintrin.h", "langinfo.h", "locale.h", "oleauto.h", "sys/mman.h",
+    "unistd.h", "windows.h",
 }
 INCLUDE = re.compile(r'^\s*#\s*include\s+(?:"([^"]+)"|<([^>]+)>)')
 

@@ -51,13 +51,17 @@ bool make_words(const WordLayout& layout, std::span<const double> values, std::s
 
 std::optional<Extremes> extremes_in_span(std::span<const double> values) noexcept {
   Extremes found = {beyond_span, lowest_in_span};
-  bool in_span = !values.empty();
-  for (const double value : values) {
-    in_span &= value >= lowest_in_span;  // NaN is not
-    found.lowest = value < found.lowest ? value : found.lowest;
-    found.highest = value > found.highest ? value : found.highest;
+  if (values.empty()) return std::nullopt;
+  constexpr std::size_t block = 4096;  // a loop without a branch
+  for (; !values.empty(); values = values.subspan(std::min(block, values.size()))) {
+    bool in_span = true;
+    for (const double value : values.first(std::min(block, values.size()))) {
+      in_span &= value >= lowest_in_span;  // NaN is not
+      found.lowest = value < found.lowest ? value : found.lowest;
+      found.highest = value > found.highest ? value : found.highest;
+    }
+    if (!in_span || found.highest >= beyond_span) return std::nullopt;
   }
-  if (!in_span || found.highest >= beyond_span) return std::nullopt;
   if (key_in_span(found.highest) >= first_of_ten_digits) return std::nullopt;
   return found;
 }

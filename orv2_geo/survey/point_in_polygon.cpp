@@ -10,15 +10,15 @@
 #include "orv2_geo/frame/counted.h"
 #include "orv2_geo/platform/error_box.h"
 #include "orv2_geo/platform/region.h"
+#include "orv2_geo/platform/vertex_block.h"
 #include "orv2_geo/survey/cgeo_api.h"
-#include "orv2_geo/survey/vertex_block.h"
 
 namespace orv2_geo {
 
 namespace {
 
-using survey::fit;
-using survey::scale;
+using vertices::fit;
+using vertices::scale;
 
 constexpr std::u16string_view title = u"Pto en Poligono - Error nº ";
 
@@ -58,9 +58,9 @@ class QuickWalk {
       const std::size_t count = std::min(block, vertices_ - first);
       const double* const x = xs_ + first;
       const double* const y = ys_ + first;
-      const survey::VertexBlock look = count == block
-                                           ? survey::look_at_block(x, y, top_of_row_)
-                                           : survey::look_at_vertices(x, y, count, top_of_row_);
+      const vertices::VertexBlock look = count == block
+                                             ? vertices::look_at_block(x, y, top_of_row_)
+                                             : vertices::look_at_vertices(x, y, count, top_of_row_);
       if (!look.fits) return std::nullopt;
       // A bit for each edge that leads to a vertex of the block and straddles the row.
       const std::uint64_t straddling = look.below ^ (look.below << 1 | below_before);
@@ -72,7 +72,7 @@ class QuickWalk {
   }
 
  private:
-  static constexpr std::size_t block = survey::block;
+  static constexpr std::size_t block = vertices::block;
 
   // The highest scaled value that still rounds to `row`, ties going to even: of an odd row
   // the last one below the tie.

@@ -8,7 +8,7 @@
 
 #include "orv2_geo/frame/number_pairs.h"
 
-namespace orv2_geo::survey {
+namespace orv2_geo::vertices {
 
 /// Coordinates are looked at in hundredths of a unit.
 inline constexpr double scale = 100.0;
@@ -52,4 +52,4 @@ inline VertexBlock look_at_vertices(const double* x, const double* y, std::size_
   return found;
 }
 
-}  // namespace orv2_geo::survey
+}  // namespace orv2_geo::vertices

@@ -1,10 +1,10 @@
-#include "orv2_geo/survey/vertex_block.h"
+#include "orv2_geo/platform/vertex_block.h"
 
 #if defined(__x86_64__)
 #include <immintrin.h>
 #endif
 
-namespace orv2_geo::survey {
+namespace orv2_geo::vertices {
 
 #if defined(__x86_64__)
 namespace {
@@ -45,4 +45,4 @@ VertexBlock look_at_block(const double* x, const double* y, double top_of_row) n
 }
 #endif
 
-}  // namespace orv2_geo::survey
+}  // namespace orv2_geo::vertices

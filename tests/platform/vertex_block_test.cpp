@@ -1,11 +1,11 @@
-#include "orv2_geo/survey/vertex_block.h"
+#include "orv2_geo/platform/vertex_block.h"
 
 #include <cmath>
 #include <vector>
 
 #include "tests/support/preamble.h"
 
-namespace orv2_geo::survey {
+namespace orv2_geo::vertices {
 namespace {
 
 // Vertex by vertex. Which are below is of no account where one does not fit.
@@ -71,4 +71,4 @@ TEST(VertexBlock, IsTheSameInFoursAndInPairs) {
 }
 
 }  // namespace
-}  // namespace orv2_geo::survey
+}  // namespace orv2_geo::vertices
