@@ -23,11 +23,13 @@ set_source_files_properties(${PROJECT_SOURCE_DIR}/orv2_geo/frame/elementary.cpp 
 
 # Formulas and the way of a call have no array of their own that could be written past; what a
 # caller's variables are made of is no reason to guard their frames. Texts still are one.
-file(GLOB unguarded CONFIGURE_DEPENDS orv2_geo/plane/*.cpp orv2_geo/angles/*.cpp
-  orv2_geo/survey/*.cpp orv2_geo/terrain/*.cpp orv2_geo/*/*_table.cpp)
-set_source_files_properties(${unguarded} orv2_geo/c_api/objects.cpp orv2_geo/library/object.cpp
-  orv2_geo/library/catalogue.cpp TARGET_DIRECTORY orv2_geo_objects
-  PROPERTIES COMPILE_OPTIONS "$<$<CXX_COMPILER_ID:GNU,Clang>:-fstack-protector>")
+if(CMAKE_SYSTEM_NAME STREQUAL "Linux")
+  file(GLOB unguarded CONFIGURE_DEPENDS orv2_geo/plane/*.cpp orv2_geo/angles/*.cpp
+    orv2_geo/survey/*.cpp orv2_geo/terrain/*.cpp orv2_geo/*/*_table.cpp)
+  set_source_files_properties(${unguarded} orv2_geo/c_api/objects.cpp orv2_geo/library/object.cpp
+    orv2_geo/library/catalogue.cpp TARGET_DIRECTORY orv2_geo_objects
+    PROPERTIES COMPILE_OPTIONS "$<$<CXX_COMPILER_ID:GNU,Clang>:-fstack-protector>")
+endif()
 
 if(WIN32)
   include(cmake/windows.cmake)
