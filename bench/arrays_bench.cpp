@@ -101,6 +101,7 @@ void elevation_filter(benchmark::State& state) {
     std::int32_t count = most_filtered;
     matrices.Quita_Puntos_fuera_interv_de_Cotas_con_indice(count, X, Y, Z, index, 435000.0, 0.0);
     benchmark::DoNotOptimize(count);
+    state.counters["answers"] = count;
   }
 }
 void elevation_filter_plain_loop(benchmark::State& state) {
@@ -120,6 +121,7 @@ void elevation_filter_plain_loop(benchmark::State& state) {
       index.data()[kept] = index.data()[i];
     }
     benchmark::DoNotOptimize(kept);
+    state.counters["answers"] = kept;
     for (DoubleArray* array : {&X, &Y, &Z}) array->size_keeping(0, kept);
     index.size_keeping(0, kept);
   }

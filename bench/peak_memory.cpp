@@ -1,9 +1,10 @@
-// Tells the benchmarks how much memory they hold at most: the highest of the process, which the
-// system counts anew where it is asked to.
+// Tells the benchmarks of growth how much memory they hold at most: the highest of the process,
+// which the system counts anew where it is asked to.
 #include <benchmark/benchmark.h>
 #include <malloc.h>
 
 #include <cstdint>
+#include <cstdlib>
 #include <fstream>
 #include <string>
 
@@ -36,8 +37,9 @@ class PeakMemory final : public benchmark::MemoryManager {
 
 PeakMemory peak_memory;
 [[maybe_unused]] const bool registered = [] {
-  benchmark::RegisterMemoryManager(&peak_memory);
-  return true;
+  const bool growth = std::getenv("ORV2_GROWTH") != nullptr;
+  if (growth) benchmark::RegisterMemoryManager(&peak_memory);
+  return growth;
 }();
 
 }  // namespace

@@ -207,7 +207,7 @@ void cuts(benchmark::State& state) {
                                  ring.y, count, x, y);
     benchmark::DoNotOptimize(count);
   }
-  state.counters["cuts"] = count;
+  state.counters["answers"] = count;
 }
 void cuts_plain(benchmark::State& state) {
   const Ring ring(static_cast<std::int32_t>(state.range(0)));
@@ -218,7 +218,7 @@ void cuts_plain(benchmark::State& state) {
                 .size();
     benchmark::DoNotOptimize(count);
   }
-  state.counters["cuts"] = static_cast<double>(count);
+  state.counters["answers"] = static_cast<double>(count);
 }
 
 // A comb of 2,000 edges, every one of which the line meets.

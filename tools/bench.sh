@@ -8,6 +8,8 @@ tools/setup.sh bench
 cmake --preset bench
 cmake --build --preset bench
 bin=build/bench/bin
+# Texts are sorted as a Spanish user's.
+export LC_ALL=es_ES.UTF-8
 
 # run PROGRAM RESULT OPTION...
 run() {
