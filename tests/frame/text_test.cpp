@@ -19,6 +19,8 @@ const Row rows[] = {
     {"ascii", u"LINDERO", "LINDERO"},
     {"two bytes", u"Precisi\u00f3n: n\u00ba", "Precisi\xc3\xb3n: n\xc2\xba"},
     {"three bytes", u"\u20ac", "\xe2\x82\xac"},
+    {"the last of three bytes", u"\uffff", "\xef\xbf\xbf"},
+    {"the first pair of surrogates", u"\U00010000", "\xf0\x90\x80\x80"},
     {"a pair of surrogates", u"\U0001F4D0", "\xf0\x9f\x93\x90"},
     {"a high surrogate alone",
      {u'a', char16_t(0xd83d), u'b'},

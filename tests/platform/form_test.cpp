@@ -329,6 +329,13 @@ TEST_F(Forms, AGridHasItsCellsFromTheFirstToTheLastAndNoOthers) {
   EXPECT_EQ(grid.cells.size(), 4U);
 }
 
+TEST(Grids, HaveNoColumnsBeforeTheyAreTold) {
+  Grid grid;
+  EXPECT_EQ(failure_of([&] { grid.set_alignment(0, 0); }), 9);
+  grid.rows = 1;
+  EXPECT_EQ(failure_of([&] { grid.set_cell(0, 0, Text()); }), 9);
+}
+
 TEST_F(Forms, AGridsColumnsAreAlignedFromTheFirstToTheLast) {
   Grid& grid = form.control("Rejilla").grid();
   grid.cols = 2;

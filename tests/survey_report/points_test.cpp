@@ -219,6 +219,8 @@ const BadRow bad_rows[] = {
      "f:1:18: 8 fields, but only number, X, Y, Z, code are allowed: with decimal commas, part the "
      "fields by semicolons\n",
      ExitCode::many_columns},
+    {"nine whole numbers, more than decimal commas make", "1,100,25,200,50,600,75,8,9\n",
+     "f:1:17: 9 fields, but only number, X, Y, Z, code are allowed\n", ExitCode::many_columns},
     {"seven fields that are no decimal commas", "1,100.25,200.5,600.75,EJE,A,B\n",
      "f:1:27: 7 fields, but only number, X, Y, Z, code are allowed\n", ExitCode::many_columns},
     {"two columns between blanks", "100 200\n", "f:1:8: 2 fields, but number, X, Y, Z are needed\n",
