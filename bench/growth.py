@@ -3,8 +3,8 @@
 
 usage: growth.py RESULT.json... FOLDER
 
-The results are Google Benchmark's JSON of benchmarks with peak_memory.cpp, run with
-ORV2_GROWTH=1. Each plot has a line a subject and a peer, with the exponent k of n^k that fits its
+The results are Google Benchmark's JSON of runs with ORV2_GROWTH=1: times, and in files that are
+named memory_* the memory of runs with ORV2_MEMORY=1 too. Each plot has a line a subject and a peer, with the exponent k of n^k that fits its
 times from 10,000 elements on. The plots go into FOLDER, their list is printed as Markdown.
 """
 import collections
@@ -51,12 +51,13 @@ def measured(paths):
             if run.get("error_occurred"):
                 sys.exit(f"{run['run_name']}: {run['error_message']}")
             unit = {"ns": 1e-9, "us": 1e-6, "ms": 1e-3, "s": 1.0}[run["time_unit"]]
-            times[name, int(elements)].append(run["cpu_time"] * unit)
-            memory[name, int(elements)] = max(memory.get((name, int(elements)), 0),
-                                              run.get("max_bytes_used", 0))
+            if pathlib.Path(path).stem.startswith("memory_"):
+                memory[name, int(elements)] = run["max_bytes_used"]
+            else:
+                times[name, int(elements)].append(run["cpu_time"] * unit)
     found = collections.defaultdict(dict)
     for (name, elements), values in times.items():
-        found[name][elements] = statistics.median(values), memory[name, elements]
+        found[name][elements] = statistics.median(values), memory.get((name, elements), 0)
     return found
 
 

@@ -1,5 +1,5 @@
-// Tells the benchmarks of growth how much memory they hold at most: the highest of the process,
-// which the system counts anew where it is asked to.
+// Tells benchmarks run with ORV2_MEMORY=1 how much memory they hold at most: the highest of the
+// process, which the system counts anew where it is asked to.
 #include <benchmark/benchmark.h>
 #include <malloc.h>
 
@@ -37,9 +37,9 @@ class PeakMemory final : public benchmark::MemoryManager {
 
 PeakMemory peak_memory;
 [[maybe_unused]] const bool registered = [] {
-  const bool growth = std::getenv("ORV2_GROWTH") != nullptr;
-  if (growth) benchmark::RegisterMemoryManager(&peak_memory);
-  return growth;
+  const bool asked = std::getenv("ORV2_MEMORY") != nullptr;
+  if (asked) benchmark::RegisterMemoryManager(&peak_memory);
+  return asked;
 }();
 
 }  // namespace

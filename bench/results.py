@@ -50,7 +50,7 @@ def rows_of(path):
             continue
         ours = times[row["subject"]] * units[row["subject"]]
         work, _, peer = row["what"].partition(" beside ")
-        peers = works.setdefault((work, row["subject"]), (ours, []))[1]
+        peers = works.setdefault((work.rstrip(","), row["subject"]), (ours, []))[1]
         if row["peer"] in times:
             theirs = times[row["peer"]] * units[row["peer"]]
             peers.append((peer or row["peer"], theirs, ours / theirs, row["target"]))

@@ -10,7 +10,7 @@ namespace orv2_geo {
 template <class A, class B>
 bool overlap(std::span<A> a, std::span<B> b) noexcept {
   // Pointers into different arrays have an order with std::less alone.
-  const std::less<const void*> before;
+  const auto before = [](const void* one, const void* other) { return std::less<>()(one, other); };
   return !a.empty() && !b.empty() && before(a.data(), b.data() + b.size()) &&
          before(b.data(), a.data() + a.size());
 }
