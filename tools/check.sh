@@ -3,7 +3,7 @@
 # is asked for, clang-tidy and cppcheck on those of the library, which needs the
 # compile commands of a build.
 #   tools/check.sh [format | BUILD_FOLDER [quick]]
-# Quick looks at the folders that the last twelve commits touched, and leaves out the analysis of
+# Quick looks at the folders that the last six commits touched, and leaves out the analysis of
 # paths, which takes as long again.
 # The folder of a build for Windows brings what belongs to Windows alone.
 set -euo pipefail
@@ -16,8 +16,8 @@ touched=.
 checks=()
 if [ "${2:-}" = quick ]; then
   checks=(--checks=-clang-analyzer-*)
-  if git rev-parse --quiet --verify HEAD~12 > /dev/null; then
-    touched="^($(git diff --name-only HEAD~12 | xargs -r dirname | sort -u | paste -sd '|'))/[^/]*$"
+  if git rev-parse --quiet --verify HEAD~6 > /dev/null; then
+    touched="^($(git diff --name-only HEAD~6 | xargs -r dirname | sort -u | paste -sd '|'))/[^/]*$"
   fi
 fi
 

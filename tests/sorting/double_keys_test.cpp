@@ -36,7 +36,7 @@ void expect_the_text(double value) {
 
 TEST(DoubleKeys, RandomValuesGiveTheDigitsOfTheirTexts) {
   Numbers numbers(81);
-  for (int i = 0; i < 1000000; ++i) {
+  for (int i = 0; i < 500000; ++i) {
     expect_the_text(numbers.between(-1e8, 7e8));
     expect_the_text(numbers.coordinate());
     expect_the_text(numbers.any());

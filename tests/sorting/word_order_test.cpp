@@ -41,7 +41,7 @@ TEST(WordOrder, WithoutMemoryForTheOtherWayTheStepsAreTaken) {
 TEST(WordOrder, EveryShapeByEveryWay) {
   Numbers numbers(115);
   for (const Shape shape : shapes) {
-    for (const std::size_t n : {4095U, 4096U, 20000U, 40000U}) {
+    for (const std::size_t n : {4095U, 4096U, 20000U}) {
       for (const std::uint64_t different : {1000U, 30000U, 100000000U}) {
         const auto keys = keys_of(numbers, shape, n, different);
         ASSERT_EQ(order_of(keys, 1), restated_order(keys, 1))
