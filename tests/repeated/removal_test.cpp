@@ -106,6 +106,18 @@ TEST(Flagging, ZIsNeverRead) {
   EXPECT_EQ(out.nNuevos, 2);
 }
 
+// Found by the fuzzer: the bounds of Y overflow, and the point compared has no Y.
+TEST(Removal, ABoundThatOverflowsComesBeforeTheCoordinateComparedWithIt) {
+  PointList list({{0, -1.5e308, 0}, {1, 2, 0}});
+  list.Y.size_keeping(0, 1);
+  for (const double Precision : {1e308, -1e308, 1.0}) {
+    expect_removal_as_restated(list, Precision, {});
+  }
+  const Indicator progress;
+  EXPECT_EQ(Removal(list, 1e308, progress.reference).box, boxed(title_2, 6));
+  EXPECT_EQ(Removal(list, 1.0, progress.reference).box, boxed(title_2, 9));
+}
+
 TEST(Flagging, ABoundThatOverflowsLeavesTheSweepWhereItWas) {
   const double large = 1e308;
   const Indicator progress;

@@ -91,13 +91,23 @@ inline bool less(double a, double b) {
   return a < b;
 }
 
-/// Every bound first, then every comparison.
 inline bool near(double a, double tol, double at) {
   const double low = bound(a, -tol);
   const double high = bound(a, tol);
   const bool above = less(low, at);
   const bool below = less(at, high);
   return above && below;
+}
+
+/// Every bound first; then axis by axis point p is read and compared.
+inline bool in_box(const std::vector<double>& anchor, double tol, const std::vector<Doubles*>& axes,
+                   int p) {
+  for (const double a : anchor) bound(a, -tol), bound(a, tol);
+  bool inside = true;
+  for (std::size_t axis = 0; axis < anchor.size(); ++axis) {
+    inside = near(anchor[axis], tol, (*axes[axis])(p)) && inside;
+  }
+  return inside;
 }
 
 inline double tolerance(double Precision) { return Precision == 0.0 ? 0.0002 : Precision; }
@@ -146,9 +156,7 @@ inline Index ordered_in_X(int nPtos, Doubles X, Doubles Y, Doubles Z, double Pre
     double ax = X(survivor), ay = Y(survivor), az = Z(survivor);
     for (int i = 2; i <= nPtos; ++i) {
       const int p = Orden(i);
-      const bool in_x = near(ax, tol, X(p));
-      const bool in_y = near(ay, tol, Y(p));
-      if (!(in_x && in_y)) {
+      if (!in_box({ax, ay}, tol, {&X, &Y}, p)) {
         c = c + 1;
         Elegidos(c) = p;
         ax = X(p), ay = Y(p), az = Z(p);
@@ -197,10 +205,9 @@ inline Renumbered renumbered(bool all_axes, int nPtos, Doubles X, Doubles Y, Dou
     double ax = X(survivor), ay = Y(survivor), az = Z(survivor);
     for (int i = 2; i <= nPtos; ++i) {
       const int p = Orden(i);
-      const bool in_x = near(ax, tol, X(p));
-      const bool in_y = near(ay, tol, Y(p));
-      const bool in_z = !all_axes || near(az, tol, Z(p));
-      if (!(in_x && in_y && in_z)) {
+      const bool inside = all_axes ? in_box({ax, ay, az}, tol, {&X, &Y, &Z}, p)
+                                   : in_box({ax, ay}, tol, {&X, &Y}, p);
+      if (!inside) {
         c = c + 1;
         Elegidos(c) = p;
         ax = X(p), ay = Y(p), az = Z(p);
@@ -260,14 +267,13 @@ inline void flag(Flagged& out, int nPtos, Doubles X, Doubles Y, Doubles Z, doubl
     };
     for (int i = 2; i <= nPtos; ++i) {
       const int p = Orden(i);
-      const bool in_x = near(ax, tol, X(p));
-      const bool in_y = near(ay, tol, Y(p));
-      if (in_x && in_y && p < survivor) {
+      const bool inside = in_box({ax, ay}, tol, {&X, &Y}, p);
+      if (inside && p < survivor) {
         set(p, false);
         set(survivor, true);
         out.Secuencia(p) = p;
         survivor = p;
-      } else if (in_x && in_y) {
+      } else if (inside) {
         set(p, true);
       } else {
         set(p, false);
@@ -344,9 +350,7 @@ inline Removed removed_neighbours(int nPtos, const Doubles& X, const Doubles& Y,
     bool skip = true;
     for (int i = 2; i <= nPtos; ++i) {
       const int a = Orden(i - 1), b = Orden(i);
-      const bool in_x = near(from_X(a), 0.0002, from_X(b));
-      const bool in_y = near(from_Y(a), 0.0002, from_Y(b));
-      if (!(in_x && in_y)) {
+      if (!in_box({from_X(a), from_Y(a)}, 0.0002, {&from_X, &from_Y}, b)) {
         kept.push_back(b);
         skip = false;
       } else if (!skip) {

@@ -133,14 +133,13 @@ Account restated_sweep(const Call& call, const LongArray& order, std::size_t axe
     for (std::size_t axis = 0; axis < axes; ++axis) (void)at[axis](anchor);
     for (std::int32_t i = 2; i <= call.list.nPtos; ++i) {
       const std::int32_t p = order(i);
-      bool inside = true;
+      std::vector<double> corner;
+      std::vector<restated::Doubles*> read;
       for (std::size_t axis = 0; axis < axes; ++axis) {
-        restated::bound(at[axis](anchor), -call.tolerance);
-        restated::bound(at[axis](anchor), call.tolerance);
+        corner.push_back(at[axis](anchor));
+        read.push_back(&at[axis]);
       }
-      for (std::size_t axis = 0; axis < axes; ++axis) {
-        inside = restated::near(at[axis](anchor), call.tolerance, at[axis](p)) && inside;
-      }
+      const bool inside = restated::in_box(corner, call.tolerance, read, p);
       account.told.push_back({inside ? Told::joined : Told::opened, p});
       account.told.push_back({Told::placed, p, i});
       if (inside) continue;
