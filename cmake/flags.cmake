@@ -5,6 +5,9 @@ target_compile_options(orv2_flags INTERFACE
   $<$<COMPILE_LANGUAGE:CXX>:-Wnon-virtual-dtor -Wold-style-cast -Woverloaded-virtual>
   # No product and sum in one rounding: every operation rounds by itself.
   -ffp-contract=off
+  # The run-time's own bits: never worked out beforehand, and no power written as a product.
+  -fno-builtin-atan -fno-builtin-sin -fno-builtin-cos -fno-builtin-tan
+  -fno-builtin-exp -fno-builtin-log -fno-builtin-pow
   # Nobody reads errno after a square root.
   -fno-math-errno
   # A member's calls of its own class stay inside the library.
@@ -27,6 +30,11 @@ endif()
 if(CMAKE_SYSTEM_PROCESSOR STREQUAL "aarch64" AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   # Notes about compilers before gcc 10, which this library never met.
   target_compile_options(orv2_flags INTERFACE -Wno-psabi)
+endif()
+if(CMAKE_SYSTEM_NAME STREQUAL "Linux")
+  # Addresses are filled in when a program is loaded: calls of other libraries take them from the
+  # table without a jump between.
+  target_compile_options(orv2_flags INTERFACE -fno-plt)
 endif()
 if(CMAKE_SYSTEM_NAME STREQUAL "Linux" AND NOT CMAKE_CXX_FLAGS MATCHES "fsanitize")
   # A fault that writes past a block of known length, or over a stack's end, stops there. (Jumps

@@ -17,9 +17,6 @@ endforeach()
 add_library(orv2_geo_objects OBJECT ${sources})
 target_include_directories(orv2_geo_objects PUBLIC ${PROJECT_SOURCE_DIR})
 target_link_libraries(orv2_geo_objects PRIVATE orv2_flags)
-# These calls must reach the C run-time: see elementary.h.
-set_source_files_properties(${PROJECT_SOURCE_DIR}/orv2_geo/frame/elementary.cpp TARGET_DIRECTORY orv2_geo_objects
-  PROPERTIES COMPILE_OPTIONS "-fno-builtin")
 
 # Formulas and the way of a call have no array of their own that could be written past; what a
 # caller's variables are made of is no reason to guard their frames. Texts still are one.

@@ -1,20 +1,46 @@
 // elementary.h: the C run-time's functions behind the checked formulas.
 //
 // Each is called at run time: a compiler that works one out beforehand, or
-// writes a power as a product, would not give the run-time's last bit.
+// writes a power as a product, would not give the run-time's last bit. So it is told
+// to know none of them (cmake/flags.cmake).
 #pragma once
 
 #include <cmath>
 
+#if defined(_WIN32)
+// The system's run-time, by the names under which it is imported: the compiler's own
+// library for Windows would put functions of its own, less exact ones, before it.
+#if defined(__i386__)
+#define ORV2_IMPORTED(name) __asm__("__imp__" name)
+#else
+#define ORV2_IMPORTED(name) __asm__("__imp_" name)
+#endif
+extern "C" {
+extern double (*const imported_atan)(double) ORV2_IMPORTED("atan");
+extern double (*const imported_sin)(double) ORV2_IMPORTED("sin");
+extern double (*const imported_cos)(double) ORV2_IMPORTED("cos");
+extern double (*const imported_tan)(double) ORV2_IMPORTED("tan");
+extern double (*const imported_exp)(double) ORV2_IMPORTED("exp");
+extern double (*const imported_log)(double) ORV2_IMPORTED("log");
+extern double (*const imported_pow)(double, double) ORV2_IMPORTED("pow");
+}
+#undef ORV2_IMPORTED
+#define ORV2_RUN_TIME(name) imported_##name
+#else
+#define ORV2_RUN_TIME(name) std::name
+#endif
+
 namespace orv2_geo::elementary {
 
-double arc_tangent(double x) noexcept;
-double sine(double x) noexcept;
-double cosine(double x) noexcept;
-double tangent(double x) noexcept;
-double exponential(double x) noexcept;
-double natural_logarithm(double x) noexcept;
-double power(double base, double exponent) noexcept;
+inline double arc_tangent(double x) noexcept { return ORV2_RUN_TIME(atan)(x); }
+inline double sine(double x) noexcept { return ORV2_RUN_TIME(sin)(x); }
+inline double cosine(double x) noexcept { return ORV2_RUN_TIME(cos)(x); }
+inline double tangent(double x) noexcept { return ORV2_RUN_TIME(tan)(x); }
+inline double exponential(double x) noexcept { return ORV2_RUN_TIME(exp)(x); }
+inline double natural_logarithm(double x) noexcept { return ORV2_RUN_TIME(log)(x); }
+inline double power(double base, double exponent) noexcept {
+  return ORV2_RUN_TIME(pow)(base, exponent);
+}
 
 // The same with their failures.
 double tested_square_root(double x);
@@ -67,3 +93,5 @@ struct AbsoluteValue {
 };
 
 }  // namespace orv2_geo::elementary
+
+#undef ORV2_RUN_TIME
