@@ -136,6 +136,30 @@ TEST(Sums, RandomArraysElementByElement) {
   }
 }
 
+// The elements summed are 1 and up, whatever stands below them or is missing above.
+TEST(Sums, LongArraysOfOtherBoundsThanOne) {
+  const struct {
+    const char* rule;
+    std::int32_t own_lower, other_lower, own_upper, other_upper, failure;
+  } table[] = {
+      {"both from 0", 0, 0, 700, 700, 0},          {"one from -3", -3, 1, 700, 700, 0},
+      {"the other from -3", 1, -3, 700, 700, 0},   {"the first is shorter", 1, 1, 600, 700, 9},
+      {"the other is shorter", 0, 1, 700, 600, 0},
+  };
+  for (const auto& row : table) {
+    DoubleArray own(row.own_lower, row.own_upper);
+    DoubleArray other(row.other_lower, row.other_upper);
+    for (std::int32_t i = row.own_lower; i <= row.own_upper; ++i) own(i) = i;
+    for (std::int32_t i = row.other_lower; i <= row.other_upper; ++i) other(i) = 1000.0 * i;
+    const RecordingInterface screen;  // arrays of unequal length are warned of
+    EXPECT_EQ(failure_of([&] { matrices.Sumar_a_1Matriz_otra(own, other); }), row.failure)
+        << row.rule;
+    for (std::int32_t i = row.own_lower; i <= row.own_upper; ++i) {
+      ASSERT_EQ(own(i), i < 1 || i > row.other_upper ? i : 1001.0 * i) << row.rule << ' ' << i;
+    }
+  }
+}
+
 struct OverlapRow {
   const char* rule;
   std::size_t own, other;  // where they begin in the memory that they share

@@ -143,6 +143,11 @@ TEST_F(Rows, ThatCannotBeCalledAreRefusedBeforeTheFirst) {
   const orv2_column columns[17] = {given};
   std::int32_t results[2] = {};
   const std::size_t logarithm = position_of(functions, "F_LogN");
+  std::size_t functions_class = 0;
+  orv2_class_info info = {};
+  ASSERT_EQ(orv2_class_of(functions, &functions_class), 0);
+  ASSERT_EQ(orv2_class_at(functions_class, &info), 0);
+  const std::size_t past_the_last = info.member_count;
   const std::size_t azimut = position_of(plane, "Azimut");
   const Owned ordena(new_object("Orv2_Geo.cgeo_Ordena"));
   const std::size_t sort = position_of(ordena, "Ordena_Double_Array");
@@ -156,6 +161,8 @@ TEST_F(Rows, ThatCannotBeCalledAreRefusedBeforeTheFirst) {
        orv2_call_rows(12345, 0, values, columns, 1, 1, nullptr, nullptr, &done)},
       {"no member", 438,
        orv2_call_rows(functions, 99, values, columns, 1, 1, nullptr, nullptr, &done)},
+      {"the first position past the members", 438,
+       orv2_call_rows(functions, past_the_last, values, columns, 1, 1, nullptr, nullptr, &done)},
       {"too many arguments", 450,
        orv2_call_rows(functions, logarithm, values, columns, 17, 1, nullptr, nullptr, &done)},
       {"too many for a member that is none", 450,

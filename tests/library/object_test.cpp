@@ -6,6 +6,8 @@
 
 #include "orv2_geo/angles/cgeo_Algorismos.h"
 #include "orv2_geo/angles/cgeo_FuncDeriv.h"
+#include "orv2_geo/library/catalogue.h"
+#include "orv2_geo/platform/text_services.h"
 #include "tests/platform/recording_interface.h"
 #include "tests/support/preamble.h"
 #include "tests/support/refused_memory.h"
@@ -169,16 +171,33 @@ TEST(Objects, AFailureArrivesWhole) {
   }
 }
 
+TEST(Objects, ANumberGivenForAFlagIsTrueUnlessItIsZero) {
+  const auto flag = [](const Argument& given) {
+    return description::to_bool(given, &text_services::number_from_text).bits;
+  };
+  EXPECT_EQ(flag(0.0), 0);
+  EXPECT_EQ(flag(-0.0), 0);
+  EXPECT_EQ(flag(1.0), -1);
+  EXPECT_EQ(flag(-0.5), -1);
+  EXPECT_EQ(flag(std::int32_t{0}), 0);
+  EXPECT_EQ(flag(std::int32_t{7}), -1);
+  EXPECT_EQ(flag(Bool::raw(7)), 7);
+}
+
 TEST(Objects, AnotherThreadIsRefusedBeforeAnythingRuns) {
   const ObjectRef object = create("Orv2_Geo.cgeo_Algorismos");
-  double x = 1.0, y = 0.0;
-  std::int32_t number = 0;
+  double x = 1.0, y = 1.0, azimuth = -1.0;
+  std::int32_t numbers[2] = {};
   std::thread([&] {
-    const Argument arguments[] = {ref(x), ref(y)};
-    number = failure_of([&] { as_object(object).call("Atn2", arguments); });
+    const Argument arguments[] = {ref(x), ref(y), ref(azimuth)};
+    Object& called = as_object(object);
+    const std::size_t position = *find_member(called.description(), "Azimut", Wanted::any);
+    numbers[0] = failure_of([&] { called.call("Azimut", arguments); });
+    numbers[1] = failure_of([&] { called.call(position, arguments); });
   }).join();
-  EXPECT_EQ(number, 5);
-  EXPECT_EQ(y, 0.0);
+  EXPECT_EQ(numbers[0], 5);
+  EXPECT_EQ(numbers[1], 5);
+  EXPECT_EQ(azimuth, -1.0);
 }
 
 TEST(Objects, AThreadThatHasEndedLeavesItsObjectsToNobody) {

@@ -8,7 +8,7 @@ import struct
 from support import Case, needs_numpy, numpy
 
 import orv2_geo
-from orv2_geo import DoubleArray, LongArray, Ref, ShortArray, SingleArray, bulk
+from orv2_geo import DoubleArray, LongArray, Ref, ShortArray, SingleArray, bulk, omitted
 
 algorismos = orv2_geo.create("Orv2_Geo.cgeo_Algorismos")
 functions = orv2_geo.create("Orv2_Geo.cgeo_FuncDeriv")
@@ -245,6 +245,9 @@ class Failing(Case):
     def test_a_parameter_left_out_is_449(self):
         with self.fails(449):
             bulk(algorismos.Azimut, [1.0])
+        for column in ([1.0, 2.0], [1.0, "no number"]):
+            with self.fails(449):
+                bulk(geometria.GF_Distancia, column, 0.0, 1.0, omitted)
 
     def test_a_box_in_a_row_raises_its_failure(self):
         index = DoubleArray([0, 1])

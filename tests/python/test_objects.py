@@ -120,6 +120,12 @@ class Members(Case):
             with self.subTest(given=given), self.fails(number, ALGORISMOS):
                 self.algorismos.Azimut(*given)
 
+    def test_more_arguments_than_any_member_takes(self):
+        crossing = [Ref(0.0) for _ in range(10)]
+        for count in (11, 15, 16, 17, 18, 40):
+            with self.subTest(count), self.fails(450, ALGORISMOS):
+                self.algorismos.Intersec_XY_2lineas(*crossing, *[0.0] * (count - 10))
+
     def test_arrays_are_of_the_parameters_own_type(self):
         polygon = self.algorismos.Pto_en_Poligono_d
         for x in (1.0, SingleArray([1.0]), None, [1.0], "x", Ref(1.0)):

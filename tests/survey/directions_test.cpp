@@ -26,6 +26,11 @@ TEST(Directions, BearingAndLengthOfALine) {
       {"north", 0, 0, 0, 1, 0, 0, 1},
       {"south: the function says 0", 0, 0, 0, -1, 200, 0, 1},
       {"equal points", 3, 4, 3, 4, 0, 0, 0},
+      // The slope underflows to zero: only a fall to the east still tells its base.
+      {"east, rising by nothing", 0, 0, 1e150, 1e-300, 300, 300, 1e150},
+      {"east, falling by nothing", 0, 0, 1e150, -1e-300, 100, 100, 1e150},
+      {"west, rising by nothing", 0, 0, -1e150, 1e-300, 300, 300, 1e150},
+      {"west, falling by nothing", 0, 0, -1e150, -1e-300, 300, 300, 1e150},
   };
   for (const BearingRow& row : table) {
     double bearing = -1.0, length = -1.0;

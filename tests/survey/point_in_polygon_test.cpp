@@ -226,9 +226,11 @@ TEST(PointInPolygon, RandomRingsOfEveryLengthVertexByVertex) {
   int inside = 0;
   for (int round = 0; round < 3000; ++round) {
     // Small lattices, so that points fall on edges; halves of hundredths, so that
-    // ties decide; sometimes far off, where only the longer way can tell.
+    // ties decide; sometimes far off, where only the longer way can tell, and sometimes as
+    // large as a province.
     const double origin = round % 5 == 0 ? -21474836.48 : 0.005 * numbers.small_whole();
-    const auto any = [&] { return origin + 0.005 * static_cast<double>(numbers.below(40)); };
+    const double unit = round % 5 == 1 ? 5310.005 : 0.005;
+    const auto any = [&] { return origin + unit * static_cast<double>(numbers.below(40)); };
     const std::int32_t vertices = 2 + static_cast<std::int32_t>(numbers.below(300));
     std::vector<Vertex> ring(static_cast<std::size_t>(vertices) + 1);
     double x = any();
