@@ -194,6 +194,13 @@ class Docstrings(HelpCase):
                                for _, of_class, member in every_member())
         self.assertEqual(list(self.help.MEMBERS), list(wanted))
 
+    @unittest.skipUnless(importlib.util.find_spec("orv2_geo._help"), "the build makes the help")
+    def test_the_package_shows_them(self):
+        for _, owner, member in every_member():
+            self.assertEqual(owner.__doc__, self.help.CLASSES[owner.__name__])
+            shown = getattr(owner, member.name).__doc__
+            self.assertEqual(shown, self.help.MEMBERS[owner.__name__, member.name])
+
     def test_the_stub_has_the_same(self):
         for name, node in self.classes.items():
             self.assertEqual(ast.get_docstring(node), self.help.CLASSES[name])

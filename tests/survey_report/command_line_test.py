@@ -260,6 +260,11 @@ class BoundaryAndRelief(InAFolder):
         self.assert_fails(run("square.csv", "--grid", "0.001"), 2,
                           "survey_report: --grid gives more than 40000 nodes" + Options.HINT)
 
+    def test_a_grid_of_just_as_many_nodes_as_there_may_be(self):
+        self.write("square.csv", "".join(f"{n},{x},{y},{n},LINDERO\n" for n, (x, y) in
+                                         enumerate([(0, 0), (199, 0), (199, 199), (0, 199)])))
+        self.assertIn("At the nodes of a grid of 1, ", self.report("--grid", "1"))  # 200 by 200
+
     def test_contours_have_the_step_of_the_user(self):
         self.assertIn("Step       0.5, every fifth level an index contour: ",
                       self.report("--contours=0.5"))
