@@ -17,6 +17,7 @@ namespace orv2_geo {
 
 namespace {
 
+using vertices::FewVertices;
 using vertices::fit;
 using vertices::scale;
 
@@ -37,6 +38,38 @@ LatticePoint lattice_point(double x, double y) {
     return nearest_point(x, y);
   const std::int32_t in_x = hundredths(x);
   return {in_x, hundredths(y)};
+}
+
+// A bit for each edge that leads to one of the vertices of a block and straddles the row.
+std::uint64_t straddling(std::uint64_t below, std::uint64_t below_before,
+                         std::size_t count) noexcept {
+  const std::uint64_t edges = ~std::uint64_t{0} >> (vertices::block - count);
+  return (below ^ (below << 1 | below_before)) & edges;
+}
+
+// The same as winding_of_edge of an edge that straddles the point's row and is below 2^31 long
+// and high: nothing hard to foresee is asked.
+std::int64_t winding_of_short_edge(LatticePoint point, LatticePoint a, LatticePoint b) noexcept {
+  const std::int64_t ahead = (std::int64_t{point.x} - a.x) * (std::int64_t{b.y} - a.y);
+  const std::int64_t run = (std::int64_t{b.x} - a.x) * (std::int64_t{point.y} - a.y);
+  const bool rises = b.y > point.y;
+  return std::int64_t{rises & (ahead < run)} - std::int64_t{!rises & (ahead > run)};
+}
+
+// How often a ring of few vertices winds around the point; nothing when a coordinate may not fit.
+std::optional<std::int64_t> winding_of_few(LatticePoint point, const double* xs, const double* ys,
+                                           std::size_t count) noexcept {
+  FewVertices few;
+  const auto [below, fits] = few.look(xs, ys, count, point.y);
+  if (!fits) return std::nullopt;
+  std::int64_t winding = 0;
+  const std::uint64_t edges = straddling(below, below >> (count - 1), count);
+  for (std::uint64_t left = edges; left != 0; left &= left - 1) {
+    const auto end = static_cast<std::size_t>(std::countr_zero(left));
+    const std::size_t start = (end == 0 ? count : end) - 1;
+    winding += winding_of_short_edge(point, {few.x(start), few.y(start)}, {few.x(end), few.y(end)});
+  }
+  return winding;
 }
 
 // A ring walked in plain arithmetic, in blocks of vertices. Of most blocks all lie on one side
@@ -62,10 +95,7 @@ class QuickWalk {
                                              ? vertices::look_at_block(x, y, top_of_row_)
                                              : vertices::look_at_vertices(x, y, count, top_of_row_);
       if (!look.fits) return std::nullopt;
-      // A bit for each edge that leads to a vertex of the block and straddles the row.
-      const std::uint64_t straddling = look.below ^ (look.below << 1 | below_before);
-      const std::uint64_t edges = ~std::uint64_t{0} >> (block - count);
-      winding += winding_in(first, straddling & edges);
+      winding += winding_in(first, straddling(look.below, below_before, count));
       below_before = look.below >> (count - 1);
     }
     return winding;
@@ -105,7 +135,11 @@ std::optional<std::int64_t> quick_winding(LatticePoint point, const DoubleArray&
   const double* xs = XX.row(1, vertices);
   const double* ys = YY.row(1, vertices);
   if (vertices < 2 || xs == nullptr || ys == nullptr) return std::nullopt;
-  return QuickWalk(point, xs, ys, static_cast<std::size_t>(vertices)).winding();
+  const auto count = static_cast<std::size_t>(vertices);
+  if (count <= FewVertices::most) {
+    if (const auto winding = winding_of_few(point, xs, ys, count)) return winding;
+  }
+  return QuickWalk(point, xs, ys, count).winding();
 }
 
 // Vertex by vertex: the first that has no element or does not fit fails.

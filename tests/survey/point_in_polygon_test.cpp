@@ -227,11 +227,12 @@ TEST(PointInPolygon, RandomRingsOfEveryLengthVertexByVertex) {
   for (int round = 0; round < 3000; ++round) {
     // Small lattices, so that points fall on edges; halves of hundredths, so that
     // ties decide; sometimes far off, where only the longer way can tell, and sometimes as
-    // large as a province.
+    // large as a country or more.
     const double origin = round % 5 == 0 ? -21474836.48 : 0.005 * numbers.small_whole();
-    const double unit = round % 5 == 1 ? 5310.005 : 0.005;
+    const double unit = round % 5 == 1 ? 5310.005 : round % 5 == 2 ? 500000.0 : 0.005;
     const auto any = [&] { return origin + unit * static_cast<double>(numbers.below(40)); };
-    const std::int32_t vertices = 2 + static_cast<std::int32_t>(numbers.below(300));
+    const std::int32_t vertices =
+        2 + static_cast<std::int32_t>(numbers.below(round % 2 == 0 ? 300 : 40));
     std::vector<Vertex> ring(static_cast<std::size_t>(vertices) + 1);
     double x = any();
     for (Vertex& vertex : ring) {
