@@ -227,6 +227,21 @@ bool is_point(std::string_view line, char separator, Fields& fields) try {
   return false;
 }
 
+// Whether the fields are the names of columns.
+bool is_header(const Fields& fields) {
+  if (fields.count() < fields_needed) return false;
+  for (std::size_t i = 1; i < fields_needed; ++i) {
+    if (fields[i].text.empty() || reads_as_number(fields[i].text)) return false;
+  }
+  return true;
+}
+bool is_header(std::string_view line, char separator, Fields& fields) try {
+  fields.split(line, separator);
+  return is_header(fields);
+} catch (const LineFault&) {
+  return false;
+}
+
 // What may part the fields of a line. Between tabs and the like a line that also reads between
 // blanks is one of tabs.
 std::vector<const Separator*> separators_of(std::string_view line, Fields& fields) {
@@ -288,6 +303,18 @@ const Separator* likely_separator(std::string_view line) {
   return count(*best) > 0 || count(*last) == 0 ? best : last;
 }
 
+// Of what may part the fields, what parts the names of columns on the first line, where that
+// tells them apart.
+void keep_that_of_header(std::vector<const Separator*>& found, std::string_view first,
+                         Fields& fields) {
+  const auto parts_names = [&](const Separator* one) {
+    return is_header(first, one->letter, fields);
+  };
+  const auto its = std::find_if(found.begin(), found.end(), parts_names);
+  if (its == found.end() || std::any_of(its + 1, found.end(), parts_names)) return;
+  found = {*its};
+}
+
 Parting parting_of(std::string_view text) {
   Parting parting;
   Fields fields;
@@ -296,7 +323,8 @@ Parting parting_of(std::string_view text) {
   for (Lines lines(text); lines.next(line);) {
     if (holds_nothing(line)) continue;
     if (first.empty()) first = line;
-    const std::vector<const Separator*> found = separators_of(line, fields);
+    std::vector<const Separator*> found = separators_of(line, fields);
+    if (found.size() > 1) keep_that_of_header(found, first, fields);
     if (found.size() == 1) return {found.front(), lines.number(), std::nullopt};
     if (found.size() < 2 || parting.fault) continue;
     parting.fault =
@@ -342,7 +370,7 @@ class Reader {
   void read_line(std::string_view line) {
     check_line_end(line);
     fields_.split(line, parting_.separator->letter);
-    if (header_possible_ && is_header()) return;
+    if (header_possible_ && is_header(fields_)) return;
     file_.points.push_back(point());
   }
 
@@ -365,14 +393,6 @@ class Reader {
             words::mixed_separators.with(
                 {name_of(*others.front()), name_of(here), std::to_string(parting_.line)}),
             ExitCode::mixed};
-  }
-
-  bool is_header() const {
-    if (fields_.count() < fields_needed) return false;
-    for (std::size_t i = 1; i < fields_needed; ++i) {
-      if (fields_[i].text.empty() || reads_as_number(fields_[i].text)) return false;
-    }
-    return true;
   }
 
   void check_count() const {

@@ -138,6 +138,9 @@ const GoodRow good_rows[] = {
      "3\0,\0"
      "4\0,\xD8\x3C\xDF\x32"sv,
      {{"1", 2, 3, 4, "\U0001F332", 1}}},
+    {"a line that reads with two separators, one of which the header has",
+     "P;X;Y;Z;C\n1,10,20,30,c;5;6;7\n",
+     {{"1,10,20,30,c", 5, 6, 7, "", 2}}},
     {"signs, exponents and bare points", "1,-2.5,+.5,4.e2\n", {{"1", -2.5, 0.5, 400, "", 1}}},
 };
 
@@ -208,6 +211,10 @@ const BadRow bad_rows[] = {
      "f:2:2: commas between the fields here, but semicolons in line 1\n", ExitCode::mixed},
     {"a line that reads with two separators", "1,10,20,30,c;5;6;7\n",
      "f:1:1: commas or semicolons may be what is between the fields: it reads as a point both "
+     "ways\n",
+     ExitCode::mixed},
+    {"such a line, and a header that reads with both", "P,A,B,C;X;Y;Z\n1,10,20,30,c;5;6;7\n",
+     "f:2:1: commas or semicolons may be what is between the fields: it reads as a point both "
      "ways\n",
      ExitCode::mixed},
     {"a bad number between semicolons", "1;2;x;4\n", "f:1:5: Y \"x\" is not a number\n"},
@@ -356,6 +363,9 @@ const WrittenRow written_rows[] = {
     {"blanks at the ends are kept", {"1", 2, 3, 4, " A ", 2}, "1,2.000,3.000,4.000,\" A \""},
     {"a number that would begin a comment", {"#1", 2, 3, 4, "A", 2}, "\"#1\",2.000,3.000,4.000,A"},
     {"a return is no line end", {"1", 2, 3, 4, "A\r", 2}, "1,2.000,3.000,4.000,\"A\r\""},
+    {"a code in which tabs part what could be a point",
+     {"1", 2, 3, 4, "5\t6\t7\t8,", 2},
+     "1,2.000,3.000,4.000,\"5\t6\t7\t8,\""},
     {"a code of another alphabet",
      {"1", 2, 3, 4,
       "SE\xC3\x91"
