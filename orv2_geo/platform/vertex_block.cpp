@@ -9,15 +9,30 @@ namespace orv2_geo::vertices {
 #if defined(__x86_64__)
 namespace {
 
-// The same in fours, where the processor has a unit for them: half the time.
+// A bit for each of four that is on the row or below it.
+[[gnu::target("avx2")]] inline std::uint64_t below_of_four(__m256d y, double top_of_row) noexcept {
+  const __m256d scaled = _mm256_mul_pd(_mm256_set1_pd(scale), y);
+  const __m256d is_below = _mm256_cmp_pd(scaled, _mm256_set1_pd(top_of_row), _CMP_LE_OQ);
+  return static_cast<unsigned>(_mm256_movemask_pd(is_below));
+}
+
+[[gnu::target("avx2")]] std::uint64_t below_in_fours(const double* y, double top_of_row) noexcept {
+  std::uint64_t below = 0;
+  for (std::size_t i = 0; i < block; i += 4) {
+    below |= below_of_four(_mm256_loadu_pd(y + i), top_of_row) << i;
+  }
+  return below;
+}
+
+// The same in fours, where the processor has a unit for them: a third of the time. Of most blocks
+// all vertices lie on one side of the row, which the lowest and the highest tell.
 [[gnu::target("avx2")]] VertexBlock look_in_fours(const double* x, const double* y,
                                                   double top_of_row) noexcept {
   const __m256i beyond = _mm256_set1_epi32(size_of(surely_fits) - 1);
   const __m256i no_sign = _mm256_set1_epi32(0x7fffffff);
-  const __m256d hundred = _mm256_set1_pd(scale);
-  const __m256d top = _mm256_set1_pd(top_of_row);
   __m256i unfit = _mm256_setzero_si256();
-  std::uint64_t below = 0;
+  __m256d lowest = _mm256_loadu_pd(y);
+  __m256d highest = lowest;
   for (std::size_t i = 0; i < block; i += 4) {
     const __m256d x_four = _mm256_loadu_pd(x + i);
     const __m256d y_four = _mm256_loadu_pd(y + i);
@@ -26,11 +41,13 @@ namespace {
         _mm256_shuffle_ps(_mm256_castpd_ps(x_four), _mm256_castpd_ps(y_four), upper_halves);
     const __m256i sizes = _mm256_and_si256(_mm256_castps_si256(halves), no_sign);
     unfit = _mm256_or_si256(unfit, _mm256_cmpgt_epi32(sizes, beyond));
-    const __m256d is_below = _mm256_cmp_pd(_mm256_mul_pd(hundred, y_four), top, _CMP_LE_OQ);
-    const auto four = static_cast<unsigned>(_mm256_movemask_pd(is_below));
-    below |= std::uint64_t{four} << i;
+    lowest = _mm256_min_pd(lowest, y_four);
+    highest = _mm256_max_pd(highest, y_four);
   }
-  return {below, _mm256_testz_si256(unfit, unfit) != 0};
+  if (_mm256_testz_si256(unfit, unfit) == 0) return {0, false};  // NaN too, which has no order
+  if (below_of_four(highest, top_of_row) == 0b1111) return {~std::uint64_t{0}, true};
+  if (below_of_four(lowest, top_of_row) == 0) return {0, true};
+  return {below_in_fours(y, top_of_row), true};
 }
 
 }  // namespace

@@ -73,12 +73,18 @@ std::optional<std::int64_t> winding_of_few(LatticePoint point, const double* xs,
 }
 
 // A ring walked in plain arithmetic, in blocks of vertices. Of most blocks all lie on one side
-// of the point's row, and then they neither wind around the point nor need rounding; only an
-// edge that straddles the row is looked at.
+// of the point's row, and then they neither wind around the point nor need rounding. Of the edges
+// that straddle the row those are counted at once that lie beyond the point as a whole; only one
+// that straddles its column too is looked at.
 class QuickWalk {
  public:
   QuickWalk(LatticePoint point, const double* xs, const double* ys, std::size_t vertices) noexcept
-      : point_(point), top_of_row_(top_of_row(point.y)), xs_(xs), ys_(ys), vertices_(vertices) {}
+      : point_(point),
+        top_of_row_(top_of(point.y)),
+        top_of_column_(top_of(point.x)),
+        xs_(xs),
+        ys_(ys),
+        vertices_(vertices) {}
 
   /// How often the ring winds around the point; nothing when a coordinate may
   /// not fit. At least two vertices.
@@ -89,31 +95,48 @@ class QuickWalk {
     std::uint64_t below_before = scale * ys_[vertices_ - 1] <= top_of_row_;
     for (std::size_t first = 0; first < vertices_; first += block) {
       const std::size_t count = std::min(block, vertices_ - first);
-      const double* const x = xs_ + first;
-      const double* const y = ys_ + first;
-      const vertices::VertexBlock look = count == block
-                                             ? vertices::look_at_block(x, y, top_of_row_)
-                                             : vertices::look_at_vertices(x, y, count, top_of_row_);
-      if (!look.fits) return std::nullopt;
-      winding += winding_in(first, straddling(look.below, below_before, count));
-      below_before = look.below >> (count - 1);
+      const auto [below, fits] = look(xs_ + first, ys_ + first, count, top_of_row_);
+      if (!fits) return std::nullopt;
+      const std::uint64_t edges = straddling(below, below_before, count);
+      if (edges != 0) winding += winding_in(first, count, edges, below);
+      below_before = below >> (count - 1);
     }
     return winding;
   }
 
  private:
   static constexpr std::size_t block = vertices::block;
+  static constexpr int few_edges = 8;
 
-  // The highest scaled value that still rounds to `row`, ties going to even: of an odd row
-  // the last one below the tie.
-  static double top_of_row(std::int32_t row) noexcept {
-    const std::int64_t below = row < 0 ? -1 : 1;
-    return std::bit_cast<double>(std::bit_cast<std::int64_t>(row + 0.5) - (row & 1) * below);
+  // The highest scaled value that still rounds to a row or column, ties going to even: of an odd
+  // one the last below the tie.
+  static double top_of(std::int32_t whole) noexcept {
+    const std::int64_t below = whole < 0 ? -1 : 1;
+    return std::bit_cast<double>(std::bit_cast<std::int64_t>(whole + 0.5) - (whole & 1) * below);
   }
 
-  std::int64_t winding_in(std::size_t first, std::uint64_t straddling) const noexcept {
+  static vertices::VertexBlock look(const double* other, const double* values, std::size_t count,
+                                    double top) noexcept {
+    return count == block ? vertices::look_at_block(other, values, top)
+                          : vertices::look_at_vertices(other, values, count, top);
+  }
+
+  // Of the edges of a block that straddle the row. Where they are few the block's X need no look.
+  std::int64_t winding_in(std::size_t first, std::size_t count, std::uint64_t edges,
+                          std::uint64_t below) const noexcept {
+    if (std::popcount(edges) <= few_edges) return winding_of(first, edges);
+    const std::size_t before = (first == 0 ? vertices_ : first) - 1;
+    const std::uint64_t ends = look(ys_ + first, xs_ + first, count, top_of_column_).below;
+    const std::uint64_t starts = ends << 1 | std::uint64_t{scale * xs_[before] <= top_of_column_};
+    const std::uint64_t beyond = edges & ~(ends | starts);
+    return winding_of(first, edges & (ends ^ starts)) + std::popcount(beyond & ~below) -
+           std::popcount(beyond & below);
+  }
+
+  // Of these edges of a block, one by one.
+  std::int64_t winding_of(std::size_t first, std::uint64_t edges) const noexcept {
     std::int64_t winding = 0;
-    for (std::uint64_t left = straddling; left != 0; left &= left - 1) {
+    for (std::uint64_t left = edges; left != 0; left &= left - 1) {
       const std::size_t end = first + static_cast<std::size_t>(std::countr_zero(left));
       const std::size_t start = (end == 0 ? vertices_ : end) - 1;
       winding += winding_of_edge(point_, vertex(start), vertex(end));
@@ -125,6 +148,7 @@ class QuickWalk {
 
   LatticePoint point_;
   double top_of_row_;
+  double top_of_column_;
   const double* xs_;
   const double* ys_;
   std::size_t vertices_;
