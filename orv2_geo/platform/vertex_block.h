@@ -30,8 +30,9 @@ inline bool fit(double x, double y) noexcept {
 inline constexpr std::size_t block = 64;
 
 struct VertexBlock {
-  std::uint64_t below;  // those on the row or below it; the lowest bit is the first's
-  bool fits;            // whether all coordinates surely do
+  /// Those on the row or below it, the lowest bit being the first's; where all fit.
+  std::uint64_t below;
+  bool fits;  // whether all coordinates surely do
 };
 
 /// Of a whole block. `top_of_row` is the highest scaled value that rounds to the row.

@@ -100,7 +100,7 @@ TEST(VertexBlock, IsTheSameInFoursAndInPairs) {
     const VertexBlock whole = look_at_block(all.x.data(), all.y.data(), top);
     const VertexBlock pairs = look_at_vertices(all.x.data(), all.y.data(), block, top);
     EXPECT_EQ(whole.fits, pairs.fits);
-    EXPECT_EQ(whole.below, pairs.below);
+    EXPECT_TRUE(!pairs.fits || whole.below == pairs.below);
   }
 }
 
