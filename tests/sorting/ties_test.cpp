@@ -77,6 +77,15 @@ TEST(SettleTies, AnyKeysAsTheSteps) {
   }
 }
 
+// A rank takes more than 16 bits.
+TEST(SettleTies, RanksPast65536) {
+  Numbers numbers(127);
+  const auto keys = random_keys(numbers, 150000, 100000);
+  Positions order = with_ties(keys);
+  settle(order, 1);
+  ASSERT_EQ(order, restated_order(keys, 1));
+}
+
 TEST(Ties, LongArraysOfManyTies) {
   Numbers numbers(78);
   constexpr std::int32_t n = 150000;

@@ -51,13 +51,6 @@ TEST(WordOrder, EveryShapeByEveryWay) {
   }
 }
 
-// A rank takes more than 16 bits.
-TEST(WordOrder, ManyTiesPast65536) {
-  Numbers numbers(125);
-  const auto keys = random_keys(numbers, 150000, 90000);
-  ASSERT_EQ(order_of(keys, 1), restated_order(keys, 1));
-}
-
 // With five times as many keys as words one word in five is tied.
 TEST(WordOrder, TiesSeemToBeThereWhereTheyAreMany) {
   Numbers numbers(116);
