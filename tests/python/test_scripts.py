@@ -178,6 +178,13 @@ class Bars(Case):
         self.worked(Progress(told.append))
         self.assertEqual(told, [0.0, 0.25, 0.5, 0.75, 1.0])
 
+    def test_the_share_is_told_from_the_lowest_on(self):
+        progress = Progress(False)
+        progress.Min, progress.max = 10.0, 20.0
+        for value, share in ((10.0, 0.0), (15.0, 0.5), (20.0, 1.0), (5.0, 0.0), (25.0, 1.0)):
+            progress.Value = value
+            self.assertEqual(progress.share, share)
+
     def test_silent_where_nobody_looks(self):
         for progress in (Progress(file=io.StringIO()), Progress(False, file=io.StringIO())):
             self.worked(progress)
