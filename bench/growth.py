@@ -4,8 +4,8 @@
 usage: growth.py RESULT.json... FOLDER
 
 The results are Google Benchmark's JSON of runs with ORV2_GROWTH=1: times, and in files that are
-named memory_* the memory of runs with ORV2_MEMORY=1 too. Each plot has a line a subject and a peer, with the exponent k of n^k that fits its
-times from 10,000 elements on. The plots go into FOLDER, their list is printed as Markdown.
+named memory_* the memory of runs with ORV2_MEMORY=1 too. Each plot has a line a subject and a peer,
+with the exponent k of n^k that fits its times from 10,000 elements on. The plots go into FOLDER, their list is printed as Markdown.
 """
 import collections
 import json

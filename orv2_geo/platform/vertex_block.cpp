@@ -24,7 +24,7 @@ namespace {
   return below;
 }
 
-// The same in fours, where the processor has a unit for them: a third of the time. Of most blocks
+// The same in fours, where the processor has a unit for them. Of most blocks
 // all vertices lie on one side of the row, which the lowest and the highest tell.
 [[gnu::target("avx2")]] VertexBlock look_in_fours(const double* x, const double* y,
                                                   double top_of_row) noexcept {

@@ -115,11 +115,14 @@ class FewVertices {
 
   static Four put_pairs(const double* from, std::size_t i, std::size_t j, std::int32_t* to,
                         Bits& unfit) noexcept {
-    constexpr double surely_within = 10737418.0;  // 2^30 hundredths
+    // What rounds to -2^30 or more and below 2^30; a tie goes to the even number.
+    constexpr double lowest = -1073741824.5;
+    constexpr double too_high = 1073741823.5;
     const auto put = [&](std::size_t at) {
-      const bool fits = std::abs(from[at]) < surely_within;
+      const double scaled = scale * from[at];
+      const bool fits = scaled >= lowest && scaled < too_high;
       unfit = unfit || !fits;
-      return to[at] = fits ? static_cast<std::int32_t>(std::lrint(scale * from[at])) : 0;
+      return to[at] = fits ? static_cast<std::int32_t>(std::lrint(scaled)) : 0;
     };
     return {put(i), put(i + 1), put(j), put(j + 1)};
   }
