@@ -10,7 +10,6 @@ namespace orv2_geo::floating_point {
 // MXCSR: bits 0 to 5 are the flags, 6 is denormals-are-zero, 7 to 12 mask the exceptions,
 // 13 and 14 round, 15 is flush-to-zero. Usual is that all are masked, and nothing else.
 inline constexpr std::uint32_t sse_flags = 0x3f;
-inline constexpr std::uint32_t sse_inexact = 0x20;
 inline constexpr std::uint32_t sse_usual = 0x1f80;
 // All masked, 64 bits of precision, to nearest.
 inline constexpr std::uint16_t x87_usual = 0x037f;
@@ -66,13 +65,10 @@ inline FloatingPointSettings put_aside() noexcept {
   return found;
 }
 
-/// This thread has those settings again, with those flags and no others. Flags that have
-/// just been raised are slow to read: where the one of lost digits, which nearly every
-/// formula raises, was not there before, all are written without a look.
+/// This thread has those settings again, with those flags and no others. They are written
+/// without a look at the flags raised meanwhile: to look takes longer than to write.
 inline void put_back(const FloatingPointSettings& settings) noexcept {
-  if ((settings.sse & sse_inexact) == 0 || sse() != settings.sse) [[unlikely]] {
-    set_sse(settings.sse);
-  }
+  set_sse(settings.sse);
   if (x87_computes && ((x87_status() ^ settings.x87_status) & x87_flags) != 0) {
     set_x87_flags(settings.x87_status);
   }
