@@ -52,25 +52,26 @@ Object& library_object(ObjectItem& item) {
 // A call goes down once: numbers and flags as they stand, all else by way of the
 // reader. The answer is written where the host wants it: a copy of all its bytes would wait
 // for the few that were just written.
-void call_member(Object& object, size_t position, std::span<const Argument> arguments,
-                 HostArguments& reader, orv2_value* result) {
-  object.invoke_here(position, {arguments, nullptr, reinterpret_cast<Argument*>(result),
-                                &text_services::number_from_text, &reader});
+void call_member(Object& object, const MemberDescription& member,
+                 std::span<const Argument> arguments, HostArguments& reader, orv2_value* result) {
+  object.invoke_here(member, {arguments, nullptr, reinterpret_cast<Argument*>(result),
+                              &text_services::number_from_text, &reader});
 }
 
 // The same for a member that answers with nothing.
-void call_without_answer(Object& object, size_t position, std::span<const Argument> arguments,
-                         HostArguments& reader, orv2_value* result) {
-  call_member(object, position, arguments, reader, nullptr);
+void call_without_answer(Object& object, const MemberDescription& member,
+                         std::span<const Argument> arguments, HostArguments& reader,
+                         orv2_value* result) {
+  call_member(object, member, arguments, reader, nullptr);
   if (result != nullptr) *result = orv2_value{};
 }
 
 // The same for a member that answers with a variant.
-[[gnu::noinline]] void call_variant(Object& object, size_t position,
+[[gnu::noinline]] void call_variant(Object& object, const MemberDescription& member,
                                     std::span<const Argument> arguments, HostArguments& reader,
                                     orv2_value* result) {
   Variant answer;
-  object.invoke_here(position,
+  object.invoke_here(member,
                      {arguments, &answer, nullptr, &text_services::number_from_text, &reader});
   if (result != nullptr) *result = value_of(answer);
 }
@@ -86,12 +87,13 @@ void call_without_answer(Object& object, size_t position, std::span<const Argume
   if (count > most_arguments) refuse(object, failure::wrong_argument_count);
   if (count != 0 && values == nullptr) refuse(object, failure::invalid_call);
   const std::span arguments(reinterpret_cast<const Argument*>(values), count);
-  const auto members = object.description().members;
+  const MemberDescription& member = object.member(position);
   HostArguments reader(values);
-  const Type answer = position < members.size() ? members[position].result : Type::none;
-  if (answer == Type::none) return call_without_answer(object, position, arguments, reader, result);
-  if (answer == Type::variant) return call_variant(object, position, arguments, reader, result);
-  call_member(object, position, arguments, reader, result);
+  if (member.result == Type::none)
+    return call_without_answer(object, member, arguments, reader, result);
+  if (member.result == Type::variant)
+    return call_variant(object, member, arguments, reader, result);
+  call_member(object, member, arguments, reader, result);
 }
 
 }  // namespace

@@ -131,41 +131,42 @@ class Results {
 };
 
 // One row of a member that answers with a variant.
-[[gnu::noinline]] void call_variant_row(Object& object, std::size_t position, const Row& row,
-                                        Results& results) {
+[[gnu::noinline]] void call_variant_row(Object& object, const MemberDescription& member,
+                                        const Row& row, Results& results) {
   Variant answer;
   HostArguments reader(row.values());
   object.invoke_here(
-      position, {row.arguments(), &answer, nullptr, &text_services::number_from_text, &reader});
+      member, {row.arguments(), &answer, nullptr, &text_services::number_from_text, &reader});
   results.put(answer);
 }
 
 // Whatever the arguments are: their reader keeps alive what a row needs.
-[[gnu::noinline]] void call_any_row(Object& object, std::size_t position, const Row& row,
+[[gnu::noinline]] void call_any_row(Object& object, const MemberDescription& member, const Row& row,
                                     Results& results) {
   Argument answer;
   HostArguments reader(row.values());
   object.invoke_here(
-      position, {row.arguments(), nullptr, &answer, &text_services::number_from_text, &reader});
+      member, {row.arguments(), nullptr, &answer, &text_services::number_from_text, &reader});
   results.put(answer);
 }
 
 // Calls rows of one kind, from `done` on; `done` counts on with each.
 class Rows {
  public:
-  Rows(Object& object, std::size_t position, Row& row, Results& results, std::size_t count)
-      : object_(object), position_(position), row_(row), results_(results), count_(count) {}
+  Rows(Object& object, const MemberDescription& member, Row& row, Results& results,
+       std::size_t count)
+      : object_(object), member_(member), row_(row), results_(results), count_(count) {}
 
   void call(std::size_t& done) {
     if (results_.of_variants())
-      return each(done, [this] { call_variant_row(object_, position_, row_, results_); });
+      return each(done, [this] { call_variant_row(object_, member_, row_, results_); });
     if (!row_.is_plain())
-      return each(done, [this] { call_any_row(object_, position_, row_, results_); });
+      return each(done, [this] { call_any_row(object_, member_, row_, results_); });
     // Numbers and flags are the library's arguments as they stand: one call serves all rows.
     Argument answer;
     const Call call{row_.arguments(), nullptr, &answer, &text_services::number_from_text, nullptr};
     each(done, [&] {
-      object_.invoke_here(position_, call);
+      object_.invoke_here(member_, call);
       results_.put(answer);
     });
   }
@@ -182,7 +183,7 @@ class Rows {
   }
 
   Object& object_;
-  std::size_t position_;
+  const MemberDescription& member_;
   Row& row_;
   Results& results_;
   std::size_t count_;
@@ -210,16 +211,15 @@ int32_t orv2_call_rows(orv2_handle object, size_t position, const orv2_value* ar
     if (item.own == nullptr) raise(failure::invalid_call);  // a host's own object
     const Pin during_the_call(object);
     Object& own = *item.own;
-    const auto members = own.description().members;
     const auto refuse = [&](std::int32_t number) {
       throw RunFailure::signed_by(number, own.description().registered_name);
     };
     if (count > most_arguments) refuse(failure::wrong_argument_count);
     if (count != 0 && arguments == nullptr) refuse(failure::invalid_call);
-    if (position >= members.size()) refuse(failure::no_such_member);
-    Row row(members[position].parameters, arguments, columns, count);
-    Results answers(results, members[position].result);
-    Rows all(own, position, row, answers, rows);
+    const MemberDescription& member = own.member(position);
+    Row row(member.parameters, arguments, columns, count);
+    Results answers(results, member.result);
+    Rows all(own, member, row, answers, rows);
     if (failures == nullptr) return all.call(called);
     call_all(all, answers, failures);
     called = rows;

@@ -50,7 +50,7 @@ Object::~Object() { class_.end(instance_); }
 
 void Object::invoke(std::size_t position, const Call& call) {
   expect_own_thread();
-  invoke_here(position, call);
+  invoke_here(member(position), call);
 }
 
 void Object::expect_own_thread() const {

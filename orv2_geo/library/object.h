@@ -42,13 +42,19 @@ class ORV2_PUBLIC Object final : public LateBound {
   /// for call.
   void invoke(std::size_t position, const Call& call);
 
-  /// The same for a boundary that has made sure that the thread is the object's own.
-  void invoke_here(std::size_t position, const Call& call) {
+  /// The member at `position`. Failure 438 for a position outside the table.
+  const MemberDescription& member(std::size_t position) const {
     if (position >= class_.members.size()) [[unlikely]] {
       throw RunFailure::signed_by(failure::no_such_member, class_.registered_name);
     }
+    return class_.members[position];
+  }
+
+  /// Calls a member of the object's class, for a boundary that has made sure that the thread is
+  /// the object's own.
+  void invoke_here(const MemberDescription& member, const Call& call) {
     const ObjectRef during_the_call(this);
-    class_.members[position].invoke(instance_, call);
+    member.invoke(instance_, call);
   }
 
   /// Failure 5 on a thread other than the object's own.
