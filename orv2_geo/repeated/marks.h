@@ -56,10 +56,11 @@ class Marks {
   // In cells of four tolerances, two points of one box have numbers at most 1 apart:
   //
   //   2 / 4      both are less than a tolerance from the anchor
-  //   2 / 32     each number of cells is a product, up to 2^48 within 2^-5
+  //   2 / 32     the bounds of the box are rounded, up to 2^48 cells within 2^-5
+  //   2 / 32     each number of cells is a product, within as much
   //   2 x 1/2    each is rounded to a whole one
   //   ------
-  //   1.6        and so 1, as both are whole
+  //   1.6...     and so 1, as both are whole
   static double cell(double tolerance) noexcept { return 4.0 * std::max(tolerance, 1e-300); }
   static constexpr double most_cells = 281474976710656.0;  // 2^48
 
