@@ -47,6 +47,9 @@ inline unsigned bits_of(PairBits mask) noexcept {
 #endif
 }
 
+/// The same number twice.
+inline NumberPair pair_of(double value) noexcept { return NumberPair{value, value}; }
+
 inline NumberPair pair_at(const double* values) noexcept {
   NumberPair pair;
   std::memcpy(&pair, values, sizeof pair);

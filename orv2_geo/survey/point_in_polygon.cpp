@@ -9,6 +9,7 @@
 #include "orv2_geo/frame/checked_math.h"
 #include "orv2_geo/frame/counted.h"
 #include "orv2_geo/platform/error_box.h"
+#include "orv2_geo/platform/near_ring.h"
 #include "orv2_geo/platform/region.h"
 #include "orv2_geo/platform/vertex_block.h"
 #include "orv2_geo/survey/cgeo_api.h"
@@ -17,9 +18,14 @@ namespace orv2_geo {
 
 namespace {
 
-using vertices::FewVertices;
 using vertices::fit;
+using vertices::NearRing;
+using vertices::Place;
 using vertices::scale;
+
+// Up to so many vertices, the repeated one included, all are walked; of more, blocks that lie
+// aside are passed over.
+constexpr std::int32_t few_vertices = 32;
 
 constexpr std::u16string_view title = u"Pto en Poligono - Error nº ";
 
@@ -45,31 +51,6 @@ std::uint64_t straddling(std::uint64_t below, std::uint64_t below_before,
                          std::size_t count) noexcept {
   const std::uint64_t edges = ~std::uint64_t{0} >> (vertices::block - count);
   return (below ^ (below << 1 | below_before)) & edges;
-}
-
-// The same as winding_of_edge of an edge that straddles the point's row and is below 2^31 long
-// and high: nothing hard to foresee is asked.
-std::int64_t winding_of_short_edge(LatticePoint point, LatticePoint a, LatticePoint b) noexcept {
-  const std::int64_t ahead = (std::int64_t{point.x} - a.x) * (std::int64_t{b.y} - a.y);
-  const std::int64_t run = (std::int64_t{b.x} - a.x) * (std::int64_t{point.y} - a.y);
-  const bool rises = b.y > point.y;
-  return std::int64_t{rises & (ahead < run)} - std::int64_t{!rises & (ahead > run)};
-}
-
-// How often a ring of few vertices winds around the point; nothing when a coordinate may not fit.
-std::optional<std::int64_t> winding_of_few(LatticePoint point, const double* xs, const double* ys,
-                                           std::size_t count) noexcept {
-  FewVertices few;
-  const auto [below, fits] = few.look(xs, ys, count, point.y);
-  if (!fits) return std::nullopt;
-  std::int64_t winding = 0;
-  const std::uint64_t edges = straddling(below, below >> (count - 1), count);
-  for (std::uint64_t left = edges; left != 0; left &= left - 1) {
-    const auto end = static_cast<std::size_t>(std::countr_zero(left));
-    const std::size_t start = (end == 0 ? count : end) - 1;
-    winding += winding_of_short_edge(point, {few.x(start), few.y(start)}, {few.x(end), few.y(end)});
-  }
-  return winding;
 }
 
 // A ring walked in plain arithmetic, in blocks of vertices. Of most blocks all lie on one side
@@ -160,10 +141,17 @@ std::optional<std::int64_t> quick_winding(LatticePoint point, const DoubleArray&
   const double* ys = YY.row(1, vertices);
   if (vertices < 2 || xs == nullptr || ys == nullptr) return std::nullopt;
   const auto count = static_cast<std::size_t>(vertices);
-  if (count <= FewVertices::most) {
-    if (const auto winding = winding_of_few(point, xs, ys, count)) return winding;
-  }
   return QuickWalk(point, xs, ys, count).winding();
+}
+
+// Of a ring of few vertices nearby. Unknown also where anything is wrong: nothing fails here.
+Place place_nearby(const DoubleArray& XX, const DoubleArray& YY, std::int32_t nVer, double xp,
+                   double yp) noexcept {
+  if (nVer < 3 || nVer > few_vertices) return Place::unknown;
+  const double* xs = XX.row(1, nVer - 1);
+  const double* ys = YY.row(1, nVer - 1);
+  if (xs == nullptr || ys == nullptr) return Place::unknown;
+  return NearRing(xp, yp).place(xs, ys, static_cast<std::size_t>(nVer - 1));
 }
 
 // Vertex by vertex: the first that has no element or does not fit fails.
@@ -177,13 +165,11 @@ RegionAtPoint region_at(LatticePoint point, const DoubleArray& XX, const DoubleA
   return region;
 }
 
-}  // namespace
-
-Bool cgeo_api::Pto_in_Poligono(const DoubleArray& XX, const DoubleArray& YY,
-                               const std::int32_t& nVer, const double& xp, const double& yp,
-                               std::int16_t& Loc) const try {
+// Any ring. Apart, so that a quick answer need not set up what this one keeps in registers.
+[[gnu::noinline]] bool holds(const DoubleArray& XX, const DoubleArray& YY, std::int32_t nVer,
+                             double xp, double yp, std::int16_t& Loc) {
   bool inside = false;
-  trapped(registered_name, title, [&] {
+  trapped(cgeo_api::registered_name, title, [&] {
     const LatticePoint point = lattice_point(xp, yp);
     if (nVer < 1) raise(failure::subscript_out_of_range);  // no vertex at all
     const std::int32_t vertices = nVer - 1;                // the last repeats the first: never read
@@ -196,6 +182,17 @@ Bool cgeo_api::Pto_in_Poligono(const DoubleArray& XX, const DoubleArray& YY,
     inside = region.holds_point();
   });
   return inside;
+}
+
+}  // namespace
+
+Bool cgeo_api::Pto_in_Poligono(const DoubleArray& XX, const DoubleArray& YY,
+                               const std::int32_t& nVer, const double& xp, const double& yp,
+                               std::int16_t& Loc) const try {
+  const Place place = place_nearby(XX, YY, nVer, xp, yp);
+  if (place != Place::unknown) [[likely]]
+    return place == Place::inside;
+  return holds(XX, YY, nVer, xp, yp, Loc);
 } catch (...) {  // of the box itself
   leave_signed(registered_name);
 }

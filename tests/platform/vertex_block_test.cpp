@@ -57,35 +57,6 @@ TEST(VertexBlock, TellsOfEachVertexAndWhetherAllFit) {
   }
 }
 
-// Ties, and rows about them; 2^30 hundredths is too far off, one less is not.
-TEST(FewVertices, AreRoundedToHundredthsAndToldByTheRow) {
-  Numbers numbers(63);
-  const double largest = 10737418.23;
-  const double far_off[] = {nan,          inf,         -inf,         10737418.24,
-                            -10737418.25, 21474836.47, -21474836.48, 1e300};
-  for (int turn = 0; turn < 20000; ++turn) {
-    const std::size_t count = 2 + numbers.below(FewVertices::most - 1);
-    Vertices all{std::vector<double>(count), std::vector<double>(count)};
-    for (auto* axis : {&all.x, &all.y}) {
-      for (double& value : *axis) value = (static_cast<double>(numbers.below(41)) - 20.0) / 200.0;
-      if (numbers.below(4) == 0) (*axis)[numbers.below(count)] = turn % 2 == 0 ? largest : -largest;
-    }
-    const bool fits = numbers.below(3) != 0;
-    auto& axis = numbers.below(2) == 0 ? all.x : all.y;
-    if (!fits) axis[numbers.below(count)] = far_off[numbers.below(std::size(far_off))];
-    const auto row = static_cast<std::int32_t>(numbers.below(23)) - 11;
-    FewVertices few;
-    const VertexBlock found = few.look(all.x.data(), all.y.data(), count, row);
-    ASSERT_EQ(found.fits, fits);
-    for (std::size_t i = 0; fits && i < count; ++i) {
-      ASSERT_EQ(few.x(i), std::nearbyint(100.0 * all.x[i]));
-      ASSERT_EQ(few.y(i), std::nearbyint(100.0 * all.y[i]));
-      ASSERT_EQ((found.below >> i & 1U) != 0, few.y(i) <= row);
-    }
-    ASSERT_TRUE(!fits || found.below >> count == 0U);
-  }
-}
-
 // A processor has one unit or the other.
 TEST(VertexBlock, IsTheSameInFoursAndInPairs) {
   Numbers numbers(62);
