@@ -77,7 +77,7 @@ class NearRing {
     constexpr std::uint64_t sign = std::uint64_t{1} << 63U;
     const PairBits a_above = where(ay > 0.0);
     const PairBits b_above = where(by > 0.0);
-    const PairBits cross = std::bit_cast<PairBits>(ax * by - bx * ay);
+    const auto cross = std::bit_cast<PairBits>(ax * by - bx * ay);
     const auto ahead = std::bit_cast<NumberPair>(cross ^ (~b_above & sign));
     return (a_above - b_above) & where(ahead > 0.0);  // a mask that is true is -1
   }

@@ -1,4 +1,6 @@
 // Bearings, distances and parallels.
+#include <cmath>
+
 #include "orv2_geo/frame/checked_math.h"
 #include "orv2_geo/survey/cgeo_Geometria.h"
 
@@ -10,17 +12,37 @@ namespace {
 constexpr double circle_in_radians = 6.283185308;
 constexpr double radians_per_centesimal = 0.01570796327;
 
-// The bearing of a direction that is parallel to no axis. A circle that comes
-// out whole is folded to 0.
-[[gnu::always_inline]] inline Checked quadrant_bearing(Checked dy, Checked dx) {
-  const Checked a = atan(dy / dx) * 400.0 / circle_in_radians;
+// From the angle above the axis of X, -100 to 100, of a direction that is parallel to no axis. A
+// circle that comes out whole is folded to 0. None of the numbers is NaN: nothing fails.
+[[gnu::always_inline]] inline double bearing_of(double a, double dy, double dx) noexcept {
   const bool first_base = a > 0.0 ? dy >= 0.0 || dx >= 0.0 : !(dy >= 0.0 || dx <= 0.0);
-  const Checked bearing = (first_base ? 100.0 : 300.0) - a;
-  return bearing == 400.0 ? Checked(0.0) : bearing;
+  const double bearing = (first_base ? 100.0 : 300.0) - a;
+  return bearing == 400.0 ? 0.0 : bearing;
+}
+
+[[gnu::always_inline]] inline double quadrant_bearing(Checked dy, Checked dx) {
+  const Checked a = atan(dy / dx) * 400.0 / circle_in_radians;
+  return bearing_of(a, dy, dx);
 }
 
 [[gnu::always_inline]] inline Checked length_of(Checked dy, Checked dx) {
   return sqrt(power(dy, 2.0) + power(dx, 2.0));
+}
+
+struct Direction {
+  bool known;
+  double length;
+  double bearing;
+};
+
+// In plain arithmetic, where the direction is parallel to no axis and nothing can fail: a length
+// is finite only where both differences are, and the sum only where the slope is too.
+[[gnu::always_inline]] inline Direction quick_direction(double dy, double dx) noexcept {
+  const double slope = dy / dx;
+  const double length = std::sqrt(elementary::power(dy, 2.0) + elementary::power(dx, 2.0));
+  if (!checked::is_finite(length + 0.0 * slope) || length == 0.0 || dy == 0.0) return {};
+  const double a = elementary::arc_tangent(slope) * 400.0 / circle_in_radians;
+  return {true, length, bearing_of(a, dy, dx)};
 }
 
 }  // namespace
@@ -40,6 +62,11 @@ double cgeo_Geometria::GF_Angulo_de_1Recta(const double& R1x1, const double& R1y
 void cgeo_Geometria::GR_AngDist_de_1Recta(const double& R1x1, const double& R1y1,
                                           const double& R1x2, const double& R1y2, double& Angulo,
                                           double& Distancia) const try {
+  if (const Direction quick = quick_direction(R1y2 - R1y1, R1x2 - R1x1); quick.known) [[likely]] {
+    Distancia = quick.length;
+    Angulo = quick.bearing;
+    return;
+  }
   const Checked dy = Checked(R1y2) - R1y1;
   const Checked dx = Checked(R1x2) - R1x1;
   Distancia = length_of(dy, dx);
