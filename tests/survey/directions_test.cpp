@@ -26,6 +26,9 @@ TEST(Directions, BearingAndLengthOfALine) {
       {"north", 0, 0, 0, 1, 0, 0, 1},
       {"south: the function says 0", 0, 0, 0, -1, 200, 0, 1},
       {"equal points", 3, 4, 3, 4, 0, 0, 0},
+      // Squares that underflow: a line too short to have a length has no bearing.
+      {"no length, to the north-east", 0, 0, 1e-200, 1e-200, 0, 0, 0},
+      {"no length, to the south-west", 0, 0, -1e-170, -1e-200, 0, 0, 0},
       // The slope underflows to zero: only a fall to the east still tells its base.
       {"east, rising by nothing", 0, 0, 1e150, 1e-300, 300, 300, 1e150},
       {"east, falling by nothing", 0, 0, 1e150, -1e-300, 100, 100, 1e150},
