@@ -11,6 +11,8 @@ namespace {
 
 using Word = std::uint64_t;
 
+constexpr std::size_t small_part = 64;
+
 // The pivot's choice, the partition and the insertion. Places are counted from 0, the
 // first being that of the subscript `first`.
 class Steps {
@@ -43,6 +45,27 @@ class Steps {
         return false;
       }
     }
+    return true;
+  }
+
+  // Puts a small part in order whose words nearly are, and no two of one key: whatever way it is
+  // sorted, the outcome is the same. False, with the words as they were, where it is not so.
+  [[gnu::noinline]] bool put_few_in_order(std::int64_t lo, std::int64_t hi) noexcept {
+    const auto count = static_cast<std::size_t>(hi - lo + 1);
+    const Word* const part = words_ + lo;
+    std::array<Word, small_part> in_order;
+    std::size_t moves_left = 2 * small_part;
+    for (std::size_t k = 0; k < count; ++k) {
+      std::size_t place = k;
+      for (; place != 0 && in_order[place - 1] > highest_of_key(part[k]); --place) {
+        in_order[place] = in_order[place - 1];
+      }
+      const bool tied = place != 0 && in_order[place - 1] >= lowest_of_key(part[k]);
+      if (tied || k - place > moves_left) return false;
+      moves_left -= k - place;
+      in_order[place] = part[k];
+    }
+    std::copy_n(in_order.begin(), count, words_ + lo);
     return true;
   }
 
@@ -133,18 +156,19 @@ bool sort_parts(Steps& steps, std::int64_t lo, std::int64_t hi, Purpose& purpose
 }
 
 // The words themselves are the answer. Where they come in runs small parts are looked at
-// first: of those in order the outcome is known, unless there are ties in more than
+// first: of those in order, or nearly, the outcome is known, unless there are ties in more than
 // insertion is left with.
 template <bool in_runs>
 class SortWords {
  public:
-  SortWords(const Steps& steps, std::int64_t most_steps) noexcept
+  SortWords(Steps& steps, std::int64_t most_steps) noexcept
       : steps_(steps), steps_left_(most_steps) {}
 
-  bool is_settled(std::int64_t lo, std::int64_t hi) const noexcept {
-    constexpr std::int64_t small = 64;
-    if (!in_runs || hi - lo >= small) return false;
-    return steps_.is_ascending(lo, hi, hi - lo < static_cast<std::int64_t>(insertion_limit));
+  bool is_settled(std::int64_t lo, std::int64_t hi) noexcept {
+    if (!in_runs || hi - lo >= static_cast<std::int64_t>(small_part)) return false;
+    const bool inserted = hi - lo < static_cast<std::int64_t>(insertion_limit);
+    if (steps_.is_ascending(lo, hi, inserted)) return true;
+    return !inserted && steps_.put_few_in_order(lo, hi);
   }
   bool partitioned(std::int64_t lo, std::int64_t hi, const BlockPartition::Ends&) noexcept {
     steps_left_ -= hi - lo;
@@ -153,7 +177,7 @@ class SortWords {
   static void inserted(std::int64_t, std::int64_t) noexcept {}
 
  private:
-  const Steps& steps_;
+  Steps& steps_;
   std::int64_t steps_left_;
 };
 
