@@ -48,7 +48,7 @@ TEST(Region, RandomSelfCrossingRingsAgainstTheCountOfCrossings) {
   for (int round = 0; round < 20000; ++round) {
     const std::int32_t side = 1 + static_cast<std::int32_t>(engine() % 12);
     const auto any = [&] { return static_cast<std::int32_t>(engine() % (side + 1)) - side / 2; };
-    Ring ring(2 + engine() % 59);
+    Ring ring(2 + static_cast<std::size_t>(engine() % 59));
     for (LatticePoint& vertex : ring) vertex = {any(), any()};
     for (int question = 0; question < 10; ++question) {
       const LatticePoint point = {any(), any()};
@@ -71,7 +71,7 @@ TEST(Region, RandomRingsOverTheWholeRange) {
     }
   };
   for (int round = 0; round < 50000; ++round) {
-    Ring ring(2 + engine() % 12);
+    Ring ring(2 + static_cast<std::size_t>(engine() % 12));
     for (LatticePoint& vertex : ring) vertex = {any(), any()};
     // Close to the middle of an edge too, where the products nearly tie.
     const LatticePoint a = ring[0];
@@ -172,7 +172,7 @@ TEST(Region, ShiftingRingAndPointChangesNothing) {
   std::mt19937_64 engine(43);
   const auto any = [&] { return static_cast<std::int32_t>(engine() % 21) - 10; };
   for (int round = 0; round < 20000; ++round) {
-    Ring ring(2 + engine() % 20);
+    Ring ring(2 + static_cast<std::size_t>(engine() % 20));
     for (LatticePoint& vertex : ring) vertex = {any(), any()};
     const LatticePoint point = {any(), any()};
     const bool before = holds(ring, point);

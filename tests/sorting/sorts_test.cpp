@@ -263,9 +263,10 @@ TEST(Sorts, LongArraysOfEveryShapeInAnyRange) {
       const Place place = any_place(numbers, n);
       LongArray array = longs(place.lower, values);
       sorts.Ordena_LongArray(array, place.from, place.to);
-      const auto begin = values.begin();
-      std::sort(begin + (from_of(place) - place.lower),
-                begin + (to_of(place, n) - place.lower + 1));
+      const auto element = [&](std::int64_t subscript) {
+        return values.begin() + static_cast<std::ptrdiff_t>(subscript - place.lower);
+      };
+      std::sort(element(from_of(place)), element(to_of(place, n) + 1));
       ASSERT_EQ(elements(array), values) << static_cast<int>(shape) << ", " << n;
     }
   }

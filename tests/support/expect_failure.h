@@ -3,6 +3,7 @@
 
 #include <bit>
 #include <cmath>
+#include <cstddef>
 #include <cstdint>
 #include <random>
 #include <type_traits>
@@ -70,7 +71,7 @@ class Numbers {
   double between(double low, double high) {
     return std::uniform_real_distribution<double>(low, high)(engine_);
   }
-  std::uint64_t below(std::uint64_t end) { return engine_() % end; }
+  std::size_t below(std::uint64_t end) { return static_cast<std::size_t>(engine_() % end); }
 
  private:
   std::mt19937_64 engine_;

@@ -65,7 +65,7 @@ class RandomRings {
     return static_cast<LONG>(engine_() % static_cast<std::uint64_t>(side)) - side / 2;
   }
   std::size_t count(std::size_t least, std::size_t most) {
-    return least + engine_() % (most - least + 1);
+    return least + static_cast<std::size_t>(engine_() % (most - least + 1));
   }
 
   Ring sloping(LONG side) {

@@ -91,7 +91,7 @@ Text any_text(std::mt19937_64& engine) {
                                          std::u16string(1, u'\xd801'),
                                          u"Z"};
   std::u16string text;
-  for (std::size_t left = engine() % 7; left > 0; --left) text += units[engine() % 20];
+  for (auto left = engine() % 7; left > 0; --left) text += units[engine() % 20];
   if (engine() % 50 == 0) text.insert(text.begin(), u'\0');
   return Text(text);
 }
