@@ -19,13 +19,12 @@ namespace orv2_geo {
 namespace {
 
 using vertices::fit;
-using vertices::NearRing;
 using vertices::Place;
 using vertices::scale;
 
 // Up to so many vertices, the repeated one included, all are walked; of more, blocks that lie
 // aside are passed over.
-constexpr std::int32_t few_vertices = 32;
+constexpr std::int32_t few_vertices = 48;
 
 constexpr std::u16string_view title = u"Pto en Poligono - Error nº ";
 
@@ -151,7 +150,7 @@ Place place_nearby(const DoubleArray& XX, const DoubleArray& YY, std::int32_t nV
   const double* xs = XX.row(1, nVer - 1);
   const double* ys = YY.row(1, nVer - 1);
   if (xs == nullptr || ys == nullptr) return Place::unknown;
-  return NearRing(xp, yp).place(xs, ys, static_cast<std::size_t>(nVer - 1));
+  return vertices::place_near(xs, ys, static_cast<std::size_t>(nVer - 1), xp, yp);
 }
 
 // Vertex by vertex: the first that has no element or does not fit fails.
