@@ -37,15 +37,23 @@ class Steps {
     words_[hi] = high;
   }
 
-  // Whether no word's key is below the one before, and none the same unless `or_same`.
-  bool is_ascending(std::int64_t lo, std::int64_t hi, bool or_same) const noexcept {
+  // Whether no word's key is below the one before.
+  bool is_ascending(std::int64_t lo, std::int64_t hi) const noexcept {
     for (std::int64_t k = lo; k < hi; ++k) {
-      if (or_same ? words_[k] > highest_of_key(words_[k + 1])
-                  : words_[k + 1] <= highest_of_key(words_[k])) {
-        return false;
-      }
+      if (words_[k] > highest_of_key(words_[k + 1])) return false;
     }
     return true;
+  }
+
+  // The place of the last word up to which each key is above the one before.
+  std::int64_t end_of_rise(std::int64_t lo, std::int64_t hi) const noexcept {
+    std::int64_t k = lo;
+    while (k < hi && words_[k + 1] > highest_of_key(words_[k])) ++k;
+    return k;
+  }
+
+  bool is_tied_to_next(std::int64_t k) const noexcept {
+    return lowest_of_key(words_[k]) == lowest_of_key(words_[k + 1]);
   }
 
   // Puts a small part in order whose words nearly are, and no two of one key: whatever way it is
@@ -166,9 +174,9 @@ class SortWords {
 
   bool is_settled(std::int64_t lo, std::int64_t hi) noexcept {
     if (!in_runs || hi - lo >= static_cast<std::int64_t>(small_part)) return false;
-    const bool inserted = hi - lo < static_cast<std::int64_t>(insertion_limit);
-    if (steps_.is_ascending(lo, hi, inserted)) return true;
-    return !inserted && steps_.put_few_in_order(lo, hi);
+    if (hi - lo < static_cast<std::int64_t>(insertion_limit)) return steps_.is_ascending(lo, hi);
+    const std::int64_t end = steps_.end_of_rise(lo, hi);
+    return end == hi || (!steps_.is_tied_to_next(end) && steps_.put_few_in_order(lo, hi));
   }
   bool partitioned(std::int64_t lo, std::int64_t hi, const BlockPartition::Ends&) noexcept {
     steps_left_ -= hi - lo;
