@@ -13,7 +13,8 @@ inline constexpr std::uint32_t sse_flags = 0x3f;
 inline constexpr std::uint32_t sse_usual = 0x1f80;
 // All masked, 64 bits of precision, to nearest.
 inline constexpr std::uint16_t x87_usual = 0x037f;
-inline constexpr std::uint16_t x87_flags = 0x3f;
+inline constexpr std::uint16_t x87_exceptions = 0x3f;
+inline constexpr std::uint16_t x87_flags = 0x7f;  // those, and of its stack
 
 // Where the run-time's functions compute in the x87 unit, and so raise its flags.
 #if defined(__i386__) || defined(_WIN32)
@@ -54,12 +55,14 @@ inline void set_x87_flags(std::uint16_t status) noexcept {
 
 /// The settings of this thread, which then has the usual ones.
 inline FloatingPointSettings put_aside() noexcept {
-  const FloatingPointSettings found{sse(), x87_control(),
-                                    x87_computes ? x87_status() : std::uint16_t{0}};
+  FloatingPointSettings found{sse(), x87_control(), x87_computes ? x87_status() : std::uint16_t{0}};
   if ((found.sse & ~sse_flags) != sse_usual) [[unlikely]] {
     set_sse(sse_usual | (found.sse & sse_flags));
   }
   if (found.x87_control != x87_usual) [[unlikely]] {
+    found.x87_status = x87_status();
+    // Of a raised flag whose exception traps, the unit's next instruction would be the trap.
+    if ((found.x87_status & ~found.x87_control & x87_exceptions) != 0) set_x87_flags(0);
     set_x87_control(x87_usual);
   }
   return found;
@@ -69,10 +72,12 @@ inline FloatingPointSettings put_aside() noexcept {
 /// without a look at the flags raised meanwhile: to look takes longer than to write.
 inline void put_back(const FloatingPointSettings& settings) noexcept {
   set_sse(settings.sse);
-  if (x87_computes && ((x87_status() ^ settings.x87_status) & x87_flags) != 0) {
+  const bool was_set = settings.x87_control != x87_usual;
+  if ((x87_computes || was_set) && ((x87_status() ^ settings.x87_status) & x87_flags) != 0) {
     set_x87_flags(settings.x87_status);
   }
-  if (settings.x87_control != x87_usual) [[unlikely]] {
+  // Last, as the unit may now trap.
+  if (was_set) [[unlikely]] {
     set_x87_control(settings.x87_control);
   }
 }

@@ -85,6 +85,8 @@ inline std::vector<OddUnits> odd_units() {
           {"invalid, zero divide and overflow trapped", {0x1900, 0x0372, 0}},
           {"all trapped", {0x0000, 0x0340, 0}},
           {"all trapped, up, no small numbers", {0xc040, 0x0b40, 0}},
+          {"all trapped, and raised", {0x003f, 0x0340, 0x3f}},
+          {"overflow trapped, and raised in one unit", {0x1b88, 0x0377, 0x08}},
           {"short precision", {0x1f80, 0x007f, 0}},
           {"flags raised", {0x1fbf, 0x037f, 0x3f}},
           {"no flag raised", {0x1f80, 0x037f, 0}},
