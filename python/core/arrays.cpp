@@ -234,8 +234,7 @@ orv2_array_info shape(std::uint16_t type, bool allocated, std::int32_t lower, st
 
 // A bare object of a class; its storage, if any, is its own from then on.
 Array* bare(PyTypeObject* of, std::uint16_t type) {
-  auto* const allocate = reinterpret_cast<allocfunc>(PyType_GetSlot(of, Py_tp_alloc));
-  PyObject* const made = allocate(of, 0);
+  PyObject* const made = new_object(of);
   if (made == nullptr) return nullptr;
   Array* const array = array_of(made);
   array->handle = 0;

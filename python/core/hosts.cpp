@@ -62,8 +62,7 @@ Loans* loans_here() {
   PyObject* const known = PyDict_GetItemWithError(kept, loans_name);
   if (known != nullptr) return reinterpret_cast<Loans*>(known);
   if (PyErr_Occurred() != nullptr) return nullptr;
-  auto* const allocate = reinterpret_cast<allocfunc>(PyType_GetSlot(loans_type, Py_tp_alloc));
-  const Owned made(allocate(loans_type, 0));
+  const Owned made(new_object(loans_type));
   if (!made || PyDict_SetItem(kept, loans_name, made.get()) != 0) return nullptr;
   return reinterpret_cast<Loans*>(made.get());
 }

@@ -69,3 +69,5 @@ constexpr std::size_t positional(std::size_t count) {
 }
 
 }  // namespace orv2_geo::python
+
+#include "in_python.h"  // of all that is declared above

@@ -285,8 +285,7 @@ PyObject* member_new(PyTypeObject* of, PyObject* arguments, PyObject*) {
   Py_ssize_t class_index = 0;
   Py_ssize_t position = 0;
   if (PyArg_ParseTuple(arguments, "nn:Member", &class_index, &position) == 0) return nullptr;
-  auto* const allocate = reinterpret_cast<allocfunc>(PyType_GetSlot(of, Py_tp_alloc));
-  Owned made(allocate(of, 0));
+  Owned made(new_object(of));
   if (!made) return nullptr;
   Member* const member = member_of(made.get());
   member->vectorcall = call_member;
@@ -348,8 +347,7 @@ PyType_Spec member_spec = {
 // ---- Objects as Python sees them ----------------------------------------------------
 
 Object* bare_object(PyTypeObject* of) {
-  auto* const allocate = reinterpret_cast<allocfunc>(PyType_GetSlot(of, Py_tp_alloc));
-  Object* const made = object_of(allocate(of, 0));
+  Object* const made = object_of(new_object(of));
   if (made != nullptr) made->thread = PyThread_get_thread_ident();
   return made;
 }

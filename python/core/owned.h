@@ -2,8 +2,6 @@
 // and out of the interpreter's lock.
 #pragma once
 
-#include <unistd.h>
-
 #include <utility>
 
 #include "limited.h"
@@ -40,29 +38,6 @@ class Owned {
   PyObject* object_ = nullptr;
 };
 
-/// Python ends a thread that asks for the interpreter's lock after the interpreter's end, and
-/// would unwind the library's frames, and destructors that need the lock, on the way out. The
-/// thread stays where it is instead, until the process ends.
-[[noreturn]] inline void stay_for_ever() noexcept {
-  for (;;) pause();
-}
-
-inline PyGILState_STATE lock_taken() noexcept {
-  try {
-    return PyGILState_Ensure();
-  } catch (...) {
-    stay_for_ever();
-  }
-}
-
-inline void lock_taken_again(PyThreadState* state) noexcept {
-  try {
-    PyEval_RestoreThread(state);
-  } catch (...) {
-    stay_for_ever();
-  }
-}
-
 /// Puts a reference where another one was, which is given back.
 inline void put_in_place(PyObject*& place, PyObject* object) noexcept {
   const Owned before(std::exchange(place, object));
@@ -71,7 +46,7 @@ inline void put_in_place(PyObject*& place, PyObject* object) noexcept {
 /// Has the interpreter's lock, taken where this thread does not have it yet.
 class Locked {
  public:
-  Locked() noexcept : state_(lock_taken()) {}
+  Locked() noexcept : state_(in_python(PyGILState_Ensure)) {}
   Locked(const Locked&) = delete;
   Locked& operator=(const Locked&) = delete;
   ~Locked() { PyGILState_Release(state_); }
@@ -87,7 +62,7 @@ class Unlocked {
   Unlocked(const Unlocked&) = delete;
   Unlocked& operator=(const Unlocked&) = delete;
   ~Unlocked() {
-    if (state_ != nullptr) lock_taken_again(state_);
+    if (state_ != nullptr) in_python(PyEval_RestoreThread, state_);
   }
 
  private:

@@ -94,8 +94,7 @@ void keep(Ref* ref, PyObject* value) {
 // ---- The type -----------------------------------------------------------------------
 
 PyObject* ref_new(PyTypeObject* of, PyObject*, PyObject*) {
-  auto* const allocate = reinterpret_cast<allocfunc>(PyType_GetSlot(of, Py_tp_alloc));
-  PyObject* const made = allocate(of, 0);
+  PyObject* const made = new_object(of);
   if (made == nullptr) return nullptr;
   Ref* const ref = ref_in(made);
   ref->at = &ref->cell;
@@ -178,7 +177,7 @@ PyObject* binary(PyObject* left, PyObject* right) {
   const Deeper level;
   const Owned a = level ? operand(left) : Owned();
   const Owned b = a ? operand(right) : Owned();
-  return b ? operation(a.get(), b.get()) : nullptr;
+  return b ? in_python(operation, a.get(), b.get()) : nullptr;
 }
 
 // The variable itself takes the outcome.
@@ -194,7 +193,7 @@ template <PyObject* (*operation)(PyObject*)>
 PyObject* unary(PyObject* self) {
   const Deeper level;
   const Owned value = level ? value_of(ref_in(self)) : Owned();
-  return value ? operation(value.get()) : nullptr;
+  return value ? in_python(operation, value.get()) : nullptr;
 }
 
 PyObject* power(PyObject* left, PyObject* right, PyObject* modulus) {

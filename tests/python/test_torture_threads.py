@@ -278,6 +278,35 @@ threading.Thread(target=work, daemon=True).start()
 begun.wait()
 """)
 
+    def test_daemon_threads_that_python_ends_in_the_middle_of_its_code(self):
+        """Beneath frames of the library, which must not be unwound."""
+        ways = {
+            "a method of a host's object": 'run_on(Runner(endless), "f64&", orv2_geo.Ref(1.0))',
+            "a property of a host's object":
+                "orv2_geo.create('Orv2_Geo.cgeo_Ordena').Quita_Puntos_Repetidos_XY_con_indice1("
+                "orv2_geo.Ref(2), *columns, orv2_geo.LongArray(), Endless(), 0.001, False)",
+            "an element's number": "orv2_geo.DoubleArray([Endless()])",
+            "elements one by one": "orv2_geo.DoubleArray(endless() for _ in [1])",
+            "an argument": 'orv2_geo.create("Orv2_Geo.cgeo_Algorismos").Arccos(Endless())',
+            "an operand": "orv2_geo.Ref(1.0) + Endless()",
+            "a value that is given up": "setattr(orv2_geo.Ref(Endless()), 'value', 1.0)",
+            "a subscript": "orv2_geo.DoubleArray([1.0])[Endless()]",
+        }
+        for name, way in ways.items():
+            with self.subTest(name):
+                self.ended("""
+begun = threading.Event()
+def endless(*_):
+    begun.set()
+    while True:
+        pass
+class Endless:
+    __del__ = __float__ = __index__ = __iter__ = __radd__ = __setattr__ = endless
+columns = [orv2_geo.DoubleArray([0.0] * 3) for _ in range(3)]
+threading.Thread(target=lambda: {}, daemon=True).start()
+assert begun.wait(30)
+""".format(way))
+
     def test_what_is_left_at_the_end_of_the_main_thread(self):
         self.ended("""
 kept = [all_ways(i) for i in range(3)]
