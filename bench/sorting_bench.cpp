@@ -262,12 +262,13 @@ void strings_collate(benchmark::State& state) {
 using Numbers = std::vector<std::int32_t>;
 constexpr std::int32_t absurd = 2000000000;
 
-Numbers random_numbers(std::int32_t n) {
+Numbers numbers_below(std::uint64_t end, std::int32_t n) {
   std::mt19937_64 engine(36);
   Numbers numbers(static_cast<std::size_t>(n));
-  for (std::int32_t& number : numbers) number = static_cast<std::int32_t>(engine() % 5000000);
+  for (std::int32_t& number : numbers) number = static_cast<std::int32_t>(engine() % end);
   return numbers;
 }
+Numbers random_numbers(std::int32_t n) { return numbers_below(5000000, n); }
 Numbers sorted_numbers(std::int32_t n) {
   Numbers numbers = random_numbers(n);
   std::sort(numbers.begin(), numbers.end());
@@ -300,10 +301,28 @@ Numbers sorted_and_absurd(std::int32_t n) {
   return numbers;
 }
 
-const struct {
+// As large a part of any count of them occurs again as of 100,000 numbers below 5,000,000.
+Numbers sorted_as_often_tied(std::int32_t n) {
+  Numbers numbers = numbers_below(50 * static_cast<std::uint64_t>(n), n);
+  std::sort(numbers.begin(), numbers.end());
+  return numbers;
+}
+Numbers reversed_as_often_tied(std::int32_t n) {
+  Numbers numbers = sorted_as_often_tied(n);
+  std::reverse(numbers.begin(), numbers.end());
+  return numbers;
+}
+Numbers sorted_as_often_tied_and_absurd(std::int32_t n) {
+  Numbers numbers = sorted_as_often_tied(n);
+  numbers[numbers.size() / 2] = absurd;
+  return numbers;
+}
+
+struct Shape {
   const char* name;
   Numbers (*numbers)(std::int32_t n);
-} shapes[] = {
+};
+constexpr Shape shapes[] = {
     {"random", random_numbers},
     {"sorted", sorted_numbers},
     {"reversed", reversed_numbers},
@@ -312,6 +331,11 @@ const struct {
     {"organ_pipe", organ_pipe},
     {"random_absurd", random_and_absurd},
     {"sorted_absurd", sorted_and_absurd},
+};
+constexpr Shape as_often_tied[] = {
+    {"sorted_tied", sorted_as_often_tied},
+    {"reversed_tied", reversed_as_often_tied},
+    {"sorted_absurd_tied", sorted_as_often_tied_and_absurd},
 };
 
 // Coordinates with three decimals.
@@ -471,9 +495,10 @@ constexpr auto milliseconds = benchmark::kMillisecond;
 
 using OfShape = void (*)(benchmark::State&, const Numbers&);
 
-void register_shapes(const std::string& sort, OfShape subject, OfShape peer,
-                     std::int64_t most_of_peer = bench::most_elements) {
-  for (const auto& shape : shapes) {
+template <std::size_t count>
+void register_shapes(const Shape (&of)[count], const std::string& sort, OfShape subject,
+                     OfShape peer, std::int64_t most_of_peer = bench::most_elements) {
+  for (const Shape& shape : of) {
     const auto add = [&](const std::string& name, OfShape work, std::int64_t most) {
       const auto run = [=](benchmark::State& state) { work(state, shape.numbers(size_of(state))); };
       auto* const made = benchmark::RegisterBenchmark((sort + "_" + name).c_str(), run);
@@ -484,11 +509,13 @@ void register_shapes(const std::string& sort, OfShape subject, OfShape peer,
   }
 }
 [[maybe_unused]] const bool registered = [] {
-  register_shapes("longs", longs, longs_peer);
-  register_shapes("long_index", long_index, long_index_peer);
-  register_shapes("doubles", doubles, doubles_peer);
-  register_shapes("doubles_index", double_shape_index, double_shape_index_peer);
-  register_shapes("text_index", text_index, text_index_peer, 100000);
+  register_shapes(shapes, "longs", longs, longs_peer);
+  register_shapes(shapes, "long_index", long_index, long_index_peer);
+  register_shapes(shapes, "doubles", doubles, doubles_peer);
+  register_shapes(shapes, "doubles_index", double_shape_index, double_shape_index_peer);
+  register_shapes(as_often_tied, "long_index", long_index, long_index_peer);
+  register_shapes(as_often_tied, "doubles_index", double_shape_index, double_shape_index_peer);
+  register_shapes(shapes, "text_index", text_index, text_index_peer, 100000);
   return true;
 }();
 
