@@ -16,10 +16,10 @@ std::int64_t upper_of(std::int32_t lower, std::uint32_t count) {
   return std::int64_t{lower} + count - 1;
 }
 
-// Zeroed memory for so many elements. Failure 7 when no size can tell it.
-void* memory_for(std::size_t element_size, std::uint32_t count) {
+// The bytes of so many elements. Failure 7 when no size can tell them.
+std::size_t bytes_of(std::size_t element_size, std::uint32_t count) {
   if (count > std::numeric_limits<std::size_t>::max() / element_size) raise(failure::out_of_memory);
-  return obtain_zeroed(element_size * count);
+  return element_size * count;
 }
 
 }  // namespace
@@ -101,7 +101,7 @@ void ArrayBase::release_at_owner() {
 // New storage; surviving elements have moved into it.
 void* ArrayBase::resized_copy(const Element& element, std::int32_t lower, std::uint32_t count,
                               bool keep) {
-  auto* const fresh = static_cast<char*>(memory_for(element.size, count));
+  auto* const fresh = static_cast<char*>(obtain_zeroed(bytes_of(element.size, count)));
   if (!keep) return fresh;
   auto* const old = static_cast<char*>(elements_);
   const std::int64_t first = std::max<std::int64_t>(lower, lower_);
@@ -119,10 +119,19 @@ void ArrayBase::allocate(const Element& element, std::int32_t lower, std::uint32
                          std::uint16_t dimensions) {
   if (locked()) raise(failure::array_locked);
   if (upper_of(lower, count) > highest_index) raise(failure::subscript_out_of_range);
-  void* const elements = memory_for(element.size, count);
+  void* const elements = obtain_zeroed(bytes_of(element.size, count));
   discard(element);
   owner_ = nullptr;
   describe(elements, lower, count, dimensions);
+}
+
+// Of elements that their bytes are all of. Zeros are not written first: of a whole survey that
+// would be noticed.
+void ArrayBase::copy_bytes(const Element& element, const ArrayBase& other) {
+  const std::size_t bytes = bytes_of(element.size, other.count_);
+  void* const elements = obtain(bytes);
+  if (bytes != 0) std::memcpy(elements, other.elements_, bytes);
+  describe(elements, other.lower_, other.count_, other.dimensions_);
 }
 
 void ArrayBase::discard(const Element& element) noexcept {

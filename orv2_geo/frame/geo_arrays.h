@@ -78,6 +78,7 @@ class ORV2_PUBLIC ArrayBase {
   void release_at_owner();
   void allocate(const Element& element, std::int32_t lower, std::uint32_t count,
                 std::uint16_t dimensions);
+  void copy_bytes(const Element& element, const ArrayBase& other);
   void discard(const Element& element) noexcept;
   void forget() noexcept;
   void take(ArrayBase& other) noexcept;
@@ -235,6 +236,7 @@ class GeoArray : public ArrayBase {
 
   void copy(const GeoArray& other) {
     if (!other.allocated()) return;
+    if constexpr (std::is_trivially_copyable_v<T>) return copy_bytes(element, other);
     allocate(element, other.lower_, other.count_, other.dimensions_);
     try {
       for (std::uint32_t i = 0; i < count_; ++i) data()[i] = other.data()[i];

@@ -14,8 +14,8 @@
 
 namespace orv2_geo::repeated {
 
-template <class T>
-[[gnu::always_inline]] inline void prefetch_element(const GeoArray<T>& array,
+template <class Array>
+[[gnu::always_inline]] inline void prefetch_element(const Array& array,
                                                     std::int32_t index) noexcept {
   prefetch(array.row(index, index));
 }
@@ -25,8 +25,8 @@ inline constexpr std::int32_t prefetch_distance = 64;
 
 /// Of elements that are read in the order of `numbers`: prefetches those of a place
 /// some steps after i.
-template <class... Arrays>
-[[gnu::always_inline]] inline void prefetch_after(const LongArray& numbers, std::int32_t i,
+template <class Numbers, class... Arrays>
+[[gnu::always_inline]] inline void prefetch_after(const Numbers& numbers, std::int32_t i,
                                                   std::int32_t last,
                                                   const Arrays&... arrays) noexcept {
   if (last - i < prefetch_distance) return;

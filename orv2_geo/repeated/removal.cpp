@@ -1,8 +1,10 @@
 // Removal of repeated points from the caller's own coordinates.
+#include <algorithm>
 #include <string_view>
 
 #include "orv2_geo/platform/error_box.h"
 #include "orv2_geo/repeated/mOrdena_repetidos.h"
+#include "orv2_geo/repeated/row.h"
 #include "orv2_geo/repeated/sweep.h"
 #include "orv2_geo/sorting/mOrdena.h"
 
@@ -91,6 +93,39 @@ std::int32_t renumber_unflagged(const std::int32_t& nPtos, const LongArray& Secu
   return n;
 }
 
+// Whether the entries 1 to nPtos of a sequence are all points from 1 to nPtos.
+bool are_points(const LongArray& Secuencia, std::int32_t nPtos) noexcept {
+  const std::int32_t* const entries = Secuencia.row(1, nPtos);
+  return entries != nullptr && std::all_of(entries, entries + nPtos,
+                                           [&](std::int32_t p) { return 1 <= p && p <= nPtos; });
+}
+
+// Moves the coordinates of the points not flagged to the front. The flag is that of point
+// p and the entry that of place p, on purpose.
+void keep_unflagged(std::int32_t nPtos, const LongArray& Secuencia, const BoolArray& Repetido,
+                    const Coordinates& all, LongArray& Indice, DoubleArray& X, DoubleArray& Y,
+                    DoubleArray& Z) {
+  const auto keep = [nPtos](auto&& entries, auto&& flags, auto&& all_X, auto&& all_Y, auto&& all_Z,
+                            auto&& index, auto&& kept_X, auto&& kept_Y, auto&& kept_Z) {
+    std::int32_t j = 0;
+    for (const std::int32_t p : counted(1, nPtos)) {
+      repeated::prefetch_after(entries, p, nPtos, all_X, all_Y, all_Z);
+      if (flags(p)) continue;
+      ++j;
+      const std::int32_t number = entries(p);
+      index(j) = number;
+      kept_X(j) = all_X(number);
+      kept_Y(j) = all_Y(number);
+      kept_Z(j) = all_Z(number);
+    }
+  };
+  // Where a failure was trapped before, entries may be missing.
+  if (!are_points(Secuencia, nPtos))
+    return keep(Secuencia, Repetido, all.X, all.Y, all.Z, Indice, X, Y, Z);
+  repeated::on_rows_or_arrays(nPtos, keep, Secuencia, Repetido, all.X, all.Y, all.Z, Indice, X, Y,
+                              Z);
+}
+
 // Puts the points to keep at the front of the X order; answers with how many.
 template <class Points>
 std::int32_t keep_front(std::int32_t nPtos, const Points& points, LongArray& Orden) {
@@ -152,18 +187,8 @@ void Quita_Puntos_Repetidos_XY_con_indice1(std::int32_t& nPtos, DoubleArray& X, 
   std::int32_t nNuevos = 0;
   m_Indice_de_Puntos_sin_Repetir_XY(nPtos, all_X, all_Y, all_Z, nNuevos, Secuencia, Indice,
                                     Repetido, Precision, Progreso1);
-  // The flag is that of point p and the entry that of place p, on purpose. What
-  // the routine above trapped is not noticed here.
-  std::int32_t j = 0;
-  for (const std::int32_t p : counted(1, nPtos)) {
-    repeated::prefetch_after(Secuencia, p, nPtos, all_X, all_Y, all_Z);
-    if (Repetido(p)) continue;
-    ++j;
-    Indice(j) = Secuencia(p);
-    X(j) = all_X(Indice(j));
-    Y(j) = all_Y(Indice(j));
-    Z(j) = all_Z(Indice(j));
-  }
+  // What the routine above trapped is not noticed here.
+  keep_unflagged(nPtos, Secuencia, Repetido, {all_X, all_Y, all_Z}, Indice, X, Y, Z);
   nPtos = nNuevos;
   X.size_keeping_from_0(nPtos);
   Y.size_keeping_from_0(nPtos);

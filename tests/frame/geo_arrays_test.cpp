@@ -224,6 +224,28 @@ TEST(DoubleArrays, ACopyIsItsOwnArray) {
   EXPECT_EQ(copy(3), 1.25);
 }
 
+TEST(DoubleArrays, ACopyHasTheBoundsAndDimensionsOfWhatItIsACopyOf) {
+  struct Row {
+    std::uint32_t count;
+    std::uint16_t dimensions;
+  };
+  for (const auto& [count, dimensions] : {Row{0, 1}, Row{2, 1}, Row{2, 2}}) {
+    DoubleArray array;
+    array.make(-3, count, dimensions);
+    const DoubleArray copy = array;
+    EXPECT_EQ(copy.lower(), -3);
+    EXPECT_EQ(copy.count(), count);
+    EXPECT_EQ(copy.dimensions(), dimensions);
+    EXPECT_EQ(failure_of([&] { copy(-3); }), count == 2 && dimensions == 1 ? 0 : 9);
+  }
+}
+
+TEST(DoubleArrays, ACopyWithoutMemoryIs7) {
+  const DoubleArray array(0, 9);
+  const RefusedAllocation refused(0);
+  EXPECT_EQ(failure_of([&] { const DoubleArray copy(array); }), 7);
+}
+
 TEST(StringArrays, TextsMoveAndEndOnce) {
   const long before = allocations_in_use();
   {

@@ -288,6 +288,21 @@ TEST(Removal, ALowerBoundOtherThan0Is9AtTheEnd) {
   }
 }
 
+// Nothing was found, so that every entry of the sequence is 0: of an array from 1 it is none.
+TEST(Removal, AfterATrappedFailurePoint0IsMovedWhereThereIsOne) {
+  PointList list({{2, 20, 200}, {1, 10, 100}});
+  DoubleArray from_1(1, 2);
+  from_1(1) = 200, from_1(2) = 100;
+  list.Z = from_1;
+  const Removal out(list, 0.0, nullptr);
+  EXPECT_EQ(out.box, boxed(title_2, 91));
+  EXPECT_EQ(out.thrown, 9);
+  EXPECT_EQ(elements(out.list.X), (Values{-999, -999, 1}));
+  EXPECT_EQ(elements(out.list.Y), (Values{-999, -999, 10}));
+  EXPECT_EQ(elements(out.list.Z), (Values{200, 100}));
+  EXPECT_EQ(out.list.nPtos, 2);
+}
+
 TEST(Removal, OneArrayForAllCoordinates) {
   const Indicator progress;
   DoubleArray values(0, 3);
