@@ -10,7 +10,7 @@
 #include "orv2_geo/arrays/cgeo_Matrices.h"
 #include "orv2_geo/dialogs/f_MaxiMin.h"
 #include "orv2_geo/frame/checked_math.h"
-#include "orv2_geo/frame/number_pairs.h"
+#include "orv2_geo/frame/extremes_of.h"
 #include "orv2_geo/frame/overlap.h"
 #include "orv2_geo/frame/treatments.h"
 #include "orv2_geo/platform/error_box.h"
@@ -66,33 +66,6 @@ struct LookAtSkipping {
   }
 };
 
-struct Span {
-  double max;
-  double min;
-};
-
-// The extremes of some elements, in plain arithmetic; nothing when one is NaN. Each
-// pair adds -1 to `numbers` where both are numbers: all are where the two halves of the
-// sum make -k.
-std::optional<Span> quick_extremes(std::span<const double> elements) {
-  NumberPair max = {elements[0], elements[0]};
-  NumberPair min = max;
-  constexpr double lowest = -std::numeric_limits<double>::infinity();
-  PairMask numbers = {};
-  std::size_t k = 0;
-  for (; k + 1 < elements.size(); k += 2) {
-    const NumberPair pair = pair_at(&elements[k]);
-    max = pair > max ? pair : max;
-    min = pair < min ? pair : min;
-    numbers += pair >= lowest;  // NaN is not
-  }
-  if (numbers[0] + numbers[1] != -static_cast<std::int64_t>(k)) return std::nullopt;
-  const Span extremes = {std::max(max[0], max[1]), std::min(min[0], min[1])};
-  if (k == elements.size()) return extremes;
-  if (std::isnan(elements[k])) return std::nullopt;
-  return Span{std::max(extremes.max, elements[k]), std::min(extremes.min, elements[k])};
-}
-
 class Scan {
  public:
   explicit Scan(std::span<Coordinate> coordinates) : coordinates_(coordinates) {
@@ -132,19 +105,19 @@ class Scan {
   }
 
   bool take_block(std::int32_t from, std::int32_t to) {
-    std::array<std::optional<Span>, most> found;
+    std::array<std::optional<Extremes>, most> found;
     for (std::size_t k = 0; k < coordinates_.size(); ++k) {
       const Coordinate& c = coordinates_[k];
       const double* row = c.array.row(from, to);
       if (row == nullptr || std::isunordered(c.max, c.min)) return false;
       const std::span elements(row, static_cast<std::size_t>(to - from + 1));
-      found[k] = quick_extremes(elements);
+      found[k] = extremes_of(elements);
       if (!found[k]) return false;
     }
     for (std::size_t k = 0; k < coordinates_.size(); ++k) {
       Coordinate& c = coordinates_[k];
-      if (found[k]->max > c.max) c.max = first_of(c, from, to, found[k]->max, c.max_at);
-      if (found[k]->min < c.min) c.min = first_of(c, from, to, found[k]->min, c.min_at);
+      if (found[k]->highest > c.max) c.max = first_of(c, from, to, found[k]->highest, c.max_at);
+      if (found[k]->lowest < c.min) c.min = first_of(c, from, to, found[k]->lowest, c.min_at);
     }
     return true;
   }

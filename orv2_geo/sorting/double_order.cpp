@@ -52,15 +52,13 @@ bool make_words(const WordLayout& layout, std::span<const double> values, std::s
 std::optional<Extremes> extremes_in_span(std::span<const double> values) noexcept {
   Extremes found = {beyond_span, lowest_in_span};
   if (values.empty()) return std::nullopt;
-  constexpr std::size_t block = 4096;  // a loop without a branch
+  constexpr std::size_t block = 4096;  // a value beyond the span is soon met
   for (; !values.empty(); values = values.subspan(std::min(block, values.size()))) {
-    bool in_span = true;
-    for (const double value : values.first(std::min(block, values.size()))) {
-      in_span &= value >= lowest_in_span;  // NaN is not
-      found.lowest = value < found.lowest ? value : found.lowest;
-      found.highest = value > found.highest ? value : found.highest;
-    }
-    if (!in_span || found.highest >= beyond_span) return std::nullopt;
+    const auto of_block = extremes_of(values.first(std::min(block, values.size())));
+    if (!of_block) return std::nullopt;
+    found.lowest = std::min(found.lowest, of_block->lowest);
+    found.highest = std::max(found.highest, of_block->highest);
+    if (found.lowest < lowest_in_span || found.highest >= beyond_span) return std::nullopt;
   }
   if (key_in_span(found.highest) >= first_of_ten_digits) return std::nullopt;
   return found;
@@ -109,10 +107,8 @@ bool DoubleOrder::sort() noexcept {
 }
 
 void DoubleOrder::write_numbers(std::span<std::int32_t> numbers) noexcept {
-  // Positions are written where the numbers from 1 are to stand.
   words_.write_positions(layout_, 1,
-                         {reinterpret_cast<std::uint32_t*>(numbers.data()), numbers.size()});
-  for (std::int32_t& number : numbers) ++number;
+                         {reinterpret_cast<std::uint32_t*>(numbers.data()), numbers.size()}, 1);
 }
 
 std::span<const double> first_values(const DoubleArray& array, std::int32_t upper) noexcept {

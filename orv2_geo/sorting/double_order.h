@@ -6,16 +6,12 @@
 #include <optional>
 #include <span>
 
+#include "orv2_geo/frame/extremes_of.h"
 #include "orv2_geo/frame/geo_arrays.h"
 #include "orv2_geo/sorting/word_layout.h"
 #include "orv2_geo/sorting/word_order.h"
 
 namespace orv2_geo::sorting {
-
-struct Extremes {
-  double lowest;
-  double highest;
-};
 
 /// Of values that all have a key of nine digits (see double_keys.h); nothing when
 /// one has not, or there is none.

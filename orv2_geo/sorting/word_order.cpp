@@ -72,13 +72,16 @@ bool WordOrder::order_by_radix(const WordLayout& layout, std::int64_t first,
 }
 
 void WordOrder::write_positions(const WordLayout& layout, std::int64_t first,
-                                std::span<std::uint32_t> order) noexcept {
+                                std::span<std::uint32_t> order, std::uint32_t position_0) noexcept {
   if (!sort_words(layout, first)) {
-    if (order_by_radix(layout, first, order)) return;
+    if (order_by_radix(layout, first, order)) {
+      for (std::uint32_t& position : order) position += position_0;
+      return;
+    }
     word_quicksort(layout, words(), first, any_steps);
   }
   std::transform(words().begin(), words().end(), order.begin(),
-                 [&](std::uint64_t word) { return layout.position(word); });
+                 [&](std::uint64_t word) { return layout.position(word) + position_0; });
 }
 
 bool seem_tied(const WordLayout& layout, std::span<const std::uint64_t> words) noexcept {

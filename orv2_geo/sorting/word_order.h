@@ -34,9 +34,10 @@ class WordOrder {
   /// words() as they were, where write_positions takes another way.
   bool sort_words(const WordLayout& layout, std::int64_t first) noexcept;
 
-  /// Writes the positions of the same order; words() are then anything.
-  void write_positions(const WordLayout& layout, std::int64_t first,
-                       std::span<std::uint32_t> order) noexcept;
+  /// Writes the positions of the same order, counted from `position_0`; words() are then
+  /// anything.
+  void write_positions(const WordLayout& layout, std::int64_t first, std::span<std::uint32_t> order,
+                       std::uint32_t position_0 = 0) noexcept;
 
  private:
   void put_back(const WordLayout& layout) noexcept;
