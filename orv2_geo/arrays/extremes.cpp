@@ -3,7 +3,6 @@
 #include <array>
 #include <cmath>
 #include <functional>
-#include <limits>
 #include <optional>
 #include <span>
 

@@ -1,6 +1,7 @@
 // Element-wise sums and differences.
 #include <algorithm>
-#include <optional>
+#include <array>
+#include <cstdint>
 #include <span>
 #include <string_view>
 
@@ -31,26 +32,20 @@ struct Subtraction {
 
 constexpr std::int32_t block = 256;  // even
 
-struct Block {
-  // A defaulted one would have the outcomes filled with zeros first.
-  Block() noexcept {}  // NOLINT(modernize-use-equals-default)
-  double outcomes[block];
-};
+using Outcomes = std::array<double, block>;
 
-// A block in plain arithmetic; nothing when an operation may have failed, which shows
-// in an outcome that is not finite: no infinity and no NaN times 0 is 0. Each pair adds
-// -1 for both of its outcomes that are; all are where the halves of the sum make -256.
+// A block in plain arithmetic; false when an operation may have failed, which shows in an
+// outcome that is not finite: no infinity and no NaN times 0 is 0. Each pair adds -1 for
+// both of its outcomes that are; all are where the halves of the sum make -256.
 template <class Operation>
-std::optional<Block> quick_block(const double* own, const double* other) {
-  std::optional<Block> found(std::in_place);
+bool quick_block(const double* own, const double* other, Outcomes& outcomes) {
   PairMask finite = {};
   for (std::int32_t k = 0; k < block; k += 2) {
     const NumberPair outcome = Operation::of(pair_at(own + k), pair_at(other + k));
     finite += outcome * 0.0 == NumberPair{};
-    put_pair(outcome, found->outcomes + k);
+    put_pair(outcome, outcomes.data() + k);
   }
-  if (finite[0] + finite[1] != -block) found.reset();
-  return found;
+  return finite[0] + finite[1] == -block;
 }
 
 template <class Operation>
@@ -66,13 +61,13 @@ void work_elements(DoubleArray& own, const DoubleArray& other, std::int32_t last
   const bool in_blocks =
       own_row != nullptr && other_row != nullptr &&
       same_or_apart(std::span(own_row, elements), std::span(other_row, elements));
+  Outcomes outcomes;
   while (i <= last) {
-    if (in_blocks && last - i >= block - 1) {
-      if (const auto done = quick_block<Operation>(own_row + (i - 1), other_row + (i - 1))) {
-        std::copy_n(done->outcomes, block, own_row + (i - 1));
-        i += block;
-        continue;
-      }
+    if (in_blocks && last - i >= block - 1 &&
+        quick_block<Operation>(own_row + (i - 1), other_row + (i - 1), outcomes)) {
+      std::copy_n(outcomes.data(), block, own_row + (i - 1));
+      i += block;
+      continue;
     }
     for (std::int32_t k = 0; k < block && i <= last; ++k) work_one();
   }
